@@ -1,0 +1,54 @@
+#pragma once
+
+#include "base/Completion.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace tavrin {
+
+/// A line of input in an alert.
+struct AlertField {
+    QString label; ///< Shown before the field; empty for none.
+    QString text;
+    QString placeholder;
+    bool secure = false;
+
+    friend bool operator==(const AlertField&, const AlertField&) = default;
+};
+
+struct Alert {
+    enum class Style { Informational, Warning };
+
+    Style style = Style::Informational;
+    QString messageText; ///< The title.
+    QString informativeText; ///< May hold line breaks; always shown as plain text.
+    QStringList buttons; ///< The first one is the default and what Return presses; the last of
+                         ///< several is what Escape presses.
+    QList<AlertField> fields;
+
+    friend bool operator==(const Alert&, const Alert&) = default;
+};
+
+struct AlertAnswer {
+    int button = 0; ///< Index into Alert::buttons.
+    QStringList fields; ///< What stood in the fields, in their order.
+
+    friend bool operator==(const AlertAnswer&, const AlertAnswer&) = default;
+};
+
+/// Modal messages and the beep. Main thread only.
+class Alerts {
+public:
+    virtual ~Alerts() = default;
+
+    /// Shows @p alert in front of everything and completes with the answer. Alerts shown meanwhile
+    /// wait their turn. Closing the window presses the last button.
+    virtual void show(const Alert& alert, Completion<AlertAnswer> completion) = 0;
+
+    /// The system's short sound for "not now".
+    virtual void beep() = 0;
+};
+
+} // namespace tavrin

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace tavrin {
+
+struct RunningApplication;
+
+/// Types into other programs. Main thread only; returns at once: where typing takes its time
+/// (Linux), it goes on in the background, in the order of the calls.
+class SyntheticKeyboard {
+public:
+    virtual ~SyntheticKeyboard() = default;
+
+    /// Presses and releases the paste shortcut of the program in front: Command-V on macOS; on
+    /// Linux Ctrl+V, in terminals Ctrl+Shift+V. @p target tells what program it is.
+    virtual void postPasteShortcut(const RunningApplication& target) = 0;
+
+    /// Types @p chunks, one after another, as Unicode text into @p target. Each chunk has at most
+    /// 16 UTF-16 units and splits no surrogate pair. Linux: stops when another window takes the
+    /// keyboard, so that nothing is typed into the wrong place.
+    virtual void postUnicodeText(const QStringList& chunks, const RunningApplication& target) = 0;
+
+    /// Ends typing that still goes on; no key stays pressed or remapped afterwards.
+    virtual void cancelTyping() = 0;
+};
+
+} // namespace tavrin

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+class QUrl;
+
+namespace tavrin {
+
+/// A program of the user's session, as it was when it was asked for. The program may have quit
+/// since then; every operation that takes one answers "no" in that case.
+struct RunningApplication {
+    qint64 processIdentifier = 0;
+    QString localizedName; ///< As shown to the user; empty when the program has none.
+    /// Identifies the program across starts; empty when unknown. macOS: the bundle identifier.
+    /// Linux: the identifier of its desktop file, else its window class.
+    QString bundleIdentifier;
+    /// Linux: the X11 window that was in front, so that this window and not another one of the same
+    /// program comes back. 0 on desktops that activate programs as a whole.
+    quint64 window = 0;
+
+    friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
+};
+
+/// The desktop around the program: which application is in front, and what the user prefers.
+/// Main thread only. No call waits longer than half a second for another process.
+class Workspace {
+public:
+    virtual ~Workspace() = default;
+
+    /// The application whose window takes the keyboard; empty when there is none or it is unknown.
+    [[nodiscard]] virtual std::optional<RunningApplication> frontmostApplication() const = 0;
+
+    /// Brings @p application to the front, ignoring other applications. True once the system
+    /// accepted the request (Linux: once the window manager has made the window active, waiting at
+    /// most half a second for it); false when the application is gone or the request failed.
+    virtual bool activate(const RunningApplication& application) = 0;
+
+    [[nodiscard]] virtual bool isActive(const RunningApplication& application) const = 0;
+
+    /// Brings Tavrin itself to the front, ignoring other applications.
+    virtual void activateThisApplication() = 0;
+
+    /// This program's own bundle identifier, in the form of RunningApplication::bundleIdentifier.
+    [[nodiscard]] virtual QString bundleIdentifier() const = 0;
+
+    /// Opens @p url with the program that the user chose for it. False when none could be started.
+    virtual bool openUrl(const QUrl& url) = 0;
+
+    /// Shows @p path in the file browser. False when that failed.
+    virtual bool openFolder(const QString& path) = 0;
+
+    /// Languages in the user's order, best first, as BCP 47 tags ("zh-Hant-TW"); may be empty.
+    [[nodiscard]] virtual QStringList preferredLanguages() const = 0;
+
+    /// The user asked the system for less animation.
+    [[nodiscard]] virtual bool prefersReducedMotion() const = 0;
+};
+
+} // namespace tavrin

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/Workspace.h"
+
+#include <QList>
+#include <QUrl>
+
+namespace tavrin::testing {
+
+/// A desktop as the test arranges it.
+class InMemoryWorkspace final : public Workspace {
+public:
+    std::optional<RunningApplication> frontmost;
+    bool activationSucceeds = true;
+    bool openingSucceeds = true;
+    bool reducedMotion = false;
+    QStringList languages;
+    QString ownIdentifier = QStringLiteral("tavrin");
+
+    // What was asked of it.
+    QList<RunningApplication> activations;
+    int ownActivations = 0;
+    QList<QUrl> openedUrls;
+    QStringList openedFolders;
+
+    [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override
+    {
+        return frontmost;
+    }
+
+    bool activate(const RunningApplication& application) override
+    {
+        activations.append(application);
+        if (activationSucceeds)
+            frontmost = application;
+        return activationSucceeds;
+    }
+
+    [[nodiscard]] bool isActive(const RunningApplication& application) const override
+    {
+        return frontmost && frontmost->processIdentifier == application.processIdentifier;
+    }
+
+    void activateThisApplication() override { ++ownActivations; }
+
+    [[nodiscard]] QString bundleIdentifier() const override { return ownIdentifier; }
+
+    bool openUrl(const QUrl& url) override
+    {
+        openedUrls.append(url);
+        return openingSucceeds;
+    }
+
+    bool openFolder(const QString& path) override
+    {
+        openedFolders.append(path);
+        return openingSucceeds;
+    }
+
+    [[nodiscard]] QStringList preferredLanguages() const override { return languages; }
+
+    [[nodiscard]] bool prefersReducedMotion() const override { return reducedMotion; }
+};
+
+} // namespace tavrin::testing

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/Alerts.h"
+
+#include <utility>
+
+namespace tavrin::testing {
+
+/// Alerts that nobody sees: the test reads them and presses their buttons.
+class ScriptedAlerts final : public Alerts {
+public:
+    ~ScriptedAlerts() override
+    {
+        for (auto& [alert, completion] : m_open)
+            completion(AlertAnswer{static_cast<int>(alert.buttons.size()) - 1, {}});
+    }
+
+    ScriptedAlerts() = default;
+    ScriptedAlerts(const ScriptedAlerts&) = delete;
+    ScriptedAlerts& operator=(const ScriptedAlerts&) = delete;
+
+    void show(const Alert& alert, Completion<AlertAnswer> completion) override
+    {
+        m_shown.append(alert);
+        m_open.append({alert, std::move(completion)});
+    }
+
+    void beep() override { ++m_beeps; }
+
+    /// Every alert so far, oldest first.
+    [[nodiscard]] const QList<Alert>& shown() const { return m_shown; }
+
+    /// Alerts still without an answer.
+    [[nodiscard]] qsizetype open() const { return m_open.size(); }
+
+    /// Answers the oldest open alert.
+    void answer(int button, const QStringList& fields = {})
+    {
+        const auto first = m_open.takeFirst();
+        first.second(AlertAnswer{button, fields});
+    }
+
+    [[nodiscard]] int beeps() const { return m_beeps; }
+
+private:
+    QList<Alert> m_shown;
+    QList<std::pair<Alert, Completion<AlertAnswer>>> m_open;
+    int m_beeps = 0;
+};
+
+} // namespace tavrin::testing
