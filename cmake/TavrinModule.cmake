@@ -30,6 +30,10 @@ function(tavrin_test name)
   if(NOT arg_PROPERTIES)
     set(arg_PROPERTIES LABELS unit)
   endif()
+  if("desktop" IN_LIST arg_PROPERTIES)
+    # Over the offscreen platform of the presets: these are here for the real one.
+    list(APPEND arg_PROPERTIES ENVIRONMENT QT_QPA_PLATFORM=xcb)
+  endif()
   gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES ${arg_PROPERTIES})
 endfunction()
 
