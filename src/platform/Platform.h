@@ -8,6 +8,7 @@
 #include "platform/HotKeyProbe.h"
 #include "platform/HttpTransport.h"
 #include "platform/KeyMonitor.h"
+#include "platform/KeyNames.h"
 #include "platform/MainQueue.h"
 #include "platform/Pasteboard.h"
 #include "platform/Permissions.h"
@@ -27,6 +28,7 @@ namespace tavrin {
 /// Everything the program asks of its desktop. Owned by main, outlives the application. Declared
 /// in the order of creation: a port may use those above it, and goes before them.
 struct Platform {
+    KeyNames keyNames;
     std::unique_ptr<SystemInfo> systemInfo;
     std::unique_ptr<Clock> clock;
     std::unique_ptr<MainQueue> mainQueue;

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "base/LocalizedText.h"
+#include "platform/KeyNames.h"
+
+#include <QString>
+
+namespace tavrin {
+
+class Preferences;
+class Workspace;
+
+/// Chooses interface texts by the language of the moment. Nothing is cached: a change of the
+/// setting holds for every text asked for afterwards. Main thread only.
+class Localization {
+public:
+    /// @param preferences, workspace must outlive this object.
+    Localization(const Preferences& preferences, const Workspace& workspace, KeyNames keyNames);
+
+    /// "zh-Hans", "zh-Hant" or "en": the user's choice, else what fits the first preferred language
+    /// of the system. Languages other than English and Traditional Chinese read as "zh-Hans".
+    [[nodiscard]] QString InterfaceLanguage() const;
+
+    /// @p text in the interface language, with the key names of this desktop.
+    [[nodiscard]] QString LT(const LocalizedText& text) const;
+
+    /// The same with @p arguments (strings) in place of %1, %2 …; they are inserted as they are.
+    template <class... Strings>
+    [[nodiscard]] QString LT(const LocalizedText& text, const Strings&... arguments) const
+    {
+        return LT(text).arg(arguments...);
+    }
+
+    /// @p text, which is in no need of translation, with the key names of this desktop. Apply it to
+    /// texts before what the user wrote is inserted into them.
+    [[nodiscard]] QString withKeyNames(const QString& text) const;
+
+    /// LT() for modules that know no settings. Must not outlive this object.
+    [[nodiscard]] Localize localize() const;
+
+private:
+    const Preferences& m_preferences;
+    const Workspace& m_workspace;
+    KeyNames m_keyNames;
+};
+
+} // namespace tavrin
