@@ -1,7 +1,7 @@
 #include "app/ProcessingTimeEstimator.h"
 
 #include "platform/PreferenceKeys.h"
-#include "platform/Preferences.h"
+#include "platform/PreferenceValues.h"
 
 #include <QVariantList>
 #include <QVariantMap>
@@ -23,9 +23,19 @@ constexpr Seconds longestEstimate = 45s;
 constexpr double weightOffset = 0.35; // Keeps a sample of equal length from outweighing all others.
 constexpr double growthExponent = 0.22; // Processing time grows only weakly with audio length.
 
+QVariantList storedSamples(const Preferences& preferences)
+{
+    return storedArray(preferences, keys::processingTimingSamples).value_or(QVariantList());
+}
+
+bool isPositive(Seconds duration)
+{
+    return std::isfinite(duration.count()) && duration > 0s;
+}
+
 Seconds secondsIn(const QVariantMap& sample, const QString& key)
 {
-    return Seconds{sample.value(key).toDouble()};
+    return Seconds{storedNumber(sample.value(key)).value_or(0)};
 }
 
 } // namespace
@@ -38,10 +48,12 @@ ProcessingTimeEstimator::ProcessingTimeEstimator(Preferences& preferences)
 std::optional<Seconds> ProcessingTimeEstimator::estimatedProcessingDurationForAudio(
     Seconds audio) const
 {
-    const QVariantList samples = m_preferences.value(keys::processingTimingSamples).toList();
+    const QVariantList samples = storedSamples(m_preferences);
     if (samples.size() < minSamples)
         return std::nullopt;
 
+    // An unknown length (not a number) counts as the shortest: it compares as not greater.
+    const Seconds flooredAudio = std::max(shortestAudio, audio);
     Seconds weightedSum{0};
     double totalWeight = 0;
     for (const QVariant& stored : samples) {
@@ -50,7 +62,7 @@ std::optional<Seconds> ProcessingTimeEstimator::estimatedProcessingDurationForAu
         if (processing <= 0s)
             continue;
         const Seconds sampleAudio = secondsIn(sample, u"audio"_s);
-        const double ratio = std::max(audio, shortestAudio) / std::max(sampleAudio, shortestAudio);
+        const double ratio = flooredAudio / std::max(sampleAudio, shortestAudio);
         const double weight = 1 / (std::abs(std::log(ratio)) + weightOffset);
         weightedSum += processing * std::pow(ratio, growthExponent) * weight;
         totalWeight += weight;
@@ -62,10 +74,10 @@ std::optional<Seconds> ProcessingTimeEstimator::estimatedProcessingDurationForAu
 
 void ProcessingTimeEstimator::recordProcessingDuration(Seconds processing, Seconds audio)
 {
-    if (processing <= 0s || audio <= 0s)
+    if (!isPositive(processing) || !isPositive(audio))
         return;
 
-    QVariantList samples = m_preferences.value(keys::processingTimingSamples).toList();
+    QVariantList samples = storedSamples(m_preferences);
     samples.append(QVariantMap{{u"audio"_s, audio.count()}, {u"processing"_s, processing.count()}});
     if (samples.size() > maxSamples)
         samples.remove(0, samples.size() - maxSamples);

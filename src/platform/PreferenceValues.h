@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QVariantList>
 
+#include <cmath>
 #include <optional>
 
 /// Typed reads of the preferences. A value of another type counts as absent: settings files are
@@ -28,6 +29,24 @@ namespace tavrin {
     if (value.typeId() != QMetaType::QVariantList && value.typeId() != QMetaType::QStringList)
         return std::nullopt;
     return value.toList();
+}
+
+/// The finite number that @p value is; empty for anything else, texts with digits included.
+[[nodiscard]] inline std::optional<double> storedNumber(const QVariant& value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Float:
+    case QMetaType::Double: {
+        const double number = value.toDouble();
+        return std::isfinite(number) ? std::optional(number) : std::nullopt;
+    }
+    default:
+        return std::nullopt;
+    }
 }
 
 } // namespace tavrin
