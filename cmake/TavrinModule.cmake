@@ -17,8 +17,11 @@ function(tavrin_module name)
   add_library(tavrin::${name} ALIAS tavrin_${name})
 endfunction()
 
-# tavrin_test(name SOURCES … DEPENDS … [PROPERTIES …]): the unit tests of one folder as one program,
-# tavrin_<name>_tests; each test is one entry of ctest. The label "unit" is what sanitizer runs select.
+# tavrin_test(name SOURCES … DEPENDS … [PROPERTIES LABELS label …]): the tests of one folder as one
+# program, tavrin_<name>_tests; each test is one entry of ctest. The label says where they run, and
+# its words select: "unit" (the default: anywhere, without a screen), "unit-threads" (also under the
+# thread sanitizer), "desktop" (needs scripts/virtual-desktop), "desktop-pipewire" (on one with
+# PulseAudio and on one with PipeWire). Building the target tests-<word> builds what a word selects.
 function(tavrin_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;DEPENDS;PROPERTIES")
   set(target tavrin_${name}_tests)
@@ -27,14 +30,23 @@ function(tavrin_test name)
   target_link_libraries(${target} PRIVATE ${arg_DEPENDS} tavrin::test_support tavrin_options
       GTest::gmock GTest::gtest_main)
   tavrin_precompile(${target})
-  if(NOT arg_PROPERTIES)
-    set(arg_PROPERTIES LABELS unit)
+  cmake_parse_arguments(property "" "LABELS" "" ${arg_PROPERTIES})
+  if(NOT property_LABELS)
+    set(property_LABELS unit)
   endif()
-  if("desktop" IN_LIST arg_PROPERTIES)
+  if(property_LABELS MATCHES "desktop")
     # Over the offscreen platform of the presets: these are here for the real one.
-    list(APPEND arg_PROPERTIES ENVIRONMENT QT_QPA_PLATFORM=xcb)
+    list(APPEND property_UNPARSED_ARGUMENTS ENVIRONMENT QT_QPA_PLATFORM=xcb)
   endif()
-  gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES ${arg_PROPERTIES})
+  gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60
+      PROPERTIES LABELS ${property_LABELS} ${property_UNPARSED_ARGUMENTS})
+  string(REPLACE "-" ";" words ${property_LABELS})
+  foreach(word IN LISTS words)
+    if(NOT TARGET tests-${word})
+      add_custom_target(tests-${word})
+    endif()
+    add_dependencies(tests-${word} ${target})
+  endforeach()
 endfunction()
 
 function(tavrin_precompile target)
