@@ -1,0 +1,18 @@
+#include "audio/MicrophoneControls.h"
+
+namespace tavrin {
+
+MicrophoneControls microphoneControls(const QList<AudioInputDevice>& devices,
+    const QString& preferredUid, const QString& followSystemDefault)
+{
+    MicrophoneControls controls;
+    controls.items.append({followSystemDefault, {}});
+    for (const AudioInputDevice& device : devices) {
+        if (device.uid == preferredUid)
+            controls.selected = controls.items.size();
+        controls.items.append({device.name, device.uid});
+    }
+    return controls;
+}
+
+} // namespace tavrin

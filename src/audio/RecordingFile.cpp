@@ -1,0 +1,83 @@
+#include "audio/RecordingFile.h"
+
+#include "base/Log.h"
+#include "platform/SystemInfo.h"
+
+#include <QDir>
+#include <QLockFile>
+#include <QUuid>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin {
+namespace {
+
+const QString lockSuffix = QStringLiteral(".lock");
+
+/// Locks of dead processes give way at once; those of living ones never do, however old.
+std::unique_ptr<QLockFile> claimOf(const QString& recording)
+{
+    auto claim = std::make_unique<QLockFile>(recording + lockSuffix);
+    claim->setStaleLockTime(0);
+    return claim;
+}
+
+} // namespace
+
+RecordingFile::RecordingFile(const SystemInfo& systemInfo)
+    : m_path(u"%1/tavrin-%2.m4a"_s.arg(systemInfo.temporaryDirectory(),
+        QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()))
+    , m_claim(claimOf(m_path))
+{
+    if (!m_claim->tryLock())
+        qCWarning(log::audio) << "cannot claim a recording file, error" << m_claim->error();
+}
+
+RecordingFile::~RecordingFile()
+{
+    remove();
+}
+
+RecordingFile::RecordingFile(RecordingFile&& other) noexcept
+    : m_path(std::exchange(other.m_path, {}))
+    , m_claim(std::move(other.m_claim))
+{
+}
+
+RecordingFile& RecordingFile::operator=(RecordingFile&& other) noexcept
+{
+    if (this != &other) {
+        remove();
+        m_path = std::exchange(other.m_path, {});
+        m_claim = std::move(other.m_claim);
+    }
+    return *this;
+}
+
+void RecordingFile::remove()
+{
+    if (m_path.isEmpty())
+        return;
+    if (QFile::exists(m_path) && !QFile::remove(m_path))
+        qCWarning(log::audio) << "cannot delete a recording";
+    m_path.clear();
+    m_claim.reset(); // Last: until here the recording counts as owned.
+}
+
+void removeAbandonedRecordings(const SystemInfo& systemInfo)
+{
+    const QDir folder(systemInfo.temporaryDirectory());
+    // A process that died before its recorder made the file leaves the lock alone.
+    const QStringList names = folder.entryList({u"tavrin-*.m4a"_s, u"tavrin-*.m4a"_s + lockSuffix},
+        QDir::Files | QDir::System | QDir::Hidden | QDir::Writable);
+    for (const QString& name : names) {
+        const QString recording =
+            folder.filePath(name.endsWith(lockSuffix) ? name.chopped(lockSuffix.size()) : name);
+        if (const auto claim = claimOf(recording); claim->tryLock())
+            QFile::remove(recording);
+    }
+}
+
+} // namespace tavrin

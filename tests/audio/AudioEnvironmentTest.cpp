@@ -1,0 +1,358 @@
+#include "audio/AudioEnvironment.h"
+
+#include "platform/PreferenceKeys.h"
+#include "support/InMemoryAudioDevices.h"
+#include "support/InMemoryPreferences.h"
+#include "support/InMemorySystemInfo.h"
+#include "support/QtPrinters.h"
+#include "support/VirtualTime.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace std::chrono_literals;
+
+namespace tavrin {
+namespace {
+
+constexpr AudioDeviceId builtIn = 1;
+constexpr AudioDeviceId headset = 2;
+constexpr AudioDeviceId speakers = 3;
+
+class AudioEnvironmentTest : public ::testing::Test {
+protected:
+    QTemporaryDir folder;
+    testing::InMemoryAudioDevices devices;
+    testing::InMemoryPreferences preferences;
+    testing::InMemorySystemInfo systemInfo;
+    bool recording = true;
+
+    AudioEnvironmentTest()
+    {
+        systemInfo.supportFolder = folder.path();
+        devices.addMicrophone(builtIn, "Built-in", "pci-built-in");
+        devices.addMicrophone(headset, "Headset", "usb-headset");
+        devices.addLoudspeaker(speakers, "pci-speakers");
+        devices.defaultInput = builtIn;
+        devices.defaultOutput = speakers;
+        preferences.setValue(keys::preferredMicrophoneUID, "usb-headset");
+        preferences.setValue(keys::muteDuringRecording, true);
+    }
+
+    AudioEnvironment environment{devices, preferences, withFolder(), [this] { return recording; }};
+
+    testing::InMemorySystemInfo& withFolder()
+    {
+        systemInfo.supportFolder = folder.path();
+        return systemInfo;
+    }
+
+    testing::InMemoryAudioDevices::Device& output() { return devices.device(speakers); }
+};
+
+TEST_F(AudioEnvironmentTest, ThePreferredMicrophoneIsTheDefaultForOneRecording)
+{
+    environment.applyPreferredMicrophoneForRecording();
+    EXPECT_EQ(devices.defaultInput, headset);
+
+    environment.restoreAudioEnvironment();
+    EXPECT_EQ(devices.defaultInput, builtIn);
+    EXPECT_EQ(devices.writes, (QStringList{"input 2", "input 1"}));
+}
+
+TEST_F(AudioEnvironmentTest, WithoutAPreferenceTheDefaultInputIsLeftAlone)
+{
+    for (const QVariant& unset : {QVariant(), QVariant(QString())}) {
+        preferences.setValue(keys::preferredMicrophoneUID, unset);
+
+        environment.applyPreferredMicrophoneForRecording();
+        environment.restoreAudioEnvironment();
+
+        EXPECT_EQ(devices.writes, QStringList());
+    }
+}
+
+TEST_F(AudioEnvironmentTest, AnUnpluggedPreferredMicrophoneIsPassedOver)
+{
+    preferences.setValue(keys::preferredMicrophoneUID, "unplugged");
+
+    environment.applyPreferredMicrophoneForRecording();
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(devices.writes, QStringList());
+}
+
+TEST_F(AudioEnvironmentTest, APreferredMicrophoneWithoutAnIdIsPassedOver)
+{
+    devices.device(headset).id = 0;
+
+    environment.applyPreferredMicrophoneForRecording();
+
+    EXPECT_EQ(devices.writes, QStringList());
+}
+
+TEST_F(AudioEnvironmentTest, AnUnknownDefaultInputIsNotReplaced)
+{
+    devices.defaultInput = std::nullopt;
+
+    environment.applyPreferredMicrophoneForRecording();
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(devices.writes, QStringList());
+}
+
+TEST_F(AudioEnvironmentTest, APreferredMicrophoneThatIsTheDefaultAlreadyChangesNothing)
+{
+    devices.defaultInput = headset;
+
+    environment.applyPreferredMicrophoneForRecording();
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(devices.writes, QStringList());
+}
+
+TEST_F(AudioEnvironmentTest, OfTwoMicrophonesWithTheSameUidTheFirstByNameIsUsed)
+{
+    devices.addMicrophone(4, "Another headset", "usb-headset");
+
+    environment.applyPreferredMicrophoneForRecording();
+
+    EXPECT_EQ(devices.defaultInput, AudioDeviceId{4});
+}
+
+TEST_F(AudioEnvironmentTest, AFailedSwitchIsNotRestored)
+{
+    devices.switchingSucceeds = false;
+
+    environment.applyPreferredMicrophoneForRecording();
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(devices.writes, QStringList{"input 2"});
+}
+
+TEST_F(AudioEnvironmentTest, AnInputChosenDuringTheRecordingIsKept)
+{
+    devices.addMicrophone(4, "Chosen", "chosen");
+    environment.applyPreferredMicrophoneForRecording();
+
+    devices.defaultInput = 4;
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(devices.defaultInput, AudioDeviceId{4});
+    EXPECT_EQ(devices.writes, QStringList{"input 2"});
+}
+
+TEST_F(AudioEnvironmentTest, OutputIsMutedAndUnmuted)
+{
+    environment.muteSystemAudioForRecordingIfNeeded();
+    EXPECT_EQ(output().mute, 1U);
+
+    environment.restoreAudioEnvironment();
+    EXPECT_EQ(output().mute, 0U);
+    EXPECT_EQ(output().volume, 1.0F);
+    EXPECT_EQ(devices.writes, (QStringList{"mute 3 1", "mute 3 0"}));
+}
+
+TEST_F(AudioEnvironmentTest, OutputThatWasMutedBeforeStaysMuted)
+{
+    output().mute = 1;
+
+    environment.muteSystemAudioForRecordingIfNeeded();
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(output().mute, 1U);
+}
+
+TEST_F(AudioEnvironmentTest, OutputIsNotTouchedUnlessTheUserAskedForIt)
+{
+    preferences.remove(keys::muteDuringRecording);
+
+    environment.muteSystemAudioForRecordingIfNeeded();
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(devices.writes, QStringList());
+}
+
+TEST_F(AudioEnvironmentTest, AMuteThatComesAfterTheRecordingEndedDoesNothing)
+{
+    testing::VirtualTime time;
+    time.callLater(220ms, [this] { environment.muteSystemAudioForRecordingIfNeeded(); });
+
+    time.advance(219ms);
+    recording = false;
+    time.advance(1ms);
+
+    EXPECT_EQ(time.pending(), 0U);
+    EXPECT_EQ(devices.writes, QStringList());
+}
+
+TEST_F(AudioEnvironmentTest, ASecondMuteDuringACaptureDoesNothing)
+{
+    environment.muteSystemAudioForRecordingIfNeeded();
+
+    environment.muteSystemAudioForRecordingIfNeeded();
+
+    EXPECT_EQ(devices.writes, QStringList{"mute 3 1"});
+    environment.restoreAudioEnvironment();
+    EXPECT_EQ(output().mute, 0U);
+}
+
+TEST_F(AudioEnvironmentTest, ASecondMuteDuringAVolumeCaptureDoesNothing)
+{
+    output().muteSettable = false;
+    environment.muteSystemAudioForRecordingIfNeeded();
+
+    environment.muteSystemAudioForRecordingIfNeeded();
+
+    EXPECT_EQ(devices.writes, QStringList{"volume 3 0"});
+}
+
+TEST_F(AudioEnvironmentTest, WithoutADefaultOutputNothingIsSilenced)
+{
+    for (const std::optional<AudioDeviceId> none :
+        {std::optional<AudioDeviceId>(), std::optional<AudioDeviceId>(0)}) {
+        devices.defaultOutput = none;
+
+        environment.muteSystemAudioForRecordingIfNeeded();
+        environment.restoreAudioEnvironment();
+
+        EXPECT_EQ(devices.writes, QStringList());
+    }
+}
+
+TEST_F(AudioEnvironmentTest, OutputThatTheUserUnmutedIsNotTouchedAgain)
+{
+    output().mute = 1;
+    environment.muteSystemAudioForRecordingIfNeeded();
+
+    output().mute = 0;
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(output().mute, 0U);
+    EXPECT_EQ(devices.writes, QStringList{"mute 3 1"});
+}
+
+TEST_F(AudioEnvironmentTest, TheDeviceThatWasMutedIsUnmutedEvenWhenAnotherIsDefaultByThen)
+{
+    devices.addLoudspeaker(5, "usb-speakers").mute = 1;
+    environment.muteSystemAudioForRecordingIfNeeded();
+
+    devices.defaultOutput = 5;
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(output().mute, 0U);
+    EXPECT_EQ(devices.device(5).mute, 1U);
+}
+
+TEST_F(AudioEnvironmentTest, OutputWithoutASettableMuteIsSilencedByItsVolume)
+{
+    output().muteSettable = false;
+    output().volume = 0.6F;
+
+    environment.muteSystemAudioForRecordingIfNeeded();
+    EXPECT_EQ(output().volume, 0.0F);
+
+    environment.restoreAudioEnvironment();
+    EXPECT_EQ(output().volume, 0.6F);
+    EXPECT_EQ(output().mute, 0U);
+}
+
+TEST_F(AudioEnvironmentTest, OutputWithoutAMuteIsSilencedByItsVolume)
+{
+    output().mute = std::nullopt;
+
+    environment.muteSystemAudioForRecordingIfNeeded();
+
+    EXPECT_EQ(devices.writes, QStringList{"volume 3 0"});
+}
+
+TEST_F(AudioEnvironmentTest, AVolumeStillNearZeroIsPutBackAndOneRaisedMeanwhileIsKept)
+{
+    output().mute = std::nullopt;
+    output().volume = 0.6F;
+
+    environment.muteSystemAudioForRecordingIfNeeded();
+    output().volume = 0.001F;
+    environment.restoreAudioEnvironment();
+    EXPECT_EQ(output().volume, 0.6F);
+
+    environment.muteSystemAudioForRecordingIfNeeded();
+    output().volume = 0.0011F;
+    environment.restoreAudioEnvironment();
+    EXPECT_EQ(output().volume, 0.0011F);
+}
+
+TEST_F(AudioEnvironmentTest, WhenTheMuteWriteFailsNothingIsCapturedAndVolumeIsNotTried)
+{
+    output().muteWritesSucceed = false;
+
+    environment.muteSystemAudioForRecordingIfNeeded();
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(devices.writes, QStringList{"mute 3 1"});
+}
+
+TEST_F(AudioEnvironmentTest, WhenTheVolumeWriteFailsNothingIsCaptured)
+{
+    output().mute = std::nullopt;
+    output().volumeWritesSucceed = false;
+
+    environment.muteSystemAudioForRecordingIfNeeded();
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(devices.writes, QStringList{"volume 3 0"});
+}
+
+TEST_F(AudioEnvironmentTest, OutputWithNeitherMuteNorVolumeIsLeftAlone)
+{
+    output().mute = std::nullopt;
+    output().volume = 0.5F;
+    output().volumeSettable = false;
+
+    environment.muteSystemAudioForRecordingIfNeeded();
+
+    EXPECT_EQ(devices.writes, QStringList());
+}
+
+TEST_F(AudioEnvironmentTest, OutputIsRestoredBeforeInput)
+{
+    environment.applyPreferredMicrophoneForRecording();
+    environment.muteSystemAudioForRecordingIfNeeded();
+    devices.writes.clear();
+
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(devices.writes, (QStringList{"mute 3 0", "input 1"}));
+}
+
+TEST_F(AudioEnvironmentTest, AFailedRestoreIsNotRepeated)
+{
+    environment.applyPreferredMicrophoneForRecording();
+    environment.muteSystemAudioForRecordingIfNeeded();
+    devices.switchingSucceeds = false;
+    output().muteWritesSucceed = false;
+    environment.restoreAudioEnvironment();
+    devices.writes.clear();
+
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(devices.writes, QStringList());
+}
+
+TEST_F(AudioEnvironmentTest, TheEnvironmentServesOneRecordingAfterAnother)
+{
+    for (int session = 0; session < 3; ++session) {
+        environment.applyPreferredMicrophoneForRecording();
+        environment.muteSystemAudioForRecordingIfNeeded();
+        EXPECT_EQ(devices.defaultInput, headset);
+        EXPECT_EQ(output().mute, 1U);
+
+        environment.restoreAudioEnvironment();
+        EXPECT_EQ(devices.defaultInput, builtIn);
+        EXPECT_EQ(output().mute, 0U);
+    }
+}
+
+} // namespace
+} // namespace tavrin

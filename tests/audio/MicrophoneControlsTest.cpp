@@ -1,0 +1,139 @@
+#include "audio/AudioEnvironment.h"
+#include "audio/AudioTexts.h"
+#include "platform/PreferenceKeys.h"
+#include "support/InMemoryAudioDevices.h"
+#include "support/InMemoryPreferences.h"
+#include "support/InMemorySystemInfo.h"
+#include "support/QtPrinters.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace tavrin {
+namespace {
+
+using Item = MicrophoneControls::Item;
+
+QString inEnglish(const LocalizedText& text)
+{
+    return text.en.toString();
+}
+
+class MicrophoneControlsTest : public ::testing::Test {
+protected:
+    QTemporaryDir folder;
+    testing::InMemoryAudioDevices devices;
+    testing::InMemoryPreferences preferences;
+    testing::InMemorySystemInfo systemInfo;
+    AudioEnvironment environment{devices, preferences, systemInfo, [] { return false; }};
+
+    MicrophoneControls refresh() { return environment.refreshMicrophoneControls(inEnglish); }
+};
+
+TEST_F(MicrophoneControlsTest, TheSystemsDefaultComesFirstThenEveryDevice)
+{
+    devices.addMicrophone(1, "Webcam", "usb-webcam");
+    devices.addMicrophone(2, "Array", "pci-array");
+
+    const QList<Item> expected{
+        {"Follow system default", ""}, {"Array", "pci-array"}, {"Webcam", "usb-webcam"}};
+    EXPECT_EQ(refresh().items, expected);
+}
+
+TEST_F(MicrophoneControlsTest, TheFirstTitleHasThreeForms)
+{
+    EXPECT_EQ(texts::followSystemDefault.zhHans, u"跟随系统默认");
+    EXPECT_EQ(texts::followSystemDefault.zhHant, u"跟隨系統預設");
+    EXPECT_EQ(texts::followSystemDefault.en, u"Follow system default");
+}
+
+TEST_F(MicrophoneControlsTest, WithoutDevicesOnlyTheSystemsDefaultIsThereAndSelected)
+{
+    preferences.setValue(keys::preferredMicrophoneUID, "usb-webcam");
+
+    const MicrophoneControls controls = refresh();
+
+    EXPECT_EQ(controls.items, QList<Item>({{"Follow system default", ""}}));
+    EXPECT_EQ(controls.selected, 0);
+}
+
+TEST_F(MicrophoneControlsTest, ThePreferredMicrophoneIsSelected)
+{
+    devices.addMicrophone(1, "A", "a");
+    devices.addMicrophone(2, "B", "b");
+    preferences.setValue(keys::preferredMicrophoneUID, "b");
+
+    EXPECT_EQ(refresh().selected, 2);
+}
+
+TEST_F(MicrophoneControlsTest, WithoutAPreferenceTheSystemsDefaultIsSelected)
+{
+    devices.addMicrophone(1, "A", "a");
+
+    EXPECT_EQ(refresh().selected, 0);
+}
+
+TEST_F(MicrophoneControlsTest, APreferredMicrophoneThatIsAwaySelectsTheSystemsDefault)
+{
+    devices.addMicrophone(1, "A", "a");
+    preferences.setValue(keys::preferredMicrophoneUID, "unplugged");
+
+    EXPECT_EQ(refresh().selected, 0);
+}
+
+TEST_F(MicrophoneControlsTest, OfTwoDevicesWithTheSameUidTheLaterIsSelected)
+{
+    devices.addMicrophone(1, "Second by name", "twin");
+    devices.addMicrophone(2, "First by name", "twin");
+    preferences.setValue(keys::preferredMicrophoneUID, "twin");
+
+    const MicrophoneControls controls = refresh();
+
+    EXPECT_EQ(controls.items[controls.selected].title, "Second by name");
+}
+
+TEST_F(MicrophoneControlsTest, EachRefreshReadsTheDevicesAnewAndRemembersThem)
+{
+    refresh();
+    devices.addMicrophone(1, "A", "a");
+    EXPECT_TRUE(environment.availableInputDevices().isEmpty());
+
+    refresh();
+
+    EXPECT_EQ(environment.availableInputDevices(), QList<AudioInputDevice>({{1, "A", "a"}}));
+}
+
+TEST_F(MicrophoneControlsTest, ChoosingAMicrophoneStoresItsUidAtOnce)
+{
+    environment.selectPreferredMicrophone("usb-webcam");
+
+    EXPECT_EQ(preferences.value(keys::preferredMicrophoneUID), QVariant("usb-webcam"));
+    EXPECT_EQ(preferences.synchronizations(), 1);
+}
+
+TEST_F(MicrophoneControlsTest, ChoosingTheSystemsDefaultRemovesTheStoredUid)
+{
+    environment.selectPreferredMicrophone("usb-webcam");
+
+    environment.selectPreferredMicrophone({});
+
+    EXPECT_FALSE(preferences.value(keys::preferredMicrophoneUID).isValid());
+    EXPECT_EQ(preferences.synchronizations(), 2);
+}
+
+TEST_F(MicrophoneControlsTest, TheMuteSwitchIsOffUntilItIsTurnedOn)
+{
+    EXPECT_FALSE(MuteDuringRecordingEnabled(preferences));
+
+    environment.toggleMuteDuringRecording(true);
+    EXPECT_TRUE(MuteDuringRecordingEnabled(preferences));
+    EXPECT_EQ(preferences.synchronizations(), 1);
+
+    environment.toggleMuteDuringRecording(false);
+    EXPECT_FALSE(MuteDuringRecordingEnabled(preferences));
+    EXPECT_EQ(preferences.value(keys::muteDuringRecording), QVariant(false));
+    EXPECT_EQ(preferences.synchronizations(), 2);
+}
+
+} // namespace
+} // namespace tavrin

@@ -1,0 +1,128 @@
+#include "audio/RecordingFile.h"
+
+#include "support/InMemorySystemInfo.h"
+#include "support/QtPrinters.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace tavrin {
+namespace {
+
+class RecordingFileTest : public ::testing::Test {
+protected:
+    QTemporaryDir folder;
+    testing::InMemorySystemInfo systemInfo;
+
+    RecordingFileTest() { systemInfo.temporaryFolder = folder.path(); }
+
+    static void makeFile(const QString& path)
+    {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+
+    QStringList remaining() const { return QDir(folder.path()).entryList(QDir::Files); }
+};
+
+TEST_F(RecordingFileTest, TheNameIsAFreshUpperCaseUuidInTheTemporaryDirectory)
+{
+    const RecordingFile first(systemInfo);
+    const RecordingFile second(systemInfo);
+
+    const QRegularExpression form("^" + QRegularExpression::escape(folder.path())
+        + "/tavrin-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}\\.m4a$");
+    EXPECT_TRUE(form.match(first.path()).hasMatch()) << first.path().toStdString();
+    EXPECT_NE(first.path(), second.path());
+}
+
+TEST_F(RecordingFileTest, RecordingsAreAacOf16KilohertzMonoInHighQuality)
+{
+    EXPECT_EQ(recordingSettings.formatId, 1633772320U);
+    EXPECT_EQ(recordingSettings.sampleRate, 16000.0);
+    EXPECT_EQ(recordingSettings.numberOfChannels, 1);
+    EXPECT_EQ(recordingSettings.encoderAudioQuality, 96);
+}
+
+TEST_F(RecordingFileTest, RemovingDeletesTheRecordingAndLeavesNothing)
+{
+    RecordingFile recording(systemInfo);
+    makeFile(recording.path());
+
+    recording.remove();
+
+    EXPECT_EQ(remaining(), QStringList());
+    EXPECT_TRUE(recording.path().isEmpty());
+    recording.remove();
+}
+
+TEST_F(RecordingFileTest, TheRecordingGoesWithItsObject)
+{
+    {
+        const RecordingFile recording(systemInfo);
+        makeFile(recording.path());
+    }
+
+    EXPECT_EQ(remaining(), QStringList());
+}
+
+TEST_F(RecordingFileTest, MovingKeepsTheRecordingAndDeletesTheReplacedOne)
+{
+    RecordingFile recording(systemInfo);
+    makeFile(recording.path());
+    RecordingFile kept(systemInfo);
+    makeFile(kept.path());
+    const QString keptPath = kept.path();
+
+    recording = std::move(kept);
+    const RecordingFile final = std::move(recording);
+
+    EXPECT_EQ(final.path(), keptPath);
+    EXPECT_TRUE(QFile::exists(keptPath));
+    EXPECT_EQ(remaining().filter(QRegularExpression("\\.m4a$")).size(), 1);
+}
+
+TEST_F(RecordingFileTest, WhatDeadProcessesLeftIsDeletedAtTheStart)
+{
+    makeFile(folder.filePath("tavrin-0A.m4a"));
+    // No process has this number: it is above the largest that systems give.
+    QFile lock(folder.filePath("tavrin-0B.m4a.lock"));
+    ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
+    lock.write("2147483646\nTavrin\n\n\n\n");
+    lock.close();
+    makeFile(folder.filePath("tavrin-0B.m4a"));
+    QFile::copy(lock.fileName(), folder.filePath("tavrin-0C.m4a.lock"));
+
+    removeAbandonedRecordings(systemInfo);
+
+    EXPECT_EQ(remaining(), QStringList());
+}
+
+TEST_F(RecordingFileTest, RecordingsOfLivingProcessesAndOtherFilesStay)
+{
+    const RecordingFile recording(systemInfo);
+    makeFile(recording.path());
+    for (const char* name : {"tavrin-notes.txt", "other.m4a", "tavrin.m4a", "my-tavrin-1.m4a"})
+        makeFile(folder.filePath(name));
+    const QStringList before = remaining();
+
+    removeAbandonedRecordings(systemInfo);
+
+    EXPECT_EQ(remaining(), before);
+}
+
+TEST_F(RecordingFileTest, ADirectoryThatCannotBeReadIsPassedOver)
+{
+    systemInfo.temporaryFolder = folder.filePath("missing");
+
+    removeAbandonedRecordings(systemInfo);
+
+    RecordingFile recording(systemInfo);
+    EXPECT_FALSE(recording.path().isEmpty());
+}
+
+} // namespace
+} // namespace tavrin
