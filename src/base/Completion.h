@@ -1,6 +1,5 @@
 #pragma once
 
-#include <concepts>
 #include <functional>
 #include <memory>
 #include <type_traits>
@@ -39,11 +38,12 @@ class Completion {
 public:
     using Function = std::function<void(Arguments...)>;
 
-    template <class Callable>
-
-    requires(!std::same_as<std::remove_cvref_t<Callable>,
-                 Completion> && std::invocable<Callable&, Arguments...>) Completion(Callable&&
-            callable) // NOLINT(google-explicit-constructor): lambdas are passed as they are
+    /// Lambdas are passed as they are, hence not explicit.
+    template <class Callable,
+        class = std::enable_if_t<!std::is_same_v<std::remove_cvref_t<Callable>,
+                                     Completion> && std::is_invocable_v<Callable&, Arguments...>>>
+    // NOLINTNEXTLINE(google-explicit-constructor,bugprone-forwarding-reference-overload)
+    Completion(Callable&& callable)
         : m_function(std::forward<Callable>(callable))
         , m_promise(std::make_shared<completion_detail::Promise>())
     {

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "base/CallbackGuard.h"
+#include "base/Completion.h"
+#include "base/Seconds.h"
+#include "delivery/EditorText.h"
+#include "platform/Accessibility.h"
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace tavrin {
+
+class MainQueue;
+class Pasteboard;
+class SyntheticKeyboard;
+class TargetContext;
+class Workspace;
+
+/// How a delivery ended. `verified` means no more than that it is not known to have failed.
+struct DeliveryOutcome {
+    bool verified = false;
+    QString reason; ///< Why not; null when verified.
+
+    friend bool operator==(const DeliveryOutcome&, const DeliveryOutcome&) = default;
+};
+
+/// Puts a text at the cursor of the target application: onto the pasteboard, by the paste
+/// shortcut, and where an editor visibly swallowed that, typed, and at last written directly. In
+/// every outcome the text is on the pasteboard.
+///
+/// One delivery at a time. Main thread only; everything passed in must outlive it.
+class TextDelivery {
+public:
+    struct Ports {
+        Pasteboard& pasteboard;
+        Workspace& workspace;
+        Accessibility& accessibility;
+        SyntheticKeyboard& keyboard;
+        MainQueue& mainQueue;
+    };
+
+    TextDelivery(const Ports& ports, TargetContext& target);
+
+    /// Delivers @p text into the target that was captured at the start of the recording.
+    void pasteText(const QString& text, Completion<DeliveryOutcome> completion);
+
+    // What an editor shows. All accept null and answer "unknown" for it.
+    [[nodiscard]] std::optional<QString> textValueForElement(const AccessibleElement* element);
+    [[nodiscard]] std::optional<TextRange> selectedRangeForElement(
+        const AccessibleElement* element);
+    [[nodiscard]] std::optional<qint64> numberOfCharactersForElement(
+        const AccessibleElement* element);
+    [[nodiscard]] std::optional<QString> stringForRange(
+        TextRange range, const AccessibleElement* element);
+
+    /// Whether the editor shows @p text where it was to go; strict.
+    [[nodiscard]] bool verifyInsertionOfText(const QString& text, const AccessibleElement* element,
+        const std::optional<QString>& expected, const EditorObservation& before);
+
+    /// Writes @p text over the element's selection without keyboard or pasteboard. Empty on
+    /// success, else the reason.
+    [[nodiscard]] std::optional<QString> insertText(
+        const QString& text, const AccessibleElement* element);
+
+private:
+    /// One delivery under way, from the snapshot to the outcome.
+    struct Delivery;
+    using DeliveryPointer = std::shared_ptr<Delivery>;
+
+    void takeSnapshotAndPaste(const DeliveryPointer& delivery, bool trusted);
+    void checkAfterPaste(const DeliveryPointer& delivery);
+    void checkAfterTyping(const DeliveryPointer& delivery);
+    static void finish(const DeliveryPointer& delivery);
+
+    [[nodiscard]] ElementHandle editorForDelivery();
+    [[nodiscard]] EditorObservation observe(const AccessibleElement* element);
+    [[nodiscard]] bool replaceSelectionInValue(
+        const QString& text, const AccessibleElement* element);
+    void after(Seconds delay, DeliveryPointer delivery,
+        void (TextDelivery::*step)(const DeliveryPointer&));
+
+    Ports m_ports;
+    TargetContext& m_target;
+    CallbackGuard m_guard;
+};
+
+} // namespace tavrin
