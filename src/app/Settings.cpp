@@ -48,7 +48,7 @@ QString Settings::OutputStyle()
 {
     const QString stored =
         storedString(m_preferences, keys::outputStyle).value_or(u"professional"_s);
-    const QString present = presentNameOfStyle(stored);
+    QString present = presentNameOfStyle(stored);
     if (present.isNull())
         return stored;
     m_preferences.setValue(keys::outputStyle, present);
@@ -142,7 +142,7 @@ QStringList Settings::TranslationShortcutIdentifiers()
         return SanitizedShortcutIdentifiers(*stored);
 
     const bool taken = DictationShortcutIdentifiers().contains("optionSpace"_L1);
-    const QStringList identifiers{taken ? u"controlOptionSpace"_s : u"optionSpace"_s};
+    QStringList identifiers{taken ? u"controlOptionSpace"_s : u"optionSpace"_s};
     m_preferences.setValue(keys::translationShortcutIdentifiers, identifiers);
     return identifiers;
 }
