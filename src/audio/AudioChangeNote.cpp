@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace tavrin {
 namespace {
 
-constexpr qint64 largestNote = 64 * 1024; // Three UIDs of a few KB at most.
+constexpr qint64 largestNote = 65'536; // Bytes. Three UIDs of a few KB at most.
 
 QJsonObject toJson(const AudioChanges& changes)
 {
