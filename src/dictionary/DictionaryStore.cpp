@@ -1,0 +1,121 @@
+#include "dictionary/DictionaryStore.h"
+
+#include "platform/Clock.h"
+#include "platform/PreferenceKeys.h"
+#include "platform/Preferences.h"
+
+#include <algorithm>
+#include <tuple>
+#include <vector>
+
+namespace tavrin {
+namespace {
+
+void store(Preferences& preferences, const QList<DictionaryEntry>& entries)
+{
+    QVariantList stored;
+    stored.reserve(entries.size());
+    for (const DictionaryEntry& entry : entries)
+        stored.append(entry.stored());
+    preferences.setValue(keys::personalDictionaryEntries, stored);
+}
+
+/// The elements of a stored list, whichever of the two list types it was read back as.
+QVariantList listAt(const Preferences& preferences, const QString& key)
+{
+    const QVariant value = preferences.value(key);
+    const bool isList =
+        value.typeId() == QMetaType::QVariantList || value.typeId() == QMetaType::QStringList;
+    return isList ? value.toList() : QVariantList{};
+}
+
+QList<DictionaryEntry> entriesFromLegacyList(const QVariantList& legacy, Seconds now)
+{
+    QList<DictionaryEntry> entries;
+    for (const QVariant& element : legacy) {
+        if (element.typeId() == QMetaType::QString && !element.toString().isEmpty())
+            entries.append(DictionaryEntry::manual(element.toString(), now));
+    }
+    return entries;
+}
+
+QList<DictionaryEntry> migrate(Preferences& preferences, Seconds now)
+{
+    QList<DictionaryEntry> entries =
+        entriesFromLegacyList(listAt(preferences, keys::personalDictionary), now);
+    if (!entries.isEmpty()) {
+        store(preferences, entries);
+        preferences.synchronize();
+    }
+    return entries;
+}
+
+} // namespace
+
+QList<DictionaryEntry> DictionaryEntries(Preferences& preferences, const Clock& clock)
+{
+    const QVariantList stored = listAt(preferences, keys::personalDictionaryEntries);
+    if (stored.isEmpty())
+        return migrate(preferences, clock.sinceEpoch());
+
+    QList<DictionaryEntry> entries;
+    entries.reserve(stored.size());
+    for (const QVariant& element : stored) {
+        if (element.typeId() == QMetaType::QVariantMap)
+            entries.append(DictionaryEntry{element.toMap()});
+    }
+    return entries;
+}
+
+void SaveDictionaryEntries(Preferences& preferences, const QList<DictionaryEntry>& entries)
+{
+    store(preferences, entries);
+
+    QStringList mirror;
+    for (const DictionaryEntry& entry : entries) {
+        if (entry.isEnabled() && !entry.term().isEmpty())
+            mirror.append(entry.term());
+    }
+    preferences.setValue(keys::personalDictionary, mirror);
+    preferences.synchronize();
+}
+
+QStringList DictionaryTerms(const QList<DictionaryEntry>& entries)
+{
+    struct Usage {
+        qint64 hitCount;
+        Seconds updatedAt;
+        QString term;
+    };
+
+    std::vector<Usage> usages; // Read once: a comparison must not search the stored maps.
+    for (const DictionaryEntry& entry : entries) {
+        if (entry.isEnabled() && !entry.term().isEmpty())
+            usages.push_back({entry.hitCount(), entry.updatedAt(), entry.term()});
+    }
+    std::stable_sort(usages.begin(), usages.end(), [](const Usage& left, const Usage& right) {
+        return std::tie(left.hitCount, left.updatedAt) > std::tie(right.hitCount, right.updatedAt);
+    });
+
+    QStringList terms;
+    for (const Usage& usage : usages)
+        terms.append(usage.term);
+    return terms;
+}
+
+std::optional<qsizetype> indexOfTerm(const QList<DictionaryEntry>& entries, const QString& term)
+{
+    const auto found = std::find_if(entries.begin(), entries.end(),
+        [&](const DictionaryEntry& entry) { return entry.hasTerm(term); });
+    if (found == entries.end())
+        return std::nullopt;
+    return found - entries.begin();
+}
+
+bool isAutomaticDictionaryLearningOn(const Preferences& preferences)
+{
+    const QVariant on = preferences.value(keys::automaticDictionaryLearning);
+    return !on.canConvert<bool>() || on.toBool();
+}
+
+} // namespace tavrin
