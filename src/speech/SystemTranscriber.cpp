@@ -1,0 +1,81 @@
+#include "speech/SystemTranscriber.h"
+
+#include "platform/MainQueue.h"
+#include "platform/Permissions.h"
+#include "platform/SpeechRecognizer.h"
+#include "speech/SpeechTexts.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin {
+namespace {
+
+constexpr int recognizerUnavailable = 10;
+constexpr int nothingHeard = 11;
+
+Error speechError(int code, const SimplifiedText& message)
+{
+    return {u"TavrinSpeech"_s, code, message.toString()};
+}
+
+Result<QString> transcriptOf(const SpeechResult& result)
+{
+    const QString text = result.formattedString.trimmed();
+    if (text.isEmpty())
+        return failure(speechError(nothingHeard, texts::noValidSpeech));
+    return text;
+}
+
+} // namespace
+
+SystemTranscriber::SystemTranscriber(FileSpeechRecognizer& recognizer, Permissions& permissions,
+    MainQueue& mainQueue, ContextualTerms contextualTerms)
+    : m_recognizer(recognizer)
+    , m_permissions(permissions)
+    , m_mainQueue(mainQueue)
+    , m_contextualTerms(std::move(contextualTerms))
+{
+}
+
+SystemTranscriber::~SystemTranscriber() = default;
+
+void SystemTranscriber::transcribe(const QString& path, Completion<Result<QString>> completion)
+{
+    // The answer may come on any thread; the recogniser and the terms belong to the main thread.
+    auto start = m_guard.bind([this, path, completion] { recognize(path, completion); });
+    m_permissions.requestSpeech(
+        [start = std::move(start), &queue = m_mainQueue, completion = std::move(completion)](
+            AuthorizationStatus status) {
+            if (status == AuthorizationStatus::Authorized)
+                queue.post(start);
+            else
+                completion(failure(speechError(static_cast<int>(status), texts::speechNotAllowed)));
+        });
+}
+
+void SystemTranscriber::recognize(
+    const QString& path, const Completion<Result<QString>>& completion)
+{
+    std::erase_if(m_runs, [](const Run& run) { return run.reported->load(); });
+    if (!m_recognizer.isAvailable()) {
+        completion(failure(speechError(recognizerUnavailable, texts::speechUnavailable)));
+        return;
+    }
+    const SpeechRequest request{
+        .shouldReportPartialResults = false,
+        .taskHint = SpeechTaskHint::Dictation,
+        .contextualStrings = m_contextualTerms(),
+        .addsPunctuation = true,
+    };
+    auto reported = std::make_shared<std::atomic<bool>>(false);
+    auto task = m_recognizer.recognize(
+        path, request, [reported, completion](const Result<SpeechResult>& result) {
+            const bool decides = !result || result->isFinal;
+            if (!decides || reported->exchange(true))
+                return;
+            completion(result ? transcriptOf(*result) : failure(result.error()));
+        });
+    m_runs.push_back({std::move(reported), std::move(task)});
+}
+
+} // namespace tavrin
