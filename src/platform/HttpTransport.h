@@ -5,7 +5,6 @@
 
 #include <QByteArray>
 #include <QList>
-#include <QString>
 #include <QUrl>
 
 #include <optional>
@@ -46,7 +45,7 @@ public:
 };
 
 /// Domain of the errors that a transport makes itself; their codes are those of HttpFailure.
-inline const QString httpTransportErrorDomain = QStringLiteral("TavrinHttp");
+inline constexpr char httpTransportErrorDomain[] = "TavrinHttp";
 
 enum class HttpFailure {
     Unreachable = 1, ///< No network, no such host, connection refused or cut.

@@ -1,0 +1,56 @@
+#include "platform/linux/atspi/AtspiWorker.h"
+
+#include <glib.h>
+#include <utility>
+
+namespace tavrin {
+namespace {
+
+using Job = std::function<void()>;
+
+gboolean runJob(gpointer data)
+{
+    (*static_cast<Job*>(data))();
+    return G_SOURCE_REMOVE;
+}
+
+void deleteJob(gpointer data)
+{
+    delete static_cast<Job*>(data);
+}
+
+} // namespace
+
+AtspiWorker::AtspiWorker(std::function<void()> start, std::function<void()> stop)
+    : m_context(g_main_context_default())
+    , m_loop(g_main_loop_new(m_context, FALSE))
+    , m_thread([this, start = std::move(start), stop = std::move(stop)] { run(start, stop); })
+{
+}
+
+AtspiWorker::~AtspiWorker()
+{
+    post([this] { g_main_loop_quit(m_loop); });
+    m_thread.join();
+    g_main_loop_unref(m_loop);
+}
+
+void AtspiWorker::post(std::function<void()> job)
+{
+    // A source of its own rather than g_main_context_invoke(), which would run the job right here
+    // while nobody owns the context.
+    GSource* const source = g_idle_source_new();
+    g_source_set_priority(source, G_PRIORITY_DEFAULT);
+    g_source_set_callback(source, runJob, new Job(std::move(job)), deleteJob);
+    g_source_attach(source, m_context);
+    g_source_unref(source);
+}
+
+void AtspiWorker::run(const std::function<void()>& start, const std::function<void()>& stop)
+{
+    start();
+    g_main_loop_run(m_loop);
+    stop();
+}
+
+} // namespace tavrin
