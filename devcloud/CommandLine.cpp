@@ -1,0 +1,162 @@
+#include "devcloud/CommandLine.h"
+
+#include <charconv>
+#include <cstdlib>
+#include <functional>
+#include <map>
+
+namespace tavrin::devcloud {
+namespace {
+
+using Problem = tl::unexpected<std::string>;
+using Set = std::function<bool(Options&, const std::string&)>;
+
+constexpr std::int64_t longestLife = std::int64_t{365} * 24 * 3600;
+constexpr std::int64_t longestModelTimeout = 85; // Clients give up after 90 seconds without data.
+
+bool readNumber(std::string_view text, std::int64_t min, std::int64_t max, std::int64_t& number)
+{
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() && number >= min
+        && number <= max;
+}
+
+Set seconds(std::chrono::seconds Options::*member, std::int64_t max)
+{
+    return [member, max](Options& options, const std::string& text) {
+        std::int64_t number = 0;
+        const bool valid = readNumber(text, 1, max, number);
+        options.*member = std::chrono::seconds(number);
+        return valid;
+    };
+}
+
+template <typename Member>
+Set assign(Member Options::*member)
+{
+    return [member](Options& options, const std::string& text) {
+        options.*member = text;
+        return !text.empty();
+    };
+}
+
+/// "HOST:PORT", "[IPV6]:PORT" or "PORT".
+bool setListen(Options& options, const std::string& text)
+{
+    const std::size_t colon = text.rfind(':');
+    std::string host = colon == std::string::npos ? options.host : text.substr(0, colon);
+    if (host.size() > 2 && host.front() == '[' && host.back() == ']')
+        host = host.substr(1, host.size() - 2);
+    std::int64_t port = 0;
+    const std::string digits = colon == std::string::npos ? text : text.substr(colon + 1);
+    const bool valid = readNumber(digits, 0, 65535, port) && !host.empty();
+    options.host = host;
+    options.port = static_cast<int>(port);
+    return valid;
+}
+
+const std::map<std::string, Set, std::less<>>& valueOptions()
+{
+    static const std::map<std::string, Set, std::less<>> options{
+        {"--data", assign(&Options::data)},
+        {"--listen", setListen},
+        {"--access-ttl", seconds(&Options::accessTokenLife, longestLife)},
+        {"--refresh-ttl", seconds(&Options::refreshTokenLife, longestLife)},
+        {"--llm-url", assign(&Options::modelUrl)},
+        {"--llm-model", assign(&Options::modelName)},
+        {"--llm-key-file", assign(&Options::modelKeyFile)},
+        {"--llm-timeout", seconds(&Options::modelTimeout, longestModelTimeout)},
+        {"--update-file", assign(&Options::updateFile)},
+        {"--password-file", assign(&Options::passwordFile)},
+    };
+    return options;
+}
+
+/// Takes a word that is no option; false when none fits here.
+bool takeWord(Options& options, const std::string& word)
+{
+    if (options.command == Command::Serve && word == "invite")
+        options.command = Command::Invite;
+    else if (options.command == Command::Serve && word == "account")
+        options.command = Command::Account;
+    else if (options.command == Command::Account && options.email.empty() && !word.empty())
+        options.email = word;
+    else
+        return false;
+    return true;
+}
+
+tl::expected<Options, std::string> checked(Options options)
+{
+    if (options.command == Command::Account && options.email.empty())
+        return Problem("account needs an e-mail address");
+    if (options.modelUrl.empty() != options.modelName.empty())
+        return Problem("--llm-url and --llm-model belong together");
+    if (options.data.empty())
+        options.data = defaultDataFolder();
+    if (options.data.empty())
+        return Problem("neither --data nor HOME says where the data live");
+    return options;
+}
+
+} // namespace
+
+std::filesystem::path defaultDataFolder()
+{
+    if (const char* data = std::getenv("XDG_DATA_HOME"); data && *data == '/')
+        return std::filesystem::path(data) / "tavrin-devcloud";
+    if (const char* home = std::getenv("HOME"); home && *home == '/')
+        return std::filesystem::path(home) / ".local/share/tavrin-devcloud";
+    return {};
+}
+
+std::string_view helpText()
+{
+    return R"(usage: tavrin-devcloud [OPTIONS]                 serve until SIGTERM or SIGINT
+       tavrin-devcloud [OPTIONS] invite          print a new invite code
+       tavrin-devcloud [OPTIONS] account EMAIL   make an account, or set its password;
+                                                 the password is read from standard input
+
+  --data DIR            where the database and the outbox live
+                        (default: $XDG_DATA_HOME/tavrin-devcloud)
+  --listen HOST:PORT    where to serve (default: 127.0.0.1:8787; port 0 takes any free one)
+  --access-ttl SECONDS  life of an access token (default: 3600)
+  --refresh-ttl SECONDS life of a refresh token (default: 2592000)
+  --llm-url URL         base of a server that answers POST /v1/chat/completions; https, or http
+                        on this machine. Without it texts are polished by rules, and translation
+                        and chat are refused.
+  --llm-model NAME      the model to ask for
+  --llm-key-file FILE   holds the key the server wants as a bearer token
+  --llm-timeout SECONDS how long an answer may take, at most 85 (default: 60)
+  --update-file FILE    JSON object with build, version, downloadUrl and notes to offer to clients
+  --password-file FILE  where account reads the password instead
+  --help, --version
+)";
+}
+
+tl::expected<Options, std::string> parseCommandLine(std::span<const std::string> arguments)
+{
+    Options options;
+    for (std::size_t at = 0; at < arguments.size(); ++at) {
+        const std::string& argument = arguments[at];
+        if (argument == "--help" || argument == "--version") {
+            options.command = argument == "--help" ? Command::Help : Command::Version;
+            return options;
+        }
+        if (!argument.starts_with("--")) {
+            if (!takeWord(options, argument))
+                return Problem("unexpected argument: " + argument);
+            continue;
+        }
+        const auto option = valueOptions().find(argument);
+        if (option == valueOptions().end())
+            return Problem("unknown option: " + argument);
+        if (++at == arguments.size())
+            return Problem(argument + " needs a value");
+        if (!option->second(options, arguments[at]))
+            return Problem(argument + " has an invalid value: " + arguments[at]);
+    }
+    return checked(std::move(options));
+}
+
+} // namespace tavrin::devcloud

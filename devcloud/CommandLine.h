@@ -1,0 +1,48 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <tl/expected.hpp>
+
+namespace tavrin::devcloud {
+
+enum class Command {
+    Serve,
+    Invite,
+    Account,
+    Help,
+    Version,
+};
+
+/// What the command line asks for.
+struct Options {
+    Command command = Command::Serve;
+    std::string email; ///< Of `account`.
+    std::optional<std::filesystem::path> passwordFile;
+    std::filesystem::path data;
+    std::string host = "127.0.0.1";
+    int port = 8787;
+    std::chrono::seconds accessTokenLife{3600};
+    std::chrono::seconds refreshTokenLife{std::chrono::hours(24 * 30)};
+    std::string modelUrl; ///< Empty: no model.
+    std::string modelName;
+    std::optional<std::filesystem::path> modelKeyFile;
+    std::chrono::seconds modelTimeout{60};
+    std::optional<std::filesystem::path> updateFile;
+};
+
+/// Where the data live unless `--data` says otherwise: below XDG_DATA_HOME, else below HOME.
+std::filesystem::path defaultDataFolder();
+
+std::string_view helpText();
+
+/// The options in @p arguments (without the program's name), or what is wrong with them, in
+/// English.
+tl::expected<Options, std::string> parseCommandLine(std::span<const std::string> arguments);
+
+} // namespace tavrin::devcloud

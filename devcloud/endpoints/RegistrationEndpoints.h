@@ -1,0 +1,51 @@
+#pragma once
+
+#include "devcloud/Now.h"
+#include "devcloud/Outbox.h"
+#include "devcloud/Problem.h"
+#include "devcloud/security/Throttle.h"
+#include "devcloud/store/Sessions.h"
+
+#include <string>
+
+namespace tavrin::devcloud {
+
+class Database;
+class Passwords;
+
+/// New accounts: an invite is shown and a code mailed, the code is exchanged for a registration
+/// token, the token and a password make the account. Or all in one step, with the invite alone.
+class RegistrationEndpoints {
+public:
+    RegistrationEndpoints(Database& database, Passwords& passwords, SendMail sendMail,
+        const TokenLives& lives, Now now);
+
+    /// At most 5 codes an address and 30 a sender are mailed in 10 minutes.
+    Outcome start(const Json& body, const std::string& address);
+    /// A code is good for 10 minutes and 5 wrong tries; the right one may be shown again, because a
+    /// client shows it with every new password it tries.
+    Outcome verify(const Json& body);
+    Outcome complete(const Json& body);
+    Outcome registerAtOnce(const Json& body, const std::string& address);
+
+private:
+    struct NewAccount {
+        std::string email;
+        std::string inviteDigest;
+        std::string password;
+        Device device;
+    };
+
+    tl::expected<void, Problem> takeAttempt(const std::string& email, const std::string& address);
+    Outcome makeAccount(const NewAccount& account);
+
+    Database& m_database;
+    Passwords& m_passwords;
+    SendMail m_sendMail;
+    TokenLives m_lives;
+    Now m_now;
+    Throttle m_codesByEmail;
+    Throttle m_codesByAddress;
+};
+
+} // namespace tavrin::devcloud

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "devcloud/Now.h"
+#include "devcloud/Problem.h"
+#include "devcloud/security/Throttle.h"
+#include "devcloud/store/Sessions.h"
+
+#include <string>
+
+namespace tavrin::devcloud {
+
+class Database;
+class FieldReader;
+class Passwords;
+
+/// The device fields of a sign-in or registration body.
+Device readDevice(FieldReader& fields);
+
+/// The answer that starts or continues a session.
+Json sessionAnswer(const TokenPair& tokens, const std::string& email, const TokenLives& lives);
+
+/// Sign-in, refresh, the account behind a token, sign-out.
+class SessionEndpoints {
+public:
+    SessionEndpoints(Database& database, Passwords& passwords, const TokenLives& lives, Now now);
+
+    /// Ten wrong passwords for one account, or fifty from one address, close it for 15 minutes.
+    Outcome login(const Json& body, const std::string& address);
+    Outcome refresh(const Json& body);
+    Outcome me(const SessionOwner& owner) const;
+    /// @p accessToken may have expired: it still ends its own session.
+    Outcome logout(const std::string& accessToken);
+
+private:
+    tl::expected<void, Problem> takeAttempt(const std::string& email, const std::string& address);
+
+    Database& m_database;
+    Passwords& m_passwords;
+    TokenLives m_lives;
+    Now m_now;
+    Throttle m_attemptsByAccount;
+    Throttle m_attemptsByAddress;
+};
+
+} // namespace tavrin::devcloud

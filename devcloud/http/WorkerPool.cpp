@@ -1,0 +1,58 @@
+#include "devcloud/http/WorkerPool.h"
+
+namespace tavrin::devcloud {
+
+WorkerPool::WorkerPool(std::size_t threads)
+{
+    for (std::size_t thread = 0; thread < threads; ++thread)
+        m_threads.emplace_back([this] { work(); });
+}
+
+WorkerPool::~WorkerPool()
+{
+    shutdown();
+}
+
+void WorkerPool::enqueue(std::function<void()> task)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_tasks.push_back(std::move(task));
+    }
+    m_taskReady.notify_one();
+}
+
+void WorkerPool::shutdown()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_ended = true;
+    }
+    m_taskReady.notify_all();
+    for (std::thread& thread : m_threads)
+        thread.join();
+    m_threads.clear();
+}
+
+bool WorkerPool::isCrowded() const
+{
+    const std::lock_guard lock(m_mutex);
+    return !m_tasks.empty();
+}
+
+void WorkerPool::work()
+{
+    std::unique_lock lock(m_mutex);
+    for (;;) {
+        m_taskReady.wait(lock, [this] { return m_ended || !m_tasks.empty(); });
+        if (m_tasks.empty())
+            return;
+        const std::function<void()> task = std::move(m_tasks.front());
+        m_tasks.pop_front();
+        lock.unlock();
+        task();
+        lock.lock();
+    }
+}
+
+} // namespace tavrin::devcloud

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tavrin::devcloud {
+
+enum class TokenKind {
+    Han, ///< One character of a script that is written without spaces: Han, kana.
+    Word, ///< A word, number, address or name of any other script, with what belongs inside it.
+    Mark, ///< A comma, colon, full stop … of either width, or a run of them such as "?!".
+    Symbol, ///< Everything else: brackets, quotation marks, dashes, emoji.
+    LineBreak,
+};
+
+struct Token {
+    TokenKind kind;
+    std::u32string text;
+    bool spaceBefore = false;
+
+    bool operator==(const Token&) const = default;
+};
+
+using Tokens = std::vector<Token>;
+
+/// Takes a text apart. Nothing is lost but white space and invisible control characters.
+Tokens tokenize(std::u32string_view text);
+
+/// Puts tokens together again with the spacing of good typesetting: one space between words and
+/// between Han and Latin letters, none before a mark or after a full-width one.
+std::u32string render(const Tokens& tokens);
+
+bool isHan(char32_t c);
+/// Whether @p mark ends a sentence.
+bool endsSentence(const Token& mark);
+/// Whether @p mark is a comma of any kind.
+bool isComma(const Token& mark);
+
+/// The word in small letters, for comparing; letters beyond ASCII stay.
+std::u32string folded(std::u32string_view word);
+
+} // namespace tavrin::devcloud

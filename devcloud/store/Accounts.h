@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tavrin::devcloud {
+
+class Database;
+class Transaction;
+
+struct Account {
+    std::int64_t id = 0;
+    std::string email;
+    std::string passwordHash;
+};
+
+/// @p typed as accounts are kept: without surrounding white space, in small letters. Empty when it
+/// is no address: it needs something on both sides of one "@", and neither white space nor control
+/// characters, which could add lines to an e-mail.
+std::optional<std::string> normalizedEmail(std::string_view typed);
+
+std::optional<Account> findAccount(Transaction& transaction, std::string_view email);
+std::int64_t addAccount(Transaction& transaction, std::string_view email,
+    std::string_view passwordHash, std::int64_t now);
+void setPassword(Transaction& transaction, std::int64_t account, std::string_view passwordHash);
+
+void addInvite(Transaction& transaction, std::string_view inviteDigest, std::int64_t now);
+bool inviteIsFree(Transaction& transaction, std::string_view inviteDigest);
+/// False when the invite does not exist or was used before.
+bool useInvite(Transaction& transaction, std::string_view inviteDigest, std::int64_t now);
+
+} // namespace tavrin::devcloud

@@ -1,0 +1,218 @@
+#include "devcloud/Messages.h"
+#include "devcloud/ServiceTest.h"
+
+namespace tavrin::devcloud {
+namespace {
+
+class SessionTest : public testing::ServiceTest {
+protected:
+    Outcome refresh(const Json& token)
+    {
+        return call(Endpoint::Refresh, {{"refreshToken", token}});
+    }
+
+    int meStatus(const Json& token) { return statusOf(call(Endpoint::Me, {}, token)); }
+
+    Outcome loginWith(const std::string& typedPassword)
+    {
+        Json body = loginBody();
+        body["password"] = typedPassword;
+        return call(Endpoint::Login, body);
+    }
+};
+
+TEST_F(SessionTest, SignInAnswersBothTokensAndTheEmail)
+{
+    const Json session = signIn();
+
+    EXPECT_EQ(session["user"]["email"], email);
+    EXPECT_GE(session["accessToken"].get<std::string>().size(), 43U);
+    EXPECT_GE(session["refreshToken"].get<std::string>().size(), 43U);
+    EXPECT_EQ(session["expiresIn"], 3600);
+    EXPECT_EQ(meStatus(session["accessToken"]), 200);
+}
+
+TEST_F(SessionTest, EmailIsComparedWithoutCaseAndSurroundingSpace)
+{
+    addTestAccount();
+    Json body = loginBody();
+    body["email"] = " Ada@Example.ORG ";
+
+    EXPECT_EQ(call(Endpoint::Login, body).value()["user"]["email"], email);
+}
+
+TEST_F(SessionTest, WrongPasswordAndUnknownAccountAreAnsweredAlike)
+{
+    addTestAccount();
+    const Outcome wrong = loginWith("wrong password");
+    Json stranger = loginBody();
+    stranger["email"] = "nobody@example.org";
+    const Outcome unknown = call(Endpoint::Login, stranger);
+
+    EXPECT_EQ(statusOf(wrong), 401);
+    EXPECT_EQ(wrong.error().message, messages::credentialsWrong);
+    EXPECT_EQ(statusOf(unknown), 401);
+    EXPECT_EQ(unknown.error().message, wrong.error().message);
+}
+
+TEST_F(SessionTest, TenWrongPasswordsCloseTheAccountForFifteenMinutes)
+{
+    addTestAccount();
+    for (int guess = 0; guess < 10; ++guess)
+        EXPECT_EQ(statusOf(loginWith("guess " + std::to_string(guess))), 401);
+
+    const Outcome closed = loginWith(password);
+    EXPECT_EQ(statusOf(closed), 429);
+    EXPECT_EQ(closed.error().retryAfter, std::chrono::minutes(15));
+
+    now += 15 * 60 - 1;
+    EXPECT_EQ(statusOf(loginWith(password)), 429);
+    now += 1;
+    EXPECT_EQ(statusOf(loginWith(password)), 200);
+}
+
+TEST_F(SessionTest, TheRightPasswordForgivesTheWrongOnesBefore)
+{
+    addTestAccount();
+    for (int round = 0; round < 3; ++round) {
+        for (int guess = 0; guess < 9; ++guess)
+            loginWith("a wrong guess");
+        EXPECT_EQ(statusOf(loginWith(password)), 200);
+    }
+}
+
+TEST_F(SessionTest, FiftyWrongPasswordsFromOneAddressCloseItToAllAccounts)
+{
+    addTestAccount();
+    for (int guess = 0; guess < 50; ++guess) {
+        Json body = loginBody();
+        body["email"] = std::to_string(guess) + "@example.org";
+        EXPECT_EQ(statusOf(call(Endpoint::Login, body)), 401);
+    }
+    EXPECT_EQ(statusOf(loginWith(password)), 429);
+
+    address = "127.0.0.2";
+    EXPECT_EQ(statusOf(loginWith(password)), 200);
+}
+
+TEST_F(SessionTest, AccessTokenExpires)
+{
+    const Json session = signIn();
+    now += 3599;
+    EXPECT_EQ(meStatus(session["accessToken"]), 200);
+    now += 1;
+
+    const Outcome expired = call(Endpoint::Me, {}, session["accessToken"]);
+
+    EXPECT_EQ(statusOf(expired), 401);
+    EXPECT_EQ(expired.error().message, messages::accessTokenInvalid);
+}
+
+TEST_F(SessionTest, RefreshGivesANewPairForTheSameAccount)
+{
+    const Json session = signIn();
+
+    const Json fresh = refresh(session["refreshToken"]).value();
+
+    EXPECT_NE(fresh["accessToken"], session["accessToken"]);
+    EXPECT_NE(fresh["refreshToken"], session["refreshToken"]);
+    EXPECT_EQ(fresh["user"]["email"], email);
+    EXPECT_EQ(meStatus(fresh["accessToken"]), 200);
+}
+
+TEST_F(SessionTest, UnknownRefreshTokenIsRefusedWith401)
+{
+    EXPECT_EQ(statusOf(refresh("guessed")), 401);
+    EXPECT_EQ(statusOf(refresh("")), 401);
+}
+
+TEST_F(SessionTest, RefreshTokenExpires)
+{
+    const Json session = signIn();
+    now += 30 * 24 * 3600;
+
+    EXPECT_EQ(statusOf(refresh(session["refreshToken"])), 401);
+}
+
+TEST_F(SessionTest, TwoRefreshesAtOnceBothSucceed)
+{
+    const Json session = signIn();
+    refresh(session["refreshToken"]);
+    now += 10;
+
+    const Json second = refresh(session["refreshToken"]).value();
+
+    EXPECT_EQ(meStatus(second["accessToken"]), 200);
+}
+
+TEST_F(SessionTest, AnOldRefreshTokenShownAgainEndsTheWholeFamily)
+{
+    const Json session = signIn();
+    const Json fresh = refresh(session["refreshToken"]).value();
+    now += 11;
+
+    EXPECT_EQ(statusOf(refresh(session["refreshToken"])), 401);
+
+    EXPECT_EQ(meStatus(fresh["accessToken"]), 401);
+    EXPECT_EQ(statusOf(refresh(fresh["refreshToken"])), 401);
+}
+
+TEST_F(SessionTest, AnotherSignInOfTheAccountOutlivesTheEndedFamily)
+{
+    const Json session = signIn();
+    const Json other = call(Endpoint::Login, loginBody()).value();
+    refresh(session["refreshToken"]);
+    now += 11;
+    refresh(session["refreshToken"]);
+
+    EXPECT_EQ(meStatus(other["accessToken"]), 200);
+}
+
+TEST_F(SessionTest, SignOutEndsBothTokens)
+{
+    const Json session = signIn();
+
+    EXPECT_EQ(statusOf(callRaw(Endpoint::Logout, "", session["accessToken"])), 200);
+
+    EXPECT_EQ(meStatus(session["accessToken"]), 401);
+    EXPECT_EQ(statusOf(refresh(session["refreshToken"])), 401);
+    EXPECT_EQ(statusOf(callRaw(Endpoint::Logout, "", session["accessToken"])), 401);
+}
+
+TEST_F(SessionTest, AnExpiredTokenStillSignsOut)
+{
+    const Json session = signIn();
+    now += 3600;
+
+    EXPECT_EQ(statusOf(callRaw(Endpoint::Logout, "", session["accessToken"])), 200);
+    EXPECT_EQ(statusOf(refresh(session["refreshToken"])), 401);
+}
+
+TEST_F(SessionTest, NoTokenStandsInTheDatabaseItself)
+{
+    const Json session = signIn();
+    Transaction transaction(*database);
+    for (const char* sql : {"SELECT COUNT(*) FROM access_tokens WHERE hash = ?",
+             "SELECT COUNT(*) FROM refresh_tokens WHERE hash = ?"}) {
+        for (const char* name : {"accessToken", "refreshToken"}) {
+            const auto token = session[name].get<std::string>();
+            Statement row = transaction.statement(sql);
+            ASSERT_TRUE(row.bind(token).step());
+            EXPECT_EQ(row.number(0), 0);
+        }
+    }
+}
+
+TEST_F(SessionTest, AuthorizationOfAnotherSchemeCountsAsNone)
+{
+    const Json session = signIn();
+    const std::string token = session["accessToken"];
+
+    EXPECT_EQ(statusOf(service->answer({Endpoint::Me, "Basic " + token, "", address})), 401);
+    EXPECT_EQ(statusOf(service->answer({Endpoint::Me, token, "", address})), 401);
+    EXPECT_EQ(statusOf(service->answer({Endpoint::Me, "bearer " + token, "", address})), 200);
+    EXPECT_EQ(statusOf(service->answer({Endpoint::Me, "", "", address})), 401);
+}
+
+} // namespace
+} // namespace tavrin::devcloud
