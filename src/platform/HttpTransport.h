@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QString>
 #include <QUrl>
 
 #include <optional>
@@ -45,7 +46,7 @@ public:
 };
 
 /// Domain of the errors that a transport makes itself; their codes are those of HttpFailure.
-inline constexpr char httpTransportErrorDomain[] = "TavrinHttp";
+inline const QString httpTransportErrorDomain = QStringLiteral("TavrinHttp");
 
 enum class HttpFailure {
     Unreachable = 1, ///< No network, no such host, connection refused or cut.

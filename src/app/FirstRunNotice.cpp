@@ -1,0 +1,69 @@
+#include "app/FirstRunNotice.h"
+
+#include "app/AccountPanel.h"
+#include "app/AlertTexts.h"
+#include "app/FirstRunTexts.h"
+#include "app/MainWindow.h"
+#include "base/Seconds.h"
+#include "cloud/StoredSession.h"
+#include "platform/Alerts.h"
+#include "platform/MainQueue.h"
+#include "platform/PreferenceKeys.h"
+#include "platform/Preferences.h"
+
+#include <utility>
+
+using namespace std::chrono_literals;
+
+namespace tavrin {
+namespace {
+
+constexpr Seconds pageSettles = 120ms; // Lets the account page appear before its dialog.
+constexpr int guideButton = 1;
+
+} // namespace
+
+FirstRunNotice::FirstRunNotice(const Neighbours& neighbours)
+    : m_neighbours(neighbours)
+{
+}
+
+void FirstRunNotice::showBetaOnboardingIfNeeded()
+{
+    if (m_neighbours.preferences.value(keys::tavrinBetaOnboardingSeen).toBool()) {
+        offerSignIn();
+        return;
+    }
+    Alert alert;
+    alert.messageText = texts::welcomeToBeta.toString();
+    alert.informativeText = texts::betaNotice.toString();
+    alert.buttons = {texts::understood.toString(), texts::showInstallationGuide.toString()};
+    m_neighbours.alerts.show(alert, m_guard.bind([this](const AlertAnswer& answer) {
+        m_neighbours.preferences.setValue(keys::tavrinBetaOnboardingSeen, true);
+        if (answer.button == guideButton)
+            showBetaInstallationGuide([this] { offerSignIn(); });
+        else
+            offerSignIn();
+    }));
+}
+
+void FirstRunNotice::showBetaInstallationGuide(std::function<void()> afterwards)
+{
+    Alert alert;
+    alert.messageText = texts::installationGuide.toString();
+    alert.informativeText = texts::installationSteps.toString();
+    alert.buttons = {texts::fine.toString()};
+    m_neighbours.alerts.show(
+        alert, m_guard.bind([then = std::move(afterwards)](const AlertAnswer&) { then(); }));
+}
+
+void FirstRunNotice::offerSignIn()
+{
+    if (hasCloudSession(m_neighbours.preferences))
+        return;
+    m_neighbours.mainWindow.selectSettingsPage(sidebarPages.back());
+    m_neighbours.mainQueue.callLater(
+        pageSettles, m_guard.bind([this] { m_neighbours.accountPanel.showLoginDialog(); }));
+}
+
+} // namespace tavrin

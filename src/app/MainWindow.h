@@ -1,0 +1,33 @@
+#pragma once
+
+#include "app/SettingsPage.h"
+
+#include <QtGlobal>
+
+namespace tavrin {
+
+/// The application's one full window, as the controller sees it. Main thread only. Closing it
+/// only hides it.
+class MainWindow {
+public:
+    virtual ~MainWindow() = default;
+
+    /// Builds the window with all its pages, hidden. Called once, at launch.
+    virtual void configureMainWindow() = 0;
+
+    /// Shows the window in front of the program's other windows; one that is minimised comes back.
+    virtual void show() = 0;
+    virtual void hide() = 0;
+    [[nodiscard]] virtual bool isVisible() const = 0;
+
+    /// Shows @p page as if its sidebar button had been pressed.
+    virtual void selectSettingsPage(SettingsPage page) = 0;
+
+    /// Moves the selection of `outputStylePopup` to the row at @p index, without its action.
+    virtual void setOutputStyleIndex(qsizetype index) = 0;
+
+    /// Moves the selection of `translationPopup` to the row at @p index, without its action.
+    virtual void setTranslationTargetIndex(qsizetype index) = 0;
+};
+
+} // namespace tavrin

@@ -1,0 +1,102 @@
+#include "app/ShortcutMonitor.h"
+
+#include "app/Settings.h"
+#include "app/ShortcutKeys.h"
+#include "platform/KeyMonitor.h"
+#include "platform/MainQueue.h"
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin {
+
+ShortcutMonitor::ShortcutMonitor(
+    KeyMonitor& keyMonitor, MainQueue& mainQueue, Settings& settings, Actions actions)
+    : m_keyMonitor(keyMonitor)
+    , m_mainQueue(mainQueue)
+    , m_settings(settings)
+    , m_actions(std::move(actions))
+{
+}
+
+ShortcutMonitor::~ShortcutMonitor() = default;
+
+void ShortcutMonitor::configureHotKey()
+{
+    // The global handler runs on any thread: it only hands the event over.
+    auto onMainThread = m_guard.bind([this](const KeyEvent& event) { handle(event); });
+    m_globalMonitor =
+        m_keyMonitor.addGlobalMonitor([&queue = m_mainQueue, onMainThread](const KeyEvent& event) {
+            queue.post([onMainThread, event]() mutable { onMainThread(event); });
+        });
+    m_localMonitor =
+        m_keyMonitor.addLocalMonitor([this](const KeyEvent& event) { return handle(event); });
+}
+
+bool ShortcutMonitor::handle(const KeyEvent& event)
+{
+    if (isEscapeEvent(event)) {
+        m_actions.handleEscape();
+        return true;
+    }
+    const std::optional<OperationMode> mode = operationForHotKeyEvent(event);
+    if (mode)
+        m_actions.toggleOperationMode(*mode);
+    return mode.has_value();
+}
+
+bool ShortcutMonitor::isEscapeEvent(const KeyEvent& event) const
+{
+    return event.kind == KeyEvent::Kind::KeyDown && event.keyCode == key_codes::escape
+        && !event.isRepeat && m_actions.isRecording();
+}
+
+std::optional<OperationMode> ShortcutMonitor::operationForHotKeyEvent(const KeyEvent& event)
+{
+    const QString identifier = shortcutIdentifierForEvent(event);
+    return identifier.isNull() ? std::nullopt : operationForShortcutIdentifier(identifier);
+}
+
+std::optional<OperationMode> ShortcutMonitor::operationForShortcutIdentifier(
+    const QString& identifier)
+{
+    if (m_settings.DictationShortcutIdentifiers().contains(identifier))
+        return OperationMode::Dictation;
+    if (m_settings.TranslationShortcutIdentifiers().contains(identifier))
+        return OperationMode::Translation;
+    if (m_settings.ChatShortcutIdentifiers().contains(identifier))
+        return OperationMode::Chat;
+    return std::nullopt;
+}
+
+void ShortcutMonitor::clearHeldKeys()
+{
+    m_rightOptionDown = false;
+    m_leftOptionDown = false;
+}
+
+QString ShortcutMonitor::shortcutIdentifierForEvent(const KeyEvent& event)
+{
+    if (event.kind == KeyEvent::Kind::KeyDown) {
+        const bool pressed = event.keyCode == key_codes::space && !event.isRepeat;
+        return pressed ? spaceShortcutIdentifier(event.modifiers & shortcutModifiers) : QString();
+    }
+    if (event.keyCode == key_codes::leftOption)
+        return shortcutIdentifierForOptionKey(event, m_leftOptionDown, u"leftOption"_s);
+    if (event.keyCode == key_codes::rightOption)
+        return shortcutIdentifierForOptionKey(event, m_rightOptionDown, u"rightOption"_s);
+    return {};
+}
+
+QString ShortcutMonitor::shortcutIdentifierForOptionKey(
+    const KeyEvent& event, bool& down, const QString& identifier)
+{
+    const bool wasDown = down;
+    down = event.modifiers.testFlag(KeyModifier::Option);
+    // With another modifier the key is part of some other combination.
+    const bool alone = (event.modifiers & shortcutModifiers) == KeyModifier::Option;
+    return down && !wasDown && alone ? identifier : QString();
+}
+
+} // namespace tavrin

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "app/OperationMode.h"
+#include "base/CallbackGuard.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QString;
+
+namespace tavrin {
+
+class KeyMonitor;
+class KeyObservation;
+class MainQueue;
+class Settings;
+struct KeyEvent;
+
+/// Turns key presses anywhere on the desktop into operations and cancellations. Main thread only.
+///
+/// A key that alone is a shortcut (an Option key) counts when it goes down, whatever is pressed
+/// with it later. Presses while another program has the keyboard reach that program too; in
+/// Tavrin's own windows they are swallowed.
+class ShortcutMonitor {
+public:
+    /// What key presses lead to; all called on the main thread.
+    struct Actions {
+        std::function<bool()> isRecording;
+        std::function<void()> handleEscape;
+        std::function<void(OperationMode)> toggleOperationMode;
+    };
+
+    /// @param keyMonitor, mainQueue, settings must outlive the monitor.
+    ShortcutMonitor(
+        KeyMonitor& keyMonitor, MainQueue& mainQueue, Settings& settings, Actions actions);
+    ~ShortcutMonitor();
+
+    ShortcutMonitor(const ShortcutMonitor&) = delete;
+    ShortcutMonitor& operator=(const ShortcutMonitor&) = delete;
+
+    /// Starts to watch the keyboard. Called once, at launch.
+    void configureHotKey();
+
+    /// A fresh press of Escape while recording.
+    [[nodiscard]] bool isEscapeEvent(const KeyEvent& event) const;
+
+    /// The operation that @p event starts or finishes; empty for none. Keeps track of the Option
+    /// keys that are held: each event may be given only once.
+    [[nodiscard]] std::optional<OperationMode> operationForHotKeyEvent(const KeyEvent& event);
+
+    /// The operation that has this shortcut now. Where operations share one, dictation comes before
+    /// translation before chat.
+    [[nodiscard]] std::optional<OperationMode> operationForShortcutIdentifier(
+        const QString& identifier);
+
+    /// Forgets which Option keys are held, so that the next press counts in any case.
+    void clearHeldKeys();
+
+private:
+    /// Acts on @p event; whether it meant anything.
+    bool handle(const KeyEvent& event);
+    [[nodiscard]] QString shortcutIdentifierForEvent(const KeyEvent& event);
+    [[nodiscard]] QString shortcutIdentifierForOptionKey(
+        const KeyEvent& event, bool& down, const QString& identifier);
+
+    KeyMonitor& m_keyMonitor;
+    MainQueue& m_mainQueue;
+    Settings& m_settings;
+    Actions m_actions;
+    bool m_rightOptionDown = false;
+    bool m_leftOptionDown = false;
+    std::unique_ptr<KeyObservation> m_globalMonitor;
+    std::unique_ptr<KeyObservation> m_localMonitor;
+    CallbackGuard m_guard;
+};
+
+} // namespace tavrin
