@@ -1,0 +1,47 @@
+#include "platform/qt/QtHttpTransport.h"
+
+#include "platform/qt/HttpErrors.h"
+
+#include <utility>
+
+namespace tavrin {
+
+QtHttpTransport::QtHttpTransport(const HttpLimits& limits, const QSslConfiguration& tls)
+    : m_limits(limits)
+    , m_tls(tls)
+{
+}
+
+QtHttpTransport::~QtHttpTransport()
+{
+    m_closing = true;
+    while (!m_open.empty()) {
+        const ResponseCompletion completion = m_open.front().completion;
+        m_open.pop_front();
+        completion(failure(httpError(HttpFailure::Cancelled)));
+    }
+}
+
+void QtHttpTransport::send(const HttpRequest& request, ResponseCompletion completion)
+{
+    const auto open = m_open.insert(m_open.end(), Open{nullptr, std::move(completion)});
+    if (m_closing)
+        return;
+    open->exchange = std::make_unique<HttpExchange>(
+        m_manager, m_tls, m_limits, request, [this, open](const Result<HttpResponse>& answer) {
+            // Off the exchange's own stack, and after send() has returned.
+            QMetaObject::invokeMethod(
+                &m_deliveries, [this, open, answer] { finish(open, answer); },
+                Qt::QueuedConnection);
+        });
+    open->exchange->start();
+}
+
+void QtHttpTransport::finish(std::list<Open>::iterator request, const Result<HttpResponse>& answer)
+{
+    const ResponseCompletion completion = request->completion;
+    m_open.erase(request);
+    completion(answer); // May destroy this transport.
+}
+
+} // namespace tavrin

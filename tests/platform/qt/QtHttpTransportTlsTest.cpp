@@ -1,0 +1,107 @@
+#include "platform/qt/QtHttpTransport.h"
+#include "support/LoopbackServer.h"
+#include "support/QtPrinters.h"
+#include "support/TestAuthority.h"
+#include "support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin {
+namespace {
+
+using testing::LoopbackServer;
+using testing::ServedRequest;
+
+class QtHttpTransportTlsTest : public ::testing::Test {
+protected:
+    testing::TestAuthority authority;
+
+    Result<HttpResponse> get(QtHttpTransport& transport, const QUrl& url)
+    {
+        std::optional<Result<HttpResponse>> received;
+        transport.send({url, "GET", {{"Authorization", "Bearer token"}}, std::nullopt},
+            [&](const Result<HttpResponse>& answer) { received = answer; });
+        EXPECT_TRUE(testing::waitUntil([&] { return received.has_value(); }));
+        return received.value_or(HttpResponse{});
+    }
+
+    void expectRefused(const QSslConfiguration& serverTls, const QSslConfiguration& clientTls)
+    {
+        LoopbackServer server(serverTls);
+        QtHttpTransport transport({}, clientTls);
+        const Result<HttpResponse> answer = get(transport, server.url());
+
+        ASSERT_FALSE(answer.has_value());
+        EXPECT_EQ(answer.error().code, static_cast<int>(HttpFailure::Insecure));
+        EXPECT_TRUE(server.requests().isEmpty());
+    }
+};
+
+TEST_F(QtHttpTransportTlsTest, ACertificateThatHoldsIsAcceptedAndItsConnectionReused)
+{
+    LoopbackServer server(authority.server(u"IP:127.0.0.1"_s));
+    QtHttpTransport transport({}, authority.client());
+
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(get(transport, server.url()).value(), (HttpResponse{200, {}}));
+    EXPECT_EQ(server.connections(), 1);
+}
+
+TEST_F(QtHttpTransportTlsTest, AnotherHostsCertificateIsRefused)
+{
+    expectRefused(authority.server(u"DNS:other.test"_s), authority.client());
+}
+
+TEST_F(QtHttpTransportTlsTest, AnExpiredCertificateIsRefused)
+{
+    expectRefused(authority.server(u"IP:127.0.0.1"_s, -1), authority.client());
+}
+
+TEST_F(QtHttpTransportTlsTest, ASelfSignedCertificateIsRefused)
+{
+    expectRefused(authority.selfSigned(u"IP:127.0.0.1"_s), authority.client());
+}
+
+TEST_F(QtHttpTransportTlsTest, AnUnknownAuthorityIsRefused)
+{
+    expectRefused(authority.server(u"IP:127.0.0.1"_s), QSslConfiguration::defaultConfiguration());
+}
+
+TEST_F(QtHttpTransportTlsTest, AServerThatSpeaksNoTlsIsNoSecureConnection)
+{
+    LoopbackServer server;
+    server.onFirstBytes = [](QTcpSocket& socket) {
+        socket.write("HTTP/1.1 400 Bad Request\r\n\r\n");
+        socket.disconnectFromHost();
+    };
+    QtHttpTransport transport({}, authority.client());
+    QUrl url = server.url();
+    url.setScheme(u"https"_s);
+
+    EXPECT_FALSE(get(transport, url).has_value());
+}
+
+TEST_F(QtHttpTransportTlsTest, ARedirectToPlainHttpIsRefused)
+{
+    LoopbackServer plain;
+    LoopbackServer server(authority.server(u"IP:127.0.0.1"_s));
+    const auto redirectTo = [&](const QByteArray& location) {
+        server.handler = [location](const ServedRequest&, QTcpSocket& socket) {
+            socket.write(LoopbackServer::answer(307, {}, "Location: " + location + "\r\n"));
+        };
+    };
+    QtHttpTransport transport({}, authority.client());
+    QByteArray samePort = server.url().toEncoded();
+    samePort.replace("https:", "http:");
+    for (const QByteArray& location : {plain.url().toEncoded(), samePort}) {
+        redirectTo(location);
+        EXPECT_EQ(
+            get(transport, server.url()).error().code, static_cast<int>(HttpFailure::Redirected));
+    }
+    EXPECT_TRUE(plain.requests().isEmpty());
+}
+
+} // namespace
+} // namespace tavrin
