@@ -9,6 +9,8 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include <sys/socket.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -294,14 +296,18 @@ TEST_F(QtHttpTransportTest, ALargeBodyArrivesWhole)
 
 TEST_F(QtHttpTransportTest, AConnectionThatTheServerClosedWhileIdleIsReplaced)
 {
-    server.handler = [](const ServedRequest&, QTcpSocket& socket) {
+    int noticed = 0;
+    server.handler = [&](const ServedRequest&, QTcpSocket& socket) {
+        QObject::connect(&socket, &QTcpSocket::disconnected, [&] { ++noticed; });
         socket.write(LoopbackServer::answer(200));
-        socket.disconnectFromHost();
+        socket.flush();
+        shutdown(static_cast<int>(socket.socketDescriptor()), SHUT_WR);
     };
     for (int i = 1; i <= 5; ++i) {
         post();
         ASSERT_TRUE(answered(i));
         EXPECT_TRUE(answers.last().has_value());
+        ASSERT_TRUE(waitUntil([&] { return noticed == i; }));
     }
 
     EXPECT_EQ(server.requests().size(), 5);
