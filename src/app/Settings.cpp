@@ -46,8 +46,7 @@ Settings::Settings(Preferences& preferences, const Localization& localization)
 
 QString Settings::OutputStyle()
 {
-    const QString stored =
-        storedString(m_preferences, keys::outputStyle).value_or(u"professional"_s);
+    QString stored = storedString(m_preferences, keys::outputStyle).value_or(u"professional"_s);
     QString present = presentNameOfStyle(stored);
     if (present.isNull())
         return stored;

@@ -10,6 +10,19 @@
 using namespace Qt::StringLiterals;
 
 namespace tavrin {
+namespace {
+
+/// @p identifier when @p event is a fresh press of that Option key alone; keeps @p down up to date.
+QString shortcutIdentifierForOptionKey(const KeyEvent& event, bool& down, const QString& identifier)
+{
+    const bool wasDown = down;
+    down = event.modifiers.testFlag(KeyModifier::Option);
+    // With another modifier the key is part of some other combination.
+    const bool alone = (event.modifiers & shortcutModifiers) == KeyModifier::Option;
+    return down && !wasDown && alone ? identifier : QString();
+}
+
+} // namespace
 
 ShortcutMonitor::ShortcutMonitor(
     KeyMonitor& keyMonitor, MainQueue& mainQueue, Settings& settings, Actions actions)
@@ -87,16 +100,6 @@ QString ShortcutMonitor::shortcutIdentifierForEvent(const KeyEvent& event)
     if (event.keyCode == key_codes::rightOption)
         return shortcutIdentifierForOptionKey(event, m_rightOptionDown, u"rightOption"_s);
     return {};
-}
-
-QString ShortcutMonitor::shortcutIdentifierForOptionKey(
-    const KeyEvent& event, bool& down, const QString& identifier)
-{
-    const bool wasDown = down;
-    down = event.modifiers.testFlag(KeyModifier::Option);
-    // With another modifier the key is part of some other combination.
-    const bool alone = (event.modifiers & shortcutModifiers) == KeyModifier::Option;
-    return down && !wasDown && alone ? identifier : QString();
 }
 
 } // namespace tavrin

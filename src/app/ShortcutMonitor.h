@@ -61,8 +61,6 @@ private:
     /// Acts on @p event; whether it meant anything.
     bool handle(const KeyEvent& event);
     [[nodiscard]] QString shortcutIdentifierForEvent(const KeyEvent& event);
-    [[nodiscard]] QString shortcutIdentifierForOptionKey(
-        const KeyEvent& event, bool& down, const QString& identifier);
 
     KeyMonitor& m_keyMonitor;
     MainQueue& m_mainQueue;

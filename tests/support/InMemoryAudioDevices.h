@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <functional>
 #include <vector>
 
 namespace tavrin::testing {
@@ -33,6 +34,7 @@ public:
 
     /// Every change that was asked for, in order: "input 2", "mute 3 1", "volume 3 0".
     QStringList writes;
+    std::function<void(const QString&)> onWrite; ///< Told of each at once.
 
     Device& addMicrophone(AudioDeviceId id, const QString& name, const QString& uid)
     {
@@ -90,7 +92,7 @@ public:
 
     bool setDefaultInputDevice(AudioDeviceId id) override
     {
-        writes.append(QStringLiteral("input %1").arg(id));
+        note(QStringLiteral("input %1").arg(id));
         const Device* found = find(id);
         if (!switchingSucceeds || !found || found->inputChannels.value_or(0) == 0)
             return false;
@@ -116,7 +118,7 @@ public:
 
     bool setOutputMute(AudioDeviceId id, quint32 mute) override
     {
-        writes.append(QStringLiteral("mute %1 %2").arg(id).arg(mute));
+        note(QStringLiteral("mute %1 %2").arg(id).arg(mute));
         Device* found = find(id);
         if (!isOutputMuteSettable(id) || !found->muteWritesSucceed)
             return false;
@@ -137,7 +139,7 @@ public:
 
     bool setOutputVolume(AudioDeviceId id, float volume) override
     {
-        writes.append(QStringLiteral("volume %1 %2").arg(id).arg(static_cast<double>(volume)));
+        note(QStringLiteral("volume %1 %2").arg(id).arg(static_cast<double>(volume)));
         Device* found = find(id);
         if (!isOutputVolumeSettable(id) || !found->volumeWritesSucceed)
             return false;
@@ -146,6 +148,13 @@ public:
     }
 
 private:
+    void note(const QString& write)
+    {
+        writes.append(write);
+        if (onWrite)
+            onWrite(write);
+    }
+
     Device* find(AudioDeviceId id)
     {
         const auto found = std::ranges::find(all, id, &Device::id);

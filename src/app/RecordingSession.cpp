@@ -1,0 +1,170 @@
+#include "app/RecordingSession.h"
+
+#include "app/AccountPanel.h"
+#include "app/CorrectionLearning.h"
+#include "app/ErrorAlert.h"
+#include "app/OperationShortcut.h"
+#include "app/RecordingHUD.h"
+#include "app/SessionTexts.h"
+#include "app/SoundEffects.h"
+#include "app/StatusMenu.h"
+#include "audio/AudioEnvironment.h"
+#include "cloud/StoredSession.h"
+#include "delivery/TargetContext.h"
+#include "platform/Alerts.h"
+#include "platform/AudioRecorder.h"
+#include "platform/MainQueue.h"
+#include "speech/LiveTranscriber.h"
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace tavrin {
+namespace {
+
+/// Lets the start sound be heard before the output is silenced.
+constexpr Seconds muteDelay = 220ms;
+
+Result<void> failureWithoutMessage()
+{
+    return failure({u"TavrinRecorder"_s, 0, {}});
+}
+
+} // namespace
+
+RecordingSession::RecordingSession(const Neighbours& neighbours)
+    : m_neighbours(neighbours)
+{
+}
+
+RecordingSession::~RecordingSession() = default;
+
+void RecordingSession::toggleOperationMode(OperationMode mode)
+{
+    if (m_state == SessionState::Idle) {
+        m_activeOperationMode = mode;
+        startRecording();
+        return;
+    }
+    const bool finishes = m_state == SessionState::Recording && !m_cancellationPending
+        && mode == m_activeOperationMode;
+    if (finishes)
+        finishRecording();
+    else
+        m_neighbours.alerts.beep();
+}
+
+void RecordingSession::startRecording()
+{
+    if (!hasCloudSession(m_neighbours.preferences)) {
+        m_neighbours.accountPanel.showLoginDialog();
+        return;
+    }
+    m_neighbours.correctionLearning.finishCorrectionLearningAndAnalyze(true);
+    m_neighbours.target.capture();
+    m_cancellationPending = false;
+    m_neighbours.audioEnvironment.applyPreferredMicrophoneForRecording();
+
+    if (const Result<void> started = startRecorder(); !started) {
+        m_recorder.reset();
+        m_audioFile.reset();
+        m_neighbours.audioEnvironment.restoreAudioEnvironment();
+        const QString& reason = started.error().message;
+        m_neighbours.errorAlert.showError(texts::cannotStartRecording.toString(),
+            reason.isEmpty() ? texts::checkMicrophonePermission.toString() : reason);
+        return;
+    }
+    setState(SessionState::Recording);
+    m_neighbours.hud.setOperationName(operationName(m_activeOperationMode));
+    m_neighbours.hud.setOperationShortcutName(
+        firstShortcutName(m_neighbours.settings, m_activeOperationMode));
+    showRecording();
+    m_neighbours.sounds.playSoundNamed(u"start"_s);
+    m_muteTimer = m_neighbours.mainQueue.after(muteDelay, m_guard.bind([this] {
+        m_neighbours.audioEnvironment.muteSystemAudioForRecordingIfNeeded();
+    }));
+}
+
+Result<void> RecordingSession::startRecorder()
+{
+    m_audioFile.emplace(m_neighbours.systemInfo);
+    auto recorder =
+        m_neighbours.audioRecorders.createRecorder(m_audioFile->path(), recordingSettings);
+    if (!recorder)
+        return failure(recorder.error());
+    m_recorder = std::move(*recorder);
+    m_recorder->setMeteringEnabled(true);
+    if (!m_recorder->prepareToRecord() || !m_recorder->record())
+        return failureWithoutMessage();
+    return {};
+}
+
+void RecordingSession::showRecording()
+{
+    m_neighbours.hud.showRecordingWithRecorder(m_recorder);
+    // Without live text the recording is as good: whatever the reason is, it goes on.
+    static_cast<void>(m_neighbours.liveTranscriber.startWithUpdate(
+        m_guard.bind([this](const QString& text) { m_neighbours.hud.updateTranscript(text); })));
+}
+
+void RecordingSession::handleEscape()
+{
+    if (m_state != SessionState::Recording)
+        return;
+    if (m_cancellationPending) {
+        cancelCurrentRecording();
+        return;
+    }
+    m_cancellationPending = true;
+    m_recorder->pause();
+    m_neighbours.liveTranscriber.stop();
+    m_neighbours.hud.showCancelConfirmationWithConfirm(
+        m_guard.bind([this] { cancelCurrentRecording(); }),
+        m_guard.bind([this] { continueCurrentRecording(); }));
+}
+
+void RecordingSession::cancelCurrentRecording()
+{
+    if (m_state != SessionState::Recording)
+        return;
+    m_cancellationPending = false;
+    stopRecording();
+    std::optional<RecordingFile> audioFile = std::exchange(m_audioFile, std::nullopt);
+    m_neighbours.target.clear();
+    setState(SessionState::Idle);
+    m_neighbours.hud.hide();
+    audioFile.reset();
+    m_neighbours.sounds.playSoundNamed(u"cancel"_s);
+}
+
+void RecordingSession::continueCurrentRecording()
+{
+    if (m_state != SessionState::Recording)
+        return;
+    m_cancellationPending = false;
+    m_recorder->record();
+    showRecording();
+}
+
+void RecordingSession::stopRecording()
+{
+    m_neighbours.liveTranscriber.stop();
+    m_recorder->stop();
+    m_recorder.reset();
+    m_neighbours.audioEnvironment.restoreAudioEnvironment();
+}
+
+void RecordingSession::setState(SessionState state)
+{
+    m_state = state;
+    updateUI();
+}
+
+void RecordingSession::updateUI()
+{
+    m_neighbours.statusMenu.updateUI(m_state, m_activeOperationMode);
+}
+
+} // namespace tavrin
