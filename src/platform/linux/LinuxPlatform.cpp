@@ -1,0 +1,34 @@
+#include "platform/Platform.h"
+#include "platform/linux/LinuxKeyNames.h"
+#include "platform/linux/atspi/AtspiAccessibility.h"
+#include "platform/linux/desktop/JsonPreferences.h"
+#include "platform/linux/desktop/LinuxSystemInfo.h"
+#include "platform/linux/desktop/PulseSoundPlayer.h"
+#include "platform/linux/x11/X11Workspace.h"
+#include "platform/qt/QtAlerts.h"
+#include "platform/qt/QtClock.h"
+#include "platform/qt/QtHttpTransport.h"
+#include "platform/qt/QtMainQueue.h"
+#include "platform/qt/QtStatusItem.h"
+
+namespace tavrin {
+
+Platform createPlatform()
+{
+    Platform platform;
+    platform.keyNames = linuxKeyNames();
+    platform.systemInfo = std::make_unique<LinuxSystemInfo>(QString());
+    platform.clock = std::make_unique<QtClock>();
+    platform.mainQueue = std::make_unique<QtMainQueue>();
+    platform.preferences =
+        std::make_unique<JsonPreferences>(JsonPreferences::userPath(), *platform.mainQueue);
+    platform.workspace = std::make_unique<X11Workspace>();
+    platform.accessibility = std::make_unique<AtspiAccessibility>();
+    platform.httpTransport = std::make_unique<QtHttpTransport>();
+    platform.soundPlayer = std::make_unique<PulseSoundPlayer>(QStringLiteral(":/Sounds"));
+    platform.statusItem = std::make_unique<QtStatusItem>();
+    platform.alerts = std::make_unique<QtAlerts>();
+    return platform;
+}
+
+} // namespace tavrin

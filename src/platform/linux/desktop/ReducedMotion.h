@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QObject>
+
+class QDBusVariant;
+
+namespace tavrin {
+
+/// Whether the user asked the desktop for less animation, as the desktop's settings portal says.
+/// Asked without waiting, and only where the portal runs already; "no" until it has answered.
+class ReducedMotion final : public QObject {
+    Q_OBJECT
+
+public:
+    ReducedMotion();
+
+    [[nodiscard]] bool isPreferred() const { return m_preferred; }
+
+private:
+    Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+    void ask();
+
+    bool m_preferred = false;
+};
+
+} // namespace tavrin

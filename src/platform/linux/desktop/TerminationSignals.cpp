@@ -1,0 +1,63 @@
+#include "platform/linux/desktop/TerminationSignals.h"
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace tavrin {
+namespace {
+
+constexpr std::array<int, 3> handled{SIGTERM, SIGINT, SIGHUP};
+
+// The end of the pipe that the handler writes to; -1 while nobody listens.
+std::atomic<int> wakeUp = -1;
+
+void onSignal(int /*number*/)
+{
+    const int before = errno;
+    const char byte = 0;
+    [[maybe_unused]] const auto written = ::write(wakeUp.load(), &byte, 1);
+    errno = before;
+}
+
+void setHandler(void (*handler)(int), int flags)
+{
+    struct sigaction action { };
+
+    action.sa_handler = handler;
+    action.sa_flags = flags;
+    sigemptyset(&action.sa_mask);
+    for (const int number : handled)
+        ::sigaction(number, &action, nullptr);
+}
+
+} // namespace
+
+TerminationSignals::TerminationSignals(std::function<void()> terminate)
+    : m_terminate(std::move(terminate))
+{
+    if (::pipe2(m_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+        return; // The signals keep their usual meaning.
+    wakeUp = m_pipe[1];
+    m_notifier = std::make_unique<QSocketNotifier>(m_pipe[0], QSocketNotifier::Read);
+    QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this] {
+        m_notifier->setEnabled(false);
+        setHandler(SIG_DFL, 0); // Whoever asks twice means it.
+        m_terminate();
+    });
+    setHandler(onSignal, SA_RESTART);
+}
+
+TerminationSignals::~TerminationSignals()
+{
+    setHandler(SIG_DFL, 0);
+    wakeUp = -1;
+    for (const int end : m_pipe) {
+        if (end >= 0)
+            ::close(end);
+    }
+}
+
+} // namespace tavrin

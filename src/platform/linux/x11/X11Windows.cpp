@@ -1,0 +1,117 @@
+#include "platform/linux/x11/X11Windows.h"
+
+#include <algorithm>
+#include <poll.h>
+
+namespace tavrin {
+
+xcb_window_t X11Windows::active() const
+{
+    if (!m_connection.isOpen())
+        return XCB_WINDOW_NONE;
+    if (isManaged())
+        return m_connection.number(m_connection.root(), m_connection.atom("_NET_ACTIVE_WINDOW"));
+    const XcbPointer<xcb_get_input_focus_reply_t> focus(xcb_get_input_focus_reply(
+        m_connection.get(), xcb_get_input_focus(m_connection.get()), nullptr));
+    return focus && focus->focus > XCB_INPUT_FOCUS_POINTER_ROOT ? focus->focus
+                                                                : xcb_window_t{XCB_WINDOW_NONE};
+}
+
+X11Windows::Owner X11Windows::owner(xcb_window_t window) const
+{
+    Owner owner;
+    if (!m_connection.isOpen())
+        return owner;
+    owner.processIdentifier = m_connection.number(window, m_connection.atom("_NET_WM_PID"));
+    const QList<QByteArray> parts = m_connection.bytes(window, XCB_ATOM_WM_CLASS).split('\0');
+    owner.instance = QString::fromUtf8(parts.value(0));
+    owner.className = QString::fromUtf8(parts.value(1));
+    return owner;
+}
+
+bool X11Windows::exists(xcb_window_t window) const
+{
+    if (!m_connection.isOpen() || window == XCB_WINDOW_NONE)
+        return false;
+    const XcbPointer<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+        m_connection.get(), xcb_get_window_attributes(m_connection.get(), window), nullptr));
+    return attributes != nullptr;
+}
+
+xcb_window_t X11Windows::topmostOf(qint64 processIdentifier) const
+{
+    if (!m_connection.isOpen() || processIdentifier <= 0)
+        return XCB_WINDOW_NONE;
+    const auto windows =
+        m_connection.numbers(m_connection.root(), m_connection.atom("_NET_CLIENT_LIST_STACKING"));
+    const auto pid = m_connection.atom("_NET_WM_PID");
+    const auto found = std::find_if(windows.rbegin(), windows.rend(),
+        [&](xcb_window_t window) { return m_connection.number(window, pid) == processIdentifier; });
+    return found == windows.rend() ? xcb_window_t{XCB_WINDOW_NONE} : *found;
+}
+
+void X11Windows::requestActivation(xcb_window_t window) const
+{
+    if (!m_connection.isOpen())
+        return;
+    if (isManaged()) {
+        constexpr quint32 sourceIsSwitcher = 2;
+        m_connection.sendToManager(window, m_connection.atom("_NET_ACTIVE_WINDOW"),
+            {sourceIsSwitcher, XCB_CURRENT_TIME, active(), 0, 0});
+        return;
+    }
+    const quint32 above = XCB_STACK_MODE_ABOVE;
+    xcb_map_window(m_connection.get(), window);
+    xcb_configure_window(m_connection.get(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    xcb_set_input_focus(m_connection.get(), XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
+    xcb_flush(m_connection.get());
+}
+
+bool X11Windows::waitUntilActive(xcb_window_t window, std::chrono::milliseconds patience) const
+{
+    using Clock = std::chrono::steady_clock;
+    if (!m_connection.isOpen())
+        return false;
+    const quint32 interest = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    const quint32 none = XCB_EVENT_MASK_NO_EVENT;
+    const auto listen = [this](const quint32& mask) {
+        xcb_change_window_attributes(
+            m_connection.get(), m_connection.root(), XCB_CW_EVENT_MASK, &mask);
+        xcb_flush(m_connection.get());
+    };
+    const qint64 process = owner(window).processIdentifier;
+    const auto end = Clock::now() + patience;
+    listen(interest);
+    bool inFront = isInFront(window, process);
+    while (!inFront && m_connection.isOpen()) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+        if (left.count() <= 0)
+            break;
+        // An answer may have brought the notice along unseen: look again soon in any case.
+        const auto pause = std::min(left, std::chrono::milliseconds(20));
+        pollfd changes{xcb_get_file_descriptor(m_connection.get()), POLLIN, 0};
+        ::poll(&changes, 1, static_cast<int>(pause.count()));
+        m_connection.discardEvents();
+        inFront = isInFront(window, process);
+    }
+    listen(none);
+    m_connection.discardEvents();
+    return inFront;
+}
+
+bool X11Windows::isManaged() const
+{
+    return m_connection.number(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"))
+        != XCB_WINDOW_NONE;
+}
+
+bool X11Windows::isInFront(xcb_window_t window, qint64 processIdentifier) const
+{
+    const xcb_window_t front = active();
+    if (front == window)
+        return true;
+    return processIdentifier > 0 && front != XCB_WINDOW_NONE
+        && owner(front).processIdentifier == processIdentifier;
+}
+
+} // namespace tavrin

@@ -1,0 +1,149 @@
+#include "platform/linux/x11/X11Workspace.h"
+
+#include "platform/linux/desktop/LocaleLanguages.h"
+#include "platform/linux/desktop/XdgFolders.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QUrl>
+#include <QWindow>
+
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+using namespace std::chrono_literals;
+
+// Below the half second that a call may take, with room for the calls around it.
+constexpr auto activationPatience = 450ms;
+
+QString environmentVariable(const QString& name)
+{
+    return qEnvironmentVariable(name.toUtf8().constData());
+}
+
+/// The file name of the program that the process runs; empty for a process of somebody else.
+QString programOf(qint64 processIdentifier)
+{
+    if (processIdentifier <= 0)
+        return {};
+    const QString link = QStringLiteral("/proc/%1/exe").arg(processIdentifier);
+    return QFileInfo(QFile::symLinkTarget(link)).fileName();
+}
+
+bool takesKeyboard(const QWindow& window)
+{
+    const Qt::WindowType type = window.type();
+    return window.isVisible() && (type == Qt::Window || type == Qt::Dialog)
+        && !window.flags().testFlag(Qt::WindowDoesNotAcceptFocus);
+}
+
+} // namespace
+
+X11Workspace::X11Workspace()
+    : m_desktopFiles(xdg::dataFolders(), preferredLocales(environmentVariable))
+{
+}
+
+std::optional<RunningApplication> X11Workspace::frontmostApplication() const
+{
+    const xcb_window_t window = m_windows.active();
+    if (window == XCB_WINDOW_NONE)
+        return {};
+    const X11Windows::Owner owner = m_windows.owner(window);
+    RunningApplication application;
+    application.processIdentifier = owner.processIdentifier;
+    application.window = window;
+    if (owner.processIdentifier == QCoreApplication::applicationPid()) {
+        application.localizedName = QGuiApplication::applicationDisplayName();
+        application.bundleIdentifier = bundleIdentifier();
+        return application;
+    }
+    const QString program = programOf(owner.processIdentifier);
+    const auto file = m_desktopFiles.find({owner.instance, owner.className, program});
+    const QString fallback = owner.className.isEmpty() ? program : owner.className;
+    application.localizedName = file ? file->name : fallback;
+    application.bundleIdentifier = file ? file->identifier : fallback;
+    return application;
+}
+
+bool X11Workspace::activate(const RunningApplication& application)
+{
+    if (isActive(application) && application.window == m_windows.active())
+        return true;
+    const xcb_window_t window = windowOf(application);
+    if (window == XCB_WINDOW_NONE)
+        return false;
+    m_windows.requestActivation(window);
+    return m_windows.waitUntilActive(window, activationPatience);
+}
+
+bool X11Workspace::isActive(const RunningApplication& application) const
+{
+    const xcb_window_t front = m_windows.active();
+    if (front == XCB_WINDOW_NONE)
+        return false;
+    if (application.processIdentifier <= 0)
+        return front == application.window;
+    return m_windows.owner(front).processIdentifier == application.processIdentifier;
+}
+
+void X11Workspace::activateThisApplication()
+{
+    const auto windows = QGuiApplication::topLevelWindows();
+    // The last one is the newest: a dialog before the window that it belongs to.
+    const auto found = std::find_if(windows.rbegin(), windows.rend(),
+        [](const QWindow* window) { return takesKeyboard(*window); });
+    if (found == windows.rend())
+        return;
+    (*found)->raise();
+    if (QGuiApplication::platformName() == u"xcb")
+        m_windows.requestActivation(static_cast<xcb_window_t>((*found)->winId()));
+    else
+        (*found)->requestActivate();
+}
+
+QString X11Workspace::bundleIdentifier() const
+{
+    const QString name = QGuiApplication::desktopFileName();
+    return name.isEmpty() ? QStringLiteral("tavrin") : name;
+}
+
+bool X11Workspace::openUrl(const QUrl& url)
+{
+    return url.isValid() && !url.scheme().isEmpty() && QDesktopServices::openUrl(url);
+}
+
+bool X11Workspace::openFolder(const QString& path)
+{
+    return QFileInfo::exists(path) && QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+}
+
+QStringList X11Workspace::preferredLanguages() const
+{
+    QStringList tags;
+    for (const QString& locale : preferredLocales(environmentVariable))
+        tags.append(languageTag(locale));
+    tags.removeDuplicates();
+    return tags;
+}
+
+bool X11Workspace::prefersReducedMotion() const
+{
+    return m_reducedMotion.isPreferred();
+}
+
+xcb_window_t X11Workspace::windowOf(const RunningApplication& application) const
+{
+    const auto window = static_cast<xcb_window_t>(application.window);
+    // A window number is given out again once its program has quit.
+    const bool isStillTheirs = m_windows.exists(window)
+        && m_windows.owner(window).processIdentifier == application.processIdentifier;
+    return isStillTheirs ? window : m_windows.topmostOf(application.processIdentifier);
+}
+
+} // namespace tavrin

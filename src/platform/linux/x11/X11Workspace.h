@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Workspace.h"
+#include "platform/linux/desktop/DesktopFiles.h"
+#include "platform/linux/desktop/ReducedMotion.h"
+#include "platform/linux/x11/X11Windows.h"
+
+namespace tavrin {
+
+/// The desktop as the window manager and the XDG folders describe it. Names and identifiers of
+/// programs are those of their desktop files.
+class X11Workspace final : public Workspace {
+public:
+    X11Workspace();
+
+    [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
+    bool activate(const RunningApplication& application) override;
+    [[nodiscard]] bool isActive(const RunningApplication& application) const override;
+    void activateThisApplication() override;
+    [[nodiscard]] QString bundleIdentifier() const override;
+    bool openUrl(const QUrl& url) override;
+    bool openFolder(const QString& path) override;
+    [[nodiscard]] QStringList preferredLanguages() const override;
+    [[nodiscard]] bool prefersReducedMotion() const override;
+
+private:
+    [[nodiscard]] xcb_window_t windowOf(const RunningApplication& application) const;
+
+    X11Windows m_windows;
+    mutable DesktopFiles m_desktopFiles; // Remembers what it found.
+    ReducedMotion m_reducedMotion;
+};
+
+} // namespace tavrin

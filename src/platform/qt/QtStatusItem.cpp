@@ -1,0 +1,75 @@
+#include "platform/qt/QtStatusItem.h"
+
+#include "base/Log.h"
+#include "platform/qt/MenuBuilder.h"
+#include "platform/qt/StatusIcon.h"
+
+#include <QCursor>
+
+namespace tavrin {
+
+QtStatusItem::QtStatusItem()
+{
+    m_menu.setObjectName(QStringLiteral("statusMenu"));
+    m_icon.setContextMenu(&m_menu);
+    QObject::connect(&m_icon, &QSystemTrayIcon::activated, &m_menu,
+        [this](QSystemTrayIcon::ActivationReason why) {
+            if (why == QSystemTrayIcon::Trigger)
+                m_menu.popup(QCursor::pos());
+        });
+}
+
+void QtStatusItem::setLength(double /*length*/)
+{
+    // A tray gives every program the same square.
+}
+
+void QtStatusItem::setVisible(bool visible)
+{
+    draw();
+    m_icon.setVisible(visible);
+    if (!visible || m_warned || QSystemTrayIcon::isSystemTrayAvailable())
+        return;
+    m_warned = true;
+    qCWarning(log::platform) << "This desktop has no tray for the status menu. Tavrin runs without "
+                                "it, and shows it when a tray appears.";
+}
+
+void QtStatusItem::setImage(const StatusImage& image)
+{
+    m_imageText = image.width > 0 && image.height > 0 ? image.text : QString();
+    draw();
+}
+
+void QtStatusItem::setTitle(const QString& title)
+{
+    m_title = title;
+    draw();
+}
+
+void QtStatusItem::setToolTip(const QString& text)
+{
+    m_icon.setToolTip(text);
+}
+
+void QtStatusItem::setAccessibilityLabel(const QString& text)
+{
+    m_menu.setAccessibleName(text);
+    m_menu.setTitle(text);
+}
+
+void QtStatusItem::setMenu(const QList<MenuItem>& items)
+{
+    updateMenu(m_menu, items);
+}
+
+void QtStatusItem::draw()
+{
+    const QString text = m_title.isEmpty() ? m_imageText : m_title;
+    if (!m_icon.icon().isNull() && text == m_drawn)
+        return;
+    m_drawn = text;
+    m_icon.setIcon(statusIcon(text));
+}
+
+} // namespace tavrin
