@@ -2,6 +2,7 @@
 
 #include "platform/linux/audio/Libav.h"
 
+#include <QByteArrayView>
 #include <QFile>
 #include <QFileInfo>
 
@@ -83,6 +84,7 @@ private:
 
     [[nodiscard]] Step decodeFrame();
     [[nodiscard]] int feedDecoder();
+    void cutPadding();
     [[nodiscard]] bool prepareResampler();
     [[nodiscard]] bool resample(const AVFrame* frame);
 
@@ -95,6 +97,7 @@ private:
     libav::Packet m_packet{av_packet_alloc()};
     libav::Frame m_frame{av_frame_alloc()};
     int m_stream = -1;
+    bool m_isMpeg4 = false;
 
     // What the resampler was made for; a stream may change in the middle.
     AVSampleFormat m_sampleFormat = AV_SAMPLE_FMT_NONE;
@@ -133,6 +136,7 @@ bool AudioDecoder::Implementation::findSound()
     if (avformat_find_stream_info(format, nullptr) < 0)
         return false;
 
+    m_isMpeg4 = QByteArrayView(format->iformat->name).startsWith("mov");
     const AVCodec* codec = nullptr;
     m_stream = av_find_best_stream(format, AVMEDIA_TYPE_AUDIO, -1, -1, &codec, 0);
     if (m_stream < 0 || !codec)
@@ -175,8 +179,10 @@ AudioDecoder::Implementation::Step AudioDecoder::Implementation::decodeFrame()
 {
     for (int errors = 0; errors < mostErrorsInARow;) {
         const int received = avcodec_receive_frame(m_codec.get(), m_frame.get());
-        if (received == 0)
+        if (received == 0) {
+            cutPadding();
             return Step::Decoded;
+        }
         if (received == AVERROR_EOF)
             return Step::EndOfSound;
         if (received != AVERROR(EAGAIN) || feedDecoder() < 0) {
@@ -203,6 +209,17 @@ int AudioDecoder::Implementation::feedDecoder()
         if (ours)
             return sent;
     }
+}
+
+/// The last frame of an MPEG-4 file is filled up to its full length; only its duration tells.
+void AudioDecoder::Implementation::cutPadding()
+{
+    if (!m_isMpeg4 || m_frame->pkt_duration <= 0 || m_frame->sample_rate <= 0)
+        return;
+    const std::int64_t samples = av_rescale_q(
+        m_frame->pkt_duration, m_codec->pkt_timebase, AVRational{1, m_frame->sample_rate});
+    if (samples > 0 && samples < m_frame->nb_samples)
+        m_frame->nb_samples = static_cast<int>(samples);
 }
 
 bool AudioDecoder::Implementation::prepareResampler()

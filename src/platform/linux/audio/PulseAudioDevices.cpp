@@ -1,0 +1,305 @@
+#include "platform/linux/audio/PulseAudioDevices.h"
+
+#include <algorithm>
+#include <cmath>
+#include <pulse/context.h>
+#include <pulse/introspect.h>
+#include <pulse/volume.h>
+
+namespace tavrin {
+namespace {
+
+using Descriptions = QList<PulseAudioDevices::Description>;
+
+struct Defaults {
+    QByteArray source;
+    QByteArray sink;
+};
+
+struct SinkState {
+    quint32 mute = 0;
+    pa_cvolume volume{};
+};
+
+/// The question behind the user data of a libpulse callback.
+template <class Answer>
+PulseConnection::Question<Answer>& questionIn(void* data)
+{
+    return *static_cast<PulseConnection::Question<Answer>*>(data);
+}
+
+template <class Info>
+void describe(const Info* info, bool isMonitor, int end, void* data)
+{
+    auto& question = questionIn<Descriptions>(data);
+    if (!info) {
+        if (end < 0)
+            question.answer().reset(); // The list is not complete.
+        question.finish();
+        return;
+    }
+    question.answer()->append(
+        {info->name, QString::fromUtf8(info->description), info->sample_spec.channels, isMonitor});
+}
+
+std::optional<Descriptions> askSources(
+    PulseConnection& connection, PulseConnection::Deadline deadline)
+{
+    return connection.ask<Descriptions>(
+        deadline, [](pa_context* context, PulseConnection::Question<Descriptions>* question) {
+            question->answer().emplace();
+            return pa_context_get_source_info_list(
+                context,
+                [](pa_context*, const pa_source_info* info, int end, void* data) {
+                    describe(info, info && info->monitor_of_sink != PA_INVALID_INDEX, end, data);
+                },
+                question);
+        });
+}
+
+std::optional<Descriptions> askSinks(
+    PulseConnection& connection, PulseConnection::Deadline deadline)
+{
+    return connection.ask<Descriptions>(
+        deadline, [](pa_context* context, PulseConnection::Question<Descriptions>* question) {
+            question->answer().emplace();
+            return pa_context_get_sink_info_list(
+                context,
+                [](pa_context*, const pa_sink_info* info, int end, void* data) {
+                    describe(info, false, end, data);
+                },
+                question);
+        });
+}
+
+std::optional<Defaults> askDefaults(PulseConnection& connection, PulseConnection::Deadline deadline)
+{
+    return connection.ask<Defaults>(
+        deadline, [](pa_context* context, PulseConnection::Question<Defaults>* question) {
+            return pa_context_get_server_info(
+                context,
+                [](pa_context*, const pa_server_info* info, void* data) {
+                    auto& asked = questionIn<Defaults>(data);
+                    if (info)
+                        asked.answer() = {info->default_source_name, info->default_sink_name};
+                    asked.finish();
+                },
+                question);
+        });
+}
+
+std::optional<SinkState> askSink(PulseConnection& connection, const QByteArray& name)
+{
+    if (name.isEmpty())
+        return std::nullopt; // libpulse would take it for the default sink.
+    return connection.ask<SinkState>(PulseConnection::patience(),
+        [name](pa_context* context, PulseConnection::Question<SinkState>* question) {
+            return pa_context_get_sink_info_by_name(
+                context, name.constData(),
+                [](pa_context*, const pa_sink_info* info, int, void* data) {
+                    auto& asked = questionIn<SinkState>(data);
+                    if (info)
+                        asked.answer() = {info->mute != 0 ? 1U : 0U, info->volume};
+                    else
+                        asked.finish(); // After the one sink, or instead of it.
+                },
+                question);
+        });
+}
+
+/// Whether the server carried a change out.
+template <class Start>
+bool change(PulseConnection& connection, PulseConnection::Deadline deadline, Start start)
+{
+    return connection
+        .ask<bool>(deadline,
+            [start](pa_context* context, PulseConnection::Question<bool>* question) {
+                return start(
+                    context,
+                    [](pa_context*, int success, void* data) {
+                        auto& asked = questionIn<bool>(data);
+                        asked.answer() = success != 0;
+                        asked.finish();
+                    },
+                    question);
+            })
+        .value_or(false);
+}
+
+} // namespace
+
+PulseAudioDevices::PulseAudioDevices(PulseConnection& connection)
+    : m_connection(connection)
+{
+}
+
+QList<AudioDeviceId> PulseAudioDevices::devices()
+{
+    return refresh(PulseConnection::patience()) ? m_order : QList<AudioDeviceId>();
+}
+
+std::optional<int> PulseAudioDevices::inputChannels(AudioDeviceId device)
+{
+    const Description* found = find(device);
+    if (!found)
+        return std::nullopt;
+    return m_names.value(device).first == Kind::Source && !found->isMonitor ? found->channels : 0;
+}
+
+std::optional<QString> PulseAudioDevices::name(AudioDeviceId device)
+{
+    const Description* found = find(device);
+    return found ? std::optional(found->title) : std::nullopt;
+}
+
+std::optional<QString> PulseAudioDevices::uid(AudioDeviceId device)
+{
+    const Description* found = find(device);
+    return found ? std::optional(QString::fromUtf8(found->name)) : std::nullopt;
+}
+
+std::optional<AudioDeviceId> PulseAudioDevices::defaultInputDevice()
+{
+    const auto name = defaultName(Kind::Source, PulseConnection::patience());
+    return name ? std::optional(idOf(Kind::Source, *name)) : std::nullopt;
+}
+
+bool PulseAudioDevices::setDefaultInputDevice(AudioDeviceId device)
+{
+    const auto [kind, name] = m_names.value(device, {Kind::Sink, {}});
+    if (kind != Kind::Source)
+        return false;
+    const Deadline deadline = PulseConnection::patience();
+    const bool accepted = change(m_connection, deadline,
+        [name = name](pa_context* context, pa_context_success_cb_t done, void* data) {
+            return pa_context_set_default_source(context, name.constData(), done, data);
+        });
+    // PipeWire says yes before it has switched: a recorder opened now would take the old device.
+    while (accepted) {
+        const quint64 seen = m_connection.changes();
+        if (defaultName(Kind::Source, deadline) == name)
+            return true;
+        if (!m_connection.waitForChange(seen, deadline))
+            return false;
+    }
+    return false;
+}
+
+std::optional<AudioDeviceId> PulseAudioDevices::defaultOutputDevice()
+{
+    const auto name = defaultName(Kind::Sink, PulseConnection::patience());
+    return name ? std::optional(idOf(Kind::Sink, *name)) : std::nullopt;
+}
+
+std::optional<quint32> PulseAudioDevices::outputMute(AudioDeviceId device)
+{
+    const auto sink = askSink(m_connection, sinkName(device));
+    return sink ? std::optional(sink->mute) : std::nullopt;
+}
+
+bool PulseAudioDevices::isOutputMuteSettable(AudioDeviceId device)
+{
+    return askSink(m_connection, sinkName(device)).has_value();
+}
+
+bool PulseAudioDevices::setOutputMute(AudioDeviceId device, quint32 mute)
+{
+    const QByteArray name = sinkName(device);
+    return !name.isEmpty()
+        && change(m_connection, PulseConnection::patience(),
+            [name, mute](pa_context* context, pa_context_success_cb_t done, void* data) {
+                return pa_context_set_sink_mute_by_name(
+                    context, name.constData(), mute != 0 ? 1 : 0, done, data);
+            });
+}
+
+std::optional<float> PulseAudioDevices::outputVolume(AudioDeviceId device)
+{
+    const auto sink = askSink(m_connection, sinkName(device));
+    if (!sink)
+        return std::nullopt;
+    return static_cast<float>(pa_cvolume_max(&sink->volume)) / static_cast<float>(PA_VOLUME_NORM);
+}
+
+bool PulseAudioDevices::isOutputVolumeSettable(AudioDeviceId device)
+{
+    return askSink(m_connection, sinkName(device)).has_value();
+}
+
+bool PulseAudioDevices::setOutputVolume(AudioDeviceId device, float volume)
+{
+    const QByteArray name = sinkName(device);
+    const auto sink = askSink(m_connection, name);
+    if (!sink || !(volume >= 0))
+        return false;
+    const auto wanted = std::min(std::lround(volume * static_cast<float>(PA_VOLUME_NORM)),
+        static_cast<long>(PA_VOLUME_UI_MAX));
+    pa_cvolume volumes = sink->volume;
+    pa_cvolume_scale(&volumes, static_cast<pa_volume_t>(wanted)); // Keeps the balance.
+    return change(m_connection, PulseConnection::patience(),
+        [name, volumes](pa_context* context, pa_context_success_cb_t done, void* data) {
+            return pa_context_set_sink_volume_by_name(
+                context, name.constData(), &volumes, done, data);
+        });
+}
+
+AudioDeviceId PulseAudioDevices::idOf(Kind kind, const QByteArray& name)
+{
+    const std::pair key(kind, name);
+    const auto [known, isNew] =
+        m_ids.try_emplace(key, static_cast<AudioDeviceId>(m_ids.size() + 1));
+    if (isNew)
+        m_names.insert(known->second, key);
+    return known->second;
+}
+
+const PulseAudioDevices::Description* PulseAudioDevices::find(AudioDeviceId device)
+{
+    if (m_seen != m_connection.changes() && !refresh(PulseConnection::patience()))
+        return nullptr;
+    const auto found = m_present.constFind(device);
+    return found == m_present.constEnd() ? nullptr : &*found;
+}
+
+/// Reads the list anew; what is known afterwards is empty when that fails.
+bool PulseAudioDevices::refresh(Deadline deadline)
+{
+    m_order.clear();
+    m_present.clear();
+    m_seen.reset();
+    // Before asking: what changes meanwhile is read again.
+    quint64 seen = m_connection.changes();
+    auto sources = askSources(m_connection, deadline);
+    auto sinks = sources ? askSinks(m_connection, deadline) : std::nullopt;
+    if (!sources || !sinks)
+        return false;
+    const auto add = [this](Kind kind, const Descriptions& found) {
+        for (const Description& device : found) {
+            const AudioDeviceId id = idOf(kind, device.name);
+            m_present.insert(id, device);
+            if (!device.isMonitor)
+                m_order.append(id);
+        }
+    };
+    add(Kind::Source, *sources);
+    add(Kind::Sink, *sinks);
+    m_seen = seen;
+    return true;
+}
+
+QByteArray PulseAudioDevices::sinkName(AudioDeviceId device) const
+{
+    const auto [kind, name] = m_names.value(device, {Kind::Source, {}});
+    return kind == Kind::Sink ? name : QByteArray();
+}
+
+std::optional<QByteArray> PulseAudioDevices::defaultName(Kind kind, Deadline deadline)
+{
+    const auto defaults = askDefaults(m_connection, deadline);
+    if (!defaults)
+        return std::nullopt;
+    const QByteArray& name = kind == Kind::Source ? defaults->source : defaults->sink;
+    return name.isEmpty() ? std::nullopt : std::optional(name);
+}
+
+} // namespace tavrin

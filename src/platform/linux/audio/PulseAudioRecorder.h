@@ -1,0 +1,76 @@
+#pragma once
+
+#include "platform/AudioRecorder.h"
+#include "platform/linux/audio/PcmCapture.h"
+
+#include <mutex>
+#include <span>
+
+namespace tavrin {
+
+class AacFile;
+
+/// Records the default source into an .m4a file. Blocks are measured, encoded and written on the
+/// thread of the capture.
+class PulseAudioRecorder final : public AudioRecorder {
+public:
+    /// @param connection must outlive the recorder.
+    PulseAudioRecorder(
+        PulseConnection& connection, QString path, const AudioRecorderSettings& settings);
+    ~PulseAudioRecorder() override;
+
+    PulseAudioRecorder(const PulseAudioRecorder&) = delete;
+    PulseAudioRecorder& operator=(const PulseAudioRecorder&) = delete;
+
+    void setMeteringEnabled(bool enabled) override { m_metering = enabled; }
+
+    bool prepareToRecord() override;
+    bool record() override;
+    void pause() override;
+    void stop() override;
+    [[nodiscard]] Seconds currentTime() const override;
+    void updateMeters() override;
+    [[nodiscard]] float averagePower(int channel) const override;
+    [[nodiscard]] Error failure() const override;
+
+private:
+    /// On the capture's thread.
+    void add(std::span<const qint16> block);
+    void fail(const Error& error);
+
+    PulseConnection& m_connection;
+    QString m_path;
+    AudioRecorderSettings m_settings;
+    bool m_metering = false;
+    bool m_stopped = false;
+    float m_averagePower;
+
+    std::unique_ptr<AacFile> m_file; ///< While capturing, the capture's thread writes it.
+
+    /// Guards what both threads use.
+    mutable std::mutex m_mutex;
+    qint64 m_samples = 0; ///< In the file.
+    double m_energy = 0; ///< Sum of squares since the last updateMeters().
+    qint64 m_measured = 0; ///< Samples in that sum.
+    Error m_failure;
+
+    std::unique_ptr<PcmCapture> m_capture; // Last: its thread uses all of the above.
+};
+
+class PulseAudioRecorders final : public AudioRecorders {
+public:
+    /// @param connection must outlive the recorders and what they make.
+    explicit PulseAudioRecorders(PulseConnection& connection)
+        : m_connection(connection)
+    {
+    }
+
+    /// Only AAC of 16 kHz in mono can be recorded.
+    [[nodiscard]] Result<std::unique_ptr<AudioRecorder>> createRecorder(
+        const QString& path, const AudioRecorderSettings& settings) override;
+
+private:
+    PulseConnection& m_connection;
+};
+
+} // namespace tavrin
