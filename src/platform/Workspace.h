@@ -55,6 +55,9 @@ public:
     /// Languages in the user's order, best first, as BCP 47 tags ("zh-Hant-TW"); may be empty.
     [[nodiscard]] virtual QStringList preferredLanguages() const = 0;
 
+    /// Whether windows may have transparent parts at the moment (Linux: a compositor runs).
+    [[nodiscard]] virtual bool isCompositing() const = 0;
+
     /// The user asked the system for less animation.
     [[nodiscard]] virtual bool prefersReducedMotion() const = 0;
 };

@@ -89,6 +89,8 @@ public:
         return m_inner.preferredLanguages();
     }
 
+    [[nodiscard]] bool isCompositing() const override { return m_inner.isCompositing(); }
+
     [[nodiscard]] bool prefersReducedMotion() const override
     {
         return m_inner.prefersReducedMotion();

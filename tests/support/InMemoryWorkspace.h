@@ -14,6 +14,7 @@ public:
     bool activationSucceeds = true;
     bool openingSucceeds = true;
     bool reducedMotion = false;
+    bool compositing = true;
     QStringList languages;
     QString ownIdentifier = QStringLiteral("tavrin");
 
@@ -58,6 +59,8 @@ public:
     }
 
     [[nodiscard]] QStringList preferredLanguages() const override { return languages; }
+
+    [[nodiscard]] bool isCompositing() const override { return compositing; }
 
     [[nodiscard]] bool prefersReducedMotion() const override { return reducedMotion; }
 };

@@ -67,6 +67,16 @@ void X11Windows::requestActivation(xcb_window_t window) const
     xcb_flush(m_connection.get());
 }
 
+bool X11Windows::isCompositing() const
+{
+    if (!m_connection.isOpen())
+        return false;
+    const XcbPointer<xcb_get_selection_owner_reply_t> compositor(xcb_get_selection_owner_reply(
+        m_connection.get(),
+        xcb_get_selection_owner(m_connection.get(), m_connection.atom("_NET_WM_CM_S0")), nullptr));
+    return compositor && compositor->owner != XCB_WINDOW_NONE;
+}
+
 bool X11Windows::waitUntilActive(xcb_window_t window, std::chrono::milliseconds patience) const
 {
     using Clock = std::chrono::steady_clock;

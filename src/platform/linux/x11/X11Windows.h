@@ -39,6 +39,9 @@ public:
     [[nodiscard]] bool waitUntilActive(
         xcb_window_t window, std::chrono::milliseconds patience) const;
 
+    /// Whether a compositor owns the screen.
+    [[nodiscard]] bool isCompositing() const;
+
 private:
     [[nodiscard]] bool isManaged() const;
     [[nodiscard]] bool isInFront(xcb_window_t window, qint64 processIdentifier) const;

@@ -132,6 +132,11 @@ QStringList X11Workspace::preferredLanguages() const
     return tags;
 }
 
+bool X11Workspace::isCompositing() const
+{
+    return m_windows.isCompositing();
+}
+
 bool X11Workspace::prefersReducedMotion() const
 {
     return m_reducedMotion.isPreferred();

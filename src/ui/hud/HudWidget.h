@@ -1,0 +1,44 @@
+#pragma once
+
+#include "ui/hud/HudPanel.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class QPushButton;
+
+namespace tavrin::hud {
+
+/// The recording panel as a window of its own: above all others, on every desktop, in no task list,
+/// and never with the keyboard focus.
+class Widget final : public QWidget, public Panel {
+public:
+    /// @param isCompositing whether windows may have transparent corners at the moment; where not,
+    /// the corners are cut off instead.
+    explicit Widget(std::function<bool()> isCompositing);
+
+    void setActions(
+        std::function<void()> confirm, std::function<void()> continueRecording) override;
+    void setContent(const Content& content) override;
+    void positionAndShow() override;
+    void orderOut() override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    [[nodiscard]] QPushButton* addButton(const QString& title, const QRectF& frame);
+    void paintTexts(QPainter& painter) const;
+    void paintTrack(QPainter& painter) const;
+    void paintProgress(QPainter& painter, const QRectF& track) const;
+
+    std::function<bool()> m_isCompositing;
+    Content m_content;
+    std::function<void()> m_confirm;
+    std::function<void()> m_continue;
+    QPushButton* m_continueButton = nullptr; // Child.
+    QPushButton* m_confirmButton = nullptr; // Child.
+};
+
+} // namespace tavrin::hud

@@ -1,0 +1,234 @@
+#include "ui/hud/PanelRecordingHUD.h"
+
+#include "app/Localization.h"
+#include "app/Settings.h"
+#include "platform/AudioRecorder.h"
+#include "platform/Clock.h"
+#include "platform/MainQueue.h"
+#include "ui/hud/HudPanel.h"
+#include "ui/hud/HudTexts.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace tavrin {
+namespace {
+
+constexpr Seconds recordingInterval = 100ms;
+constexpr Seconds processingInterval = 60ms;
+constexpr Seconds clipboardNoticeDuration = 3500ms;
+
+} // namespace
+
+/// What an operation says while it listens and while it works.
+struct PanelRecordingHUD::PhaseTexts {
+    LocalizedText listening;
+    LocalizedText processing;
+    LocalizedText processingDetail;
+};
+
+const PanelRecordingHUD::PhaseTexts& PanelRecordingHUD::phaseTexts() const
+{
+    static constexpr PhaseTexts dictation{
+        texts::listeningDictation, texts::editingText, texts::editingTextDetail};
+    static constexpr PhaseTexts translation{
+        texts::listeningTranslation, texts::translating, texts::translatingDetail};
+    static constexpr PhaseTexts chat{
+        texts::listeningChat, texts::answering, texts::answeringDetail};
+    if (m_operationName == "translation"_L1)
+        return translation;
+    return m_operationName == "chat"_L1 ? chat : dictation;
+}
+
+PanelRecordingHUD::PanelRecordingHUD(const Neighbours& neighbours)
+    : m_neighbours(neighbours)
+{
+    const Localization& localization = m_neighbours.localization;
+    m_content.title = texts::initialTitle.toString();
+    m_content.detail = texts::initialDetail.toString().arg(
+        localization.withKeyNames(m_neighbours.settings.ShortcutDisplayName()));
+    m_content.time = hud::recordingTime(0s);
+    m_content.transcript = texts::initialTranscript.toString();
+    m_neighbours.panel.setActions(m_guard.bind([this] { confirmCancellation(); }),
+        m_guard.bind([this] { continueAfterCancelPrompt(); }));
+    m_neighbours.panel.setContent(m_content);
+}
+
+PanelRecordingHUD::~PanelRecordingHUD() = default;
+
+void PanelRecordingHUD::setOperationName(const QString& name)
+{
+    m_operationName = name;
+}
+
+void PanelRecordingHUD::setOperationShortcutName(const QString& name)
+{
+    m_operationShortcutName = name;
+}
+
+void PanelRecordingHUD::showRecordingWithRecorder(std::weak_ptr<AudioRecorder> recorder)
+{
+    m_timer.reset();
+    m_recorder = std::move(recorder);
+    m_processing = false;
+    m_startedAt = m_neighbours.clock.uptime();
+
+    const Localization& localization = m_neighbours.localization;
+    const QString shortcut = m_operationShortcutName.isEmpty()
+        ? m_neighbours.settings.ShortcutDisplayName()
+        : m_operationShortcutName;
+    m_content = {};
+    m_content.dot = hud::Dot::Recording;
+    m_content.title = localization.LT(phaseTexts().listening);
+    m_content.detail =
+        localization.LT(texts::pressAgainToFinish, localization.withKeyNames(shortcut));
+    m_content.time = hud::recordingTime(0s);
+    m_content.transcript = localization.LT(texts::waitingForSpeech);
+    m_content.bars = hud::waveBars(0s, hud::barLevel(0));
+    show();
+    start(recordingInterval);
+}
+
+void PanelRecordingHUD::updateTranscript(const QString& text)
+{
+    if (text.isEmpty())
+        return;
+    m_content.transcript = text;
+    m_neighbours.panel.setContent(m_content);
+}
+
+void PanelRecordingHUD::showProcessing()
+{
+    showProcessingWithEstimate(std::nullopt);
+}
+
+void PanelRecordingHUD::showProcessingWithEstimate(std::optional<Seconds> estimate)
+{
+    m_timer.reset();
+    m_processing = true;
+    m_estimatedDuration = std::max(estimate.value_or(0s), Seconds(0));
+    m_recorder.reset();
+    m_startedAt = m_neighbours.clock.uptime();
+
+    const bool estimated = m_estimatedDuration > 0s;
+    m_content = {};
+    m_content.dot = hud::Dot::Processing;
+    m_content.title = m_neighbours.localization.LT(phaseTexts().processing);
+    m_content.detail = estimated
+        ? texts::estimatedDuration.toString().arg(std::ceil(m_estimatedDuration.count()), 0, 'f', 0)
+        : texts::noEstimate.toString();
+    m_content.transcript = m_neighbours.localization.LT(phaseTexts().processingDetail);
+    m_content.bars = hud::staircaseBars();
+    m_content.progressVisible = true;
+    m_content.progressIndeterminate = !estimated;
+    m_content.progress = estimated ? hud::progressValue(0s, m_estimatedDuration) : 0;
+    show();
+    start(processingInterval);
+}
+
+void PanelRecordingHUD::showSuccess()
+{
+    hide();
+}
+
+void PanelRecordingHUD::showCancelConfirmationWithConfirm(
+    Handler confirm, Handler continueRecording)
+{
+    m_timer.reset();
+    m_confirmCancelHandler = std::move(confirm);
+    m_continueHandler = std::move(continueRecording);
+
+    m_content.takesMouse = true;
+    m_content.dot = hud::Dot::Attention;
+    m_content.title = texts::cancelQuestion.toString();
+    m_content.detail = texts::cancelDetail.toString();
+    m_content.transcript = texts::cancelHint.toString();
+    m_content.time = texts::cancelTime.toString();
+    m_content.barsVisible = false;
+    m_content.buttonsVisible = true;
+    show();
+}
+
+void PanelRecordingHUD::showClipboardFallbackWithReason(const QString& reason)
+{
+    m_timer.reset();
+    const Localization& localization = m_neighbours.localization;
+    m_content.progressVisible = false;
+    m_content.dot = hud::Dot::Attention;
+    m_content.title = texts::pasteUnconfirmed.toString();
+    m_content.detail =
+        reason.isEmpty() ? localization.withKeyNames(texts::textOnPasteboard.toString()) : reason;
+    m_content.transcript = texts::nothingLost.toString();
+    m_content.time = localization.withKeyNames(texts::pasteShortcut.toString());
+    m_content.barsVisible = false;
+    show();
+    // Not cancelled by what is shown meanwhile: the notice's time ends whatever stands there then.
+    m_neighbours.mainQueue.callLater(clipboardNoticeDuration, m_guard.bind([this] { hide(); }));
+}
+
+void PanelRecordingHUD::hide()
+{
+    m_timer.reset();
+    m_content.progressVisible = false;
+    m_content.takesMouse = false;
+    m_content.buttonsVisible = false;
+    m_confirmCancelHandler = nullptr;
+    m_continueHandler = nullptr;
+    m_neighbours.panel.setContent(m_content);
+    m_neighbours.panel.orderOut();
+}
+
+void PanelRecordingHUD::start(Seconds interval)
+{
+    m_timer = m_neighbours.mainQueue.every(interval, m_guard.bind([this] { updateMeter(); }));
+}
+
+void PanelRecordingHUD::updateMeter()
+{
+    double power = 0;
+    if (const auto recorder = m_recorder.lock()) {
+        recorder->updateMeters();
+        power = static_cast<double>(recorder->averagePower(0));
+    }
+    const Seconds elapsed = m_neighbours.clock.uptime() - m_startedAt;
+    if (!m_processing) {
+        m_content.time = hud::recordingTime(elapsed);
+    } else if (m_estimatedDuration > 0s) {
+        m_content.time = hud::remainingTime(elapsed, m_estimatedDuration);
+        m_content.progress = hud::progressValue(elapsed, m_estimatedDuration);
+    }
+    m_content.lightX = hud::lightX(elapsed, m_processing);
+    m_content.bars = hud::waveBars(elapsed, hud::barLevel(hud::levelForPower(power)));
+    m_neighbours.panel.setContent(m_content);
+}
+
+void PanelRecordingHUD::confirmCancellation()
+{
+    callOnce(m_confirmCancelHandler);
+}
+
+void PanelRecordingHUD::continueAfterCancelPrompt()
+{
+    callOnce(m_continueHandler);
+}
+
+void PanelRecordingHUD::callOnce(Handler& handler)
+{
+    const Handler taken = std::exchange(handler, nullptr);
+    m_confirmCancelHandler = nullptr;
+    m_continueHandler = nullptr;
+    if (taken)
+        taken();
+}
+
+void PanelRecordingHUD::show()
+{
+    m_neighbours.panel.setContent(m_content);
+    m_neighbours.panel.positionAndShow();
+}
+
+} // namespace tavrin

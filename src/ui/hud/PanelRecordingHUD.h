@@ -1,0 +1,81 @@
+#pragma once
+
+#include "app/RecordingHUD.h"
+#include "base/CallbackGuard.h"
+#include "base/LocalizedText.h"
+#include "ui/hud/HudContent.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace tavrin {
+
+class AudioRecorder;
+class Clock;
+class Localization;
+class MainQueue;
+class Settings;
+class Timer;
+
+namespace hud {
+class Panel;
+}
+
+/// Drives the recording panel: its texts, its timer and its movement. Main thread only.
+class PanelRecordingHUD final : public RecordingHUD {
+public:
+    struct Neighbours {
+        hud::Panel& panel;
+        const Clock& clock;
+        MainQueue& mainQueue;
+        const Localization& localization;
+        Settings& settings;
+    };
+
+    /// The neighbours must outlive it. The panel stays hidden.
+    explicit PanelRecordingHUD(const Neighbours& neighbours);
+    ~PanelRecordingHUD() override;
+
+    PanelRecordingHUD(const PanelRecordingHUD&) = delete;
+    PanelRecordingHUD& operator=(const PanelRecordingHUD&) = delete;
+
+    void setOperationName(const QString& name) override;
+    void setOperationShortcutName(const QString& name) override;
+    void showRecordingWithRecorder(std::weak_ptr<AudioRecorder> recorder) override;
+    void updateTranscript(const QString& text) override;
+
+    /// Processing without an estimate.
+    void showProcessing();
+    void showProcessingWithEstimate(std::optional<Seconds> estimate) override;
+    void showSuccess() override;
+    void showClipboardFallbackWithReason(const QString& reason) override;
+    void showCancelConfirmationWithConfirm(Handler confirm, Handler continueRecording) override;
+    void hide() override;
+
+private:
+    struct PhaseTexts;
+
+    [[nodiscard]] const PhaseTexts& phaseTexts() const;
+    void start(Seconds interval);
+    void updateMeter();
+    void confirmCancellation();
+    void continueAfterCancelPrompt();
+    void callOnce(Handler& handler);
+    void show();
+
+    Neighbours m_neighbours;
+    QString m_operationName;
+    QString m_operationShortcutName;
+    hud::Content m_content;
+    std::weak_ptr<AudioRecorder> m_recorder; // Empty while processing.
+    Seconds m_startedAt{0}; // Uptime at which the current phase began.
+    bool m_processing = false;
+    Seconds m_estimatedDuration{0}; // 0 for none.
+    Handler m_confirmCancelHandler;
+    Handler m_continueHandler;
+    std::unique_ptr<Timer> m_timer;
+    CallbackGuard m_guard;
+};
+
+} // namespace tavrin

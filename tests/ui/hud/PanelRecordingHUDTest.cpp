@@ -1,0 +1,391 @@
+#include "ui/hud/PanelRecordingHUD.h"
+
+#include "app/Localization.h"
+#include "app/Settings.h"
+#include "platform/PreferenceKeys.h"
+#include "support/InMemoryAudioRecorders.h"
+#include "support/InMemoryPreferences.h"
+#include "support/InMemoryWorkspace.h"
+#include "support/QtPrinters.h"
+#include "support/VirtualTime.h"
+#include "ui/hud/HudPanel.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace tavrin {
+namespace {
+
+/// A panel that only remembers.
+class RecordingPanel final : public hud::Panel {
+public:
+    std::function<void()> confirm;
+    std::function<void()> continueRecording;
+    hud::Content content;
+    bool visible = false;
+    int shows = 0;
+
+    void setActions(std::function<void()> first, std::function<void()> second) override
+    {
+        confirm = std::move(first);
+        continueRecording = std::move(second);
+    }
+
+    void setContent(const hud::Content& shown) override { content = shown; }
+
+    void positionAndShow() override
+    {
+        visible = true;
+        ++shows;
+    }
+
+    void orderOut() override { visible = false; }
+};
+
+struct OperationRow {
+    QString operation;
+    QString language;
+    QString listening;
+    QString processing;
+    QString processingDetail;
+};
+
+class PanelRecordingHUDTest : public ::testing::Test {
+protected:
+    testing::VirtualTime time;
+    testing::InMemoryPreferences preferences;
+    testing::InMemoryWorkspace workspace;
+    Localization localization{preferences, workspace, {}};
+    Settings settings{preferences, localization};
+    testing::InMemoryAudioRecorders recorders{time};
+    RecordingPanel panel;
+    PanelRecordingHUD hud{{panel, time, time, localization, settings}};
+    std::shared_ptr<AudioRecorder> recorder;
+
+    void SetUp() override { speak(u"en"_s); }
+
+    void TearDown() override
+    {
+        hud.hide();
+        time.advance(4s); // The clipboard notice's call is never taken back.
+        EXPECT_EQ(time.pending(), 0);
+    }
+
+    void speak(const QString& language) { preferences.setValue(keys::interfaceLanguage, language); }
+
+    void showRecording(const QString& operation = u"dictation"_s)
+    {
+        recorder = *recorders.createRecorder(u"recording.m4a"_s, {1633772320, 16000, 1, 96});
+        recorder->setMeteringEnabled(true);
+        hud.setOperationName(operation);
+        hud.setOperationShortcutName(u"Right Option"_s);
+        hud.showRecordingWithRecorder(recorder);
+    }
+
+    void showCancelPrompt(QStringList& calls)
+    {
+        showRecording();
+        hud.showCancelConfirmationWithConfirm(
+            [&] { calls.append(u"confirm"_s); }, [&] { calls.append(u"continue"_s); });
+    }
+};
+
+TEST_F(PanelRecordingHUDTest, IsHiddenAtFirstWithItsInitialTexts)
+{
+    EXPECT_FALSE(panel.visible);
+    EXPECT_EQ(panel.content.title, u"正在收音"_s);
+    EXPECT_TRUE(panel.content.detail.startsWith(u"再次轻按 "_s));
+    EXPECT_TRUE(panel.content.detail.endsWith(u" 结束并输入"_s));
+    EXPECT_EQ(panel.content.time, u"00:00"_s);
+    EXPECT_EQ(panel.content.transcript, u"正在等待语音…"_s);
+}
+
+TEST_F(PanelRecordingHUDTest, EachOperationHasItsTextsInEachLanguage)
+{
+    const QList<OperationRow> rows{
+        {u"dictation"_s, u"en"_s, u"Listening · Dictation"_s, u"Editing text"_s,
+            u"Analyzing context and generating polished text…"_s},
+        {u"dictation"_s, u"zh-Hans"_s, u"正在收音 · 语音输入"_s, u"正在整理文字"_s,
+            u"正在分析上下文并生成规范文本…"_s},
+        {u"dictation"_s, u"zh-Hant"_s, u"正在收音 · 語音輸入"_s, u"正在整理文字"_s,
+            u"正在分析上下文並產生規範文字…"_s},
+        {u"translation"_s, u"en"_s, u"Listening · Translation"_s, u"Translating"_s,
+            u"Recovering meaning and generating the target language…"_s},
+        {u"translation"_s, u"zh-Hans"_s, u"正在收音 · 翻译"_s, u"正在翻译文字"_s,
+            u"正在恢复语义并生成目标语言文本…"_s},
+        {u"translation"_s, u"zh-Hant"_s, u"正在收音 · 翻譯"_s, u"正在翻譯文字"_s,
+            u"正在還原語義並產生目標語言文字…"_s},
+        {u"chat"_s, u"en"_s, u"Listening · Chat"_s, u"Generating chat answer"_s,
+            u"Understanding the question and composing an answer…"_s},
+        {u"chat"_s, u"zh-Hans"_s, u"正在收音 · 畅聊"_s, u"正在生成畅聊回答"_s,
+            u"正在理解问题并组织回答…"_s},
+        {u"chat"_s, u"zh-Hant"_s, u"正在收音 · 暢聊"_s, u"正在產生暢聊回答"_s,
+            u"正在理解問題並組織回答…"_s},
+        {u"anything"_s, u"en"_s, u"Listening · Dictation"_s, u"Editing text"_s,
+            u"Analyzing context and generating polished text…"_s},
+    };
+    for (const OperationRow& row : rows) {
+        speak(row.language);
+        showRecording(row.operation);
+        EXPECT_EQ(panel.content.title, row.listening);
+        hud.showProcessing();
+        EXPECT_EQ(panel.content.title, row.processing);
+        EXPECT_EQ(panel.content.transcript, row.processingDetail);
+    }
+}
+
+TEST_F(PanelRecordingHUDTest, RecordingShowsHowToFinishInEachLanguage)
+{
+    showRecording();
+    EXPECT_EQ(panel.content.detail, u"Press Right Option again to finish and insert"_s);
+    EXPECT_EQ(panel.content.transcript, u"Waiting for speech…"_s);
+    speak(u"zh-Hans"_s);
+    showRecording();
+    EXPECT_EQ(panel.content.detail, u"再次轻按 Right Option 结束并输入"_s);
+    EXPECT_EQ(panel.content.transcript, u"正在等待语音…"_s);
+    speak(u"zh-Hant"_s);
+    showRecording();
+    EXPECT_EQ(panel.content.detail, u"再次輕按 Right Option 結束並輸入"_s);
+    EXPECT_EQ(panel.content.transcript, u"正在等待語音…"_s);
+}
+
+TEST_F(PanelRecordingHUDTest, WithoutAShortcutOfItsOwnTheFirstOfDictationIsNamed)
+{
+    preferences.setValue(keys::dictationShortcutIdentifiers, QVariantList{u"leftOption"_s});
+    hud.setOperationShortcutName({});
+    hud.showRecordingWithRecorder({});
+    EXPECT_EQ(panel.content.detail, u"Press Left Option again to finish and insert"_s);
+
+    preferences.setValue(keys::dictationShortcutIdentifiers, QVariantList());
+    hud.showRecordingWithRecorder({});
+    EXPECT_EQ(panel.content.detail, u"Press Not set again to finish and insert"_s);
+}
+
+TEST_F(PanelRecordingHUDTest, RecordingIgnoresTheMouseAndShowsBars)
+{
+    showRecording();
+
+    EXPECT_TRUE(panel.visible);
+    EXPECT_EQ(panel.content.dot, hud::Dot::Recording);
+    EXPECT_EQ(panel.content.time, u"00:00"_s);
+    EXPECT_TRUE(panel.content.barsVisible);
+    EXPECT_FALSE(panel.content.progressVisible);
+    EXPECT_FALSE(panel.content.buttonsVisible);
+    EXPECT_FALSE(panel.content.takesMouse);
+}
+
+TEST_F(PanelRecordingHUDTest, TheMeterStepsTenTimesASecond)
+{
+    showRecording();
+    recorders.last().level = -28;
+
+    time.advance(99ms);
+    EXPECT_DOUBLE_EQ(panel.content.lightX, -150);
+    time.advance(1ms);
+
+    EXPECT_NEAR(panel.content.lightX, -137.5, 1e-6);
+    const hud::Bars expected = hud::waveBars(100ms, 0.1);
+    for (std::size_t i = 0; i < expected.size(); ++i)
+        EXPECT_NEAR(panel.content.bars.at(i).height, expected.at(i).height, 1e-6);
+}
+
+TEST_F(PanelRecordingHUDTest, TheTimerCountsTheSecondsOfTheRecording)
+{
+    showRecording();
+
+    time.advance(75.9s);
+
+    EXPECT_EQ(panel.content.time, u"01:15"_s);
+}
+
+TEST_F(PanelRecordingHUDTest, ARecorderThatIsGoneDoesNoHarm)
+{
+    showRecording();
+    recorder.reset();
+
+    time.advance(1s);
+
+    EXPECT_EQ(panel.content.time, u"00:01"_s);
+}
+
+TEST_F(PanelRecordingHUDTest, LiveTextReplacesTheLineAndAnEmptyOneLeavesIt)
+{
+    showRecording();
+    hud.updateTranscript(u"hello"_s);
+    hud.updateTranscript(QString());
+    EXPECT_EQ(panel.content.transcript, u"hello"_s);
+    hud.updateTranscript(u"hello world"_s);
+    EXPECT_EQ(panel.content.transcript, u"hello world"_s);
+}
+
+TEST_F(PanelRecordingHUDTest, ProcessingWithAnEstimateShowsItsProgress)
+{
+    showRecording();
+    hud.showProcessingWithEstimate(9.2s);
+
+    EXPECT_EQ(panel.content.dot, hud::Dot::Processing);
+    EXPECT_EQ(panel.content.detail, u"根据近期速度，预计约 10 秒"_s);
+    EXPECT_EQ(panel.content.time, QString());
+    EXPECT_TRUE(panel.content.progressVisible);
+    EXPECT_FALSE(panel.content.progressIndeterminate);
+    EXPECT_DOUBLE_EQ(panel.content.progress, 3);
+    EXPECT_EQ(panel.content.bars, hud::staircaseBars());
+}
+
+TEST_F(PanelRecordingHUDTest, ProcessingStepsEvery60MillisecondsAtFullLevel)
+{
+    hud.showProcessingWithEstimate(10s);
+
+    time.advance(59ms);
+    EXPECT_EQ(panel.content.bars, hud::staircaseBars());
+    time.advance(1ms);
+
+    EXPECT_EQ(panel.content.time, u"≈ 10s"_s);
+    EXPECT_NEAR(panel.content.lightX, 190 * 0.06 - 150, 1e-6);
+    EXPECT_NEAR(panel.content.bars[0].height, hud::waveBars(60ms, 1)[0].height, 1e-6);
+}
+
+TEST_F(PanelRecordingHUDTest, ProcessingThatTakesLongerThanEstimatedWaits)
+{
+    hud.showProcessingWithEstimate(10s);
+
+    time.advance(20s);
+
+    EXPECT_EQ(panel.content.time, u"≈ 0s"_s);
+    EXPECT_DOUBLE_EQ(panel.content.progress, 81.3);
+}
+
+TEST_F(PanelRecordingHUDTest, ProcessingWithoutAnEstimateHasNoEnd)
+{
+    for (const std::optional<Seconds> none :
+        {std::optional<Seconds>(), std::optional(Seconds(0))}) {
+        hud.showProcessingWithEstimate(none);
+        time.advance(1s);
+        EXPECT_EQ(panel.content.detail, u"正在转写并整理，首次使用暂无法估算"_s);
+        EXPECT_TRUE(panel.content.progressVisible);
+        EXPECT_TRUE(panel.content.progressIndeterminate);
+        EXPECT_DOUBLE_EQ(panel.content.progress, 0);
+        EXPECT_EQ(panel.content.time, QString());
+    }
+}
+
+TEST_F(PanelRecordingHUDTest, TheCancelPromptAsksWithTwoButtons)
+{
+    QStringList calls;
+    showCancelPrompt(calls);
+
+    EXPECT_EQ(panel.content.dot, hud::Dot::Attention);
+    EXPECT_EQ(panel.content.title, u"是否取消本次输入？"_s);
+    EXPECT_EQ(panel.content.detail, u"录音已暂停，确认前不会丢失"_s);
+    EXPECT_EQ(panel.content.transcript, u"再次按 Escape 也可以确认取消"_s);
+    EXPECT_EQ(panel.content.time, u"Esc"_s);
+    EXPECT_FALSE(panel.content.barsVisible);
+    EXPECT_TRUE(panel.content.buttonsVisible);
+    EXPECT_TRUE(panel.content.takesMouse);
+    EXPECT_EQ(time.pending(), 0);
+}
+
+TEST_F(PanelRecordingHUDTest, ASecondPressAfterADecisionDoesNothing)
+{
+    QStringList calls;
+    showCancelPrompt(calls);
+    panel.confirm();
+    panel.confirm();
+    panel.continueRecording();
+    EXPECT_EQ(calls, QStringList{u"confirm"_s});
+
+    calls.clear();
+    showCancelPrompt(calls);
+    panel.continueRecording();
+    panel.confirm();
+    EXPECT_EQ(calls, QStringList{u"continue"_s});
+}
+
+TEST_F(PanelRecordingHUDTest, AHandlerMayShowSomethingElse)
+{
+    showRecording();
+    hud.showCancelConfirmationWithConfirm([] {}, [&] { hud.showRecordingWithRecorder(recorder); });
+
+    panel.continueRecording();
+
+    EXPECT_FALSE(panel.content.buttonsVisible);
+    EXPECT_FALSE(panel.content.takesMouse);
+    EXPECT_EQ(panel.content.title, u"Listening · Dictation"_s);
+}
+
+TEST_F(PanelRecordingHUDTest, HidingDropsTheHandlers)
+{
+    QStringList calls;
+    showCancelPrompt(calls);
+    hud.hide();
+    panel.confirm();
+    panel.continueRecording();
+
+    EXPECT_TRUE(calls.isEmpty());
+    EXPECT_FALSE(panel.visible);
+    EXPECT_FALSE(panel.content.buttonsVisible);
+    EXPECT_FALSE(panel.content.takesMouse);
+}
+
+TEST_F(PanelRecordingHUDTest, SuccessHidesAtOnce)
+{
+    showRecording();
+    hud.showProcessingWithEstimate(2s);
+    hud.showSuccess();
+    EXPECT_FALSE(panel.visible);
+    EXPECT_EQ(time.pending(), 0);
+}
+
+TEST_F(PanelRecordingHUDTest, TheClipboardNoticeShowsItsReasonForThreeAndAHalfSeconds)
+{
+    hud.showProcessingWithEstimate(2s);
+    hud.showClipboardFallbackWithReason(u"无法重新激活目标应用；请按 ⌘V"_s);
+
+    EXPECT_EQ(panel.content.dot, hud::Dot::Attention);
+    EXPECT_EQ(panel.content.title, u"未能确认自动粘贴"_s);
+    EXPECT_EQ(panel.content.detail, u"无法重新激活目标应用；请按 ⌘V"_s);
+    EXPECT_EQ(panel.content.transcript, u"内容没有丢失，可从剪贴板或最近记录中找回"_s);
+    EXPECT_EQ(panel.content.time, u"⌘V"_s);
+    EXPECT_FALSE(panel.content.barsVisible);
+    EXPECT_FALSE(panel.content.progressVisible);
+    time.advance(3499ms);
+    EXPECT_TRUE(panel.visible);
+    time.advance(1ms);
+    EXPECT_FALSE(panel.visible);
+}
+
+TEST_F(PanelRecordingHUDTest, TheClipboardNoticeWithoutAReasonSaysWhereTheTextIs)
+{
+    hud.showClipboardFallbackWithReason(QString());
+    EXPECT_EQ(panel.content.detail, u"文字已保存在剪贴板，请按 ⌘V"_s);
+}
+
+TEST_F(PanelRecordingHUDTest, TheNoticeEndsWhateverIsShownByThen)
+{
+    hud.showClipboardFallbackWithReason(QString());
+    time.advance(1s);
+    showRecording();
+    time.advance(2500ms);
+    EXPECT_FALSE(panel.visible);
+}
+
+TEST_F(PanelRecordingHUDTest, KeysAreNamedAsOnTheKeyboardOfTheDesktop)
+{
+    const Localization translated{preferences, workspace,
+        KeyNames({{u"⌘V"_s, u"Ctrl+V"_s}, {u"Right Option"_s, u"Right Alt"_s}})};
+    Settings translatedSettings(preferences, translated);
+    PanelRecordingHUD other{{panel, time, time, translated, translatedSettings}};
+    other.setOperationShortcutName(u"Right Option"_s);
+    other.showRecordingWithRecorder({});
+    EXPECT_EQ(panel.content.detail, u"Press Right Alt again to finish and insert"_s);
+
+    other.showClipboardFallbackWithReason(QString());
+    EXPECT_EQ(panel.content.detail, u"文字已保存在剪贴板，请按 Ctrl+V"_s);
+    EXPECT_EQ(panel.content.time, u"Ctrl+V"_s);
+    other.hide();
+}
+
+} // namespace
+} // namespace tavrin
