@@ -1,6 +1,8 @@
 #include "platform/Platform.h"
 #include "platform/linux/LinuxKeyNames.h"
 #include "platform/linux/atspi/AtspiAccessibility.h"
+#include "platform/linux/audio/PulseAudioDevices.h"
+#include "platform/linux/audio/PulseAudioRecorder.h"
 #include "platform/linux/desktop/JsonPreferences.h"
 #include "platform/linux/desktop/LinuxSystemInfo.h"
 #include "platform/linux/desktop/PulseSoundPlayer.h"
@@ -24,6 +26,9 @@ Platform createPlatform()
         std::make_unique<JsonPreferences>(JsonPreferences::userPath(), *platform.mainQueue);
     platform.workspace = std::make_unique<X11Workspace>();
     platform.accessibility = std::make_unique<AtspiAccessibility>();
+    const auto soundServer = std::make_shared<PulseConnection>();
+    platform.audioDevices = std::make_unique<PulseAudioDevices>(soundServer);
+    platform.audioRecorders = std::make_unique<PulseAudioRecorders>(soundServer);
     platform.httpTransport = std::make_unique<QtHttpTransport>();
     platform.soundPlayer = std::make_unique<PulseSoundPlayer>(QStringLiteral(":/Sounds"));
     platform.statusItem = std::make_unique<QtStatusItem>();

@@ -128,8 +128,8 @@ bool change(PulseConnection& connection, PulseConnection::Deadline deadline, Sta
 
 } // namespace
 
-PulseAudioDevices::PulseAudioDevices(PulseConnection& connection)
-    : m_connection(connection)
+PulseAudioDevices::PulseAudioDevices(std::shared_ptr<PulseConnection> connection)
+    : m_connection(std::move(connection))
 {
 }
 
@@ -170,16 +170,16 @@ bool PulseAudioDevices::setDefaultInputDevice(AudioDeviceId device)
     if (kind != Kind::Source)
         return false;
     const Deadline deadline = PulseConnection::patience();
-    const bool accepted = change(m_connection, deadline,
+    const bool accepted = change(*m_connection, deadline,
         [name = name](pa_context* context, pa_context_success_cb_t done, void* data) {
             return pa_context_set_default_source(context, name.constData(), done, data);
         });
     // PipeWire says yes before it has switched: a recorder opened now would take the old device.
     while (accepted) {
-        const quint64 seen = m_connection.changes();
+        const quint64 seen = m_connection->changes();
         if (defaultName(Kind::Source, deadline) == name)
             return true;
-        if (!m_connection.waitForChange(seen, deadline))
+        if (!m_connection->waitForChange(seen, deadline))
             return false;
     }
     return false;
@@ -193,20 +193,20 @@ std::optional<AudioDeviceId> PulseAudioDevices::defaultOutputDevice()
 
 std::optional<quint32> PulseAudioDevices::outputMute(AudioDeviceId device)
 {
-    const auto sink = askSink(m_connection, sinkName(device));
+    const auto sink = askSink(*m_connection, sinkName(device));
     return sink ? std::optional(sink->mute) : std::nullopt;
 }
 
 bool PulseAudioDevices::isOutputMuteSettable(AudioDeviceId device)
 {
-    return askSink(m_connection, sinkName(device)).has_value();
+    return askSink(*m_connection, sinkName(device)).has_value();
 }
 
 bool PulseAudioDevices::setOutputMute(AudioDeviceId device, quint32 mute)
 {
     const QByteArray name = sinkName(device);
     return !name.isEmpty()
-        && change(m_connection, PulseConnection::patience(),
+        && change(*m_connection, PulseConnection::patience(),
             [name, mute](pa_context* context, pa_context_success_cb_t done, void* data) {
                 return pa_context_set_sink_mute_by_name(
                     context, name.constData(), mute != 0 ? 1 : 0, done, data);
@@ -215,7 +215,7 @@ bool PulseAudioDevices::setOutputMute(AudioDeviceId device, quint32 mute)
 
 std::optional<float> PulseAudioDevices::outputVolume(AudioDeviceId device)
 {
-    const auto sink = askSink(m_connection, sinkName(device));
+    const auto sink = askSink(*m_connection, sinkName(device));
     if (!sink)
         return std::nullopt;
     return static_cast<float>(pa_cvolume_max(&sink->volume)) / static_cast<float>(PA_VOLUME_NORM);
@@ -223,20 +223,20 @@ std::optional<float> PulseAudioDevices::outputVolume(AudioDeviceId device)
 
 bool PulseAudioDevices::isOutputVolumeSettable(AudioDeviceId device)
 {
-    return askSink(m_connection, sinkName(device)).has_value();
+    return askSink(*m_connection, sinkName(device)).has_value();
 }
 
 bool PulseAudioDevices::setOutputVolume(AudioDeviceId device, float volume)
 {
     const QByteArray name = sinkName(device);
-    const auto sink = askSink(m_connection, name);
+    const auto sink = askSink(*m_connection, name);
     if (!sink || !(volume >= 0))
         return false;
     const auto wanted = std::min(std::lround(volume * static_cast<float>(PA_VOLUME_NORM)),
         static_cast<long>(PA_VOLUME_UI_MAX));
     pa_cvolume volumes = sink->volume;
     pa_cvolume_scale(&volumes, static_cast<pa_volume_t>(wanted)); // Keeps the balance.
-    return change(m_connection, PulseConnection::patience(),
+    return change(*m_connection, PulseConnection::patience(),
         [name, volumes](pa_context* context, pa_context_success_cb_t done, void* data) {
             return pa_context_set_sink_volume_by_name(
                 context, name.constData(), &volumes, done, data);
@@ -255,7 +255,7 @@ AudioDeviceId PulseAudioDevices::idOf(Kind kind, const QByteArray& name)
 
 const PulseAudioDevices::Description* PulseAudioDevices::find(AudioDeviceId device)
 {
-    if (m_seen != m_connection.changes() && !refresh(PulseConnection::patience()))
+    if (m_seen != m_connection->changes() && !refresh(PulseConnection::patience()))
         return nullptr;
     const auto found = m_present.constFind(device);
     return found == m_present.constEnd() ? nullptr : &*found;
@@ -268,9 +268,9 @@ bool PulseAudioDevices::refresh(Deadline deadline)
     m_present.clear();
     m_seen.reset();
     // Before asking: what changes meanwhile is read again.
-    quint64 seen = m_connection.changes();
-    auto sources = askSources(m_connection, deadline);
-    auto sinks = sources ? askSinks(m_connection, deadline) : std::nullopt;
+    quint64 seen = m_connection->changes();
+    auto sources = askSources(*m_connection, deadline);
+    auto sinks = sources ? askSinks(*m_connection, deadline) : std::nullopt;
     if (!sources || !sinks)
         return false;
     const auto add = [this](Kind kind, const Descriptions& found) {
@@ -295,7 +295,7 @@ QByteArray PulseAudioDevices::sinkName(AudioDeviceId device) const
 
 std::optional<QByteArray> PulseAudioDevices::defaultName(Kind kind, Deadline deadline)
 {
-    const auto defaults = askDefaults(m_connection, deadline);
+    const auto defaults = askDefaults(*m_connection, deadline);
     if (!defaults)
         return std::nullopt;
     const QByteArray& name = kind == Kind::Source ? defaults->source : defaults->sink;

@@ -15,8 +15,7 @@ namespace tavrin {
 /// the device or the server goes and comes back.
 class PulseAudioDevices final : public AudioDevices {
 public:
-    /// @param connection must outlive the devices.
-    explicit PulseAudioDevices(PulseConnection& connection);
+    explicit PulseAudioDevices(std::shared_ptr<PulseConnection> connection);
 
     [[nodiscard]] QList<AudioDeviceId> devices() override;
     [[nodiscard]] std::optional<int> inputChannels(AudioDeviceId device) override;
@@ -55,7 +54,7 @@ private:
     [[nodiscard]] QByteArray sinkName(AudioDeviceId device) const;
     [[nodiscard]] std::optional<QByteArray> defaultName(Kind kind, Deadline deadline);
 
-    PulseConnection& m_connection;
+    std::shared_ptr<PulseConnection> m_connection;
 
     std::map<std::pair<Kind, QByteArray>, AudioDeviceId> m_ids; ///< Ever seen; never reused.
     QHash<AudioDeviceId, std::pair<Kind, QByteArray>> m_names;

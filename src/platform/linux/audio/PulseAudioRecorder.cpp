@@ -39,9 +39,9 @@ float decibels(double meanEnergy)
 
 } // namespace
 
-PulseAudioRecorder::PulseAudioRecorder(
-    PulseConnection& connection, QString path, const AudioRecorderSettings& settings)
-    : m_connection(connection)
+PulseAudioRecorder::PulseAudioRecorder(std::shared_ptr<PulseConnection> connection, QString path,
+    const AudioRecorderSettings& settings)
+    : m_connection(std::move(connection))
     , m_path(std::move(path))
     , m_settings(settings)
     , m_averagePower(silence)
@@ -65,7 +65,7 @@ bool PulseAudioRecorder::prepareToRecord()
         return false;
     }
     m_file = std::move(*file);
-    auto capture = PcmCapture::open(m_connection,
+    auto capture = PcmCapture::open(*m_connection,
         {[this](std::span<const qint16> block) { add(block); },
             [this](const Error& error) { fail(error); }});
     if (!capture) {

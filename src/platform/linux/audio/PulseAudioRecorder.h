@@ -14,9 +14,8 @@ class AacFile;
 /// thread of the capture.
 class PulseAudioRecorder final : public AudioRecorder {
 public:
-    /// @param connection must outlive the recorder.
-    PulseAudioRecorder(
-        PulseConnection& connection, QString path, const AudioRecorderSettings& settings);
+    PulseAudioRecorder(std::shared_ptr<PulseConnection> connection, QString path,
+        const AudioRecorderSettings& settings);
     ~PulseAudioRecorder() override;
 
     PulseAudioRecorder(const PulseAudioRecorder&) = delete;
@@ -38,7 +37,7 @@ private:
     void add(std::span<const qint16> block);
     void fail(const Error& error);
 
-    PulseConnection& m_connection;
+    std::shared_ptr<PulseConnection> m_connection;
     QString m_path;
     AudioRecorderSettings m_settings;
     bool m_metering = false;
@@ -59,9 +58,8 @@ private:
 
 class PulseAudioRecorders final : public AudioRecorders {
 public:
-    /// @param connection must outlive the recorders and what they make.
-    explicit PulseAudioRecorders(PulseConnection& connection)
-        : m_connection(connection)
+    explicit PulseAudioRecorders(std::shared_ptr<PulseConnection> connection)
+        : m_connection(std::move(connection))
     {
     }
 
@@ -70,7 +68,7 @@ public:
         const QString& path, const AudioRecorderSettings& settings) override;
 
 private:
-    PulseConnection& m_connection;
+    std::shared_ptr<PulseConnection> m_connection;
 };
 
 } // namespace tavrin

@@ -25,7 +25,8 @@ namespace tavrin {
 /// A thread of its own talks to the server; everybody else asks and waits a bounded time. A server
 /// that does not answer is not asked again until it does, so that a hung one costs one wait, not
 /// one per question. A server that is away is looked for anew with each question.
-/// Callable from any thread unless noted. Outlives all that use it.
+/// Callable from any thread unless noted. Shared by all that use it; destroyed on another thread
+/// than its own.
 class PulseConnection {
 public:
     using Deadline = std::chrono::steady_clock::time_point;

@@ -20,7 +20,7 @@ protected:
     QTemporaryDir folder;
     QString socketPath = folder.filePath("socket");
     testing::SoundServerAddress address{socketPath};
-    PulseConnection connection;
+    std::shared_ptr<PulseConnection> connection = std::make_shared<PulseConnection>();
     PulseAudioDevices devices{connection};
     PulseAudioRecorders recorders{connection};
 
@@ -45,8 +45,7 @@ protected:
 
     void expectNoRecording() const
     {
-        auto recorder = PulseAudioRecorder(
-            const_cast<PulseConnection&>(connection), folder.filePath("a.m4a"), settings);
+        auto recorder = PulseAudioRecorder(connection, folder.filePath("a.m4a"), settings);
         EXPECT_FALSE(recorder.prepareToRecord());
         EXPECT_FALSE(recorder.record());
         EXPECT_EQ(recorder.failure().code, PcmCapture::NoMicrophone);

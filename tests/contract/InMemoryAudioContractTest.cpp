@@ -1,0 +1,38 @@
+#include "contract/AudioDevicesContract.h"
+#include "contract/AudioRecorderContract.h"
+#include "support/InMemoryAudioDevices.h"
+#include "support/InMemoryAudioRecorders.h"
+#include "support/VirtualTime.h"
+
+namespace tavrin::testing {
+namespace {
+
+struct InMemoryMachine {
+    std::unique_ptr<InMemoryAudioDevices> devices = std::make_unique<InMemoryAudioDevices>();
+
+    InMemoryMachine()
+    {
+        devices->addMicrophone(1, "Built-in", "pci-built-in");
+        devices->addMicrophone(2, "Headset", "usb-headset");
+        devices->addLoudspeaker(3, "pci-speakers");
+        devices->defaultInput = 1;
+        devices->defaultOutput = 3;
+    }
+};
+
+struct InMemoryStudio {
+    VirtualTime time;
+    std::unique_ptr<InMemoryAudioRecorders> recorders =
+        std::make_unique<InMemoryAudioRecorders>(time);
+
+    void record(const AudioRecorder&, Seconds length) { time.advance(length); }
+
+    void pass(Seconds length) { time.advance(length); }
+};
+
+} // namespace
+
+INSTANTIATE_TYPED_TEST_SUITE_P(InMemory, AudioDevicesContract, InMemoryMachine);
+INSTANTIATE_TYPED_TEST_SUITE_P(InMemory, AudioRecorderContract, InMemoryStudio);
+
+} // namespace tavrin::testing
