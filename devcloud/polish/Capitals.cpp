@@ -16,8 +16,10 @@ constexpr std::u32string_view pronouns[] = {U"i", U"i'm", U"i'll", U"i've", U"i'
 /// Whether a word is plain small letters: "iPhone", "x86" and addresses keep their own form.
 bool isPlain(std::u32string_view word)
 {
-    return std::ranges::all_of(
-        word, [](char32_t c) { return isAsciiLower(c) || c == U'\'' || c == U'’' || c == U'-'; });
+    return std::ranges::all_of(word, [](char32_t c) {
+        const bool joins = c == U'\'' || c == U'-';
+        return isAsciiLower(c) || joins || c > 0x7f;
+    });
 }
 
 void capitalize(std::u32string& word)

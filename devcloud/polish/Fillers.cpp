@@ -103,7 +103,7 @@ private:
         return std::equal(phrase.begin(), phrase.end(),
             m_tokens.begin() + static_cast<std::ptrdiff_t>(at),
             [](std::u32string_view word, const Token& token) {
-                return folded(token.text) == word;
+                return equalsFolded(token.text, word);
             });
     }
 

@@ -27,16 +27,6 @@ std::u32string ofWidth(const std::u32string& marks, bool chinese)
     return result;
 }
 
-bool startsHan(const Tokens& tokens, std::size_t at, std::u32string_view phrase)
-{
-    if (at + phrase.size() > tokens.size())
-        return false;
-    return std::equal(phrase.begin(), phrase.end(),
-        tokens.begin() + static_cast<std::ptrdiff_t>(at), [](char32_t c, const Token& token) {
-            return token.kind == TokenKind::Han && token.text.front() == c;
-        });
-}
-
 /// Whether a Chinese conjunction opens a new clause at @p at, so long a way into the clause that it
 /// reads better with a comma.
 bool opensChineseClause(const Tokens& tokens, std::size_t at, std::size_t clauseStart)
@@ -47,7 +37,7 @@ bool opensChineseClause(const Tokens& tokens, std::size_t at, std::size_t clause
     if (at < clauseStart + shortestClause || tokens[at - 1].text == U"之")
         return false;
     return std::ranges::any_of(conjunctions, [&tokens, at](std::u32string_view conjunction) {
-        return startsHan(tokens, at, conjunction) && at + conjunction.size() + 1 < tokens.size();
+        return hanStandsAt(tokens, at, conjunction) && at + conjunction.size() + 1 < tokens.size();
     });
 }
 
@@ -58,7 +48,7 @@ bool opensEnglishClause(const Tokens& tokens, std::size_t at, std::size_t clause
         U"they", U"i'm", U"it's", U"we're", U"they're", U"you're"};
     constexpr std::size_t shortestClause = 3;
     return at >= clauseStart + shortestClause && at + 2 < tokens.size()
-        && folded(tokens[at].text) == U"but" && contains(subjects, folded(tokens[at + 1].text));
+        && equalsFolded(tokens[at].text, U"but") && contains(subjects, folded(tokens[at + 1].text));
 }
 
 /// Marks that follow each other because something between them went: the last one stands.
@@ -102,7 +92,7 @@ namespace {
 bool endsWithHan(const Tokens& tokens, std::u32string_view phrase)
 {
     return tokens.size() >= phrase.size()
-        && startsHan(tokens, tokens.size() - phrase.size(), phrase);
+        && hanStandsAt(tokens, tokens.size() - phrase.size(), phrase);
 }
 
 bool isChineseQuestion(const Tokens& tokens)
@@ -111,19 +101,28 @@ bool isChineseQuestion(const Tokens& tokens)
         U"吗", U"对不对", U"好不好", U"是不是", U"行不行", U"可不可以", U"什么时候", U"怎么办"};
     static constexpr std::u32string_view openings[] = {
         U"为什么", U"怎么", U"什么时候", U"谁", U"哪"};
+    // These ask only where nobody tells or knows: "我知道他在哪里" is a statement.
+    static constexpr std::u32string_view openEndings[] = {
+        U"在哪里", U"在哪儿", U"在哪", U"是多少", U"是什么", U"是谁", U"干什么", U"怎么样"};
+    static constexpr std::u32string_view embedding[] = {U"知道", U"告诉", U"问", U"明白", U"清楚",
+        U"了解", U"记得", U"确认", U"不管", U"无论", U"看"};
     static constexpr std::u32string_view askingWords[] = {
         U"什么", U"怎么", U"谁", U"哪", U"多少", U"几", U"为何"};
     if (std::ranges::any_of(endings, [&](auto phrase) { return endsWithHan(tokens, phrase); })
-        || std::ranges::any_of(openings, [&](auto phrase) { return startsHan(tokens, 0, phrase); }))
+        || std::ranges::any_of(
+            openings, [&](auto phrase) { return hanStandsAt(tokens, 0, phrase); }))
         return true;
-    if (!endsWithHan(tokens, U"呢"))
+    const auto holds = [&tokens](WordList words) {
+        for (std::size_t at = 0; at < tokens.size(); ++at) {
+            if (std::ranges::any_of(
+                    words, [&](auto word) { return hanStandsAt(tokens, at, word); }))
+                return true;
+        }
         return false;
-    for (std::size_t at = 0; at < tokens.size(); ++at) {
-        if (std::ranges::any_of(
-                askingWords, [&](auto word) { return startsHan(tokens, at, word); }))
-            return true;
-    }
-    return false;
+    };
+    if (std::ranges::any_of(openEndings, [&](auto phrase) { return endsWithHan(tokens, phrase); }))
+        return !holds(embedding);
+    return endsWithHan(tokens, U"呢") && holds(askingWords);
 }
 
 bool isEnglishQuestion(const Tokens& tokens)

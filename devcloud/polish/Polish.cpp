@@ -53,7 +53,7 @@ std::string polish(std::string_view transcript, Style style)
     if (clauses.empty())
         std::ranges::transform(sentences, std::back_inserter(clauses), finished);
     if (clauses.empty())
-        return std::string(transcript);
+        return encodeUtf8(decodeUtf8(transcript));
     return encodeUtf8(setInForm(clauses, style, isMostlyChinese(tokens)));
 }
 

@@ -42,14 +42,6 @@ public:
     }
 
 private:
-    [[nodiscard]] std::u32string textAt(std::size_t at, std::size_t length) const
-    {
-        std::u32string text;
-        for (std::size_t end = at + length; at < end && at < m_tokens.size(); ++at)
-            text += m_tokens[at].text;
-        return text;
-    }
-
     [[nodiscard]] std::u32string wordAt(std::size_t at) const
     {
         if (at >= m_tokens.size() || m_tokens[at].kind != TokenKind::Word)
@@ -114,7 +106,7 @@ private:
 
     [[nodiscard]] bool opensWith(std::u32string_view phrase, std::size_t at) const
     {
-        return isHanAt(at) && textAt(at, phrase.size()) == phrase;
+        return hanStandsAt(m_tokens, at, phrase);
     }
 
     /// How many tokens the first saying takes, with a comma behind it, when a second one follows.

@@ -144,6 +144,13 @@ private:
     Tokens m_tokens;
 };
 
+char32_t foldedCharacter(char32_t c)
+{
+    if (c == U'’')
+        return U'\'';
+    return isAsciiUpper(c) ? c + (U'a' - U'A') : c;
+}
+
 bool isLatinLetter(char32_t c)
 {
     return isAsciiUpper(c) || isAsciiLower(c) || (c >= 0xc0 && c < 0x250);
@@ -167,9 +174,9 @@ bool needsSpace(const Token& left, const Token& right)
         return false;
     if (left.kind == TokenKind::Word && right.kind == TokenKind::Word)
         return true;
-    // Digits belong to the Han beside them as they were: "3月" and "15 个" are both good.
-    const char32_t edge = left.kind == TokenKind::Word ? left.text.back() : right.text.front();
-    return right.spaceBefore || isLatinLetter(edge);
+    // Bare digits belong to the Han beside them as they were: "3月" and "15 个" are both good.
+    const Token& word = left.kind == TokenKind::Word ? left : right;
+    return right.spaceBefore || std::ranges::any_of(word.text, isLatinLetter);
 }
 
 } // namespace
@@ -191,13 +198,26 @@ bool isComma(const Token& mark)
     return mark.kind == TokenKind::Mark && isIn(U",，、", mark.text.back());
 }
 
+bool hanStandsAt(const Tokens& tokens, std::size_t at, std::u32string_view phrase)
+{
+    if (at > tokens.size() || phrase.size() > tokens.size() - at)
+        return false;
+    return std::equal(phrase.begin(), phrase.end(),
+        tokens.begin() + static_cast<std::ptrdiff_t>(at), [](char32_t c, const Token& token) {
+            return token.kind == TokenKind::Han && token.text.front() == c;
+        });
+}
+
 std::u32string folded(std::u32string_view word)
 {
     std::u32string result(word);
-    std::ranges::transform(
-        result, result.begin(), [](char32_t c) { return isAsciiUpper(c) ? c + (U'a' - U'A') : c; });
-    std::ranges::replace(result, U'’', U'\'');
+    std::ranges::transform(result, result.begin(), foldedCharacter);
     return result;
+}
+
+bool equalsFolded(std::u32string_view word, std::u32string_view small)
+{
+    return std::ranges::equal(word, small, {}, foldedCharacter);
 }
 
 Tokens tokenize(std::u32string_view text)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,7 +38,12 @@ bool endsSentence(const Token& mark);
 /// Whether @p mark is a comma of any kind.
 bool isComma(const Token& mark);
 
+/// Whether the Han characters of @p phrase stand in @p tokens from @p at on.
+bool hanStandsAt(const Tokens& tokens, std::size_t at, std::u32string_view phrase);
+
 /// The word in small letters, for comparing; letters beyond ASCII stay.
 std::u32string folded(std::u32string_view word);
+/// Whether @p word is @p small but for capitals.
+bool equalsFolded(std::u32string_view word, std::u32string_view small);
 
 } // namespace tavrin::devcloud
