@@ -82,17 +82,16 @@ ssize_t ClientStream::read(char* bytes, size_t size)
 {
     if (m_bufferAt == m_buffer.size()) {
         const ssize_t received = receive();
-        if (received <= 0)
+        m_broken = received <= 0;
+        if (m_broken)
             return received;
     }
     const std::size_t count = std::min(size, m_buffer.size() - m_bufferAt);
     std::copy_n(m_buffer.data() + m_bufferAt, count, bytes);
     m_bufferAt += count;
     // The library reads the head byte by byte.
-    if (!m_headEnded
-        && !std::all_of(bytes, bytes + count, [this](char c) { return countHeadByte(c); }))
-        return -1;
-    return static_cast<ssize_t>(count);
+    m_broken = !std::all_of(bytes, bytes + count, [this](char c) { return countHeadByte(c); });
+    return m_broken ? -1 : static_cast<ssize_t>(count);
 }
 
 ssize_t ClientStream::receive()

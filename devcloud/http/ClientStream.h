@@ -25,6 +25,10 @@ public:
     void beginRequest();
     /// Whether bytes or the end of the connection arrive within @p wait.
     bool waitForBytes(std::chrono::milliseconds wait);
+
+    /// Whether a read failed: the connection ended, took too long or sent too long a head.
+    [[nodiscard]] bool isBroken() const { return m_broken; }
+
     /// Says that nothing more will be sent and reads what is on its way, so that the other side
     /// gets to see the answer.
     void finish();
@@ -51,6 +55,7 @@ private:
     std::size_t m_headBytes = 0;
     int m_lineBreaks = 0; ///< In a row; two end the head.
     bool m_headEnded = false;
+    bool m_broken = false;
     std::string m_buffer;
     std::size_t m_bufferAt = 0;
 };

@@ -50,6 +50,29 @@ std::optional<Problem> refusalBeforeBody(const httplib::Request& request)
         request.has_header("Transfer-Encoding"), request.has_header("Content-Encoding")});
 }
 
+/// Looks at the head of a request before the library goes on with it; false when its body will not
+/// be read.
+bool admit(httplib::Request& request)
+{
+    request.ranges.clear(); // Answers are whole.
+    if (refusalBeforeBody(request)) {
+        request.headers.erase("Connection");
+        request.set_header("Connection", "close");
+        return false;
+    }
+    // Without a length the library would read until the connection ends.
+    if (request.method == "POST" && !request.has_header("Content-Length"))
+        request.set_header("Content-Length", "0");
+    return true;
+}
+
+/// The library's own options let two servers share a port.
+void reuseAddress(socket_t socket)
+{
+    const int yes = 1;
+    setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+}
+
 /// What the protocol itself refuses, such as a malformed request line: the library gives the
 /// status.
 void describeProtocolError(const httplib::Request& /*request*/, httplib::Response& response)
@@ -72,6 +95,7 @@ public:
             m_pool = pool.get();
             return pool.release();
         };
+        set_socket_options(reuseAddress);
         set_tcp_nodelay(true);
         set_keep_alive_max_count(maxRequestsPerConnection);
         set_keep_alive_timeout(
@@ -118,27 +142,19 @@ private:
     bool process_and_close_socket(socket_t socket) override
     {
         ClientStream stream(socket, m_settings.limits);
-        bool mustClose = false;
         bool isOpen = true;
+        bool isRefused = false;
         for (std::size_t left = maxRequestsPerConnection; isOpen && hasNextRequest(stream);) {
             --left;
             stream.beginRequest();
+            isRefused = true; // Until its head has been read and found good.
             bool closedByClient = false;
-            const bool served = process_request(stream, left == 0 || m_ended, closedByClient,
-                [&mustClose](httplib::Request& request) {
-                    request.ranges.clear(); // Answers are whole.
-                    if (request.method == "POST" && !request.has_header("Transfer-Encoding")
-                        && !request.has_header("Content-Length"))
-                        request.set_header("Content-Length", "0");
-                    mustClose = refusalBeforeBody(request).has_value();
-                    if (mustClose) {
-                        request.headers.erase("Connection");
-                        request.set_header("Connection", "close");
-                    }
-                });
-            isOpen = served && !mustClose && !closedByClient && left > 0 && !m_ended;
+            const bool isServed = process_request(stream, left == 0 || m_ended, closedByClient,
+                [&isRefused](httplib::Request& request) { isRefused = !admit(request); });
+            isRefused = isRefused || stream.isBroken();
+            isOpen = isServed && !isRefused && !closedByClient && left > 0 && !m_ended;
         }
-        if (mustClose)
+        if (isRefused)
             stream.finish();
         close(socket);
         return true;

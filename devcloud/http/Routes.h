@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -41,8 +42,8 @@ tl::expected<Endpoint, Problem> endpointFor(std::string_view method, std::string
 struct RequestHead {
     std::string_view method;
     std::string_view path;
-    std::vector<std::string> contentLengths;
-    std::vector<std::string> contentTypes;
+    std::vector<std::string> contentLengths{};
+    std::vector<std::string> contentTypes{};
     bool hasTransferEncoding = false;
     bool hasContentEncoding = false;
 };

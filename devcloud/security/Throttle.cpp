@@ -16,7 +16,7 @@ Throttle::Throttle(std::size_t limit, std::chrono::seconds window)
 std::optional<std::chrono::seconds> Throttle::take(const std::string& key, std::int64_t now)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_events.size() >= maxKeys)
+    if (m_events.size() >= maxKeys && !m_events.contains(key))
         makeRoom(now);
     std::deque<std::int64_t>& events = m_events[key];
     dropOld(events, now);

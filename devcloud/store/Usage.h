@@ -10,17 +10,17 @@ class Transaction;
 
 /// One finished operation: what was done and how much, never what was said.
 struct UsageEntry {
-    std::string requestId; ///< A repeat of one of the same account is ignored.
-    std::string source; ///< "server" for our own answers, "client" for a client's report.
-    std::string operation;
-    std::string provider;
-    std::string model;
+    std::string requestId{}; ///< A repeat of one of the same account is ignored.
+    std::string source{}; ///< "server" for our own answers, "client" for a client's report.
+    std::string operation{};
+    std::string provider{};
+    std::string model{};
     std::int64_t inputCharacters = 0;
     std::int64_t outputCharacters = 0;
     std::int64_t audioSeconds = 0;
     std::int64_t latencyMs = 0;
-    std::string status;
-    std::string errorCode;
+    std::string status{};
+    std::string errorCode{};
 };
 
 struct UsageTotals {

@@ -1,0 +1,316 @@
+#include "devcloud/http/HttpServer.h"
+
+#include "devcloud/LoopbackClient.h"
+#include "devcloud/ServiceTest.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <thread>
+
+using namespace std::chrono_literals;
+using namespace nlohmann::literals;
+using ::testing::HasSubstr;
+
+namespace tavrin::devcloud {
+namespace {
+
+using testing::bodyIn;
+using testing::LoopbackClient;
+using testing::statusIn;
+
+class HttpServerTest : public testing::ServiceTest {
+protected:
+    HttpServerTest()
+    {
+        settings.port = 0;
+        settings.threads = 4;
+        settings.idleConnection = 5s;
+        settings.limits.wholeRequest = 300ms;
+    }
+
+    void start()
+    {
+        server.emplace(*service, settings);
+        ASSERT_TRUE(server->start());
+    }
+
+    static std::string post(
+        const std::string& path, const std::string& body, const std::string& headers = {})
+    {
+        return "POST " + path + " HTTP/1.1\r\nHost: localhost\r\nContent-Type: application/json\r\n"
+            + headers + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+    }
+
+    /// The status answered to @p request on a connection of its own. Every answer with a body must
+    /// be a JSON object, every refusal one with a message.
+    int statusFor(const std::string& request) const
+    {
+        LoopbackClient client(server->port());
+        client.send(request);
+        const std::string answer = client.readAnswer();
+        const int status = statusIn(answer);
+        const Json body = Json::parse(bodyIn(answer), nullptr, false);
+        EXPECT_TRUE(body.is_object()) << answer;
+        const bool saysWhy =
+            status == 200 || (body.is_object() && body.contains("/error/message"_json_pointer));
+        EXPECT_TRUE(saysWhy) << answer;
+        return status;
+    }
+
+    HttpServerSettings settings;
+    std::optional<HttpServer> server;
+};
+
+TEST_F(HttpServerTest, AnswersManyRequestsOnOneConnection)
+{
+    addTestAccount();
+    start();
+    LoopbackClient client(server->port());
+    client.send(post("/v1/auth/login", loginBody().dump()));
+    const std::string answer = client.readAnswer();
+    ASSERT_EQ(statusIn(answer), 200);
+    EXPECT_THAT(answer, HasSubstr("Content-Type: application/json; charset=utf-8"));
+    EXPECT_THAT(answer, HasSubstr("Cache-Control: no-store"));
+    const std::string token = Json::parse(bodyIn(answer))["accessToken"];
+
+    for (int round = 0; round < 20; ++round) {
+        client.send("GET /v1/auth/me HTTP/1.1\r\nAuthorization: Bearer " + token + "\r\n\r\n");
+        EXPECT_EQ(bodyIn(client.readAnswer()), R"({"user":{"email":"ada@example.org"}})");
+    }
+}
+
+TEST_F(HttpServerTest, RequestsSentAheadAreAnsweredInOrder)
+{
+    start();
+    LoopbackClient client(server->port());
+    client.send(post("/v1/auth/login", "[]") + "GET /v1/client/update HTTP/1.1\r\n\r\n"
+        + post("/v1/auth/login", "{}"));
+
+    EXPECT_EQ(statusIn(client.readAnswer()), 400);
+    EXPECT_EQ(statusIn(client.readAnswer()), 200);
+    EXPECT_EQ(statusIn(client.readAnswer()), 400);
+}
+
+TEST_F(HttpServerTest, BadBodiesAreRefusedAndTheConnectionGoesOn)
+{
+    start();
+    LoopbackClient client(server->port());
+    for (const std::string& body : {std::string("[]"), std::string("nonsense"),
+             std::string(10'000, '['), std::string("\xff\xfe"),
+             std::string("{\"email\":1,\"password\":2}"), std::string("{\0}", 3), std::string()}) {
+        client.send(post("/v1/auth/login", body));
+        EXPECT_EQ(statusIn(client.readAnswer()), 400) << body;
+    }
+    client.send("GET /v1/client/update HTTP/1.1\r\n\r\n");
+    EXPECT_EQ(statusIn(client.readAnswer()), 200);
+}
+
+TEST_F(HttpServerTest, ABodyTooLargeIsRefusedAndItsSenderGetsToKnow)
+{
+    start();
+    const std::string body(9 * 1024 * 1024, 'x');
+    EXPECT_EQ(statusFor(post("/v1/auth/login", body)), 413);
+
+    LoopbackClient onlyAnnounces(server->port());
+    onlyAnnounces.send("POST /v1/auth/login HTTP/1.1\r\nContent-Type: application/json\r\n"
+                       "Content-Length: 9437184\r\n\r\n");
+    EXPECT_EQ(statusIn(onlyAnnounces.readAnswer()), 413);
+}
+
+TEST_F(HttpServerTest, WhatCannotBeReadIsRefusedAndTheConnectionClosed)
+{
+    start();
+
+    struct Case {
+        std::string request;
+        int status;
+    };
+
+    const std::string json = "Content-Type: application/json\r\n";
+    const std::string login = "POST /v1/auth/login HTTP/1.1\r\n";
+    for (const auto& [request, status] :
+        {Case{"GET /nowhere HTTP/1.1\r\n\r\n", 404}, Case{"PUT /v1/auth/me HTTP/1.1\r\n\r\n", 405},
+            Case{login + json + "Transfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\n\r\n", 411},
+            Case{login + json + "Content-Length: x\r\n\r\n", 400},
+            Case{login + json + "Content-Length: 2\r\nContent-Length: 3\r\n\r\n{}", 400},
+            Case{login + json + "Content-Length: 2\r\nContent-Encoding: gzip\r\n\r\n{}", 415},
+            Case{login + "Content-Type: text/plain\r\nContent-Length: 2\r\n\r\n{}", 415},
+            Case{login
+                    + "Content-Type: multipart/form-data; boundary=x\r\nContent-Length: "
+                      "2\r\n\r\n{}",
+                415},
+            Case{"GET /v1/client/update HTTP/1.1\r\nContent-Length: 2\r\n\r\n{}", 400}}) {
+        EXPECT_EQ(statusFor(request), status) << request;
+        LoopbackClient client(server->port());
+        client.send(request);
+        EXPECT_TRUE(client.isClosedByServer()) << request;
+    }
+}
+
+TEST_F(HttpServerTest, MalformedHeadsAreAnsweredOrClosed)
+{
+    start();
+    for (const std::string& request : {std::string("nonsense\r\n\r\n"), std::string("GET\r\n\r\n"),
+             std::string("\r\n\r\n"), std::string("GET /v1/client/update HTTP/9.9\r\n\r\n"),
+             std::string("\0\0\0\0\r\n\r\n", 8),
+             "GET /" + std::string(9000, 'a') + " HTTP/1.1\r\n\r\n"}) {
+        LoopbackClient client(server->port());
+        client.send(request);
+        client.finishSending();
+        const int status = statusIn(client.readAnswer());
+        EXPECT_TRUE(status == 0 || (status >= 400 && status < 500)) << request;
+    }
+    EXPECT_EQ(statusFor("GET /v1/client/update HTTP/1.1\r\n\r\n"), 200);
+}
+
+TEST_F(HttpServerTest, AHeadWithoutEndIsCutOff)
+{
+    start();
+    LoopbackClient client(server->port());
+    client.send("GET /v1/client/update HTTP/1.1\r\n");
+    for (int line = 0; line < 2000 && client.send("X-Filling: 0123456789012345\r\n"); ++line) { }
+
+    EXPECT_TRUE(client.isClosedByServer());
+}
+
+TEST_F(HttpServerTest, ASlowRequestHasOneDeadlineForAll)
+{
+    settings.limits.wholeRequest = 250ms;
+    start();
+    LoopbackClient client(server->port());
+    const auto begin = std::chrono::steady_clock::now();
+    // Never idle for long, never done: each byte alone would please a time-out on inactivity.
+    while (!client.isClosedByServer(20ms) && std::chrono::steady_clock::now() - begin < 5s)
+        client.send("G");
+
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
+}
+
+TEST_F(HttpServerTest, ABodyThatNeverComesIsNotWaitedFor)
+{
+    start();
+    LoopbackClient client(server->port());
+    client.send("POST /v1/auth/login HTTP/1.1\r\nContent-Type: application/json\r\n"
+                "Content-Length: 100\r\n\r\n{");
+    const std::string answer = client.readAnswer();
+
+    EXPECT_TRUE(answer.empty() || statusIn(answer) == 400) << answer;
+}
+
+TEST_F(HttpServerTest, IdleConnectionsGiveWayToNewOnes)
+{
+    start();
+    std::vector<std::unique_ptr<LoopbackClient>> idle;
+    for (std::size_t client = 0; client < 2 * settings.threads; ++client) {
+        idle.push_back(std::make_unique<LoopbackClient>(server->port()));
+        idle.back()->send("GET /v1/client/update HTTP/1.1\r\n\r\n");
+        EXPECT_EQ(statusIn(idle.back()->readAnswer()), 200);
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(statusFor("GET /v1/client/update HTTP/1.1\r\n\r\n"), 200);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
+}
+
+TEST_F(HttpServerTest, ConnectionsCutAtEveryStageHarmNobody)
+{
+    addTestAccount();
+    start();
+    const std::string request = post("/v1/auth/login", loginBody().dump());
+    for (std::size_t length = 0; length < request.size(); length += 7) {
+        const LoopbackClient client(server->port());
+        client.send(std::string_view(request).substr(0, length));
+    }
+    EXPECT_EQ(statusFor(request), 200);
+}
+
+TEST_F(HttpServerTest, HeaderOdditiesAreTolerated)
+{
+    start();
+    for (const std::string header :
+        {"Range: bytes=0-3\r\n", "Accept-Encoding: br, gzip\r\n", "Host: elsewhere.example\r\n",
+            "Authorization: Bearer a\r\nAuthorization: Bearer b\r\n", "X-Empty:\r\n",
+            "Cookie: a=b\r\n", "Expect: 200-ok\r\n"}) {
+        LoopbackClient client(server->port());
+        client.send("GET /v1/client/update HTTP/1.1\r\n" + header + "\r\n");
+        EXPECT_EQ(statusIn(client.readAnswer()), 200) << header;
+    }
+    LoopbackClient client(server->port());
+    client.send("GET /v1/client/update HTTP/1.1\r\nRange: bytes=0-3\r\n\r\n");
+    EXPECT_TRUE(Json::accept(bodyIn(client.readAnswer())));
+}
+
+TEST_F(HttpServerTest, APostWithoutLengthHasNoBody)
+{
+    const std::string token = signIn()["accessToken"];
+    start();
+    EXPECT_EQ(statusFor("POST /v1/auth/logout HTTP/1.1\r\nContent-Type: application/json\r\n"
+                        "Authorization: Bearer "
+                  + token + "\r\n\r\n"),
+        200);
+}
+
+TEST_F(HttpServerTest, ThrottlingSaysHowLongToWait)
+{
+    addTestAccount();
+    start();
+    Json wrong = loginBody();
+    wrong["password"] = "a wrong guess";
+    for (int guess = 0; guess < 10; ++guess)
+        EXPECT_EQ(statusFor(post("/v1/auth/login", wrong.dump())), 401);
+
+    LoopbackClient client(server->port());
+    client.send(post("/v1/auth/login", wrong.dump()));
+    const std::string answer = client.readAnswer();
+    EXPECT_EQ(statusIn(answer), 429);
+    EXPECT_THAT(answer, HasSubstr("Retry-After: 900\r\n"));
+}
+
+TEST_F(HttpServerTest, AnswersAtOnceFromManyThreads)
+{
+    const std::string token = signIn()["accessToken"];
+    start();
+    const std::string request = post("/v1/text/polish", R"({"transcript":"um hello"})",
+        "Authorization: Bearer " + token + "\r\n");
+    std::atomic<int> good = 0;
+    std::vector<std::thread> clients;
+    for (int thread = 0; thread < 8; ++thread) {
+        clients.emplace_back([&] {
+            for (int round = 0; round < 10; ++round) {
+                LoopbackClient client(server->port());
+                client.send(request);
+                good += bodyIn(client.readAnswer()) == R"({"text":"Hello."})" ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread& client : clients)
+        client.join();
+    EXPECT_EQ(good, 80);
+}
+
+TEST_F(HttpServerTest, StopEndsIdleConnectionsSoon)
+{
+    start();
+    LoopbackClient client(server->port());
+    client.send("GET /v1/client/update HTTP/1.1\r\n\r\n");
+    client.readAnswer();
+    const auto begin = std::chrono::steady_clock::now();
+
+    server->stop();
+
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
+    EXPECT_TRUE(client.isClosedByServer());
+}
+
+TEST_F(HttpServerTest, APortThatIsTakenIsSaid)
+{
+    start();
+    HttpServerSettings same = settings;
+    same.port = server->port();
+    HttpServer second(*service, same);
+
+    EXPECT_FALSE(second.start());
+}
+
+} // namespace
+} // namespace tavrin::devcloud
