@@ -2,8 +2,6 @@
 
 #include "app/SettingsPage.h"
 
-#include <QtGlobal>
-
 namespace tavrin {
 
 /// The application's one full window, as the controller sees it. Main thread only. Closing it
@@ -22,12 +20,6 @@ public:
 
     /// Shows @p page as if its sidebar button had been pressed.
     virtual void selectSettingsPage(SettingsPage page) = 0;
-
-    /// Moves the selection of `outputStylePopup` to the row at @p index, without its action.
-    virtual void setOutputStyleIndex(qsizetype index) = 0;
-
-    /// Moves the selection of `translationPopup` to the row at @p index, without its action.
-    virtual void setTranslationTargetIndex(qsizetype index) = 0;
 };
 
 } // namespace tavrin

@@ -1,10 +1,10 @@
 #include "app/StatusMenu.h"
 
 #include "app/Localization.h"
-#include "app/MainWindow.h"
 #include "app/MenuBarIcon.h"
 #include "app/OperationItems.h"
 #include "app/OperationShortcut.h"
+#include "app/OutputControls.h"
 #include "app/OutputStyles.h"
 #include "app/Settings.h"
 #include "app/StatusMenuTexts.h"
@@ -130,7 +130,8 @@ void StatusMenu::selectStyle(const QString& identifier)
     m_neighbours.preferences.setValue(keys::outputStyle, identifier);
     checkOnly(m_menu[writingStyleRow], outputStyles, identifier);
     showMenu();
-    m_neighbours.mainWindow.setOutputStyleIndex(indexOfIdentifier(outputStyles, identifier));
+    if (m_outputControls)
+        m_outputControls->setOutputStyleIndex(indexOfIdentifier(outputStyles, identifier));
 }
 
 void StatusMenu::selectStylePopup(qsizetype index)
@@ -162,8 +163,8 @@ void StatusMenu::refreshTranslationControls()
 {
     Settings& settings = m_neighbours.settings;
     const QString target = settings.TranslationTarget();
-    m_neighbours.mainWindow.setTranslationTargetIndex(
-        indexOfIdentifier(translationTargets, target));
+    if (m_outputControls)
+        m_outputControls->setTranslationTargetIndex(indexOfIdentifier(translationTargets, target));
     if (!m_menu.isEmpty())
         checkOnly(m_menu[translationMenuRow], translationTargets, target);
     m_neighbours.statusItem.setToolTip(m_neighbours.localization.LT(texts::targetToolTip,

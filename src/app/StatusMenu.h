@@ -12,7 +12,7 @@
 namespace tavrin {
 
 class Localization;
-class MainWindow;
+class OutputControls;
 class Preferences;
 class Settings;
 struct SettingChoice;
@@ -35,7 +35,6 @@ public:
 
     struct Neighbours {
         const Localization& localization;
-        MainWindow& mainWindow;
         Preferences& preferences;
         Settings& settings;
         StatusItem& statusItem;
@@ -43,6 +42,9 @@ public:
 
     /// @param neighbours must outlive the menu.
     StatusMenu(const Neighbours& neighbours, Actions actions);
+
+    /// The popups of the settings page; null while there is none.
+    void setOutputControls(OutputControls* controls) { m_outputControls = controls; }
 
     /// Shows the status item with its icon and menu, in the idle state. Called once, at launch.
     void configureMenu();
@@ -53,7 +55,7 @@ public:
     /// Shows the shortcuts of the moment in the tool tip.
     void refreshToolTip();
 
-    /// Stores the style and selects it in the menu and in the window's popup.
+    /// Stores the style and selects it in menu and popup.
     void selectStyle(const QString& identifier);
     /// The same for the style at @p index of the popup, clamped into the table.
     void selectStylePopup(qsizetype index);
@@ -77,6 +79,7 @@ private:
 
     Neighbours m_neighbours;
     Actions m_actions;
+    OutputControls* m_outputControls = nullptr;
     StatusImage m_menuBarIcon;
     QList<MenuItem> m_menu; ///< Empty until configureMenu().
     SessionState m_state = SessionState::Idle; ///< What updateUI() was told last.

@@ -2,6 +2,7 @@
 
 #include "app/AccountPanel.h"
 #include "app/MainWindow.h"
+#include "app/OutputControls.h"
 
 #include <QList>
 
@@ -12,8 +13,6 @@ class FakeMainWindow final : public MainWindow {
 public:
     bool visible = false;
     QList<SettingsPage> selectedPages;
-    qsizetype outputStyleIndex = -1;
-    qsizetype translationTargetIndex = -1;
 
     void configureMainWindow() override { }
 
@@ -24,6 +23,13 @@ public:
     [[nodiscard]] bool isVisible() const override { return visible; }
 
     void selectSettingsPage(SettingsPage page) override { selectedPages.append(page); }
+};
+
+/// Two popups without anything to press.
+class FakeOutputControls final : public OutputControls {
+public:
+    qsizetype outputStyleIndex = -1;
+    qsizetype translationTargetIndex = -1;
 
     void setOutputStyleIndex(qsizetype index) override { outputStyleIndex = index; }
 

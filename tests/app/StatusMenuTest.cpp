@@ -53,11 +53,11 @@ protected:
     testing::InMemoryPreferences preferences;
     testing::InMemoryWorkspace workspace;
     testing::InMemoryStatusItem item;
-    testing::FakeMainWindow window;
+    testing::FakeOutputControls popups;
     Localization localization{preferences, workspace, KeyNames()};
     Settings settings{preferences, localization};
     QStringList pressed;
-    StatusMenu menu{{localization, window, preferences, settings, item},
+    StatusMenu menu{{localization, preferences, settings, item},
         {
             [this](OperationMode mode) {
                 pressed.append(QString("toggle %1").arg(static_cast<int>(mode)));
@@ -69,7 +69,11 @@ protected:
             [this] { pressed.append("quit"); },
         }};
 
-    StatusMenuTest() { speak("en"); }
+    StatusMenuTest()
+    {
+        speak("en");
+        menu.setOutputControls(&popups);
+    }
 
     void speak(const QString& language) { preferences.setValue(keys::interfaceLanguage, language); }
 
@@ -227,7 +231,7 @@ TEST_F(StatusMenuTest, UnknownStoredValuesAreCheckedNowhereAndShownAsTheyAre)
 
     EXPECT_EQ(item.checked("Writing style"), QStringList());
     EXPECT_EQ(item.checked("Translation target"), QStringList());
-    EXPECT_EQ(window.translationTargetIndex, 0);
+    EXPECT_EQ(popups.translationTargetIndex, 0);
     EXPECT_EQ(item.menu[1].title, "Start translation (⌥ Space → klingon)");
     EXPECT_EQ(
         item.toolTip, "Dictation Right Option · Translation ⌥ Space → klingon · Chat ⇧⌘ Space");
@@ -242,7 +246,7 @@ TEST_F(StatusMenuTest, AStyleChosenInTheMenuIsStoredCheckedAndSelectedInThePopup
 
         EXPECT_EQ(stored(keys::outputStyle), outputStyles.at(row).identifier.toString());
         EXPECT_EQ(item.checked("Writing style"), QStringList{title});
-        EXPECT_EQ(window.outputStyleIndex, static_cast<qsizetype>(row));
+        EXPECT_EQ(popups.outputStyleIndex, static_cast<qsizetype>(row));
     }
     EXPECT_EQ(preferences.synchronizations(), 0);
 }
@@ -288,7 +292,7 @@ TEST_F(StatusMenuTest, ATargetChosenInTheMenuIsStoredAndShownEverywhere)
         EXPECT_EQ(
             stored(keys::translationTarget), translationTargets.at(row).identifier.toString());
         EXPECT_EQ(item.checked("Translation target"), QStringList{title});
-        EXPECT_EQ(window.translationTargetIndex, static_cast<qsizetype>(row));
+        EXPECT_EQ(popups.translationTargetIndex, static_cast<qsizetype>(row));
         EXPECT_EQ(item.menu[1].title, QString("Start translation (⌥ Space → %1)").arg(title));
     }
     EXPECT_EQ(preferences.synchronizations(), 42);
@@ -314,6 +318,17 @@ TEST_F(StatusMenuTest, ATargetChosenDuringASessionLeavesTheSessionsTitles)
 
     EXPECT_EQ(item.title, u"聊"_s);
     EXPECT_EQ(item.menu[1].title, "Translation unavailable during chat");
+}
+
+TEST_F(StatusMenuTest, SelectionsWorkWithoutASettingsPage)
+{
+    menu.setOutputControls(nullptr);
+    menu.configureMenu();
+    menu.selectStyle("meeting");
+    menu.selectTranslationMenu("german");
+
+    EXPECT_EQ(item.checked("Writing style"), QStringList{"Meeting actions"});
+    EXPECT_EQ(item.checked("Translation target"), QStringList{"German"});
 }
 
 TEST_F(StatusMenuTest, ShortcutsThatChangedAreShownInTheToolTip)

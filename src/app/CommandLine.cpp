@@ -1,0 +1,44 @@
+#include "app/CommandLine.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin {
+
+CommandLine parseCommandLine(const QStringList& arguments)
+{
+    CommandLine commandLine;
+    bool help = false;
+    bool version = false;
+    for (const QString& argument : arguments) {
+        if (argument == "--help"_L1 || argument == "-h"_L1)
+            help = true;
+        else if (argument == "--version"_L1)
+            version = true;
+        else if (argument == "--verbose"_L1)
+            commandLine.verbose = true;
+        else if (commandLine.unknown.isEmpty())
+            commandLine.unknown = argument;
+    }
+    if (help)
+        commandLine.request = CommandLine::Request::ShowHelp;
+    else if (version)
+        commandLine.request = CommandLine::Request::ShowVersion;
+    else if (!commandLine.unknown.isEmpty())
+        commandLine.request = CommandLine::Request::Refuse;
+    return commandLine;
+}
+
+QString commandLineHelp()
+{
+    return u"Usage: tavrin [options]\n"
+           u"Press a key, speak, press it again: the text stands where your cursor is.\n"
+           u"Tavrin lives in the status bar. Started a second time, it only shows its window.\n"
+           u"\n"
+           u"Options:\n"
+           u"  -h, --help   Show this help and exit.\n"
+           u"  --version    Show version and build and exit.\n"
+           u"  --verbose    Log what happens to standard error, not only what goes wrong.\n"
+           u"               Nothing that you say or type is ever logged.\n"_s;
+}
+
+} // namespace tavrin

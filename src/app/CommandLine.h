@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace tavrin {
+
+/// What the program was asked for when it was started.
+struct CommandLine {
+    enum class Request {
+        Run,
+        ShowHelp,
+        ShowVersion,
+        Refuse, ///< An option that does not exist.
+    };
+
+    Request request = Request::Run;
+    bool verbose = false;
+    QString unknown; ///< The option that is refused.
+
+    friend bool operator==(const CommandLine&, const CommandLine&) = default;
+};
+
+/// Reads @p arguments, the program's name not among them. Help comes before version, both before a
+/// refusal, so that whoever is lost finds the way.
+[[nodiscard]] CommandLine parseCommandLine(const QStringList& arguments);
+
+/// What --help prints.
+[[nodiscard]] QString commandLineHelp();
+
+} // namespace tavrin

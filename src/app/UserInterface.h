@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace tavrin {
+
+class AccountPanel;
+class HealthPanel;
+class HistoryWindow;
+class Localization;
+class MainWindow;
+class PersonalizationWindow;
+class Settings;
+
+/// All windows of the program, built by the layer above and owned by the controller. The parts
+/// live as long as the whole. Main thread only.
+class UserInterface {
+public:
+    virtual ~UserInterface() = default;
+
+    /// Loads the image "TavrinIcon-1024" and makes it the program's icon. False when it is missing;
+    /// the program then goes on without.
+    virtual bool loadApplicationIcon() = 0;
+
+    [[nodiscard]] virtual MainWindow& mainWindow() = 0;
+    [[nodiscard]] virtual AccountPanel& accountPanel() = 0;
+    [[nodiscard]] virtual HealthPanel& healthPanel() = 0;
+    [[nodiscard]] virtual HistoryWindow& historyWindow() = 0;
+    [[nodiscard]] virtual PersonalizationWindow& personalizationWindow() = 0;
+};
+
+/// What the windows are built from; all of it outlives them.
+struct UserInterfaceNeighbours {
+    const Localization& localization;
+    Settings& settings;
+    std::function<void()> showMainWindow; ///< Of the controller: brings the program forward too.
+};
+
+using CreateUserInterface =
+    std::function<std::unique_ptr<UserInterface>(const UserInterfaceNeighbours&)>;
+
+} // namespace tavrin

@@ -1,0 +1,63 @@
+#include "ui/DesktopInterface.h"
+
+#include "app/Localization.h"
+#include "ui/BrandStyle.h"
+#include "ui/MainWindowFrame.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QIcon>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin {
+namespace {
+
+/// The sizes that window lists and title bars use. The image of 1024 pixels stands for them all;
+/// to send it to the window manager would cost four megabytes for every window.
+constexpr std::array iconSizes{32, 48, 128, 256};
+
+class DesktopInterface final : public UserInterface {
+public:
+    explicit DesktopInterface(const UserInterfaceNeighbours& neighbours)
+        : m_frame(neighbours)
+    {
+        brand::useGlyphsOf(neighbours.localization.InterfaceLanguage());
+    }
+
+    bool loadApplicationIcon() override
+    {
+        if (!QFile::exists(u":/TavrinIcon-1024.png"_s))
+            return false;
+        QIcon icon;
+        for (const int size : iconSizes)
+            icon.addFile(u":/TavrinIcon-%1.png"_s.arg(size), QSize(size, size));
+        QApplication::setWindowIcon(icon);
+        m_frame.setIcon(icon);
+        return true;
+    }
+
+    [[nodiscard]] MainWindow& mainWindow() override { return m_frame; }
+
+    [[nodiscard]] AccountPanel& accountPanel() override { return m_frame; }
+
+    [[nodiscard]] HealthPanel& healthPanel() override { return m_frame; }
+
+    [[nodiscard]] HistoryWindow& historyWindow() override { return m_frame; }
+
+    [[nodiscard]] PersonalizationWindow& personalizationWindow() override { return m_frame; }
+
+private:
+    MainWindowFrame m_frame;
+};
+
+} // namespace
+
+std::unique_ptr<UserInterface> createDesktopInterface(const UserInterfaceNeighbours& neighbours)
+{
+    return std::make_unique<DesktopInterface>(neighbours);
+}
+
+} // namespace tavrin

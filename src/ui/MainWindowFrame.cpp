@@ -1,0 +1,134 @@
+#include "ui/MainWindowFrame.h"
+
+#include "app/Localization.h"
+#include "app/OperationShortcut.h"
+#include "app/Settings.h"
+#include "app/ShortcutTexts.h"
+#include "ui/BrandStyle.h"
+
+#include <QGuiApplication>
+#include <QLabel>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <QWidget>
+
+#include <utility>
+
+namespace tavrin {
+namespace {
+
+constexpr QSize windowSize{820, 640};
+constexpr int iconSize = 112;
+constexpr double instructionSize = 14;
+
+QLabel* addLabel(QBoxLayout& layout, const QFont& font, const QColor& color)
+{
+    auto* const label = new QLabel;
+    label->setTextFormat(Qt::PlainText);
+    label->setAlignment(Qt::AlignCenter);
+    label->setFont(font);
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText, color);
+    label->setPalette(palette);
+    layout.addWidget(label);
+    return label;
+}
+
+} // namespace
+
+MainWindowFrame::MainWindowFrame(UserInterfaceNeighbours neighbours)
+    : m_neighbours(std::move(neighbours))
+{
+}
+
+MainWindowFrame::~MainWindowFrame() = default;
+
+void MainWindowFrame::configureMainWindow()
+{
+    m_window = std::make_unique<QWidget>(nullptr,
+        Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint
+            | Qt::WindowCloseButtonHint | Qt::WindowMinimizeButtonHint);
+    m_window->setWindowTitle(QStringLiteral("Tavrin"));
+    m_window->setFixedSize(windowSize);
+    brand::applyBrandPalette(*m_window);
+    buildContents();
+    centreOnScreen();
+}
+
+void MainWindowFrame::show()
+{
+    refreshInstruction();
+    m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
+}
+
+void MainWindowFrame::hide()
+{
+    m_window->hide();
+}
+
+bool MainWindowFrame::isVisible() const
+{
+    return m_window && m_window->isVisible();
+}
+
+void MainWindowFrame::selectSettingsPage(SettingsPage /*page*/)
+{
+    m_neighbours.showMainWindow();
+}
+
+void MainWindowFrame::showLoginDialog()
+{
+    m_neighbours.showMainWindow();
+}
+
+void MainWindowFrame::showHistoryWindow()
+{
+    m_neighbours.showMainWindow();
+}
+
+void MainWindowFrame::showPersonalizationWindow()
+{
+    m_neighbours.showMainWindow();
+}
+
+void MainWindowFrame::buildContents()
+{
+    auto* const layout = new QVBoxLayout(m_window.get());
+    layout->setContentsMargins(36, 0, 36, 24); // Slightly above the middle looks centred.
+    layout->setSpacing(0);
+    layout->addStretch();
+
+    QLabel* const picture = addLabel(*layout, brand::tavBodyFont(), brand::labelColor());
+    picture->setPixmap(m_icon.pixmap(
+        QSize(iconSize, iconSize), QGuiApplication::primaryScreen()->devicePixelRatio()));
+    layout->addSpacing(18);
+
+    QLabel* const name = addLabel(*layout, brand::tavPageTitleFont(), brand::labelColor());
+    name->setText(m_window->windowTitle());
+    layout->addSpacing(10);
+
+    m_instructionLabel = addLabel(
+        *layout, brand::systemFont(instructionSize, QFont::Normal), brand::tavSecondaryText());
+    layout->addStretch();
+}
+
+void MainWindowFrame::centreOnScreen()
+{
+    QRect frame(QPoint(), windowSize);
+    frame.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
+    m_window->move(frame.topLeft());
+}
+
+void MainWindowFrame::refreshInstruction()
+{
+    Settings& settings = m_neighbours.settings;
+    m_instructionLabel->setText(m_neighbours.localization.LT(texts::shortcutSummary,
+        firstShortcutName(settings, OperationMode::Dictation),
+        firstShortcutName(settings, OperationMode::Translation),
+        firstShortcutName(settings, OperationMode::Chat)));
+}
+
+} // namespace tavrin

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "app/AccountPanel.h"
+#include "app/HealthPanel.h"
+#include "app/HistoryWindow.h"
+#include "app/MainWindow.h"
+#include "app/PersonalizationWindow.h"
+#include "app/UserInterface.h"
+
+#include <QIcon>
+
+#include <memory>
+
+class QLabel;
+class QWidget;
+
+namespace tavrin {
+
+/// The main window: brand icon, name and the shortcuts of the moment. It has no pages; whoever asks
+/// for one gets the window itself in front. Main thread only.
+class MainWindowFrame final : public MainWindow,
+                              public AccountPanel,
+                              public HealthPanel,
+                              public HistoryWindow,
+                              public PersonalizationWindow {
+public:
+    /// @param neighbours must outlive the window.
+    explicit MainWindowFrame(UserInterfaceNeighbours neighbours);
+    ~MainWindowFrame() override;
+
+    MainWindowFrame(const MainWindowFrame&) = delete;
+    MainWindowFrame& operator=(const MainWindowFrame&) = delete;
+
+    /// Shown in the window; for configureMainWindow().
+    void setIcon(const QIcon& icon) { m_icon = icon; }
+
+    void configureMainWindow() override;
+    void show() override;
+    void hide() override;
+    [[nodiscard]] bool isVisible() const override;
+    void selectSettingsPage(SettingsPage page) override;
+
+    void refreshAccountUI() override { }
+
+    void showLoginDialog() override;
+
+    void refreshHealthStatus() override { }
+
+    void showHistoryWindow() override;
+    void showPersonalizationWindow() override;
+
+    [[nodiscard]] QWidget* widget() { return m_window.get(); }
+
+private:
+    void buildContents();
+    void centreOnScreen();
+    void refreshInstruction();
+
+    UserInterfaceNeighbours m_neighbours;
+    QIcon m_icon;
+    std::unique_ptr<QWidget> m_window;
+    QLabel* m_instructionLabel = nullptr; ///< Owned by the window.
+};
+
+} // namespace tavrin

@@ -1,0 +1,50 @@
+#include "app/CommandLine.h"
+
+#include "support/QtPrinters.h"
+
+#include <gtest/gtest.h>
+
+namespace tavrin {
+namespace {
+
+using Request = CommandLine::Request;
+
+TEST(CommandLineTest, WithoutArgumentsTheProgramRunsQuietly)
+{
+    EXPECT_EQ(parseCommandLine({}), (CommandLine{Request::Run, false, QString()}));
+}
+
+TEST(CommandLineTest, VerboseRunsWithItsLog)
+{
+    EXPECT_EQ(parseCommandLine({"--verbose"}), (CommandLine{Request::Run, true, QString()}));
+}
+
+TEST(CommandLineTest, HelpAndVersionAreAnsweredInsteadOfRunning)
+{
+    EXPECT_EQ(parseCommandLine({"--help"}).request, Request::ShowHelp);
+    EXPECT_EQ(parseCommandLine({"-h"}).request, Request::ShowHelp);
+    EXPECT_EQ(parseCommandLine({"--version"}).request, Request::ShowVersion);
+    EXPECT_EQ(parseCommandLine({"--version", "--help"}).request, Request::ShowHelp);
+}
+
+TEST(CommandLineTest, HelpIsGivenAlsoBesideAMistake)
+{
+    EXPECT_EQ(parseCommandLine({"--colour", "--help"}).request, Request::ShowHelp);
+}
+
+TEST(CommandLineTest, AnUnknownOptionIsRefusedByName)
+{
+    for (const char* mistake : {"--colour", "-v", "--verbose=1", "file.txt", "--Help"}) {
+        EXPECT_EQ(parseCommandLine({"--verbose", mistake, "--second"}),
+            (CommandLine{Request::Refuse, true, mistake}));
+    }
+}
+
+TEST(CommandLineTest, HelpNamesEveryOption)
+{
+    for (const char* option : {"-h, --help", "--version", "--verbose"})
+        EXPECT_TRUE(commandLineHelp().contains(option)) << option;
+}
+
+} // namespace
+} // namespace tavrin
