@@ -172,7 +172,7 @@ void StatusMenu::refreshTranslationControls()
         firstShortcutName(settings, OperationMode::Translation),
         settings.TranslationDisplayNameForTarget(target),
         firstShortcutName(settings, OperationMode::Chat)));
-    updateUI(m_state, m_mode);
+    refreshUI();
 }
 
 QList<MenuItem> StatusMenu::operationMenuItems()

@@ -52,6 +52,9 @@ public:
     /// Shows a session of @p mode in @p state; @p mode means nothing while idle.
     void updateUI(SessionState state, OperationMode mode);
 
+    /// Shows what updateUI() was told last anew, with the names and shortcuts of the moment.
+    void refreshUI() { updateUI(m_state, m_mode); }
+
     /// Shows the shortcuts of the moment in the tool tip.
     void refreshToolTip();
 

@@ -11,7 +11,9 @@ class HistoryWindow;
 class Localization;
 class MainWindow;
 class PersonalizationWindow;
+class RecordingHUD;
 class Settings;
+class StatusMenu;
 
 /// All windows of the program, built by the layer above and owned by the controller. The parts
 /// live as long as the whole. Main thread only.
@@ -22,6 +24,9 @@ public:
     /// Loads the image "TavrinIcon-1024" and makes it the program's icon. False when it is missing;
     /// the program then goes on without.
     virtual bool loadApplicationIcon() = 0;
+
+    /// Null while the interface has no panel; then there are no sessions.
+    [[nodiscard]] virtual RecordingHUD* hud() = 0;
 
     [[nodiscard]] virtual MainWindow& mainWindow() = 0;
     [[nodiscard]] virtual AccountPanel& accountPanel() = 0;
@@ -34,6 +39,7 @@ public:
 struct UserInterfaceNeighbours {
     const Localization& localization;
     Settings& settings;
+    StatusMenu& statusMenu;
     std::function<void()> showMainWindow; ///< Of the controller: brings the program forward too.
 };
 

@@ -39,6 +39,8 @@ public:
         return true;
     }
 
+    [[nodiscard]] RecordingHUD* hud() override { return nullptr; }
+
     [[nodiscard]] MainWindow& mainWindow() override { return m_frame; }
 
     [[nodiscard]] AccountPanel& accountPanel() override { return m_frame; }

@@ -4,6 +4,7 @@
 #include "app/OperationShortcut.h"
 #include "app/Settings.h"
 #include "app/ShortcutTexts.h"
+#include "app/StatusMenu.h"
 #include "ui/BrandStyle.h"
 
 #include <QGuiApplication>
@@ -53,6 +54,9 @@ void MainWindowFrame::configureMainWindow()
     brand::applyBrandPalette(*m_window);
     buildContents();
     centreOnScreen();
+    m_neighbours.statusMenu.refreshTranslationControls();
+    refreshHealthStatus();
+    refreshAccountUI();
 }
 
 void MainWindowFrame::show()

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/ErrorAlert.h"
-#include "app/FakePanels.h"
 #include "app/Localization.h"
 #include "app/ProcessingTimeEstimator.h"
 #include "app/RecordingSession.h"
@@ -126,7 +125,6 @@ protected:
     TracedHealthPanel healthPanel{note};
     TracedHistory history{note};
     TracedHUD hud{note};
-    FakeMainWindow mainWindow;
 
     Localization localization{tracedPreferences, tracedWorkspace, KeyNames()};
     Settings settings{tracedPreferences, localization};
@@ -134,7 +132,7 @@ protected:
     SoundEffects sounds{soundPlayer};
     ProcessingTimeEstimator estimator{tracedPreferences};
     StatusMenu statusMenu{
-        {localization, mainWindow, tracedPreferences, settings, statusItem}, StatusMenu::Actions()};
+        {localization, tracedPreferences, settings, statusItem}, StatusMenu::Actions()};
     TargetContext target{tracedWorkspace, accessibility};
     TextDelivery delivery{
         {tracedPasteboard, tracedWorkspace, accessibility, keyboard, time}, target};

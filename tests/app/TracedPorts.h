@@ -76,7 +76,11 @@ public:
         return m_inner.isActive(application);
     }
 
-    void activateThisApplication() override { m_inner.activateThisApplication(); }
+    void activateThisApplication() override
+    {
+        m_note(QStringLiteral("come to front"));
+        m_inner.activateThisApplication();
+    }
 
     [[nodiscard]] QString bundleIdentifier() const override { return m_inner.bundleIdentifier(); }
 

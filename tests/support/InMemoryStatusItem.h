@@ -18,10 +18,16 @@ public:
     QString accessibilityLabel;
     QList<MenuItem> menu;
     int menuChanges = 0;
+    std::function<void()> onVisible;
 
     void setLength(double newLength) override { length = newLength; }
 
-    void setVisible(bool isVisible) override { visible = isVisible; }
+    void setVisible(bool isVisible) override
+    {
+        visible = isVisible;
+        if (visible && onVisible)
+            onVisible();
+    }
 
     void setImage(const StatusImage& newImage) override { image = newImage; }
 

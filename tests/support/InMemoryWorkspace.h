@@ -5,6 +5,8 @@
 #include <QList>
 #include <QUrl>
 
+#include <functional>
+
 namespace tavrin::testing {
 
 /// A desktop as the test arranges it.
@@ -21,6 +23,7 @@ public:
     // What was asked of it.
     QList<RunningApplication> activations;
     int ownActivations = 0;
+    std::function<void()> onOwnActivation;
     QList<QUrl> openedUrls;
     QStringList openedFolders;
 
@@ -42,7 +45,12 @@ public:
         return frontmost && frontmost->processIdentifier == application.processIdentifier;
     }
 
-    void activateThisApplication() override { ++ownActivations; }
+    void activateThisApplication() override
+    {
+        ++ownActivations;
+        if (onOwnActivation)
+            onOwnActivation();
+    }
 
     [[nodiscard]] QString bundleIdentifier() const override { return ownIdentifier; }
 

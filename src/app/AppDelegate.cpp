@@ -1,0 +1,208 @@
+#include "app/AppDelegate.h"
+
+#include "app/AccountPanel.h"
+#include "app/CorrectionLearning.h"
+#include "app/HealthPanel.h"
+#include "app/HistoryWindow.h"
+#include "app/MainWindow.h"
+#include "app/PersonalizationWindow.h"
+#include "app/SessionHistory.h"
+#include "audio/RecordingFile.h"
+#include "base/Log.h"
+#include "cloud/Deployment.h"
+#include "dictionary/DictionaryStore.h"
+#include "platform/Platform.h"
+#include "speech/SpeechContextualTerms.h"
+
+#include <utility>
+
+using namespace std::chrono_literals;
+
+namespace tavrin {
+namespace {
+
+constexpr Seconds firstRunDelay = 120ms; // Lets the window appear before the first alert.
+
+} // namespace
+
+AppDelegate::AppDelegate(Surroundings surroundings)
+    : m_surroundings(std::move(surroundings))
+    , m_platform(*m_surroundings.platform)
+    , m_localization(*m_platform.preferences, *m_platform.workspace, m_platform.keyNames)
+    , m_settings(*m_platform.preferences, m_localization)
+    , m_errorAlert(*m_platform.alerts, m_localization)
+    , m_sounds(*m_platform.soundPlayer)
+    , m_estimator(*m_platform.preferences)
+    , m_api(*m_platform.httpTransport, *m_platform.preferences, *m_platform.systemInfo,
+          {.localize = m_localization.localize(),
+              .translationTarget = [this] { return m_settings.TranslationTarget(); }})
+    , m_audioEnvironment(*m_platform.audioDevices, *m_platform.preferences, *m_platform.systemInfo,
+          [this] { return m_session && m_session->state() == SessionState::Recording; })
+    , m_transcriber(*m_platform.fileSpeechRecognizer, *m_platform.permissions,
+          *m_platform.mainQueue, [this] { return contextualTerms(); })
+    , m_liveTranscriber(*m_platform.liveSpeechRecognizer, *m_platform.permissions,
+          *m_platform.mainQueue, [this] { return contextualTerms(); })
+    , m_target(*m_platform.workspace, *m_platform.accessibility)
+    , m_delivery({*m_platform.pasteboard, *m_platform.workspace, *m_platform.accessibility,
+                     *m_platform.syntheticKeyboard, *m_platform.mainQueue},
+          m_target)
+    , m_statusMenu({m_localization, *m_platform.preferences, m_settings, *m_platform.statusItem},
+          menuActions())
+    , m_shortcutMonitor(
+          *m_platform.keyMonitor, *m_platform.mainQueue, m_settings, shortcutActions())
+    , m_shortcutSettings({*m_platform.alerts, *m_platform.hotKeyProbe, m_localization,
+                             *m_platform.preferences, m_settings, m_shortcutMonitor},
+          {.refreshToolTip = [this] { m_statusMenu.refreshToolTip(); },
+              .updateUI = [this] { m_statusMenu.refreshUI(); }})
+    , m_userInterface(m_surroundings.createUserInterface(
+          {m_localization, m_settings, m_statusMenu, [this] { showMainWindow(); }}))
+    , m_cloudSessionCheck(
+          {m_userInterface->accountPanel(), m_api, *m_platform.mainQueue, *m_platform.preferences})
+    , m_updateChecker(
+          [this](Completion<Result<QJsonObject>> completion) {
+              m_api.checkForUpdateWithCompletion(std::move(completion));
+          },
+          {*m_platform.alerts, *m_platform.clock, m_errorAlert, *m_platform.mainQueue,
+              *m_platform.preferences, *m_platform.systemInfo, *m_platform.workspace},
+          deployment::productWebDomain)
+    , m_firstRunNotice({m_userInterface->accountPanel(), *m_platform.alerts, *m_platform.mainQueue,
+          m_userInterface->mainWindow(), *m_platform.preferences})
+{
+    createSession();
+}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    if (!m_userInterface->loadApplicationIcon())
+        qCWarning(log::app, "The application icon is missing.");
+    m_statusMenu.configureMenu();
+    m_userInterface->mainWindow().configureMainWindow();
+    m_shortcutMonitor.configureHotKey();
+    showMainWindow();
+    m_cloudSessionCheck.validateStoredSession();
+    m_updateChecker.checkForUpdatesIfNeeded(false);
+    m_platform.mainQueue->callLater(
+        firstRunDelay, m_guard.bind([this] { m_firstRunNotice.showBetaOnboardingIfNeeded(); }));
+    m_platform.mainQueue->post(m_guard.bind([this] { undoWhatACrashLeft(); }));
+}
+
+void AppDelegate::applicationDidBecomeActive()
+{
+    m_userInterface->healthPanel().refreshHealthStatus();
+}
+
+bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows)
+{
+    if (!hasVisibleWindows)
+        showMainWindow();
+    return true;
+}
+
+void AppDelegate::applicationWillTerminate()
+{
+    allowDroppedCompletions(true);
+    m_audioEnvironment.restoreAudioEnvironment();
+    m_target.releaseElements();
+}
+
+void AppDelegate::showMainWindow()
+{
+    m_userInterface->healthPanel().refreshHealthStatus();
+    m_platform.workspace->activateThisApplication();
+    m_userInterface->mainWindow().show();
+}
+
+void AppDelegate::hideMainWindow()
+{
+    m_userInterface->mainWindow().hide();
+}
+
+void AppDelegate::quit()
+{
+    if (m_surroundings.correctionLearning)
+        m_surroundings.correctionLearning->finishCorrectionLearningAndAnalyze(true);
+    m_surroundings.terminate();
+}
+
+StatusMenu::Actions AppDelegate::menuActions()
+{
+    return {
+        .toggleOperationMode = [this](OperationMode mode) { toggleOperationMode(mode); },
+        .showMainWindow = [this] { showMainWindow(); },
+        .showHistoryWindow = [this] { m_userInterface->historyWindow().showHistoryWindow(); },
+        .showPersonalizationWindow =
+            [this] { m_userInterface->personalizationWindow().showPersonalizationWindow(); },
+        .checkForUpdatesNow = [this] { m_updateChecker.checkForUpdatesNow(); },
+        .quit = [this] { quit(); },
+    };
+}
+
+ShortcutMonitor::Actions AppDelegate::shortcutActions()
+{
+    return {
+        .isRecording =
+            [this] { return m_session && m_session->state() == SessionState::Recording; },
+        .handleEscape =
+            [this] {
+                if (m_session)
+                    m_session->handleEscape();
+            },
+        .toggleOperationMode = [this](OperationMode mode) { toggleOperationMode(mode); },
+    };
+}
+
+QStringList AppDelegate::contextualTerms()
+{
+    return SpeechContextualTerms(
+        DictionaryTerms(DictionaryEntries(*m_platform.preferences, *m_platform.clock)));
+}
+
+void AppDelegate::createSession()
+{
+    RecordingHUD* const hud = m_userInterface->hud();
+    if (!hud || !m_surroundings.correctionLearning || !m_surroundings.history)
+        return;
+    m_session.emplace(RecordingSession::Neighbours{
+        .accountPanel = m_userInterface->accountPanel(),
+        .alerts = *m_platform.alerts,
+        .api = m_api,
+        .audioEnvironment = m_audioEnvironment,
+        .audioRecorders = *m_platform.audioRecorders,
+        .clock = *m_platform.clock,
+        .correctionLearning = *m_surroundings.correctionLearning,
+        .delivery = m_delivery,
+        .errorAlert = m_errorAlert,
+        .estimator = m_estimator,
+        .healthPanel = m_userInterface->healthPanel(),
+        .history = *m_surroundings.history,
+        .hud = *hud,
+        .liveTranscriber = m_liveTranscriber,
+        .localization = m_localization,
+        .mainQueue = *m_platform.mainQueue,
+        .preferences = *m_platform.preferences,
+        .settings = m_settings,
+        .sounds = m_sounds,
+        .statusMenu = m_statusMenu,
+        .systemInfo = *m_platform.systemInfo,
+        .target = m_target,
+        .transcriber = m_transcriber,
+    });
+}
+
+void AppDelegate::toggleOperationMode(OperationMode mode)
+{
+    if (m_session)
+        m_session->toggleOperationMode(mode);
+    else
+        m_platform.alerts->beep();
+}
+
+void AppDelegate::undoWhatACrashLeft()
+{
+    m_audioEnvironment.restoreAfterCrash();
+    removeAbandonedRecordings(*m_platform.systemInfo);
+}
+
+} // namespace tavrin

@@ -1,0 +1,111 @@
+#pragma once
+
+#include "app/CloudSessionCheck.h"
+#include "app/ErrorAlert.h"
+#include "app/FirstRunNotice.h"
+#include "app/Localization.h"
+#include "app/ProcessingTimeEstimator.h"
+#include "app/RecordingSession.h"
+#include "app/Settings.h"
+#include "app/ShortcutMonitor.h"
+#include "app/ShortcutSettings.h"
+#include "app/SoundEffects.h"
+#include "app/StatusMenu.h"
+#include "app/UpdateChecker.h"
+#include "app/UserInterface.h"
+#include "audio/AudioEnvironment.h"
+#include "base/CallbackGuard.h"
+#include "cloud/TavrinAPI.h"
+#include "delivery/TargetContext.h"
+#include "delivery/TextDelivery.h"
+#include "speech/LiveTranscriber.h"
+#include "speech/SystemTranscriber.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace tavrin {
+
+class CorrectionLearning;
+class SessionHistory;
+struct Platform;
+
+/// The controller of the application: builds, owns and connects everything, and passes on launch,
+/// activation, reopening and quitting. It decides nothing that has a class of its own.
+/// Main thread only.
+class AppDelegate {
+public:
+    struct Surroundings {
+        Platform* platform = nullptr;
+        CreateUserInterface createUserInterface;
+        std::function<void()>
+            terminate; ///< Ends the program, by way of applicationWillTerminate().
+        CorrectionLearning* correctionLearning = nullptr; ///< Null: nothing is learned.
+        SessionHistory* history = nullptr; ///< Null: there are no sessions.
+    };
+
+    /// @param surroundings must outlive the controller; a platform with every port.
+    explicit AppDelegate(Surroundings surroundings);
+    ~AppDelegate();
+
+    AppDelegate(const AppDelegate&) = delete;
+    AppDelegate& operator=(const AppDelegate&) = delete;
+
+    /// Called once, when the event loop runs.
+    void applicationDidFinishLaunching();
+
+    /// The program came to the front.
+    void applicationDidBecomeActive();
+
+    /// The user started the program while it runs. True: the system does the rest.
+    bool applicationShouldHandleReopen(bool hasVisibleWindows);
+
+    /// False: the program stays in the status bar.
+    [[nodiscard]] static bool applicationShouldTerminateAfterLastWindowClosed() { return false; }
+
+    [[nodiscard]] static bool applicationSupportsSecureRestorableState() { return true; }
+
+    /// Puts the machine's sound back. Called once, as the last thing before the end.
+    void applicationWillTerminate();
+
+    void showMainWindow();
+    void hideMainWindow();
+
+    /// Saves what a correction under way teaches, and ends the program.
+    void quit();
+
+private:
+    [[nodiscard]] StatusMenu::Actions menuActions();
+    [[nodiscard]] ShortcutMonitor::Actions shortcutActions();
+    [[nodiscard]] QStringList contextualTerms();
+    void createSession();
+    void toggleOperationMode(OperationMode mode);
+    void undoWhatACrashLeft();
+
+    Surroundings m_surroundings;
+    Platform& m_platform;
+
+    Localization m_localization;
+    Settings m_settings;
+    ErrorAlert m_errorAlert;
+    SoundEffects m_sounds;
+    ProcessingTimeEstimator m_estimator;
+    TavrinAPI m_api;
+    AudioEnvironment m_audioEnvironment;
+    SystemTranscriber m_transcriber;
+    LiveTranscriber m_liveTranscriber;
+    TargetContext m_target;
+    TextDelivery m_delivery;
+    StatusMenu m_statusMenu;
+    ShortcutMonitor m_shortcutMonitor;
+    ShortcutSettings m_shortcutSettings;
+    std::unique_ptr<UserInterface> m_userInterface;
+    std::optional<RecordingSession> m_session;
+    CloudSessionCheck m_cloudSessionCheck;
+    UpdateChecker m_updateChecker;
+    FirstRunNotice m_firstRunNotice;
+    CallbackGuard m_guard;
+};
+
+} // namespace tavrin

@@ -1,0 +1,41 @@
+#include "app/CloudSessionCheck.h"
+
+#include "app/AccountPanel.h"
+#include "cloud/CloudSession.h"
+#include "cloud/StoredSession.h"
+#include "cloud/TavrinAPI.h"
+#include "platform/MainQueue.h"
+
+namespace tavrin {
+namespace {
+
+constexpr int unauthorized = 401;
+constexpr int forbidden = 403;
+
+} // namespace
+
+CloudSessionCheck::CloudSessionCheck(const Neighbours& neighbours)
+    : m_neighbours(neighbours)
+{
+}
+
+void CloudSessionCheck::validateStoredSession()
+{
+    if (!hasCloudSession(m_neighbours.preferences))
+        return;
+    auto handler = m_guard.bind([this](const std::optional<Error>& error) { handle(error); });
+    m_neighbours.api.validateCloudSessionWithCompletion(
+        [&queue = m_neighbours.mainQueue, handler](const std::optional<Error>& error) {
+            queue.post([handler, error]() mutable { handler(error); });
+        });
+}
+
+void CloudSessionCheck::handle(const std::optional<Error>& error)
+{
+    // Any other failure, of the network for example, says nothing about the session.
+    if (error && (error->code == unauthorized || error->code == forbidden))
+        clearCloudSession(m_neighbours.preferences);
+    m_neighbours.accountPanel.refreshAccountUI();
+}
+
+} // namespace tavrin

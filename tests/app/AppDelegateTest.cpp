@@ -1,0 +1,233 @@
+#include "app/AppDelegate.h"
+
+#include "app/ControllerFixture.h"
+#include "support/InMemoryAccessibility.h"
+
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace tavrin {
+namespace {
+
+using AppDelegateTest = testing::ControllerFixture;
+
+TEST_F(AppDelegateTest, LaunchTakesItsStepsInOrder)
+{
+    preferences.remove(keys::tavrinBetaOnboardingSeen);
+    launch();
+
+    EXPECT_EQ(takeTrace(),
+        QStringList({"create interface", "load icon", "show status item", "configure window",
+            "refresh health", "come to front", "show window", "GET /v1/auth/me",
+            "store tavrinLastUpdateCheckAt", "GET /v1/client/update"}));
+    time.advance(119ms);
+    EXPECT_TRUE(alerts->shown().isEmpty());
+    time.advance(1ms);
+    EXPECT_EQ(alerts->shown().size(), 1);
+    EXPECT_EQ(alerts->shown().first().messageText, u"欢迎使用 Tavrin 内测版"_s);
+}
+
+TEST_F(AppDelegateTest, TheShortcutsAreWatchedBeforeTheWindowIsShown)
+{
+    delegate.emplace(surroundings);
+    EXPECT_EQ(keyboard->globalMonitors(), 0);
+    workspace.onOwnActivation = [this] { EXPECT_EQ(keyboard->globalMonitors(), 1); };
+    delegate->applicationDidFinishLaunching();
+
+    EXPECT_EQ(workspace.ownActivations, 1);
+}
+
+TEST_F(AppDelegateTest, LaunchGoesOnWithoutAnIcon)
+{
+    hasIcon = false;
+    launch();
+
+    EXPECT_TRUE(windows->mainWindow().visible);
+}
+
+TEST_F(AppDelegateTest, WithoutASessionNothingIsValidatedAndTheSignInIsOffered)
+{
+    preferences.remove(keys::cloudAccessToken);
+    launch();
+    EXPECT_FALSE(takeTrace().contains("GET /v1/auth/me"));
+
+    time.advance(120ms);
+    EXPECT_EQ(takeTrace(), QStringList({"select page 6"}));
+    time.advance(120ms);
+    EXPECT_EQ(takeTrace(), QStringList({"show login"}));
+}
+
+TEST_F(AppDelegateTest, AStoredSessionOffersNoSignIn)
+{
+    launch();
+    takeTrace();
+    time.advance(1s);
+
+    EXPECT_EQ(takeTrace(), QStringList());
+}
+
+TEST_F(AppDelegateTest, AnAutomaticCheckWithinSixHoursIsSkippedAtLaunch)
+{
+    preferences.setValue(keys::tavrinLastUpdateCheckAt, time.sinceEpoch().count() - 60);
+    launch();
+
+    EXPECT_FALSE(trace.contains("GET /v1/client/update"));
+}
+
+TEST_F(AppDelegateTest, ShowingTheWindowRefreshesTheHealthAndComesToTheFront)
+{
+    launch();
+    takeTrace();
+    delegate->showMainWindow();
+
+    EXPECT_EQ(takeTrace(), QStringList({"refresh health", "come to front", "show window"}));
+}
+
+TEST_F(AppDelegateTest, HidingTheWindowHidesOnlyTheWindow)
+{
+    launch();
+    takeTrace();
+    delegate->hideMainWindow();
+
+    EXPECT_EQ(takeTrace(), QStringList({"hide window"}));
+}
+
+TEST_F(AppDelegateTest, ClosingTheWindowDoesNotQuit)
+{
+    EXPECT_FALSE(AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
+}
+
+TEST_F(AppDelegateTest, WindowsMayBeRestoredSecurely)
+{
+    EXPECT_TRUE(AppDelegate::applicationSupportsSecureRestorableState());
+}
+
+TEST_F(AppDelegateTest, BecomingActiveRefreshesTheHealth)
+{
+    launch();
+    takeTrace();
+    delegate->applicationDidBecomeActive();
+
+    EXPECT_EQ(takeTrace(), QStringList({"refresh health"}));
+}
+
+TEST_F(AppDelegateTest, ReopeningShowsTheWindowWhenNoneIsVisible)
+{
+    launch();
+    takeTrace();
+
+    EXPECT_TRUE(delegate->applicationShouldHandleReopen(false));
+    EXPECT_EQ(takeTrace(), QStringList({"refresh health", "come to front", "show window"}));
+
+    EXPECT_TRUE(delegate->applicationShouldHandleReopen(true));
+    EXPECT_EQ(takeTrace(), QStringList());
+}
+
+TEST_F(AppDelegateTest, QuittingSavesWhatACorrectionTeachesBeforeTheEnd)
+{
+    launch();
+    takeTrace();
+    delegate->quit();
+
+    EXPECT_EQ(takeTrace(), QStringList({"finish learning and analyze", "terminate"}));
+}
+
+TEST_F(AppDelegateTest, TerminationPutsTheInputDeviceBackAndReleasesTheTarget)
+{
+    preferences.setValue(keys::preferredMicrophoneUID, u"headset"_s);
+    auto element = std::make_shared<testing::FakeElement>();
+    element->processIdentifier = 7;
+    auto& accessibility = dynamic_cast<testing::InMemoryAccessibility&>(*platform.accessibility);
+    workspace.frontmost = RunningApplication{7, u"Notes"_s, u"org.example.Notes"_s, 0};
+    accessibility.focusedElements[7] = element;
+    launch();
+    statusItem->press("Start dictation (Right Option)");
+    EXPECT_EQ(devices->defaultInput, headset);
+    EXPECT_EQ(accessibility.liveReferences, 1);
+
+    delegate->applicationWillTerminate();
+
+    EXPECT_EQ(devices->defaultInput, builtInMicrophone);
+    EXPECT_EQ(accessibility.liveReferences, 0);
+}
+
+TEST_F(AppDelegateTest, TheMenuReachesEveryNeighbour)
+{
+    launch();
+    time.advance(1s);
+    takeTrace();
+
+    statusItem->press("Show Tavrin");
+    EXPECT_EQ(takeTrace(), QStringList({"refresh health", "come to front", "show window"}));
+    statusItem->press("History…");
+    EXPECT_EQ(takeTrace(), QStringList({"show history"}));
+    statusItem->press("Writing style settings…");
+    EXPECT_EQ(takeTrace(), QStringList({"show personalization"}));
+    statusItem->press("Check for updates…");
+    EXPECT_EQ(takeTrace(), QStringList({"store tavrinLastUpdateCheckAt", "GET /v1/client/update"}));
+    statusItem->press("Quit Tavrin");
+    EXPECT_EQ(takeTrace(), QStringList({"finish learning and analyze", "terminate"}));
+}
+
+TEST_F(AppDelegateTest, TheMenuStartsAndFinishesASession)
+{
+    launch();
+    statusItem->press("Start chat (⇧⌘ Space)");
+    EXPECT_EQ(statusItem->title, u"聊"_s);
+    EXPECT_TRUE(trace.contains("panel operation chat"));
+
+    statusItem->press("Finish chat (⇧⌘ Space)");
+    EXPECT_EQ(statusItem->title, u"…"_s);
+}
+
+TEST_F(AppDelegateTest, AShortcutStartsASessionAndEscapePausesIt)
+{
+    launch();
+    keyboard->sendToOtherProgram(
+        {KeyEvent::Kind::FlagsChanged, key_codes::rightOption, KeyModifier::Option, false});
+    time.advance(0s);
+    EXPECT_EQ(statusItem->title, u"●"_s);
+
+    keyboard->sendToOtherProgram({KeyEvent::Kind::KeyDown, key_codes::escape, {}, false});
+    time.advance(0s);
+    EXPECT_TRUE(trace.contains("panel cancel?"));
+}
+
+TEST_F(AppDelegateTest, WithoutAPanelAnOperationBeeps)
+{
+    hasHud = false;
+    launch();
+    statusItem->press("Start dictation (Right Option)");
+    keyboard->sendToOtherProgram({KeyEvent::Kind::KeyDown, key_codes::escape, {}, false});
+    time.advance(0s);
+
+    EXPECT_EQ(alerts->beeps(), 1);
+    EXPECT_EQ(statusItem->title, QString());
+}
+
+TEST_F(AppDelegateTest, RecordingsThatACrashLeftAreDeletedAfterTheLaunch)
+{
+    QFile left(folder.filePath("tavrin-3F2504E0-4F89-41D3-9A0C-0305E82C3301.m4a"));
+    ASSERT_TRUE(left.open(QIODevice::WriteOnly));
+    left.close();
+    launch();
+    EXPECT_TRUE(left.exists());
+
+    time.advance(0s);
+    EXPECT_FALSE(left.exists());
+}
+
+TEST_F(AppDelegateTest, NothingStillComesAfterTheControllersEnd)
+{
+    preferences.remove(keys::tavrinBetaOnboardingSeen);
+    launch();
+    delegate.reset();
+    time.advance(1s);
+
+    EXPECT_TRUE(alerts->shown().isEmpty());
+}
+
+} // namespace
+} // namespace tavrin

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "app/AppDelegate.h"
+#include "app/TracedInterface.h"
+#include "app/TracedNeighbours.h"
+#include "app/TracedPorts.h"
+#include "platform/Platform.h"
+#include "platform/PreferenceKeys.h"
+#include "support/InMemoryAudioDevices.h"
+#include "support/InMemoryAudioRecorders.h"
+#include "support/InMemoryHttpTransport.h"
+#include "support/InMemoryKeyMonitor.h"
+#include "support/InMemoryPreferences.h"
+#include "support/InMemoryStatusItem.h"
+#include "support/InMemorySystemInfo.h"
+#include "support/InMemoryWorkspace.h"
+#include "support/QtPrinters.h"
+#include "support/ScriptedAlerts.h"
+#include "support/VirtualTime.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace tavrin::testing {
+
+/// The whole program on a small desktop, with windows that only note what they are told.
+///
+/// `trace` holds what reached the ports and the windows, in order. The user has chosen English and
+/// shortcuts, is signed in, and has seen the first-run notice.
+class ControllerFixture : public ::testing::Test {
+protected:
+    static constexpr AudioDeviceId builtInMicrophone = 1;
+    static constexpr AudioDeviceId headset = 2;
+
+    ControllerFixture();
+    void TearDown() override;
+
+    /// Starts the program; what the first run through the main queue brings is done afterwards.
+    void launch();
+
+    QStringList takeTrace() { return std::exchange(trace, {}); }
+
+    /// Ends with the fixture's last member: completions that the program leaves unanswered at its
+    /// end are dropped with the ports, but those of the next test count again.
+    struct Termination {
+        Termination() = default;
+
+        ~Termination() { allowDroppedCompletions(false); }
+
+        Termination(const Termination&) = delete;
+        Termination& operator=(const Termination&) = delete;
+    };
+
+    const Termination termination;
+    QStringList trace;
+    const Note note = [this](const QString& line) { trace.append(line); };
+
+    // The desktop.
+    QTemporaryDir folder;
+    VirtualTime time;
+    InMemoryPreferences preferences;
+    InMemoryWorkspace workspace;
+    Platform platform;
+    InMemoryHttpTransport http{time}; // Ends before the queue that its last answers go to.
+    InMemorySystemInfo* systemInfo = nullptr; ///< Owned by the platform, like the others.
+    InMemoryStatusItem* statusItem = nullptr;
+    InMemoryAudioDevices* devices = nullptr;
+    InMemoryKeyMonitor* keyboard = nullptr;
+    ScriptedAlerts* alerts = nullptr;
+
+    // The neighbours.
+    TracedCorrectionLearning correctionLearning{note};
+    TracedHistory history{note};
+    TracedInterface* windows = nullptr; ///< Owned by the controller.
+    bool hasIcon = true;
+    bool hasHud = true;
+    AppDelegate::Surroundings surroundings;
+    std::optional<AppDelegate> delegate;
+};
+
+} // namespace tavrin::testing

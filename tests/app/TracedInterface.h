@@ -1,0 +1,92 @@
+#pragma once
+
+#include "app/HistoryWindow.h"
+#include "app/MainWindow.h"
+#include "app/PersonalizationWindow.h"
+#include "app/TracedNeighbours.h"
+#include "app/UserInterface.h"
+
+/// The program's windows, which note what they are told.
+namespace tavrin::testing {
+
+class TracedMainWindow final : public MainWindow {
+public:
+    explicit TracedMainWindow(Note note)
+        : m_note(std::move(note))
+    {
+    }
+
+    bool visible = false;
+
+    void configureMainWindow() override { m_note(QStringLiteral("configure window")); }
+
+    void show() override
+    {
+        m_note(QStringLiteral("show window"));
+        visible = true;
+    }
+
+    void hide() override
+    {
+        m_note(QStringLiteral("hide window"));
+        visible = false;
+    }
+
+    [[nodiscard]] bool isVisible() const override { return visible; }
+
+    void selectSettingsPage(SettingsPage page) override
+    {
+        m_note(QStringLiteral("select page %1").arg(static_cast<int>(page)));
+    }
+
+private:
+    Note m_note;
+};
+
+class TracedInterface final : public UserInterface,
+                              public HistoryWindow,
+                              public PersonalizationWindow {
+public:
+    explicit TracedInterface(Note note)
+        : m_note(note)
+        , m_hud(note)
+        , m_mainWindow(note)
+        , m_accountPanel(note)
+        , m_healthPanel(note)
+    {
+    }
+
+    bool hasIcon = true;
+    bool hasHud = true;
+
+    bool loadApplicationIcon() override
+    {
+        m_note(QStringLiteral("load icon"));
+        return hasIcon;
+    }
+
+    [[nodiscard]] RecordingHUD* hud() override { return hasHud ? &m_hud : nullptr; }
+
+    [[nodiscard]] TracedMainWindow& mainWindow() override { return m_mainWindow; }
+
+    [[nodiscard]] AccountPanel& accountPanel() override { return m_accountPanel; }
+
+    [[nodiscard]] HealthPanel& healthPanel() override { return m_healthPanel; }
+
+    [[nodiscard]] HistoryWindow& historyWindow() override { return *this; }
+
+    [[nodiscard]] PersonalizationWindow& personalizationWindow() override { return *this; }
+
+    void showHistoryWindow() override { m_note(QStringLiteral("show history")); }
+
+    void showPersonalizationWindow() override { m_note(QStringLiteral("show personalization")); }
+
+private:
+    Note m_note;
+    TracedHUD m_hud;
+    TracedMainWindow m_mainWindow;
+    TracedAccountPanel m_accountPanel;
+    TracedHealthPanel m_healthPanel;
+};
+
+} // namespace tavrin::testing
