@@ -1,0 +1,106 @@
+#include "app/AppDelegate.h"
+#include "app/CommandLine.h"
+#include "base/Log.h"
+#include "platform/Platform.h"
+#include "platform/ProgramInstance.h"
+#include "ui/DesktopInterface.h"
+
+#include <QApplication>
+#include <QLoggingCategory>
+
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+
+using namespace tavrin;
+
+namespace {
+
+constexpr int usageError = 2;
+
+QStringList argumentsOf(int argc, char** argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+/// Does what needs no running program. Gives the status to exit with, or nothing to go on.
+std::optional<int> answerAtOnce(const CommandLine& commandLine)
+{
+    switch (commandLine.request) {
+    case CommandLine::Request::Run:
+        return std::nullopt;
+    case CommandLine::Request::ShowHelp:
+        std::fputs(qPrintable(commandLineHelp()), stdout);
+        return EXIT_SUCCESS;
+    case CommandLine::Request::ShowVersion:
+        std::puts("Tavrin " TAVRIN_VERSION " (build " TAVRIN_BUILD ")");
+        return EXIT_SUCCESS;
+    case CommandLine::Request::Refuse:
+        std::fprintf(stderr, "tavrin: unknown option %s; tavrin --help shows those that exist.\n",
+            qPrintable(commandLine.unknown));
+        return usageError;
+    }
+    Q_UNREACHABLE();
+}
+
+void configureLogging(bool verbose)
+{
+    qSetMessagePattern(QStringLiteral("tavrin: %{type}: %{category}: %{message}"));
+    if (verbose)
+        QLoggingCategory::setFilterRules(QStringLiteral("tavrin.*=true"));
+}
+
+int run(ProgramInstance& instance)
+{
+    Platform platform = createPlatform();
+    AppDelegate delegate({
+        .platform = &platform,
+        .createUserInterface = createDesktopInterface,
+        // Not quit(): that asks every window first, and a window must not refuse.
+        .terminate = [] { QApplication::exit(); },
+    });
+    platform.mainQueue->post([&] {
+        delegate.applicationDidFinishLaunching();
+        QObject::connect(qApp, &QGuiApplication::applicationStateChanged, qApp,
+            [&delegate](Qt::ApplicationState state) {
+                if (state == Qt::ApplicationActive)
+                    delegate.applicationDidBecomeActive();
+            });
+        instance.setActivated([&delegate] { delegate.showMainWindow(); });
+        instance.setTerminate([&delegate] { delegate.quit(); });
+    });
+    const int status = QApplication::exec();
+    instance.setActivated([] {}); // The controller goes before the instance.
+    delegate.applicationWillTerminate();
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const CommandLine commandLine = parseCommandLine(argumentsOf(argc, argv));
+    if (const auto status = answerAtOnce(commandLine))
+        return *status;
+    configureLogging(commandLine.verbose);
+
+    // On Linux, GLib's main loop would steal the replies that the accessibility library waits for
+    // on its own thread.
+    qputenv("QT_NO_GLIB", "1");
+    QApplication::setDesktopFileName(QStringLiteral("tavrin"));
+    QApplication::setApplicationName(QStringLiteral("Tavrin"));
+    const QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(
+        AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
+
+    const auto instance = createProgramInstance();
+    if (instance->isFirst())
+        return run(*instance);
+    if (instance->activateFirst())
+        return EXIT_SUCCESS;
+    qCCritical(log::app) << "Tavrin runs already, but does not answer.";
+    return EXIT_FAILURE;
+}
