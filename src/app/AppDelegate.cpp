@@ -54,8 +54,15 @@ AppDelegate::AppDelegate(Surroundings surroundings)
                              *m_platform.preferences, m_settings, m_shortcutMonitor},
           {.refreshToolTip = [this] { m_statusMenu.refreshToolTip(); },
               .updateUI = [this] { m_statusMenu.refreshUI(); }})
-    , m_userInterface(m_surroundings.createUserInterface(
-          {m_localization, m_settings, m_statusMenu, [this] { showMainWindow(); }}))
+    , m_userInterface(m_surroundings.createUserInterface({
+          .clock = *m_platform.clock,
+          .localization = m_localization,
+          .mainQueue = *m_platform.mainQueue,
+          .settings = m_settings,
+          .statusMenu = m_statusMenu,
+          .workspace = *m_platform.workspace,
+          .showMainWindow = [this] { showMainWindow(); },
+      }))
     , m_cloudSessionCheck(
           {m_userInterface->accountPanel(), m_api, *m_platform.mainQueue, *m_platform.preferences})
     , m_updateChecker(
@@ -161,8 +168,7 @@ QStringList AppDelegate::contextualTerms()
 
 void AppDelegate::createSession()
 {
-    RecordingHUD* const hud = m_userInterface->hud();
-    if (!hud || !m_surroundings.correctionLearning || !m_surroundings.history)
+    if (!m_surroundings.correctionLearning || !m_surroundings.history)
         return;
     m_session.emplace(RecordingSession::Neighbours{
         .accountPanel = m_userInterface->accountPanel(),
@@ -177,7 +183,7 @@ void AppDelegate::createSession()
         .estimator = m_estimator,
         .healthPanel = m_userInterface->healthPanel(),
         .history = *m_surroundings.history,
-        .hud = *hud,
+        .hud = m_userInterface->hud(),
         .liveTranscriber = m_liveTranscriber,
         .localization = m_localization,
         .mainQueue = *m_platform.mainQueue,

@@ -41,8 +41,8 @@ public:
         CreateUserInterface createUserInterface;
         std::function<void()>
             terminate; ///< Ends the program, by way of applicationWillTerminate().
-        CorrectionLearning* correctionLearning = nullptr; ///< Null: nothing is learned.
-        SessionHistory* history = nullptr; ///< Null: there are no sessions.
+        CorrectionLearning* correctionLearning = nullptr;
+        SessionHistory* history = nullptr; ///< Without these two, operations only beep.
     };
 
     /// @param surroundings must outlive the controller; a platform with every port.

@@ -6,14 +6,17 @@
 namespace tavrin {
 
 class AccountPanel;
+class Clock;
 class HealthPanel;
 class HistoryWindow;
 class Localization;
+class MainQueue;
 class MainWindow;
 class PersonalizationWindow;
 class RecordingHUD;
 class Settings;
 class StatusMenu;
+class Workspace;
 
 /// All windows of the program, built by the layer above and owned by the controller. The parts
 /// live as long as the whole. Main thread only.
@@ -25,9 +28,7 @@ public:
     /// the program then goes on without.
     virtual bool loadApplicationIcon() = 0;
 
-    /// Null while the interface has no panel; then there are no sessions.
-    [[nodiscard]] virtual RecordingHUD* hud() = 0;
-
+    [[nodiscard]] virtual RecordingHUD& hud() = 0;
     [[nodiscard]] virtual MainWindow& mainWindow() = 0;
     [[nodiscard]] virtual AccountPanel& accountPanel() = 0;
     [[nodiscard]] virtual HealthPanel& healthPanel() = 0;
@@ -37,9 +38,12 @@ public:
 
 /// What the windows are built from; all of it outlives them.
 struct UserInterfaceNeighbours {
+    const Clock& clock;
     const Localization& localization;
+    MainQueue& mainQueue;
     Settings& settings;
     StatusMenu& statusMenu;
+    const Workspace& workspace;
     std::function<void()> showMainWindow; ///< Of the controller: brings the program forward too.
 };
 

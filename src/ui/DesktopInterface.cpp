@@ -1,8 +1,11 @@
 #include "ui/DesktopInterface.h"
 
 #include "app/Localization.h"
+#include "platform/Workspace.h"
 #include "ui/BrandStyle.h"
 #include "ui/MainWindowFrame.h"
+#include "ui/hud/HudWidget.h"
+#include "ui/hud/PanelRecordingHUD.h"
 
 #include <QApplication>
 #include <QFile>
@@ -22,9 +25,11 @@ constexpr std::array iconSizes{32, 48, 128, 256};
 class DesktopInterface final : public UserInterface {
 public:
     explicit DesktopInterface(const UserInterfaceNeighbours& neighbours)
-        : m_frame(neighbours)
+        : m_panel([&workspace = neighbours.workspace] { return workspace.isCompositing(); })
+        , m_hud({m_panel, neighbours.clock, neighbours.mainQueue, neighbours.localization,
+              neighbours.settings})
+        , m_frame(neighbours)
     {
-        brand::useGlyphsOf(neighbours.localization.InterfaceLanguage());
     }
 
     bool loadApplicationIcon() override
@@ -39,7 +44,7 @@ public:
         return true;
     }
 
-    [[nodiscard]] RecordingHUD* hud() override { return nullptr; }
+    [[nodiscard]] RecordingHUD& hud() override { return m_hud; }
 
     [[nodiscard]] MainWindow& mainWindow() override { return m_frame; }
 
@@ -52,6 +57,8 @@ public:
     [[nodiscard]] PersonalizationWindow& personalizationWindow() override { return m_frame; }
 
 private:
+    hud::Widget m_panel;
+    PanelRecordingHUD m_hud;
     MainWindowFrame m_frame;
 };
 
@@ -59,6 +66,7 @@ private:
 
 std::unique_ptr<UserInterface> createDesktopInterface(const UserInterfaceNeighbours& neighbours)
 {
+    brand::useGlyphsOf(neighbours.localization.InterfaceLanguage());
     return std::make_unique<DesktopInterface>(neighbours);
 }
 

@@ -195,9 +195,9 @@ TEST_F(AppDelegateTest, AShortcutStartsASessionAndEscapePausesIt)
     EXPECT_TRUE(trace.contains("panel cancel?"));
 }
 
-TEST_F(AppDelegateTest, WithoutAPanelAnOperationBeeps)
+TEST_F(AppDelegateTest, WithoutAHistoryAnOperationBeeps)
 {
-    hasHud = false;
+    surroundings.history = nullptr;
     launch();
     statusItem->press("Start dictation (Right Option)");
     keyboard->sendToOtherProgram({KeyEvent::Kind::KeyDown, key_codes::escape, {}, false});

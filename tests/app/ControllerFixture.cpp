@@ -105,7 +105,6 @@ ControllerFixture::ControllerFixture()
                 auto made = std::make_unique<TracedInterface>(note);
                 windows = made.get();
                 windows->hasIcon = hasIcon;
-                windows->hasHud = hasHud;
                 return made;
             },
         .terminate = [this] { note(u"terminate"_s); },

@@ -73,7 +73,6 @@ protected:
     TracedHistory history{note};
     TracedInterface* windows = nullptr; ///< Owned by the controller.
     bool hasIcon = true;
-    bool hasHud = true;
     AppDelegate::Surroundings surroundings;
     std::optional<AppDelegate> delegate;
 };

@@ -57,7 +57,6 @@ public:
     }
 
     bool hasIcon = true;
-    bool hasHud = true;
 
     bool loadApplicationIcon() override
     {
@@ -65,7 +64,7 @@ public:
         return hasIcon;
     }
 
-    [[nodiscard]] RecordingHUD* hud() override { return hasHud ? &m_hud : nullptr; }
+    [[nodiscard]] RecordingHUD& hud() override { return m_hud; }
 
     [[nodiscard]] TracedMainWindow& mainWindow() override { return m_mainWindow; }
 
