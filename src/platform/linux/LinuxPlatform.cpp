@@ -6,6 +6,10 @@
 #include "platform/linux/desktop/JsonPreferences.h"
 #include "platform/linux/desktop/LinuxSystemInfo.h"
 #include "platform/linux/desktop/PulseSoundPlayer.h"
+#include "platform/linux/x11/ClipboardPasteboard.h"
+#include "platform/linux/x11/X11HotKeyProbe.h"
+#include "platform/linux/x11/X11KeyMonitor.h"
+#include "platform/linux/x11/X11SyntheticKeyboard.h"
 #include "platform/linux/x11/X11Workspace.h"
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtClock.h"
@@ -26,6 +30,11 @@ Platform createPlatform()
         std::make_unique<JsonPreferences>(JsonPreferences::userPath(), *platform.mainQueue);
     platform.workspace = std::make_unique<X11Workspace>();
     platform.accessibility = std::make_unique<AtspiAccessibility>();
+    auto pasteboard = std::make_unique<ClipboardPasteboard>();
+    platform.syntheticKeyboard = std::make_unique<X11SyntheticKeyboard>(*pasteboard);
+    platform.pasteboard = std::move(pasteboard);
+    platform.keyMonitor = std::make_unique<X11KeyMonitor>();
+    platform.hotKeyProbe = std::make_unique<X11HotKeyProbe>();
     const auto soundServer = std::make_shared<PulseConnection>();
     platform.audioDevices = std::make_unique<PulseAudioDevices>(soundServer);
     platform.audioRecorders = std::make_unique<PulseAudioRecorders>(soundServer);

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/Pasteboard.h"
+
+#include <memory>
+
+namespace tavrin {
+
+class ClipboardServer;
+
+/// The CLIPBOARD selection of X11, served from a thread of its own. NUL characters are left out,
+/// because most programs take them for the end; a lone surrogate becomes the replacement character.
+class ClipboardPasteboard final : public Pasteboard {
+public:
+    ClipboardPasteboard();
+
+    /// Hands the text to the clipboard manager, waiting at most half a second for it.
+    ~ClipboardPasteboard() override;
+
+    ClipboardPasteboard(const ClipboardPasteboard&) = delete;
+    ClipboardPasteboard& operator=(const ClipboardPasteboard&) = delete;
+
+    bool setString(const QString& text) override;
+
+    /// Makes the same text what the middle mouse button pastes; for programs that know no other
+    /// way.
+    void offerAsPrimary();
+
+private:
+    std::unique_ptr<ClipboardServer> m_server;
+};
+
+} // namespace tavrin

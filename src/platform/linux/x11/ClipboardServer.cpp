@@ -1,0 +1,261 @@
+#include "platform/linux/x11/ClipboardServer.h"
+
+#include <algorithm>
+#include <cstring>
+#include <future>
+
+namespace tavrin {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto patience = 450ms;
+
+// Whoever takes no piece for so long has gone.
+constexpr auto transferPatience = 10s;
+
+constexpr qsizetype pieceSize = qsizetype{192} * 1024; // Below every server's largest request.
+
+} // namespace
+
+ClipboardServer::ClipboardServer()
+{
+    if (!isAvailable())
+        return;
+    xcb_connection_t* server = connection().get();
+    m_window = xcb_generate_id(server);
+    const quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_create_window(server, XCB_COPY_FROM_PARENT, m_window, connection().root(), -1, -1, 1, 1, 0,
+        XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    start();
+}
+
+ClipboardServer::~ClipboardServer()
+{
+    post([this] { handOver(); });
+    stop();
+}
+
+bool ClipboardServer::offer(const QString& text)
+{
+    if (m_window == XCB_WINDOW_NONE)
+        return false;
+    auto taken = std::make_shared<std::promise<bool>>();
+    auto answer = taken->get_future();
+    post([this, taken, bytes = text.toUtf8()] { taken->set_value(take(bytes)); });
+    return answer.wait_for(patience) == std::future_status::ready && answer.get();
+}
+
+void ClipboardServer::offerAsPrimary()
+{
+    post([this] {
+        if (m_ownsClipboard)
+            (void)own(XCB_ATOM_PRIMARY);
+    });
+}
+
+void ClipboardServer::handleEvent(const xcb_generic_event_t& event)
+{
+    switch (event.response_type & 0x7f) {
+    case XCB_SELECTION_REQUEST:
+        answer(reinterpret_cast<const xcb_selection_request_event_t&>(event));
+        break;
+    case XCB_SELECTION_CLEAR: {
+        const auto& lost = reinterpret_cast<const xcb_selection_clear_event_t&>(event);
+        const bool isOfNow = lost.time >= m_ownedSince; // Not of an earlier ownership.
+        if (isOfNow && lost.selection == atom("CLIPBOARD"))
+            m_ownsClipboard = false;
+        break;
+    }
+    case XCB_SELECTION_NOTIFY:
+        m_handedOver = true;
+        break;
+    case XCB_PROPERTY_NOTIFY: {
+        const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        if (change.window == m_window)
+            m_lastServerTime = change.time;
+        else if (change.state == XCB_PROPERTY_DELETE)
+            continueTransfer(change);
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+void ClipboardServer::deadlinePassed()
+{
+    m_transfers.remove_if(
+        [](const Transfer& transfer) { return transfer.deadline <= Clock::now(); });
+    setNextDeadline();
+}
+
+bool ClipboardServer::take(const QByteArray& text)
+{
+    m_text = text;
+    m_ownsClipboard = own(atom("CLIPBOARD"));
+    return m_ownsClipboard;
+}
+
+bool ClipboardServer::own(xcb_atom_t selection)
+{
+    xcb_connection_t* server = connection().get();
+    m_ownedSince = serverTime();
+    xcb_set_selection_owner(server, m_window, selection, m_ownedSince);
+    const XcbPointer<xcb_get_selection_owner_reply_t> owner(
+        xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, selection), nullptr));
+    return owner && owner->owner == m_window;
+}
+
+xcb_timestamp_t ClipboardServer::serverTime()
+{
+    // Only an event tells it: appending nothing to a property of our own window makes one.
+    m_lastServerTime = XCB_CURRENT_TIME;
+    xcb_change_property(connection().get(), XCB_PROP_MODE_APPEND, m_window, XCB_ATOM_WM_NAME,
+        XCB_ATOM_STRING, 8, 0, nullptr);
+    xcb_flush(connection().get());
+    const auto end = Clock::now() + patience / 2;
+    while (m_lastServerTime == XCB_CURRENT_TIME && handleEventsUntil(end)) { }
+    return m_lastServerTime;
+}
+
+void ClipboardServer::answer(const xcb_selection_request_event_t& request)
+{
+    // Programs of old name no property; the target's name is meant then.
+    const xcb_atom_t property =
+        request.property == XCB_ATOM_NONE ? request.target : request.property;
+    const bool known = (request.selection == atom("CLIPBOARD") && m_ownsClipboard)
+        || request.selection == XCB_ATOM_PRIMARY;
+    const bool provided = known && provide(request.requestor, request.target, property);
+    xcb_selection_notify_event_t reply{};
+    reply.response_type = XCB_SELECTION_NOTIFY;
+    reply.time = request.time;
+    reply.requestor = request.requestor;
+    reply.selection = request.selection;
+    reply.target = request.target;
+    reply.property = provided ? property : xcb_atom_t{XCB_ATOM_NONE};
+    std::array<char, 32> bytes{};
+    std::memcpy(bytes.data(), &reply, sizeof reply);
+    xcb_send_event(connection().get(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT, bytes.data());
+    xcb_flush(connection().get());
+}
+
+bool ClipboardServer::provide(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property)
+{
+    if (target == atom("TARGETS")) {
+        setAtoms(requestor, property, XCB_ATOM_ATOM,
+            {atom("TARGETS"), atom("TIMESTAMP"), atom("MULTIPLE"), atom("SAVE_TARGETS"),
+                atom("UTF8_STRING"), atom("text/plain;charset=utf-8"), atom("text/plain"),
+                atom("TEXT"), XCB_ATOM_STRING});
+        return true;
+    }
+    if (target == atom("TIMESTAMP")) {
+        setAtoms(requestor, property, XCB_ATOM_INTEGER, {m_ownedSince});
+        return true;
+    }
+    if (target == atom("SAVE_TARGETS")) {
+        setAtoms(requestor, property, atom("NULL"), {});
+        return true;
+    }
+    if (target == atom("MULTIPLE"))
+        return provideMany(requestor, property);
+    return provideText(requestor, target, property);
+}
+
+bool ClipboardServer::provideMany(xcb_window_t requestor, xcb_atom_t property)
+{
+    QList<quint32> pairs = connection().numbers(requestor, property);
+    for (qsizetype i = 0; i + 1 < pairs.size(); i += 2) {
+        const bool nested = pairs[i] == atom("MULTIPLE");
+        if (nested || !provide(requestor, pairs[i], pairs[i + 1]))
+            pairs[i + 1] = XCB_ATOM_NONE;
+    }
+    setAtoms(requestor, property, atom("ATOM_PAIR"), {pairs.begin(), pairs.end()});
+    return !pairs.isEmpty();
+}
+
+bool ClipboardServer::provideText(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property)
+{
+    QByteArray text = m_text;
+    xcb_atom_t type = target;
+    if (target == XCB_ATOM_STRING)
+        text = QString::fromUtf8(m_text).toLatin1();
+    else if (target == atom("TEXT"))
+        type = atom("UTF8_STRING");
+    else if (target != atom("UTF8_STRING") && target != atom("text/plain;charset=utf-8")
+        && target != atom("text/plain"))
+        return false;
+    if (text.size() > pieceSize) {
+        beginTransfer(requestor, property, type, text);
+        return true;
+    }
+    xcb_change_property(connection().get(), XCB_PROP_MODE_REPLACE, requestor, property, type, 8,
+        static_cast<quint32>(text.size()), text.constData());
+    return true;
+}
+
+void ClipboardServer::beginTransfer(
+    xcb_window_t requestor, xcb_atom_t property, xcb_atom_t type, const QByteArray& text)
+{
+    const quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(connection().get(), requestor, XCB_CW_EVENT_MASK, &events);
+    setAtoms(requestor, property, atom("INCR"), {static_cast<quint32>(text.size())});
+    m_transfers.push_back({requestor, property, type, text, 0, Clock::now() + transferPatience});
+    setNextDeadline();
+}
+
+void ClipboardServer::continueTransfer(const xcb_property_notify_event_t& event)
+{
+    const auto transfer =
+        std::find_if(m_transfers.begin(), m_transfers.end(), [&event](const Transfer& candidate) {
+            return candidate.requestor == event.window && candidate.property == event.atom;
+        });
+    if (transfer == m_transfers.end())
+        return;
+    // An empty piece says that this was all.
+    const QByteArray piece = transfer->text.mid(transfer->position, pieceSize);
+    xcb_change_property(connection().get(), XCB_PROP_MODE_REPLACE, transfer->requestor,
+        transfer->property, transfer->type, 8, static_cast<quint32>(piece.size()),
+        piece.constData());
+    xcb_flush(connection().get());
+    transfer->position += piece.size();
+    transfer->deadline = Clock::now() + transferPatience;
+    if (piece.isEmpty())
+        m_transfers.erase(transfer);
+    setNextDeadline();
+}
+
+void ClipboardServer::setNextDeadline()
+{
+    const auto next = std::min_element(m_transfers.begin(), m_transfers.end(),
+        [](const Transfer& one, const Transfer& other) { return one.deadline < other.deadline; });
+    setDeadline(next == m_transfers.end() ? std::nullopt : std::optional(next->deadline));
+}
+
+void ClipboardServer::handOver()
+{
+    if (!m_ownsClipboard)
+        return;
+    xcb_connection_t* server = connection().get();
+    const xcb_atom_t manager = atom("CLIPBOARD_MANAGER");
+    const XcbPointer<xcb_get_selection_owner_reply_t> owner(
+        xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, manager), nullptr));
+    if (!owner || owner->owner == XCB_WINDOW_NONE)
+        return;
+    const xcb_atom_t property = atom("TAVRIN_SAVE");
+    setAtoms(m_window, property, XCB_ATOM_ATOM, {atom("UTF8_STRING")});
+    xcb_convert_selection(server, m_window, manager, atom("SAVE_TARGETS"), property, m_ownedSince);
+    xcb_flush(server);
+    m_handedOver = false;
+    const auto end = Clock::now() + patience;
+    while (!m_handedOver && handleEventsUntil(end)) { }
+}
+
+void ClipboardServer::setAtoms(xcb_window_t requestor, xcb_atom_t property, xcb_atom_t type,
+    const std::vector<xcb_atom_t>& atoms) const
+{
+    xcb_change_property(connection().get(), XCB_PROP_MODE_REPLACE, requestor, property, type, 32,
+        static_cast<quint32>(atoms.size()), atoms.data());
+}
+
+} // namespace tavrin

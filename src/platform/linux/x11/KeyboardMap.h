@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/linux/x11/X11Connection.h"
+
+#include <optional>
+#include <vector>
+
+namespace tavrin {
+
+/// The symbols of X that this program looks for.
+namespace keysyms {
+inline constexpr xcb_keysym_t none = 0;
+inline constexpr xcb_keysym_t space = 0x20;
+inline constexpr xcb_keysym_t v = 0x76;
+inline constexpr xcb_keysym_t tab = 0xff09;
+inline constexpr xcb_keysym_t enter = 0xff0d;
+inline constexpr xcb_keysym_t escape = 0xff1b;
+inline constexpr xcb_keysym_t insert = 0xff63;
+inline constexpr xcb_keysym_t leftShift = 0xffe1;
+inline constexpr xcb_keysym_t rightShift = 0xffe2;
+inline constexpr xcb_keysym_t leftControl = 0xffe3;
+inline constexpr xcb_keysym_t rightControl = 0xffe4;
+inline constexpr xcb_keysym_t leftMeta = 0xffe7;
+inline constexpr xcb_keysym_t rightMeta = 0xffe8;
+inline constexpr xcb_keysym_t leftAlt = 0xffe9;
+inline constexpr xcb_keysym_t rightAlt = 0xffea;
+inline constexpr xcb_keysym_t leftSuper = 0xffeb;
+inline constexpr xcb_keysym_t rightSuper = 0xffec;
+} // namespace keysyms
+
+/// Which symbols the key codes of the keyboard carry, as the server had it when this was read.
+class KeyboardMap {
+public:
+    KeyboardMap() = default;
+    KeyboardMap(xcb_keycode_t firstCode, int symbolsPerCode, std::vector<xcb_keysym_t> symbols);
+
+    [[nodiscard]] static KeyboardMap read(const X11Connection& connection);
+
+    [[nodiscard]] xcb_keycode_t firstCode() const { return m_firstCode; }
+
+    [[nodiscard]] int codeCount() const;
+
+    [[nodiscard]] int symbolsPerCode() const { return m_symbolsPerCode; }
+
+    /// The symbol at @p level, two levels a group; keysyms::none beyond the end.
+    [[nodiscard]] xcb_keysym_t symbol(xcb_keycode_t code, int level) const;
+
+    /// The first code that carries @p symbol at any level, best at the first one.
+    [[nodiscard]] std::optional<xcb_keycode_t> codeOf(xcb_keysym_t symbol) const;
+
+    /// The codes that carry nothing.
+    [[nodiscard]] std::vector<xcb_keycode_t> emptyCodes() const;
+
+private:
+    xcb_keycode_t m_firstCode = 8;
+    int m_symbolsPerCode = 0;
+    std::vector<xcb_keysym_t> m_symbols;
+};
+
+} // namespace tavrin

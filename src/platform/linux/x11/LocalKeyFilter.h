@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/linux/x11/KeyTracker.h"
+
+#include <QAbstractNativeEventFilter>
+
+namespace tavrin {
+
+/// Sees the keys of our own windows before Qt does, and can keep them from it. Main thread.
+class LocalKeyFilter final : public QAbstractNativeEventFilter, public KeyObservation {
+public:
+    explicit LocalKeyFilter(KeyMonitor::LocalHandler handler);
+    ~LocalKeyFilter() override;
+
+    LocalKeyFilter(const LocalKeyFilter&) = delete;
+    LocalKeyFilter& operator=(const LocalKeyFilter&) = delete;
+
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+
+private:
+    [[nodiscard]] bool handleKey(const xcb_key_press_event_t& event, bool press);
+
+    KeyMonitor::LocalHandler m_handler;
+    X11Connection m_connection; // For the map alone.
+    KeyboardMap m_map;
+    bool m_mapChanged = false;
+    KeyTracker m_tracker;
+};
+
+} // namespace tavrin

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/linux/x11/KeyboardMap.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace tavrin {
+
+/// One key stroke.
+struct KeyStroke {
+    xcb_keycode_t code = 0;
+    bool shift = false;
+
+    friend bool operator==(const KeyStroke&, const KeyStroke&) = default;
+};
+
+/// Symbols for a key code that carries none.
+struct CodeAssignment {
+    xcb_keycode_t code = 0;
+    xcb_keysym_t plain = keysyms::none;
+    xcb_keysym_t shifted = keysyms::none;
+
+    friend bool operator==(const CodeAssignment&, const CodeAssignment&) = default;
+};
+
+/// Strokes that can be typed under one keyboard map.
+struct TypingBatch {
+    std::vector<CodeAssignment> assignments; ///< Empty: the map as it is will do.
+    std::vector<KeyStroke> strokes;
+};
+
+/// What the keyboard is doing apart from its map.
+struct KeyboardState {
+    int group = 0; ///< The layout in use, from 0.
+    bool capsLock = false;
+};
+
+/// How to type @p text: characters that the keyboard has by its own keys, all others on the spare
+/// codes, two on each. As few maps as the text needs, because changing one is slow for everybody.
+/// Line feeds become Return; other control characters and lone surrogates are left out.
+[[nodiscard]] std::vector<TypingBatch> planTyping(const QString& text, const KeyboardMap& map,
+    const std::vector<xcb_keycode_t>& spareCodes, const KeyboardState& state);
+
+} // namespace tavrin

@@ -1,0 +1,64 @@
+#include "platform/linux/x11/X11HotKeyProbe.h"
+
+#include "platform/linux/x11/KeyTracker.h"
+
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+quint16 modifierMask(KeyModifiers modifiers)
+{
+    unsigned mask = 0;
+    if (modifiers.testFlag(KeyModifier::Shift))
+        mask |= XCB_MOD_MASK_SHIFT;
+    if (modifiers.testFlag(KeyModifier::Control))
+        mask |= XCB_MOD_MASK_CONTROL;
+    if (modifiers.testFlag(KeyModifier::Option))
+        mask |= XCB_MOD_MASK_1;
+    if (modifiers.testFlag(KeyModifier::Command))
+        mask |= XCB_MOD_MASK_4;
+    return static_cast<quint16>(mask);
+}
+
+/// The X code of the key with the virtual code @p keyCode; 0 when the keyboard has none.
+xcb_keycode_t codeOf(const KeyboardMap& map, int keyCode)
+{
+    for (int row = 0; row < map.codeCount(); ++row) {
+        const auto code = static_cast<xcb_keycode_t>(map.firstCode() + row);
+        if (keyRole(map, code).keyCode == keyCode)
+            return code;
+    }
+    return 0;
+}
+
+} // namespace
+
+bool X11HotKeyProbe::isAvailable(int keyCode, KeyModifiers modifiers)
+{
+    const xcb_keycode_t code = codeOf(KeyboardMap::read(m_connection), keyCode);
+    if (code == 0)
+        return false;
+    // A program that takes the combination takes it with Caps Lock and Num Lock too.
+    constexpr std::array<unsigned, 4> locks{0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2,
+        unsigned{XCB_MOD_MASK_LOCK} | unsigned{XCB_MOD_MASK_2}};
+    const quint16 mask = modifierMask(modifiers);
+    return std::all_of(locks.begin(), locks.end(),
+        [&](unsigned lock) { return canGrab(code, static_cast<quint16>(mask | lock)); });
+}
+
+bool X11HotKeyProbe::canGrab(xcb_keycode_t code, quint16 mask) const
+{
+    xcb_connection_t* server = m_connection.get();
+    const auto request = xcb_grab_key_checked(
+        server, 0, m_connection.root(), mask, code, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const XcbPointer<xcb_generic_error_t> error(xcb_request_check(server, request));
+    if (!error) {
+        xcb_ungrab_key(server, code, m_connection.root(), mask);
+        xcb_flush(server);
+    }
+    m_connection.discardEvents();
+    return !error;
+}
+
+} // namespace tavrin

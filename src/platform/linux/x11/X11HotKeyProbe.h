@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/HotKeyProbe.h"
+#include "platform/linux/x11/X11Connection.h"
+
+namespace tavrin {
+
+/// Tries to grab the combination for a moment; the X server refuses it when somebody else has it.
+class X11HotKeyProbe final : public HotKeyProbe {
+public:
+    [[nodiscard]] bool isAvailable(int keyCode, KeyModifiers modifiers) override;
+
+private:
+    [[nodiscard]] bool canGrab(xcb_keycode_t code, quint16 mask) const;
+
+    X11Connection m_connection;
+};
+
+} // namespace tavrin

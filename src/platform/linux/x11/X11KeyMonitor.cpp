@@ -1,0 +1,52 @@
+#include "platform/linux/x11/X11KeyMonitor.h"
+
+#include "base/Log.h"
+#include "platform/linux/x11/LocalKeyFilter.h"
+#include "platform/linux/x11/RawKeyWatch.h"
+
+#include <QGuiApplication>
+#include <QWindow>
+
+namespace tavrin {
+namespace {
+
+class GlobalObservation final : public KeyObservation {
+public:
+    GlobalObservation(KeyMonitor::GlobalHandler handler,
+        std::shared_ptr<const std::atomic<bool>> isOwnWindowActive)
+        : m_watch(std::move(handler), std::move(isOwnWindowActive))
+    {
+    }
+
+    [[nodiscard]] bool begin() { return m_watch.begin(); }
+
+private:
+    RawKeyWatch m_watch;
+};
+
+} // namespace
+
+X11KeyMonitor::X11KeyMonitor()
+    : m_isOwnWindowActive(
+        std::make_shared<std::atomic<bool>>(QGuiApplication::focusWindow() != nullptr))
+{
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &m_focusFollower,
+        [active = m_isOwnWindowActive](const QWindow* window) { *active = window != nullptr; });
+}
+
+std::unique_ptr<KeyObservation> X11KeyMonitor::addGlobalMonitor(GlobalHandler handler)
+{
+    auto observation = std::make_unique<GlobalObservation>(std::move(handler), m_isOwnWindowActive);
+    if (observation->begin())
+        return observation;
+    qCWarning(log::platform) << "Shortcuts work in Tavrin's own windows only: there is no X server "
+                                "with the input extension.";
+    return nullptr;
+}
+
+std::unique_ptr<KeyObservation> X11KeyMonitor::addLocalMonitor(LocalHandler handler)
+{
+    return std::make_unique<LocalKeyFilter>(std::move(handler));
+}
+
+} // namespace tavrin
