@@ -16,6 +16,10 @@ constexpr auto programPatience = 400ms;
 // For programs that do not answer at all.
 constexpr auto silentProgramPause = 80ms;
 
+// The server takes a key for held as long as a finger is on it; the finger is on its way up.
+constexpr auto fingerPatience = 600ms;
+constexpr auto fingerPause = 5ms;
+
 // Faster, and editors drop keys.
 constexpr auto strokePause = 1ms;
 
@@ -26,7 +30,9 @@ Typist::Typist(const QString& stateFile)
 {
     if (!isAvailable())
         return;
-    const quint32 events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY; // Answers to pings go to the root.
+    // Answers to pings go to the root: by the rules to the first kind of listener, by Qt 6 to the
+    // second.
+    const quint32 events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(
         connection().get(), connection().root(), XCB_CW_EVENT_MASK, &events);
     start();
@@ -97,6 +103,7 @@ void Typist::typeText(const QString& text, const RunningApplication& target, qui
                 && m_windows.owner(window).processIdentifier == target.processIdentifier));
     if (!isTarget)
         return;
+    m_focus = focus();
     const KeyboardMap map = KeyboardMap::read(connection());
     releaseHeldModifiers(map);
     const auto batches = planTyping(text, map, m_spareCodes.codes(map), keyboardState());
@@ -129,18 +136,30 @@ bool Typist::typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 tu
 
 void Typist::releaseHeldModifiers(const KeyboardMap& map)
 {
-    xcb_connection_t* server = connection().get();
-    const XcbPointer<xcb_query_keymap_reply_t> held(
-        xcb_query_keymap_reply(server, xcb_query_keymap(server), nullptr));
-    if (!held)
-        return;
-    for (int row = 0; row < map.codeCount(); ++row) {
-        const auto code = static_cast<xcb_keycode_t>(map.firstCode() + row);
-        const bool isDown = (held->keys[code / 8U] >> (code % 8U) & 1U) != 0;
-        if (isDown && keyRole(map, code).modifier)
+    const auto end = Clock::now() + fingerPatience;
+    for (auto held = heldModifiers(map); !held.empty(); held = heldModifiers(map)) {
+        for (const xcb_keycode_t code : held)
             fakeKey(code, false);
+        xcb_flush(connection().get());
+        if (Clock::now() >= end)
+            return;
+        std::this_thread::sleep_for(fingerPause);
     }
-    xcb_flush(server);
+}
+
+std::vector<xcb_keycode_t> Typist::heldModifiers(const KeyboardMap& map) const
+{
+    xcb_connection_t* server = connection().get();
+    const XcbPointer<xcb_query_keymap_reply_t> keys(
+        xcb_query_keymap_reply(server, xcb_query_keymap(server), nullptr));
+    std::vector<xcb_keycode_t> held;
+    for (int row = 0; keys && row < map.codeCount(); ++row) {
+        const auto code = static_cast<xcb_keycode_t>(map.firstCode() + row);
+        const bool isDown = (keys->keys[code / 8U] >> (code % 8U) & 1U) != 0;
+        if (isDown && keyRole(map, code).modifier)
+            held.push_back(code);
+    }
+    return held;
 }
 
 KeyboardState Typist::keyboardState()
@@ -188,7 +207,16 @@ void Typist::waitForProgram(xcb_window_t window)
 
 bool Typist::mayGoOn(xcb_window_t window, quint64 turn) const
 {
-    return turn == m_turn.load() && m_windows.active() == window;
+    // The window manager moves the focus first and tells of it afterwards.
+    return turn == m_turn.load() && m_windows.active() == window && focus() == m_focus;
+}
+
+xcb_window_t Typist::focus() const
+{
+    xcb_connection_t* server = connection().get();
+    const XcbPointer<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(server, xcb_get_input_focus(server), nullptr));
+    return focus ? focus->focus : xcb_window_t{XCB_WINDOW_NONE};
 }
 
 void Typist::fakeKey(xcb_keycode_t code, bool down)

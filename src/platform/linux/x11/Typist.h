@@ -34,16 +34,19 @@ private:
     /// False when typing has to end.
     bool typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 turn);
     void releaseHeldModifiers(const KeyboardMap& map);
+    [[nodiscard]] std::vector<xcb_keycode_t> heldModifiers(const KeyboardMap& map) const;
     [[nodiscard]] KeyboardState keyboardState();
     void press(const std::vector<xcb_keycode_t>& chord);
     /// Waits until the program has taken every key so far, or should have.
     void waitForProgram(xcb_window_t window);
     [[nodiscard]] bool mayGoOn(xcb_window_t window, quint64 turn) const;
+    [[nodiscard]] xcb_window_t focus() const;
     void fakeKey(xcb_keycode_t code, bool down);
 
     X11Windows m_windows;
     SpareCodes m_spareCodes;
     std::atomic<quint64> m_turn = 0; // Changed by cancel(): older turns end.
+    xcb_window_t m_focus = XCB_WINDOW_NONE; // What the keys of this turn are meant for.
     quint32 m_lastPing = 0;
     quint32 m_answeredPing = 0;
 };
