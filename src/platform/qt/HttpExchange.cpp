@@ -1,5 +1,6 @@
 #include "platform/qt/HttpExchange.h"
 
+#include "base/Log.h"
 #include "platform/qt/HttpErrors.h"
 #include "platform/qt/HttpRequestCheck.h"
 #include "platform/qt/SingleUseBody.h"
@@ -171,6 +172,8 @@ void HttpExchange::follow(const QUrl& target, int status)
 
 void HttpExchange::fail(HttpFailure reason)
 {
+    qCInfo(log::platform, "a request failed: %d (network error %d)", static_cast<int>(reason),
+        m_reply ? static_cast<int>(m_reply->error()) : 0);
     conclude(failure(httpError(reason)));
 }
 

@@ -172,6 +172,18 @@ TEST_F(QtHttpTransportTest, AnInterimAnswerIsPassedOver)
     EXPECT_EQ(answers.first().value(), (HttpResponse{201, "made"}));
 }
 
+TEST_F(QtHttpTransportTest, AStrangeInterimAnswerStillEndsInOneCompletion)
+{
+    transport.emplace(shortLimits);
+    for (int status = 100; status <= 199; ++status) {
+        answers.clear();
+        serveAndCut("HTTP/1.1 " + QByteArray::number(status) + " Strange\r\n\r\n");
+        get();
+        ASSERT_TRUE(answered()) << status;
+        EXPECT_EQ(answers.size(), 1);
+    }
+}
+
 TEST_F(QtHttpTransportTest, AnAnswerInChunksIsPutTogether)
 {
     serve("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2\r\nde\r\n0\r\n\r\n");
