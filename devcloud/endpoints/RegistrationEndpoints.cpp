@@ -168,7 +168,6 @@ Outcome RegistrationEndpoints::makeAccount(const NewAccount& account)
     if (!useInvite(transaction, account.inviteDigest, m_now()))
         return refusal(403, messages::inviteInvalid);
     const std::int64_t id = addAccount(transaction, account.email, *hash, m_now());
-    endRegistration(transaction, account.email);
     const TokenPair tokens = startSession(transaction, id, account.device, m_lives, m_now());
     transaction.commit();
     return sessionAnswer(tokens, account.email, m_lives);

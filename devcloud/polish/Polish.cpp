@@ -50,8 +50,12 @@ std::string polish(std::string_view transcript, Style style)
     const std::vector<Sentence> sentences = splitSentences(tokens);
     std::vector<Clause> clauses = cleaned(sentences);
     // Whoever says only "um" means it.
-    if (clauses.empty())
-        std::ranges::transform(sentences, std::back_inserter(clauses), finished);
+    if (clauses.empty()) {
+        for (const Sentence& sentence : sentences) {
+            if (saysSomething(sentence.tokens))
+                clauses.push_back(finished(sentence));
+        }
+    }
     if (clauses.empty())
         return encodeUtf8(decodeUtf8(transcript));
     return encodeUtf8(setInForm(clauses, style, isMostlyChinese(tokens)));

@@ -53,11 +53,6 @@ void setRegistrationToken(Transaction& transaction, std::string_view email,
         .run();
 }
 
-void endRegistration(Transaction& transaction, std::string_view email)
-{
-    transaction.statement("DELETE FROM registrations WHERE email = ?").bind(email).run();
-}
-
 void removeDeadRegistrations(Transaction& transaction, std::int64_t now)
 {
     transaction

@@ -26,7 +26,6 @@ std::optional<Registration> findRegistration(Transaction& transaction, std::stri
 void countWrongTry(Transaction& transaction, std::string_view email);
 void setRegistrationToken(Transaction& transaction, std::string_view email,
     std::string_view tokenDigest, std::int64_t expires);
-void endRegistration(Transaction& transaction, std::string_view email);
 void removeDeadRegistrations(Transaction& transaction, std::int64_t now);
 
 } // namespace tavrin::devcloud

@@ -125,6 +125,8 @@ TEST(PolishTest, NothingButSpaceOrMarksIsAnsweredAsItIs)
     EXPECT_EQ(polish("", Style::Professional), "");
     EXPECT_EQ(polish(" \n ", Style::Meeting), " \n ");
     EXPECT_EQ(polish("?!", Style::Meeting), "?!");
+    EXPECT_EQ(polish(",", Style::Casual), ",");
+    EXPECT_EQ(polish("\x01", Style::Casual), "\x01");
 }
 
 } // namespace

@@ -194,6 +194,18 @@ TEST_F(RegistrationTest, RegistrationTokenBelongsToItsEmailAndExpires)
     EXPECT_EQ(statusOf(complete(token, password)), 403);
 }
 
+TEST_F(RegistrationTest, CompletingTwiceSaysThatTheAccountExists)
+{
+    start(addTestInvite());
+    const Json token = verify(mailedCode()).value()["registrationToken"];
+    EXPECT_EQ(statusOf(complete(token, password)), 200);
+
+    const Outcome again = complete(token, password);
+
+    EXPECT_EQ(statusOf(again), 409);
+    EXPECT_THAT(again.error().message, HasSubstr("已经注册"));
+}
+
 TEST_F(RegistrationTest, MailsToOneAddressAreLimited)
 {
     const std::string invite = addTestInvite();

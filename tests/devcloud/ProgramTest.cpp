@@ -1,0 +1,220 @@
+#include "devcloud/LoopbackClient.h"
+
+#include <gmock/gmock.h>
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
+
+namespace tavrin::devcloud {
+namespace {
+
+/// The program itself, run as a person would.
+class Program {
+public:
+    explicit Program(std::vector<std::string> arguments)
+    {
+        std::array<int, 2> input{};
+        std::array<int, 2> output{};
+        if (pipe(input.data()) != 0 || pipe(output.data()) != 0)
+            return;
+        arguments.insert(arguments.begin(), TAVRIN_DEVCLOUD_PROGRAM);
+        std::vector<char*> words;
+        for (std::string& argument : arguments)
+            words.push_back(argument.data());
+        words.push_back(nullptr);
+        m_process = fork();
+        if (m_process == 0) {
+            dup2(input[0], STDIN_FILENO);
+            dup2(output[1], STDOUT_FILENO);
+            dup2(output[1], STDERR_FILENO);
+            close(input[1]);
+            close(output[0]);
+            execv(words.front(), words.data());
+            _exit(127);
+        }
+        close(input[0]);
+        close(output[1]);
+        m_input = input[1];
+        m_output = output[0];
+    }
+
+    ~Program()
+    {
+        if (m_process > 0) {
+            kill(m_process, SIGKILL);
+            waitpid(m_process, nullptr, 0);
+        }
+        endInput();
+        close(m_output);
+    }
+
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    void type(const std::string& text) const
+    {
+        ASSERT_EQ(write(m_input, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    }
+
+    void endInput()
+    {
+        if (m_input >= 0)
+            close(m_input);
+        m_input = -1;
+    }
+
+    /// One line of what it prints; what there is when it ends before.
+    std::string readLine() const
+    {
+        std::string line;
+        for (char c = 0; read(m_output, &c, 1) == 1 && c != '\n';)
+            line += c;
+        return line;
+    }
+
+    std::string readAll() const
+    {
+        std::string text;
+        for (char c = 0; read(m_output, &c, 1) == 1;)
+            text += c;
+        return text;
+    }
+
+    void send(int signal) const { kill(m_process, signal); }
+
+    int exitCode()
+    {
+        int status = 0;
+        waitpid(m_process, &status, 0);
+        m_process = 0;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+private:
+    pid_t m_process = 0;
+    int m_input = -1;
+    int m_output = -1;
+};
+
+class ProgramTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        std::string name = ::testing::TempDir() + "devcloudXXXXXX";
+        ASSERT_NE(mkdtemp(name.data()), nullptr);
+        folder = name;
+    }
+
+    void TearDown() override { std::filesystem::remove_all(folder); }
+
+    std::vector<std::string> withData(std::vector<std::string> arguments) const
+    {
+        arguments.insert(arguments.begin(), {"--data", folder});
+        return arguments;
+    }
+
+    std::string folder;
+};
+
+TEST_F(ProgramTest, HelpAndVersionAreAnswered)
+{
+    Program help({"--help"});
+    EXPECT_THAT(help.readAll(), HasSubstr("usage: tavrin-devcloud"));
+    EXPECT_EQ(help.exitCode(), 0);
+    Program version({"--version"});
+    EXPECT_THAT(version.readAll(), MatchesRegex("tavrin-devcloud [0-9.]+\n"));
+    EXPECT_EQ(version.exitCode(), 0);
+}
+
+TEST_F(ProgramTest, AWrongCommandLineIsSaid)
+{
+    Program program({"--colour"});
+    EXPECT_EQ(program.readAll(), "tavrin-devcloud: unknown option: --colour\n");
+    EXPECT_EQ(program.exitCode(), 2);
+}
+
+TEST_F(ProgramTest, InvitePrintsACode)
+{
+    Program program(withData({"invite"}));
+    EXPECT_THAT(program.readAll(), MatchesRegex("TAV-[A-Z2-9]{4}-[A-Z2-9]{4}\n"));
+    EXPECT_EQ(program.exitCode(), 0);
+}
+
+TEST_F(ProgramTest, AnAccountMadeByCommandSignsInUntilSigterm)
+{
+    Program account(withData({"account", "Ada@Example.org"}));
+    account.type("correct horse\n");
+    EXPECT_EQ(account.readAll(), "account made: ada@example.org\n");
+    EXPECT_EQ(account.exitCode(), 0);
+
+    Program service(withData({"--listen", "127.0.0.1:0"}));
+    const std::string line = service.readLine();
+    ASSERT_THAT(line, MatchesRegex("tavrin-devcloud: listening on 127.0.0.1:[0-9]+"));
+    testing::LoopbackClient client(std::atoi(line.substr(line.rfind(':') + 1).c_str()));
+    const std::string body = R"({"email":"ada@example.org","password":"correct horse"})";
+    client.send("POST /v1/auth/login HTTP/1.1\r\nContent-Type: application/json\r\nContent-Length: "
+        + std::to_string(body.size()) + "\r\n\r\n" + body);
+    EXPECT_EQ(testing::statusIn(client.readAnswer()), 200);
+
+    service.send(SIGTERM);
+    EXPECT_EQ(service.readAll(), "");
+    EXPECT_EQ(service.exitCode(), 0);
+    EXPECT_FALSE(std::filesystem::exists(folder + "/devcloud.sqlite-wal"));
+}
+
+TEST_F(ProgramTest, AnAccountsPasswordIsReadFromAFileAndReplaced)
+{
+    const std::string file = folder + "/password";
+    std::ofstream(file) << "correct horse\r\n";
+    for (const char* answer : {"account made: a@b.c\n", "new password for a@b.c\n"}) {
+        Program program(withData({"account", "a@b.c", "--password-file", file}));
+        EXPECT_EQ(program.readAll(), answer);
+        EXPECT_EQ(program.exitCode(), 0);
+    }
+}
+
+TEST_F(ProgramTest, BadAccountsAreRefused)
+{
+    Program noEmail(withData({"account", "nobody"}));
+    EXPECT_EQ(noEmail.readAll(), "tavrin-devcloud: not an e-mail address: nobody\n");
+    EXPECT_EQ(noEmail.exitCode(), 1);
+    Program noPassword(withData({"account", "a@b.c"}));
+    noPassword.endInput();
+    EXPECT_THAT(noPassword.readAll(), HasSubstr("10 to 1024 characters"));
+    EXPECT_EQ(noPassword.exitCode(), 1);
+    Program tooShort(withData({"account", "a@b.c"}));
+    tooShort.type("123456789\n");
+    EXPECT_THAT(tooShort.readAll(), HasSubstr("10 to 1024 characters"));
+    EXPECT_EQ(tooShort.exitCode(), 1);
+}
+
+TEST_F(ProgramTest, AModelInTheClearElsewhereIsRefused)
+{
+    Program program(
+        withData({"--llm-url", "http://models.example", "--llm-model", "m", "--listen", "0"}));
+    EXPECT_THAT(program.readAll(), HasSubstr("must be https, or http on this machine"));
+    EXPECT_EQ(program.exitCode(), 1);
+}
+
+TEST_F(ProgramTest, APortThatIsTakenIsSaid)
+{
+    Program first(withData({"--listen", "127.0.0.1:0"}));
+    const std::string line = first.readLine();
+    const std::string address = line.substr(line.rfind(' ') + 1);
+    Program second(withData({"--listen", address}));
+    EXPECT_EQ(second.readAll(), "tavrin-devcloud: cannot listen on " + address + "\n");
+    EXPECT_EQ(second.exitCode(), 1);
+}
+
+} // namespace
+} // namespace tavrin::devcloud

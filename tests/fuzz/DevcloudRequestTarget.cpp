@@ -1,0 +1,131 @@
+#include "devcloud/RequestBody.h"
+#include "devcloud/Service.h"
+#include "devcloud/model/ChatCompletions.h"
+#include "devcloud/polish/Polish.h"
+#include "devcloud/security/Secrets.h"
+#include "devcloud/store/Accounts.h"
+#include "devcloud/store/Database.h"
+#include "devcloud/text/Utf8.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+// What the development service makes of any request: the first byte chooses the endpoint, the rest
+// is the body, and the same bytes stand for the head of a request and the answer of a model.
+
+namespace tavrin::devcloud {
+namespace {
+
+void require(bool condition, const char* rule)
+{
+    if (condition)
+        return;
+    std::fprintf(stderr, "broken: %s\n", rule);
+    std::abort();
+}
+
+/// A model that echoes what it is asked.
+class EchoModel : public LanguageModel {
+public:
+    std::optional<std::string> answer(const Prompt& prompt) override { return prompt.request; }
+
+    [[nodiscard]] std::string name() const override { return "echo"; }
+};
+
+/// A service that is signed in to, kept over all inputs.
+class SignedInService {
+public:
+    SignedInService()
+    {
+        require(initializeSecrets(), "the system gives randomness");
+        Transaction transaction(*m_database);
+        const std::int64_t account = addAccount(transaction, "a@b", "no hash", m_now);
+        m_authorization = "Bearer " + startSession(transaction, account, {}, m_lives, m_now).access;
+        transaction.commit();
+    }
+
+    Outcome answer(Endpoint endpoint, const std::string& body, bool withModel)
+    {
+        Service& service = withModel ? m_withModel : m_withRules;
+        return service.answer({endpoint, m_authorization, body, "127.0.0.1"});
+    }
+
+private:
+    ServiceParts parts(LanguageModel* model)
+    {
+        return {*m_database, m_passwords, [](const Mail&) { return true; }, model, m_lives, {},
+            [this] { return m_now; }};
+    }
+
+    std::int64_t m_now = 1'700'000'000;
+    TokenLives m_lives;
+    std::unique_ptr<Database> m_database = Database::inMemory();
+    Passwords m_passwords{PasswordCost::least()};
+    EchoModel m_model;
+    Service m_withRules{parts(nullptr)};
+    Service m_withModel{parts(&m_model)};
+    std::string m_authorization;
+};
+
+void checkBody(const std::string& text)
+{
+    const Outcome body = parseBody(text);
+    require(!body || body->is_object(), "a body is an object");
+    if (body)
+        require(decodeUtf8(body->dump()).find(U'\xfffd') == std::u32string::npos
+                || text.find("\xef\xbf\xbd") != std::string::npos
+                || text.find("\\u") != std::string::npos,
+            "a body is UTF-8");
+    else
+        require(
+            body.error().status == 400 || body.error().status == 413, "a bad body is 400 or 413");
+    completionText(text);
+    parseModelUrl(text);
+}
+
+void checkHead(const std::string& text)
+{
+    RequestHead head{"POST", "/v1/auth/login", {text}, {text}};
+    const auto refused = refusalBeforeBody(head);
+    require(!refused || refused->status >= 400, "a refusal is an error");
+    head = {text, text};
+    require(refusalBeforeBody(head).has_value(), "unknown paths are refused");
+}
+
+void checkPolish(const std::string& text)
+{
+    for (const Style style : {Style::Professional, Style::Xiaohongshu, Style::BusinessEmail,
+             Style::Casual, Style::Meeting, Style::AiPrompt}) {
+        const std::string written = polish(text, style);
+        require(encodeUtf8(decodeUtf8(written)) == written, "a polished text is UTF-8");
+        require(written.empty() == text.empty(), "a text stays a text");
+    }
+}
+
+} // namespace
+} // namespace tavrin::devcloud
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    using namespace tavrin::devcloud;
+    if (size == 0)
+        return 0;
+    static SignedInService service;
+    const Route& route = routes()[data[0] % routes().size()];
+    const std::string text(reinterpret_cast<const char*>(data + 1), size - 1);
+    checkBody(text);
+    checkHead(text);
+    checkPolish(text);
+    if (route.endpoint == Endpoint::Logout) // Would end the session that all inputs share.
+        return 0;
+    for (const bool withModel : {false, true}) {
+        const Outcome outcome = service.answer(route.endpoint, text, withModel);
+        require(outcome || (outcome.error().status >= 400 && outcome.error().status != 500),
+            "no request is an internal error");
+        require(!outcome || outcome->is_object(), "an answer is an object");
+    }
+    return 0;
+}
