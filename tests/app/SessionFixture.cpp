@@ -50,8 +50,6 @@ SessionFixture::SessionFixture()
     trace.clear();
 }
 
-SessionFixture::~SessionFixture() = default;
-
 void SessionFixture::preferHeadset()
 {
     preferences.setValue(keys::preferredMicrophoneUID, u"headset"_s);

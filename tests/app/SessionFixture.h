@@ -51,7 +51,6 @@ protected:
     static constexpr Seconds deliveryTime{0.78}; ///< From the answer of the cloud to the outcome.
 
     SessionFixture();
-    ~SessionFixture() override;
 
     // What the user may have set.
 
