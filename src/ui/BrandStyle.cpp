@@ -1,6 +1,7 @@
 #include "ui/BrandStyle.h"
 
 #include <QApplication>
+#include <QFontInfo>
 #include <QPalette>
 #include <QScreen>
 #include <QWidget>
@@ -90,10 +91,10 @@ QFont systemFont(double size, QFont::Weight weight)
 
 void useGlyphsOf(const QString& interfaceLanguage)
 {
-    const bool traditional = interfaceLanguage == "zh-Hant"_L1;
     QFont font = QApplication::font();
-    font.setFamilies(
-        font.families() << (traditional ? u"Noto Sans CJK TC"_s : u"Noto Sans CJK SC"_s));
+    // The system font by its real name: a list with an alias ("Sans Serif") skips to the next one.
+    font.setFamilies({QFontInfo(font).family(),
+        interfaceLanguage == "zh-Hant"_L1 ? u"Noto Sans CJK TC"_s : u"Noto Sans CJK SC"_s});
     QApplication::setFont(font);
 }
 
