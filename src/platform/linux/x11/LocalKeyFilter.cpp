@@ -74,6 +74,12 @@ bool LocalKeyFilter::handleKey(const xcb_key_press_event_t& event, bool press)
         key = m_tracker.pressed(role, event.detail);
     else
         key = m_tracker.released(role, event.detail);
+    // A key that repeats comes up and goes down again in the same moment.
+    const std::pair stroke{event.detail, event.time};
+    if (!press)
+        m_lastRelease = stroke;
+    else if (m_lastRelease == stroke)
+        key->isRepeat = true;
     if (!key)
         return false;
     // Keys that went down before the window had the keyboard are known by the state alone.

@@ -4,6 +4,8 @@
 
 #include <QAbstractNativeEventFilter>
 
+#include <utility>
+
 namespace tavrin {
 
 /// Sees the keys of our own windows before Qt does, and can keep them from it. Main thread.
@@ -25,6 +27,7 @@ private:
     KeyboardMap m_map;
     bool m_mapChanged = false;
     KeyTracker m_tracker;
+    std::pair<xcb_keycode_t, xcb_timestamp_t> m_lastRelease{0, 0};
 };
 
 } // namespace tavrin

@@ -20,6 +20,9 @@ constexpr auto silentProgramPause = 80ms;
 constexpr auto fingerPatience = 600ms;
 constexpr auto fingerPause = 5ms;
 
+// A window manager that just made the target active may not have said so yet.
+constexpr auto managerPatience = 200ms;
+
 // Faster, and editors drop keys.
 constexpr auto strokePause = 1ms;
 
@@ -96,12 +99,8 @@ void Typist::pressPaste(PasteShortcut shortcut)
 
 void Typist::typeText(const QString& text, const RunningApplication& target, quint64 turn)
 {
-    const xcb_window_t window = m_windows.active();
-    const bool isTarget = window != XCB_WINDOW_NONE
-        && (window == target.window
-            || (target.processIdentifier > 0
-                && m_windows.owner(window).processIdentifier == target.processIdentifier));
-    if (!isTarget)
+    const xcb_window_t window = activeWindowOf(target);
+    if (window == XCB_WINDOW_NONE)
         return;
     m_focus = focus();
     const KeyboardMap map = KeyboardMap::read(connection());
@@ -112,6 +111,23 @@ void Typist::typeText(const QString& text, const RunningApplication& target, qui
             break;
     }
     m_spareCodes.restore();
+}
+
+xcb_window_t Typist::activeWindowOf(const RunningApplication& target) const
+{
+    const auto end = Clock::now() + managerPatience;
+    for (;;) {
+        const xcb_window_t window = m_windows.active();
+        const bool isTarget = window != XCB_WINDOW_NONE
+            && (window == target.window
+                || (target.processIdentifier > 0
+                    && m_windows.owner(window).processIdentifier == target.processIdentifier));
+        if (isTarget)
+            return window;
+        if (Clock::now() >= end)
+            return XCB_WINDOW_NONE;
+        std::this_thread::sleep_for(fingerPause);
+    }
 }
 
 bool Typist::typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 turn)

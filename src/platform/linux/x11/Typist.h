@@ -31,6 +31,8 @@ protected:
 private:
     void pressPaste(PasteShortcut shortcut);
     void typeText(const QString& text, const RunningApplication& target, quint64 turn);
+    /// The target's window that has the keyboard; XCB_WINDOW_NONE when another program has it.
+    [[nodiscard]] xcb_window_t activeWindowOf(const RunningApplication& target) const;
     /// False when typing has to end.
     bool typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 turn);
     void releaseHeldModifiers(const KeyboardMap& map);

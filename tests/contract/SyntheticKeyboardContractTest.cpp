@@ -1,0 +1,105 @@
+#include "contract/Subject.h"
+#include "platform/linux/x11/ClipboardPasteboard.h"
+#include "platform/linux/x11/TestClient.h"
+#include "platform/linux/x11/X11SyntheticKeyboard.h"
+#include "support/InMemoryPasteboard.h"
+#include "support/QtPrinters.h"
+#include "support/RecordingKeyboard.h"
+
+#include <QCoreApplication>
+#include <QPlainTextEdit>
+
+namespace tavrin::testing {
+namespace {
+
+/// A keyboard, a pasteboard and an editor that both end up in.
+class KeyboardSubject {
+public:
+    virtual ~KeyboardSubject() = default;
+    [[nodiscard]] virtual SyntheticKeyboard& keyboard() = 0;
+    [[nodiscard]] virtual Pasteboard& pasteboard() = 0;
+    [[nodiscard]] virtual RunningApplication editor() = 0;
+    [[nodiscard]] virtual QString text() = 0;
+};
+
+class RecordingSubject final : public KeyboardSubject {
+public:
+    RecordingSubject()
+    {
+        m_keyboard.onPaste = [this] { m_text += m_pasteboard.string(); };
+        m_keyboard.onTyping = [this](const QString& typed) { m_text += typed; };
+    }
+
+    [[nodiscard]] SyntheticKeyboard& keyboard() override { return m_keyboard; }
+
+    [[nodiscard]] Pasteboard& pasteboard() override { return m_pasteboard; }
+
+    [[nodiscard]] RunningApplication editor() override { return {1, {}, {}, 1}; }
+
+    [[nodiscard]] QString text() override { return m_text; }
+
+private:
+    InMemoryPasteboard m_pasteboard;
+    RecordingKeyboard m_keyboard;
+    QString m_text;
+};
+
+class X11Subject final : public KeyboardSubject {
+public:
+    X11Subject()
+    {
+        m_editor.show();
+        TestClient::eventually([this] { return m_editor.isActiveWindow(); });
+    }
+
+    [[nodiscard]] SyntheticKeyboard& keyboard() override { return m_keyboard; }
+
+    [[nodiscard]] Pasteboard& pasteboard() override { return m_pasteboard; }
+
+    [[nodiscard]] RunningApplication editor() override
+    {
+        return {QCoreApplication::applicationPid(), {}, {}, m_editor.winId()};
+    }
+
+    [[nodiscard]] QString text() override { return m_editor.toPlainText(); }
+
+private:
+    QPlainTextEdit m_editor;
+    ClipboardPasteboard m_pasteboard;
+    X11SyntheticKeyboard m_keyboard{m_pasteboard};
+};
+
+class SyntheticKeyboardContractTest : public ContractTest<KeyboardSubject> { };
+
+INSTANTIATE_TEST_SUITE_P(Implementations, SyntheticKeyboardContractTest,
+    ::testing::Values(Implementation<KeyboardSubject>{"Recording",
+                          makeSubject<KeyboardSubject, RecordingSubject>},
+        Implementation<KeyboardSubject>{"X11", makeSubject<KeyboardSubject, X11Subject>}),
+    implementationName);
+
+TEST_P(SyntheticKeyboardContractTest, ThePasteShortcutPastesThePasteboard)
+{
+    ASSERT_TRUE(subject().pasteboard().setString(QStringLiteral("粘贴 paste")));
+    subject().keyboard().postPasteShortcut(subject().editor());
+    EXPECT_TRUE(
+        TestClient::eventually([&] { return subject().text() == QStringLiteral("粘贴 paste"); }));
+}
+
+TEST_P(SyntheticKeyboardContractTest, ChunksAreTypedOneAfterAnother)
+{
+    const QStringList chunks{
+        QStringLiteral("0123456789abcdef"), QStringLiteral("中文，😀"), QStringLiteral(" end.")};
+    subject().keyboard().postUnicodeText(chunks, subject().editor());
+    EXPECT_TRUE(TestClient::eventually([&] { return subject().text() == chunks.join(QString()); }));
+}
+
+TEST_P(SyntheticKeyboardContractTest, CancellingWhenNothingIsTypedDoesNothing)
+{
+    subject().keyboard().cancelTyping();
+    subject().keyboard().postUnicodeText({QStringLiteral("after")}, subject().editor());
+    EXPECT_TRUE(
+        TestClient::eventually([&] { return subject().text() == QStringLiteral("after"); }));
+}
+
+} // namespace
+} // namespace tavrin::testing

@@ -1,0 +1,48 @@
+#include "platform/linux/desktop/TerminationSignals.h"
+
+#include "support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <optional>
+
+namespace tavrin::testing {
+namespace {
+
+class TerminationSignalsTest : public ::testing::TestWithParam<int> { };
+
+INSTANTIATE_TEST_SUITE_P(
+    Signals, TerminationSignalsTest, ::testing::Values(SIGTERM, SIGINT, SIGHUP));
+
+TEST_P(TerminationSignalsTest, AskOnceForACleanEnd)
+{
+    int asked = 0;
+    const TerminationSignals signals([&] { ++asked; });
+    ::raise(GetParam());
+    EXPECT_EQ(asked, 0) << "not inside the signal handler";
+    EXPECT_TRUE(waitUntil([&] { return asked == 1; }));
+}
+
+TEST_P(TerminationSignalsTest, ASecondOneEndsTheProcess)
+{
+    EXPECT_EXIT(
+        {
+            bool asked = false;
+            const TerminationSignals signals([&] { asked = true; });
+            ::raise(GetParam());
+            (void)waitUntil([&] { return asked; });
+            ::raise(GetParam());
+        },
+        ::testing::KilledBySignal(GetParam()), "");
+}
+
+TEST_P(TerminationSignalsTest, TheUsualMeaningReturnsAfterwards)
+{
+    std::optional<TerminationSignals> signals(std::in_place, [] {});
+    signals.reset();
+    EXPECT_EXIT(::raise(GetParam()), ::testing::KilledBySignal(GetParam()), "");
+}
+
+} // namespace
+} // namespace tavrin::testing

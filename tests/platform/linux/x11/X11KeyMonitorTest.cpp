@@ -1,0 +1,191 @@
+#include "platform/linux/x11/X11KeyMonitor.h"
+
+#include "platform/linux/x11/TestClient.h"
+
+#include <QLineEdit>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <mutex>
+#include <thread>
+#include <unistd.h>
+
+namespace tavrin::testing {
+namespace {
+
+using Kind = KeyEvent::Kind;
+
+constexpr xcb_keycode_t leftAltCode = 64;
+constexpr xcb_keycode_t rightAltCode = 108;
+
+/// What a handler was given, from whatever thread.
+class Events {
+public:
+    void add(const KeyEvent& event)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_events.push_back(event);
+    }
+
+    [[nodiscard]] std::vector<KeyEvent> all() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_events;
+    }
+
+    [[nodiscard]] bool eventuallyAre(const std::vector<KeyEvent>& expected) const
+    {
+        return TestClient::eventually([&] { return all() == expected; });
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::vector<KeyEvent> m_events;
+};
+
+class X11KeyMonitorTest : public ::testing::Test {
+protected:
+    /// Gives the keyboard to another program.
+    void otherProgramInFront()
+    {
+        m_other = m_client.createWindow("other", "Other", static_cast<quint32>(::getppid()));
+    }
+
+    void TearDown() override
+    {
+        if (m_other != XCB_WINDOW_NONE)
+            m_client.destroyWindow(m_other);
+    }
+
+    [[nodiscard]] std::unique_ptr<KeyObservation> watch()
+    {
+        return m_monitor.addGlobalMonitor([this](const KeyEvent& event) { m_events.add(event); });
+    }
+
+    TestClient m_client;
+    X11KeyMonitor m_monitor;
+    Events m_events;
+
+private:
+    xcb_window_t m_other = XCB_WINDOW_NONE;
+};
+
+TEST_F(X11KeyMonitorTest, TheTwoAltKeysAreToldApart)
+{
+    otherProgramInFront();
+    const auto observation = watch();
+    ASSERT_TRUE(observation);
+    for (const xcb_keycode_t code : {rightAltCode, leftAltCode}) {
+        m_client.pressKey(code);
+        m_client.releaseKey(code);
+    }
+    EXPECT_TRUE(m_events.eventuallyAre(
+        {{Kind::FlagsChanged, key_codes::rightOption, KeyModifier::Option, false},
+            {Kind::FlagsChanged, key_codes::rightOption, {}, false},
+            {Kind::FlagsChanged, key_codes::leftOption, KeyModifier::Option, false},
+            {Kind::FlagsChanged, key_codes::leftOption, {}, false}}));
+}
+
+TEST_F(X11KeyMonitorTest, KeysComeWithTheModifiersThatAreDown)
+{
+    otherProgramInFront();
+    const auto observation = watch();
+    ASSERT_TRUE(observation);
+    const auto control = *KeyboardMap::read(m_client.connection()).codeOf(keysyms::leftControl);
+    m_client.pressKey(control);
+    m_client.pressKey(leftAltCode);
+    m_client.tap(keysyms::space);
+    m_client.releaseKey(leftAltCode);
+    m_client.releaseKey(control);
+    m_client.tap(keysyms::escape);
+    ASSERT_TRUE(TestClient::eventually([this] { return m_events.all().size() == 6; }));
+    const auto events = m_events.all();
+    const KeyEvent space{Kind::KeyDown, key_codes::space,
+        KeyModifiers(KeyModifier::Control) | KeyModifier::Option, false};
+    EXPECT_EQ(events[2], space);
+    EXPECT_EQ(events[5], (KeyEvent{Kind::KeyDown, key_codes::escape, {}, false}));
+}
+
+TEST_F(X11KeyMonitorTest, GlobalHandlersRunWhileTheMainThreadIsBusy)
+{
+    otherProgramInFront();
+    const auto observation = watch();
+    ASSERT_TRUE(observation);
+    m_client.pressKey(rightAltCode);
+    m_client.releaseKey(rightAltCode);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+    while (m_events.all().size() < 2 && std::chrono::steady_clock::now() < end)
+        std::this_thread::yield(); // Without the event loop.
+    EXPECT_EQ(m_events.all().size(), 2U);
+}
+
+TEST_F(X11KeyMonitorTest, NothingIsReportedAfterTheObservationEnded)
+{
+    otherProgramInFront();
+    auto observation = watch();
+    ASSERT_TRUE(observation);
+    observation.reset();
+    m_client.tap(keysyms::escape);
+    EXPECT_TRUE(m_events.all().empty());
+}
+
+TEST_F(X11KeyMonitorTest, OwnWindowsBelongToTheLocalMonitorWhichCanSwallow)
+{
+    QLineEdit field;
+    field.show();
+    ASSERT_TRUE(TestClient::eventually([&] { return field.hasFocus(); }));
+    const auto global = watch();
+    Events local;
+    const auto observation = m_monitor.addLocalMonitor([&](const KeyEvent& event) {
+        local.add(event);
+        return event.keyCode == key_codes::space;
+    });
+    m_client.tap('a');
+    m_client.tap(keysyms::space);
+    m_client.tap('b');
+    EXPECT_TRUE(TestClient::eventually([&] { return field.text() == QStringLiteral("ab"); }));
+    ASSERT_EQ(local.all().size(), 3U);
+    EXPECT_EQ(local.all()[1], (KeyEvent{Kind::KeyDown, key_codes::space, {}, false}));
+    EXPECT_TRUE(m_events.all().empty());
+}
+
+TEST_F(X11KeyMonitorTest, ALocalModifierComesWithTheStateAfterwards)
+{
+    QLineEdit field;
+    field.show();
+    ASSERT_TRUE(TestClient::eventually([&] { return field.hasFocus(); }));
+    Events local;
+    const auto observation = m_monitor.addLocalMonitor([&](const KeyEvent& event) {
+        local.add(event);
+        return true;
+    });
+    m_client.pressKey(rightAltCode);
+    m_client.releaseKey(rightAltCode);
+    EXPECT_TRUE(local.eventuallyAre(
+        {{Kind::FlagsChanged, key_codes::rightOption, KeyModifier::Option, false},
+            {Kind::FlagsChanged, key_codes::rightOption, {}, false}}));
+}
+
+TEST_F(X11KeyMonitorTest, AHeldKeyRepeats)
+{
+    QLineEdit field;
+    field.show();
+    ASSERT_TRUE(TestClient::eventually([&] { return field.hasFocus(); }));
+    Events local;
+    const auto observation = m_monitor.addLocalMonitor([&](const KeyEvent& event) {
+        local.add(event);
+        return true;
+    });
+    const auto space = *KeyboardMap::read(m_client.connection()).codeOf(keysyms::space);
+    m_client.pressKey(space);
+    const bool repeated = TestClient::eventually([&] { return local.all().size() >= 3; });
+    m_client.releaseKey(space);
+    ASSERT_TRUE(repeated);
+    const auto events = local.all();
+    EXPECT_FALSE(events[0].isRepeat);
+    for (std::size_t i = 1; i < events.size(); ++i)
+        EXPECT_TRUE(events[i].isRepeat) << i;
+}
+
+} // namespace
+} // namespace tavrin::testing
