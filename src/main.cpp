@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/CommandLine.h"
+#include "app/NoCorrectionLearning.h"
 #include "base/Log.h"
 #include "platform/Platform.h"
 #include "platform/ProgramInstance.h"
@@ -56,11 +57,13 @@ void configureLogging(bool verbose)
 int run(ProgramInstance& instance)
 {
     Platform platform = createPlatform();
+    NoCorrectionLearning correctionLearning;
     AppDelegate delegate({
         .platform = &platform,
         .createUserInterface = createDesktopInterface,
         // Not quit(): that asks every window first, and a window must not refuse.
         .terminate = [] { QApplication::exit(); },
+        .correctionLearning = &correctionLearning,
     });
     platform.mainQueue->post([&] {
         delegate.applicationDidFinishLaunching();

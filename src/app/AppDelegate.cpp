@@ -6,7 +6,6 @@
 #include "app/HistoryWindow.h"
 #include "app/MainWindow.h"
 #include "app/PersonalizationWindow.h"
-#include "app/SessionHistory.h"
 #include "audio/RecordingFile.h"
 #include "base/Log.h"
 #include "cloud/Deployment.h"
@@ -46,6 +45,9 @@ AppDelegate::AppDelegate(Surroundings surroundings)
     , m_delivery({*m_platform.pasteboard, *m_platform.workspace, *m_platform.accessibility,
                      *m_platform.syntheticKeyboard, *m_platform.mainQueue},
           m_target)
+    , m_historyStore({*m_platform.preferences, *m_platform.clock, *m_platform.systemInfo,
+          *m_platform.backgroundQueue})
+    , m_sessionHistory(m_historyStore)
     , m_statusMenu({m_localization, *m_platform.preferences, m_settings, *m_platform.statusItem},
           menuActions())
     , m_shortcutMonitor(
@@ -111,6 +113,7 @@ void AppDelegate::applicationWillTerminate()
 {
     allowDroppedCompletions(true);
     m_audioEnvironment.restoreAudioEnvironment();
+    m_historyStore.flush();
     m_target.releaseElements();
 }
 
@@ -128,8 +131,7 @@ void AppDelegate::hideMainWindow()
 
 void AppDelegate::quit()
 {
-    if (m_surroundings.correctionLearning)
-        m_surroundings.correctionLearning->finishCorrectionLearningAndAnalyze(true);
+    m_surroundings.correctionLearning->finishCorrectionLearningAndAnalyze(true);
     m_surroundings.terminate();
 }
 
@@ -168,8 +170,6 @@ QStringList AppDelegate::contextualTerms()
 
 void AppDelegate::createSession()
 {
-    if (!m_surroundings.correctionLearning || !m_surroundings.history)
-        return;
     m_session.emplace(RecordingSession::Neighbours{
         .accountPanel = m_userInterface->accountPanel(),
         .alerts = *m_platform.alerts,
@@ -182,7 +182,7 @@ void AppDelegate::createSession()
         .errorAlert = m_errorAlert,
         .estimator = m_estimator,
         .healthPanel = m_userInterface->healthPanel(),
-        .history = *m_surroundings.history,
+        .history = m_sessionHistory,
         .hud = m_userInterface->hud(),
         .liveTranscriber = m_liveTranscriber,
         .localization = m_localization,
@@ -199,10 +199,8 @@ void AppDelegate::createSession()
 
 void AppDelegate::toggleOperationMode(OperationMode mode)
 {
-    if (m_session)
-        m_session->toggleOperationMode(mode);
-    else
-        m_platform.alerts->beep();
+    m_historyStore.warmUp(); // Read while the user speaks.
+    m_session->toggleOperationMode(mode);
 }
 
 void AppDelegate::undoWhatACrashLeft()

@@ -11,6 +11,7 @@
 #include "app/ShortcutSettings.h"
 #include "app/SoundEffects.h"
 #include "app/StatusMenu.h"
+#include "app/StoredSessionHistory.h"
 #include "app/UpdateChecker.h"
 #include "app/UserInterface.h"
 #include "audio/AudioEnvironment.h"
@@ -18,6 +19,7 @@
 #include "cloud/TavrinAPI.h"
 #include "delivery/TargetContext.h"
 #include "delivery/TextDelivery.h"
+#include "history/HistoryStore.h"
 #include "speech/LiveTranscriber.h"
 #include "speech/SystemTranscriber.h"
 
@@ -28,7 +30,6 @@
 namespace tavrin {
 
 class CorrectionLearning;
-class SessionHistory;
 struct Platform;
 
 /// The controller of the application: builds, owns and connects everything, and passes on launch,
@@ -42,10 +43,10 @@ public:
         std::function<void()>
             terminate; ///< Ends the program, by way of applicationWillTerminate().
         CorrectionLearning* correctionLearning = nullptr;
-        SessionHistory* history = nullptr; ///< Without these two, operations only beep.
     };
 
-    /// @param surroundings must outlive the controller; a platform with every port.
+    /// @param surroundings must outlive the controller; a platform with every port, and a
+    /// correction learning.
     explicit AppDelegate(Surroundings surroundings);
     ~AppDelegate();
 
@@ -66,7 +67,8 @@ public:
 
     [[nodiscard]] static bool applicationSupportsSecureRestorableState() { return true; }
 
-    /// Puts the machine's sound back. Called once, as the last thing before the end.
+    /// Puts the machine's sound back and finishes writing. Called once, as the last thing before
+    /// the end.
     void applicationWillTerminate();
 
     void showMainWindow();
@@ -97,6 +99,8 @@ private:
     LiveTranscriber m_liveTranscriber;
     TargetContext m_target;
     TextDelivery m_delivery;
+    HistoryStore m_historyStore;
+    StoredSessionHistory m_sessionHistory;
     StatusMenu m_statusMenu;
     ShortcutMonitor m_shortcutMonitor;
     ShortcutSettings m_shortcutSettings;

@@ -4,6 +4,7 @@
 #include "platform/Alerts.h"
 #include "platform/AudioDevices.h"
 #include "platform/AudioRecorder.h"
+#include "platform/BackgroundQueue.h"
 #include "platform/Clock.h"
 #include "platform/HotKeyProbe.h"
 #include "platform/HttpTransport.h"
@@ -32,6 +33,7 @@ struct Platform {
     std::unique_ptr<SystemInfo> systemInfo;
     std::unique_ptr<Clock> clock;
     std::unique_ptr<MainQueue> mainQueue;
+    std::unique_ptr<BackgroundQueue> backgroundQueue;
     std::unique_ptr<Preferences> preferences;
     std::unique_ptr<Workspace> workspace;
     std::unique_ptr<Accessibility> accessibility;

@@ -96,6 +96,7 @@ ControllerFixture::ControllerFixture()
     statusItem->onVisible = [this] { note(u"show status item"_s); };
     alerts = own(platform.alerts, std::make_unique<ScriptedAlerts>());
     platform.permissions = std::make_unique<InMemoryPermissions>();
+    background = own(platform.backgroundQueue, std::make_unique<InMemoryBackgroundQueue>());
 
     surroundings = {
         .platform = &platform,
@@ -109,7 +110,6 @@ ControllerFixture::ControllerFixture()
             },
         .terminate = [this] { note(u"terminate"_s); },
         .correctionLearning = &correctionLearning,
-        .history = &history,
     };
 }
 

@@ -8,6 +8,7 @@
 #include "platform/PreferenceKeys.h"
 #include "support/InMemoryAudioDevices.h"
 #include "support/InMemoryAudioRecorders.h"
+#include "support/InMemoryBackgroundQueue.h"
 #include "support/InMemoryHttpTransport.h"
 #include "support/InMemoryKeyMonitor.h"
 #include "support/InMemoryPreferences.h"
@@ -67,10 +68,10 @@ protected:
     InMemoryAudioDevices* devices = nullptr;
     InMemoryKeyMonitor* keyboard = nullptr;
     ScriptedAlerts* alerts = nullptr;
+    InMemoryBackgroundQueue* background = nullptr;
 
     // The neighbours.
     TracedCorrectionLearning correctionLearning{note};
-    TracedHistory history{note};
     TracedInterface* windows = nullptr; ///< Owned by the controller.
     bool hasIcon = true;
     AppDelegate::Surroundings surroundings;

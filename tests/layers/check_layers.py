@@ -40,7 +40,7 @@ MAIN = "src/main.cpp"
 INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s*([<"])([^>"]+)[>"]')
 PLATFORM_TEST = re.compile(
     r"^\s*#\s*(?:el)?if.*\b(Q_OS_\w+|__linux__|__unix__|__APPLE__|_WIN32|TARGET_OS_\w+)\b")
-STANDARD_HEADER = re.compile(r"[a-z_]+|tl/expected\.hpp")
+STANDARD_HEADER = re.compile(r"[a-z_]+|simdjson\.h|tl/expected\.hpp")
 QT_HEADER = re.compile(r"(?:Qt\w+/)?(Q\w+|q\w+\.h)")
 # Waiting, time and state that bypass the ports.
 MACHINERY = {

@@ -12,6 +12,7 @@
 #include "platform/linux/x11/X11SyntheticKeyboard.h"
 #include "platform/linux/x11/X11Workspace.h"
 #include "platform/qt/QtAlerts.h"
+#include "platform/qt/QtBackgroundQueue.h"
 #include "platform/qt/QtClock.h"
 #include "platform/qt/QtHttpTransport.h"
 #include "platform/qt/QtMainQueue.h"
@@ -26,6 +27,7 @@ Platform createPlatform()
     platform.systemInfo = std::make_unique<LinuxSystemInfo>(QString());
     platform.clock = std::make_unique<QtClock>();
     platform.mainQueue = std::make_unique<QtMainQueue>();
+    platform.backgroundQueue = std::make_unique<QtBackgroundQueue>(*platform.mainQueue);
     platform.preferences =
         std::make_unique<JsonPreferences>(JsonPreferences::userPath(), *platform.mainQueue);
     platform.workspace = std::make_unique<X11Workspace>();

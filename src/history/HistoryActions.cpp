@@ -1,0 +1,101 @@
+#include "history/HistoryActions.h"
+
+#include "history/HistoryRetention.h"
+#include "history/HistoryStore.h"
+#include "history/HistoryTexts.h"
+#include "platform/Alerts.h"
+#include "platform/Pasteboard.h"
+#include "platform/PreferenceKeys.h"
+#include "platform/Preferences.h"
+#include "platform/Workspace.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin {
+
+HistoryActions::HistoryActions(Neighbours neighbours)
+    : m_neighbours(std::move(neighbours))
+{
+}
+
+void HistoryActions::copyHistoryRecord(const QString& id)
+{
+    const std::optional<HistoryRecord> record = m_neighbours.store.historyRecordWithID(id);
+    const auto key = m_expandedHistoryRecordIDs.contains(id) ? "transcript"_L1 : "finalText"_L1;
+    copy(record ? record->object().value(key).toString() : QString());
+}
+
+void HistoryActions::copyLatestHistory()
+{
+    const HistoryRecords records = m_neighbours.store.historyRecords();
+    copy(records.isEmpty() ? QString() : records.first().object().value("finalText"_L1).toString());
+}
+
+void HistoryActions::copy(const QString& text)
+{
+    if (text.isEmpty())
+        return m_neighbours.alerts.beep();
+    m_neighbours.pasteboard.setString(text);
+    m_neighbours.playSound(u"success"_s);
+}
+
+void HistoryActions::deleteHistoryRecord(const QString& id)
+{
+    HistoryRecords records = m_neighbours.store.historyRecords();
+    records.removeIf([&](const HistoryRecord& record) { return record.id() == id; });
+    m_expandedHistoryRecordIDs.remove(id);
+    m_neighbours.store.writeHistoryRecords(records);
+    m_neighbours.refreshHistoryView();
+}
+
+void HistoryActions::toggleHistoryOriginal(const QString& id)
+{
+    if (!m_expandedHistoryRecordIDs.remove(id) && !id.isEmpty())
+        m_expandedHistoryRecordIDs.insert(id);
+    m_neighbours.refreshHistoryView();
+}
+
+void HistoryActions::selectHistoryRetention(int index)
+{
+    const int last = static_cast<int>(retentionChoices.size()) - 1;
+    const auto& choice = retentionChoices.at(static_cast<std::size_t>(std::clamp(index, 0, last)));
+    m_neighbours.preferences.setValue(keys::historyRetention, choice.value.toString());
+    m_neighbours.preferences.synchronize();
+    static_cast<void>(m_neighbours.store.historyRecords()); // Prunes under the new rule.
+    m_neighbours.refreshHistoryView();
+}
+
+void HistoryActions::clearHistory()
+{
+    Alert alert;
+    alert.style = Alert::Style::Warning;
+    alert.messageText = texts::clearHistoryQuestion.toString();
+    alert.informativeText = texts::clearHistoryDetail.toString();
+    alert.buttons = {texts::clearHistoryButton.toString(), texts::keepHistoryButton.toString()};
+    m_neighbours.alerts.show(alert, m_guard.bind([this](const AlertAnswer& answer) {
+        if (answer.button != 0)
+            return;
+        m_neighbours.store.writeHistoryRecords({});
+        m_neighbours.refreshHistoryView();
+    }));
+}
+
+void HistoryActions::openHistoryFolder()
+{
+    m_neighbours.workspace.openFolder(QFileInfo(m_neighbours.store.historyFileURL()).path());
+}
+
+void HistoryActions::showHistoryWindow()
+{
+    m_neighbours.selectHistoryPage();
+    m_neighbours.refreshHistoryView();
+    m_neighbours.workspace.activateThisApplication();
+    m_neighbours.showMainWindow();
+}
+
+} // namespace tavrin

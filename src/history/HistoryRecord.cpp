@@ -1,0 +1,41 @@
+#include "history/HistoryRecord.h"
+
+#include <QJsonDocument>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin {
+
+HistoryRecord HistoryRecord::fromObject(const QJsonObject& object)
+{
+    auto text = std::make_shared<const QByteArray>(
+        QJsonDocument(object).toJson(QJsonDocument::Indented).trimmed());
+    const qsizetype length = text->size();
+    return {std::move(text), 0, length, object.value("id"_L1).toString(),
+        object.value("timestamp"_L1).toDouble()};
+}
+
+HistoryRecord::HistoryRecord(std::shared_ptr<const QByteArray> buffer, qsizetype offset,
+    qsizetype length, QString id, double timestamp)
+    : m_buffer(std::move(buffer))
+    , m_offset(offset)
+    , m_length(length)
+    , m_id(std::move(id))
+    , m_timestamp(timestamp)
+{
+}
+
+QByteArrayView HistoryRecord::json() const
+{
+    return QByteArrayView(*m_buffer).sliced(m_offset, m_length);
+}
+
+QJsonObject HistoryRecord::object() const
+{
+    const QByteArrayView text = json();
+    return QJsonDocument::fromJson(QByteArray::fromRawData(text.data(), text.size())).object();
+}
+
+} // namespace tavrin

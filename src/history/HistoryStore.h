@@ -1,0 +1,111 @@
+#pragma once
+
+#include "base/CallbackGuard.h"
+#include "base/Seconds.h"
+#include "history/HistoryRecord.h"
+
+#include <QString>
+#include <QVariantMap>
+
+#include <functional>
+#include <optional>
+
+namespace tavrin {
+
+class BackgroundQueue;
+class Clock;
+class Preferences;
+class SystemInfo;
+
+/// What is to be kept of a finished result. Null strings count as absent.
+struct NewHistoryRecord {
+    QString transcript{};
+    QString finalText{};
+    QString delivery{}; ///< "保存在剪贴板" when absent.
+    QString mode{}; ///< "dictation" when absent.
+    QString targetLanguage{}; ///< Kept only when not empty.
+    Seconds audio{0};
+    Seconds processing{0};
+    QVariantMap application{};
+};
+
+/// The history of finished results, in the file `TranscriptionHistory.json` of the user's program
+/// data. Every read has the state of the file, with what the retention setting removes removed.
+///
+/// What was read is kept and used again while the file is the same and no record has grown too old,
+/// and the file is written in the background; until that has ended, reads show what is being
+/// written. A write that fails leaves the file as it was. Main thread only.
+class HistoryStore {
+public:
+    struct Ports {
+        Preferences& preferences;
+        const Clock& clock;
+        const SystemInfo& systemInfo;
+        BackgroundQueue& backgroundQueue;
+    };
+
+    /// @param ports must outlive the store.
+    explicit HistoryStore(const Ports& ports);
+    ~HistoryStore();
+
+    HistoryStore(const HistoryStore&) = delete;
+    HistoryStore& operator=(const HistoryStore&) = delete;
+
+    /// Called after each saved record: for the pages that show it.
+    void setSavedHandler(std::function<void()> handler) { m_saved = std::move(handler); }
+
+    /// Path of the history file. Creates its folder, and the file with what earlier versions left.
+    [[nodiscard]] QString historyFileURL();
+
+    /// Every record that is still to be kept, newest first; none when the file cannot be read.
+    [[nodiscard]] HistoryRecords historyRecords();
+
+    /// Makes @p records the history. False when the folder cannot be written.
+    bool writeHistoryRecords(const HistoryRecords& records);
+
+    /// Puts a result in front, unless the user keeps no history.
+    void saveHistoryTranscript(const NewHistoryRecord& result);
+
+    /// The first record with exactly this id.
+    [[nodiscard]] std::optional<HistoryRecord> historyRecordWithID(const QString& id);
+
+    /// Reads the file in the background, so that the next use finds it read.
+    void warmUp();
+
+    /// Waits until everything is written. For the end of the program.
+    void flush();
+
+private:
+    /// Tells one state of the file from another.
+    struct Stamp {
+        qint64 size = -1;
+        qint64 modified = 0; // Milliseconds since 1970.
+
+        friend bool operator==(const Stamp&, const Stamp&) = default;
+    };
+
+    struct Loaded;
+    struct Written;
+
+    [[nodiscard]] static Stamp stampOf(const QString& path);
+    [[nodiscard]] static Loaded load(const QString& path);
+    [[nodiscard]] static Written store(const QString& path, const HistoryRecords& records);
+    [[nodiscard]] QString retention() const;
+    [[nodiscard]] bool isCurrent(const QString& path) const;
+    void adopt(Loaded loaded);
+    void startWriting();
+    void migrate(const QString& path);
+
+    Ports m_ports;
+    std::function<void()> m_saved;
+
+    HistoryRecords m_records;
+    double m_oldest = 0; // The least timestamp among the records.
+    Stamp m_stamp; // Of the file that m_records stands for; that of no file before the first read.
+    bool m_mended = false; // The records differ from the file, which is to be written.
+    bool m_writing = false;
+    bool m_writeAgain = false; // The records have changed since the running write began.
+    CallbackGuard m_guard;
+};
+
+} // namespace tavrin

@@ -1,0 +1,156 @@
+#include "history/HistoryJson.h"
+
+#include "support/QtPrinters.h"
+
+#include <QJsonDocument>
+#include <QUuid>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin {
+namespace {
+
+QByteArray text(const HistoryRecords& records)
+{
+    QByteArray whole;
+    EXPECT_TRUE(writeHistory(records, [&](const QByteArray& piece) {
+        whole.append(piece);
+        return true;
+    }));
+    return whole;
+}
+
+QByteArray smallExample()
+{
+    return R"([
+    {"id": "A", "mode": "chat", "timestamp": 1.5, "finalText": "He said \"hi\" 😀 \u4e2d"},
+    {"id": "B", "mode": "dictation", "timestamp": 2}
+])"_ba;
+}
+
+TEST(HistoryJsonTest, RecordsKeepTheirOrderAndTheirText)
+{
+    const auto history = parseHistory(smallExample());
+
+    ASSERT_TRUE(history.has_value());
+    EXPECT_FALSE(history->changed);
+    ASSERT_EQ(history->records.size(), 2);
+    EXPECT_EQ(history->records[0].id(), u"A"_s);
+    EXPECT_EQ(history->records[0].timestamp(), 1.5);
+    EXPECT_EQ(
+        history->records[0].object().value("finalText"_L1).toString(), u"He said \"hi\" 😀 中"_s);
+    EXPECT_EQ(history->records[1].timestamp(), 2);
+}
+
+TEST(HistoryJsonTest, WhatIsWrittenIsReadBack)
+{
+    const auto history = parseHistory(smallExample());
+
+    const QByteArray written = text(history->records);
+    const auto again = parseHistory(written);
+
+    ASSERT_TRUE(again.has_value());
+    EXPECT_EQ(QJsonDocument::fromJson(written), QJsonDocument::fromJson(smallExample()));
+    EXPECT_EQ(text(again->records), written);
+}
+
+TEST(HistoryJsonTest, NoRecordsAreAnEmptyArray)
+{
+    EXPECT_EQ(text({}), "[]"_ba);
+    EXPECT_TRUE(parseHistory("[]"_ba)->records.isEmpty());
+}
+
+TEST(HistoryJsonTest, UnknownKeysAndExactNumbersSurvive)
+{
+    const QByteArray file =
+        R"([{"id":"A","mode":"x","big":9007199254740993,"more":{"a":[1,null,true]}}])"_ba;
+
+    EXPECT_TRUE(text(parseHistory(file)->records).contains("9007199254740993"));
+}
+
+TEST(HistoryJsonTest, ElementsThatAreNoObjectsAreLeftOut)
+{
+    const auto history = parseHistory(R"([1, "a", null, [], {"id":"A","mode":"chat"}, true])"_ba);
+
+    EXPECT_TRUE(history->changed);
+    ASSERT_EQ(history->records.size(), 1);
+    EXPECT_EQ(history->records[0].id(), u"A"_s);
+}
+
+TEST(HistoryJsonTest, AMissingOrWrongIdIsSuppliedAndTheRestKept)
+{
+    const auto history =
+        parseHistory(R"([{"mode":"chat","finalText":"a"}, {"id":7,"mode":"chat"}])"_ba);
+
+    EXPECT_TRUE(history->changed);
+    ASSERT_EQ(history->records.size(), 2);
+    for (const HistoryRecord& record : history->records) {
+        EXPECT_EQ(record.id().size(), 36);
+        EXPECT_EQ(record.id(), record.id().toUpper());
+        EXPECT_FALSE(QUuid::fromString(record.id()).isNull());
+        EXPECT_EQ(record.object().value("id"_L1).toString(), record.id());
+    }
+    EXPECT_EQ(history->records[0].object().value("finalText"_L1).toString(), u"a"_s);
+}
+
+TEST(HistoryJsonTest, AMissingOrWrongModeBecomesDictation)
+{
+    const auto history = parseHistory(R"([{"id":"A"}, {"id":"B","mode":3}])"_ba);
+
+    EXPECT_TRUE(history->changed);
+    for (const HistoryRecord& record : history->records)
+        EXPECT_EQ(record.object().value("mode"_L1).toString(), u"dictation"_s);
+}
+
+TEST(HistoryJsonTest, ATimestampThatIsNoNumberReadsAsZeroUnlessItIsOneInQuotes)
+{
+    const auto history = parseHistory(R"([
+        {"id":"A","mode":"m"}, {"id":"B","mode":"m","timestamp":null},
+        {"id":"C","mode":"m","timestamp":{}}, {"id":"D","mode":"m","timestamp":"12.5"}])"_ba);
+
+    EXPECT_EQ(history->records[0].timestamp(), 0);
+    EXPECT_EQ(history->records[1].timestamp(), 0);
+    EXPECT_EQ(history->records[2].timestamp(), 0);
+    EXPECT_EQ(history->records[3].timestamp(), 12.5);
+}
+
+TEST(HistoryJsonTest, AFileCutOffAnywhereIsNoHistory)
+{
+    const QByteArray whole = smallExample();
+    for (qsizetype length = 0; length < whole.size(); ++length)
+        EXPECT_FALSE(parseHistory(whole.left(length)).has_value()) << "cut at " << length;
+}
+
+TEST(HistoryJsonTest, WhatIsNoArrayIsNoHistory)
+{
+    for (const char* file : {"", " ", "{}", "7", "null", "\"a\"", "[", "[]x", "[{]", "[tru]",
+             "[{\"id\":\"A\",\"mode\":\"m\",\"x\":tru}]", "[{\"a\":1,}]", "\xFF\xFE", "[\"\xC3\"]"})
+        EXPECT_FALSE(parseHistory(file).has_value()) << file;
+}
+
+TEST(HistoryJsonTest, DeepNestingIsRefusedAndDoesNoHarm)
+{
+    const QByteArray deep = QByteArray(10'000, '[') + QByteArray(10'000, ']');
+    EXPECT_FALSE(parseHistory(deep).has_value());
+}
+
+TEST(HistoryJsonTest, AByteOrderMarkIsNoObstacle)
+{
+    EXPECT_EQ(parseHistory("\xEF\xBB\xBF[]"_ba)->records.size(), 0);
+}
+
+TEST(HistoryJsonTest, AFailingWriteEndsTheWriting)
+{
+    HistoryRecords records;
+    const QJsonObject large{{u"id"_s, u"A"_s}, {u"finalText"_s, QString(700'000, u'x')}};
+    for (int i = 0; i < 6; ++i)
+        records.append(HistoryRecord::fromObject(large));
+    int pieces = 0;
+
+    EXPECT_FALSE(writeHistory(records, [&](const QByteArray&) { return ++pieces < 2; }));
+    EXPECT_EQ(pieces, 2);
+}
+
+} // namespace
+} // namespace tavrin
