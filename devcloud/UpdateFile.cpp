@@ -3,7 +3,7 @@
 #include "devcloud/RequestBody.h"
 
 #include <fstream>
-#include <iterator>
+#include <sstream>
 
 namespace tavrin::devcloud {
 namespace {
@@ -35,8 +35,9 @@ tl::expected<UpdateOffer, std::string> readUpdateFile(const std::filesystem::pat
     std::ifstream stream(file);
     if (!stream)
         return tl::unexpected("cannot read " + file.string());
-    const std::string text((std::istreambuf_iterator<char>(stream)), {});
-    return parseUpdateOffer(text);
+    std::ostringstream text;
+    text << stream.rdbuf();
+    return parseUpdateOffer(text.str());
 }
 
 } // namespace tavrin::devcloud
