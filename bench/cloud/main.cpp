@@ -86,11 +86,12 @@ double measure(const std::function<void(const std::function<void()>&)>& start)
 double polishOnce(TavrinAPI& api)
 {
     return measure([&](const std::function<void()>& done) {
-        api.polish(transcript, {}, u"professional"_s, u"none"_s, [&](const Result<QString>& text) {
-            if (!text)
-                stop(text.error().message);
-            done();
-        });
+        api.polish(
+            transcript, {}, u"professional"_s, u"none"_s, [done](const Result<QString>& text) {
+                if (!text)
+                    stop(text.error().message);
+                done();
+            });
     });
 }
 
@@ -154,7 +155,7 @@ int main(int argc, char** argv)
         CloudSettings{[](const LocalizedText& text) { return text.en.toString(); },
             [] { return u"english"_s; }, url});
     measure([&](const std::function<void()>& done) {
-        api.loginEmail(arguments[2], arguments[3], [&](const CloudResponse& response) {
+        api.loginEmail(arguments[2], arguments[3], [done](const CloudResponse& response) {
             if (response.error)
                 stop(response.error->message);
             done();

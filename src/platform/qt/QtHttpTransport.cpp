@@ -2,6 +2,8 @@
 
 #include "platform/qt/HttpErrors.h"
 
+#include <QTimer>
+
 #include <utility>
 
 namespace tavrin {
@@ -30,9 +32,7 @@ void QtHttpTransport::send(const HttpRequest& request, ResponseCompletion comple
     open->exchange = std::make_unique<HttpExchange>(
         m_manager, m_tls, m_limits, request, [this, open](const Result<HttpResponse>& answer) {
             // Off the exchange's own stack, and after send() has returned.
-            QMetaObject::invokeMethod(
-                &m_deliveries, [this, open, answer] { finish(open, answer); },
-                Qt::QueuedConnection);
+            QTimer::singleShot(0, &m_deliveries, [this, open, answer] { finish(open, answer); });
         });
     open->exchange->start();
 }
