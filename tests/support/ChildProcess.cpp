@@ -37,6 +37,15 @@ bool ChildProcess::isRunning()
     return m_id > 0;
 }
 
+int ChildProcess::wait()
+{
+    int status = -1;
+    if (m_id > 0)
+        waitpid(m_id, &status, 0);
+    m_id = -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
 void ChildProcess::suspend() const
 {
     if (m_id > 0)

@@ -21,6 +21,9 @@ public:
     /// Whether it was started and has not ended.
     [[nodiscard]] bool isRunning();
 
+    /// Waits for its end: its exit status, or -1 when it was not started or was killed.
+    int wait();
+
     /// Stops it in its tracks, as a hung program; resume() lets it go on.
     void suspend() const;
     void resume() const;

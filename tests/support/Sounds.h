@@ -50,7 +50,7 @@ inline QByteArray wavFile(std::span<const qint16> samples, int rate = 16'000, in
     number(quint16{1}); // PCM
     number(static_cast<quint16>(channels));
     number(static_cast<quint32>(rate));
-    number(static_cast<quint32>(rate * channels * 2));
+    number(static_cast<quint32>(rate) * static_cast<quint32>(channels) * 2);
     number(static_cast<quint16>(channels * 2));
     number(quint16{16});
     file.append("data");

@@ -3,7 +3,6 @@
 #include "platform/linux/audio/SilentServer.h"
 #include "support/ChildProcess.h"
 
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -20,7 +19,8 @@ public:
     void start()
     {
         m_process = std::make_unique<ChildProcess>("env",
-            QStringList{"-u", "DBUS_SESSION_BUS_ADDRESS", "HOME=" + m_folder.path(),
+            QStringList{"-u", "DISPLAY",
+                "DBUS_SESSION_BUS_ADDRESS=disabled:", "HOME=" + m_folder.path(),
                 "XDG_RUNTIME_DIR=" + m_folder.path(), "PULSE_RUNTIME_PATH=" + m_folder.path(),
                 "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--log-level=error",
                 "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + m_socket, "-L",
@@ -41,11 +41,11 @@ public:
     /// Runs pactl; whether it succeeded.
     [[nodiscard]] bool runs(const QString& command, const QStringList& arguments = {}) const
     {
-        QProcess pactl;
-        pactl.setStandardErrorFile(QProcess::nullDevice());
-        pactl.setStandardOutputFile(QProcess::nullDevice());
-        pactl.start("pactl", QStringList{"-s", "unix:" + m_socket, command} + arguments);
-        return pactl.waitForFinished() && pactl.exitCode() == 0;
+        const QStringList call{"pactl", "-s", "unix:" + m_socket, command};
+        return ChildProcess(
+                   "sh", QStringList{"-c", "exec \"$@\" >/dev/null 2>&1", "sh"} + call + arguments)
+                   .wait()
+            == 0;
     }
 
     bool ready = false;
