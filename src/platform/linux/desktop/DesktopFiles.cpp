@@ -108,7 +108,7 @@ std::optional<DesktopFile> DesktopFiles::find(const Window& window)
     const auto known = m_answers.constFind(key);
     if (known != m_answers.cend())
         return *known;
-    const auto answer = match(window);
+    auto answer = match(window);
     m_answers.insert(key, answer);
     return answer;
 }

@@ -31,10 +31,9 @@ public:
     /// What to do when another start asks; a request that came before is answered now.
     void setActivated(std::function<void()> activated);
 
-public Q_SLOTS:
-    /// The remote side of activateFirst().
-    void Activate(const QVariantMap&
-            platformData); // NOLINT(readability-identifier-naming): the interface's name
+    /// The remote side of activateFirst(); the name is that of the bus interface.
+    // NOLINTNEXTLINE(readability-identifier-naming): see above
+    Q_SLOT void Activate(const QVariantMap& platformData);
 
 private:
     [[nodiscard]] bool claimName();

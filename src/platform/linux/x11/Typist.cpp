@@ -143,7 +143,6 @@ bool Typist::typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 tu
             return false;
         press(stroke.shift ? std::vector<xcb_keycode_t>{*shift, stroke.code}
                            : std::vector<xcb_keycode_t>{stroke.code});
-        handleEventsUntil(Clock::now() + strokePause);
         std::this_thread::sleep_for(strokePause);
     }
     waitForProgram(window); // It looks the symbols up when it gets to the keys.
