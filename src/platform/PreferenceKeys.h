@@ -52,7 +52,13 @@ inline const QString providerBaseURL = QStringLiteral("providerBaseURL");
 inline const QString providerModel = QStringLiteral("providerModel");
 inline const QString providerAPIKey = QStringLiteral("providerAPIKey");
 
-// Linux only: which speech engine to use (src/platform/linux).
+// Linux only: the speech engine and what it needs (src/platform/linux/speech).
 inline const QString linuxSpeechEngine = QStringLiteral("linuxSpeechEngine");
+inline const QString linuxSpeechSphinxModel = QStringLiteral("linuxSpeechSphinxModel");
+inline const QString linuxSpeechHttpUrl = QStringLiteral("linuxSpeechHttpUrl");
+inline const QString linuxSpeechHttpModel = QStringLiteral("linuxSpeechHttpModel");
+inline const QString linuxSpeechHttpKey = QStringLiteral("linuxSpeechHttpKey");
+inline const QString linuxSpeechVoskUrl = QStringLiteral("linuxSpeechVoskUrl");
+inline const QString linuxSpeechLanguage = QStringLiteral("linuxSpeechLanguage");
 
 } // namespace tavrin::keys

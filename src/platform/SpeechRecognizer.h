@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/LocalizedText.h"
 #include "base/Result.h"
 
 #include <QString>
@@ -34,6 +35,13 @@ struct SpeechResult {
     friend bool operator==(const SpeechResult&, const SpeechResult&) = default;
 };
 
+/// How a recogniser stands, in words for the user: what it hears with, or what it lacks.
+struct SpeechAvailability {
+    bool isAvailable = false;
+    LocalizedText text;
+    QString argument; ///< Stands for %1 in the text, where it has one.
+};
+
 /// A recognition under way; destroying it cancels it. Destroyed on the main thread.
 class SpeechTask {
 public:
@@ -53,6 +61,9 @@ public:
 
     /// Whether a request can be served now.
     [[nodiscard]] virtual bool isAvailable() const = 0;
+
+    /// The same with its reason, for the health page.
+    [[nodiscard]] virtual SpeechAvailability availability() const = 0;
 
     /// Recognises the file at @p path. The file must stay until the final result.
     [[nodiscard]] virtual std::unique_ptr<SpeechTask> recognize(

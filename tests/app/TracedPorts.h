@@ -236,6 +236,11 @@ public:
 
     [[nodiscard]] bool isAvailable() const override { return m_inner.isAvailable(); }
 
+    [[nodiscard]] SpeechAvailability availability() const override
+    {
+        return m_inner.availability();
+    }
+
     [[nodiscard]] std::unique_ptr<SpeechTask> recognize(
         const QString& path, const SpeechRequest& request, SpeechResultHandler handler) override
     {

@@ -44,6 +44,11 @@ public:
 
     [[nodiscard]] bool isAvailable() const override { return available; }
 
+    [[nodiscard]] SpeechAvailability availability() const override
+    {
+        return {available, LocalizedText{u"识别器", u"辨識器", u"Recogniser"}, {}};
+    }
+
     [[nodiscard]] std::unique_ptr<SpeechTask> recognize(
         const QString& path, const SpeechRequest& request, SpeechResultHandler handler) override
     {

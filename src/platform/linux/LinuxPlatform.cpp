@@ -6,6 +6,9 @@
 #include "platform/linux/desktop/JsonPreferences.h"
 #include "platform/linux/desktop/LinuxSystemInfo.h"
 #include "platform/linux/desktop/PulseSoundPlayer.h"
+#include "platform/linux/speech/LinuxPermissions.h"
+#include "platform/linux/speech/LinuxSpeech.h"
+#include "platform/linux/speech/PulseSpeechCapture.h"
 #include "platform/linux/x11/ClipboardPasteboard.h"
 #include "platform/linux/x11/X11HotKeyProbe.h"
 #include "platform/linux/x11/X11KeyMonitor.h"
@@ -24,12 +27,13 @@ Platform createPlatform()
 {
     Platform platform;
     platform.keyNames = linuxKeyNames();
-    platform.systemInfo = std::make_unique<LinuxSystemInfo>(QString());
     platform.clock = std::make_unique<QtClock>();
     platform.mainQueue = std::make_unique<QtMainQueue>();
     platform.backgroundQueue = std::make_unique<QtBackgroundQueue>(*platform.mainQueue);
     platform.preferences =
         std::make_unique<JsonPreferences>(JsonPreferences::userPath(), *platform.mainQueue);
+    platform.systemInfo =
+        std::make_unique<LinuxSystemInfo>(linuxSpeechLanguage(*platform.preferences));
     platform.workspace = std::make_unique<X11Workspace>();
     platform.accessibility = std::make_unique<AtspiAccessibility>();
     auto pasteboard = std::make_unique<ClipboardPasteboard>();
@@ -40,10 +44,15 @@ Platform createPlatform()
     const auto soundServer = std::make_shared<PulseConnection>();
     platform.audioDevices = std::make_unique<PulseAudioDevices>(soundServer);
     platform.audioRecorders = std::make_unique<PulseAudioRecorders>(soundServer);
+    LinuxSpeech speech = createLinuxSpeech(*platform.preferences, pulseSpeechCapture(soundServer));
+    platform.fileSpeechRecognizer = std::move(speech.fileRecognizer);
+    platform.liveSpeechRecognizer = std::move(speech.liveRecognizer);
     platform.httpTransport = std::make_unique<QtHttpTransport>();
     platform.soundPlayer = std::make_unique<PulseSoundPlayer>(QStringLiteral(":/Sounds"));
     platform.statusItem = std::make_unique<QtStatusItem>();
     platform.alerts = std::make_unique<QtAlerts>();
+    platform.permissions =
+        std::make_unique<LinuxPermissions>(*platform.audioDevices, *platform.fileSpeechRecognizer);
     return platform;
 }
 

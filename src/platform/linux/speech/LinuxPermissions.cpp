@@ -1,0 +1,42 @@
+#include "platform/linux/speech/LinuxPermissions.h"
+
+#include "platform/AudioDevices.h"
+#include "platform/SpeechRecognizer.h"
+
+namespace tavrin {
+namespace {
+
+AuthorizationStatus statusOf(bool isThere)
+{
+    return isThere ? AuthorizationStatus::Authorized : AuthorizationStatus::Denied;
+}
+
+} // namespace
+
+LinuxPermissions::LinuxPermissions(AudioDevices& devices, const FileSpeechRecognizer& recognizer)
+    : m_devices(devices)
+    , m_recognizer(recognizer)
+{
+}
+
+AuthorizationStatus LinuxPermissions::microphoneStatus() const
+{
+    return statusOf(!m_devices.devices().isEmpty());
+}
+
+void LinuxPermissions::requestMicrophone(Completion<AuthorizationStatus> completion)
+{
+    completion(microphoneStatus());
+}
+
+AuthorizationStatus LinuxPermissions::speechStatus() const
+{
+    return statusOf(m_recognizer.isAvailable());
+}
+
+void LinuxPermissions::requestSpeech(Completion<AuthorizationStatus> completion)
+{
+    completion(speechStatus());
+}
+
+} // namespace tavrin

@@ -1,0 +1,82 @@
+#include "platform/linux/speech/LinuxSpeech.h"
+
+#include "platform/PreferenceKeys.h"
+#include "platform/Preferences.h"
+#include "platform/linux/speech/EngineFileRecognizer.h"
+#include "platform/linux/speech/HttpSpeechEngine.h"
+#include "platform/linux/speech/ServerAddress.h"
+#include "platform/linux/speech/SphinxEngine.h"
+#include "platform/linux/speech/VoskSpeechEngine.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin {
+namespace {
+
+const QString httpEngine = u"http"_s;
+const QString voskEngine = u"vosk"_s;
+
+std::optional<SphinxModel> sphinxModel(const Preferences& preferences)
+{
+    return findSphinxModel(
+        preferences.value(keys::linuxSpeechSphinxModel).toString(), sphinxModelRoots());
+}
+
+SpeechServer serverAt(const QString& addressKey, const QString& plain, const QString& encrypted,
+    const Preferences& preferences)
+{
+    SpeechServer server;
+    server.setAddress = preferences.value(addressKey).toString();
+    server.address = speechServerAddress(server.setAddress, plain, encrypted);
+    if (const QString set = preferences.value(keys::linuxSpeechLanguage).toString(); !set.isEmpty())
+        server.language = set;
+    return server;
+}
+
+SpeechServer httpServer(const Preferences& preferences)
+{
+    SpeechServer server = serverAt(keys::linuxSpeechHttpUrl, u"http"_s, u"https"_s, preferences);
+    if (const QString set = preferences.value(keys::linuxSpeechHttpModel).toString();
+        !set.isEmpty())
+        server.model = set;
+    server.key = preferences.value(keys::linuxSpeechHttpKey).toString();
+    return server;
+}
+
+SpeechServer voskServer(const Preferences& preferences)
+{
+    return serverAt(keys::linuxSpeechVoskUrl, u"ws"_s, u"wss"_s, preferences);
+}
+
+std::unique_ptr<SpeechEngine> chosenEngine(const Preferences& preferences)
+{
+    const QString chosen = preferences.value(keys::linuxSpeechEngine).toString();
+    if (chosen == httpEngine)
+        return std::make_unique<HttpSpeechEngine>(httpServer(preferences));
+    if (chosen == voskEngine)
+        return std::make_unique<VoskSpeechEngine>(voskServer(preferences));
+    return std::make_unique<SphinxEngine>(sphinxModel(preferences));
+}
+
+} // namespace
+
+LinuxSpeech createLinuxSpeech(const Preferences& preferences, OpenSpeechCapture openCapture)
+{
+    const auto thread = std::make_shared<SpeechEngineThread>(chosenEngine(preferences));
+    return {std::make_unique<EngineFileRecognizer>(thread),
+        std::make_unique<EngineLiveRecognizer>(thread, std::move(openCapture))};
+}
+
+QString linuxSpeechLanguage(const Preferences& preferences)
+{
+    const QString chosen = preferences.value(keys::linuxSpeechEngine).toString();
+    if (chosen == httpEngine || chosen == voskEngine) {
+        const SpeechServer server =
+            chosen == httpEngine ? httpServer(preferences) : voskServer(preferences);
+        return server.address ? server.language : QString{};
+    }
+    const std::optional<SphinxModel> model = sphinxModel(preferences);
+    return model ? model->language : QString{};
+}
+
+} // namespace tavrin

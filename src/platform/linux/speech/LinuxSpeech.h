@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/linux/speech/EngineLiveRecognizer.h"
+
+#include <memory>
+
+namespace tavrin {
+
+class Preferences;
+
+/// The speech recognition that the user chose: one engine, opened once on a thread of its own,
+/// behind both recognisers. Neither's tasks outlive them both.
+///
+/// Preferences, read when the program starts:
+/// - `linuxSpeechEngine`: "sphinx" (built in; also for anything unknown), "http" or "vosk".
+/// - `linuxSpeechSphinxModel`: the folder of a Sphinx model; empty for the best one installed.
+/// - `linuxSpeechHttpUrl`, `linuxSpeechHttpModel`, `linuxSpeechHttpKey`: the server of "http", the
+///   model's name there, and the bearer token that it wants.
+/// - `linuxSpeechVoskUrl`: the server of "vosk", a ws or wss address.
+/// - `linuxSpeechLanguage`: the language that the server hears, "zh-CN" unless set.
+struct LinuxSpeech {
+    std::unique_ptr<FileSpeechRecognizer> fileRecognizer;
+    std::unique_ptr<LiveSpeechRecognizer> liveRecognizer;
+};
+
+/// Begins to load the engine at once, in the background.
+[[nodiscard]] LinuxSpeech createLinuxSpeech(
+    const Preferences& preferences, OpenSpeechCapture openCapture);
+
+/// The language that the chosen engine really hears, as a BCP 47 tag; empty without an engine.
+[[nodiscard]] QString linuxSpeechLanguage(const Preferences& preferences);
+
+} // namespace tavrin

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/linux/speech/EngineLiveRecognizer.h"
+
+namespace tavrin {
+
+class PulseConnection;
+
+/// Captures the default input device of the sound server.
+[[nodiscard]] OpenSpeechCapture pulseSpeechCapture(std::shared_ptr<PulseConnection> connection);
+
+} // namespace tavrin

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace tavrin {
+
+/// The files of an installed Sphinx model, and the language it hears.
+struct SphinxModel {
+    QString acousticModel; ///< A folder.
+    QString dictionary;
+    QString languageModel;
+    QString language; ///< A BCP 47 tag; empty when the folder's name does not tell.
+
+    friend bool operator==(const SphinxModel&, const SphinxModel&) = default;
+};
+
+/// The model in @p folder: the acoustic model lies there or one folder deeper, a dictionary (.dict,
+/// .dic) and a language model (.lm.bin, .lm.dmp, .lm) beside it or one folder up. Empty when
+/// something is missing.
+[[nodiscard]] std::optional<SphinxModel> sphinxModelIn(const QString& folder);
+
+/// The model to use: the one in @p preferredFolder unless that is empty, else of those installed
+/// in subfolders of @p roots a Mandarin one, else an English one, else any.
+[[nodiscard]] std::optional<SphinxModel> findSphinxModel(
+    const QString& preferredFolder, const QStringList& roots);
+
+/// Where packages and administrators install models.
+[[nodiscard]] QStringList sphinxModelRoots();
+
+} // namespace tavrin

@@ -1,0 +1,42 @@
+#include "platform/linux/speech/LinuxPermissions.h"
+
+#include "support/InMemoryAudioDevices.h"
+#include "support/InMemorySpeechRecognizers.h"
+
+#include <gtest/gtest.h>
+
+namespace tavrin {
+namespace {
+
+class LinuxPermissionsTest : public ::testing::Test {
+protected:
+    testing::InMemoryAudioDevices devices;
+    testing::InMemoryFileSpeechRecognizer recognizer;
+    LinuxPermissions permissions{devices, recognizer};
+};
+
+TEST_F(LinuxPermissionsTest, TheMicrophoneIsAuthorisedWhileASoundServerAnswers)
+{
+    EXPECT_EQ(permissions.microphoneStatus(), AuthorizationStatus::Denied);
+    devices.addLoudspeaker(1, "speakers");
+    EXPECT_EQ(permissions.microphoneStatus(), AuthorizationStatus::Authorized);
+}
+
+TEST_F(LinuxPermissionsTest, SpeechIsAuthorisedWhileAnEngineIsThere)
+{
+    EXPECT_EQ(permissions.speechStatus(), AuthorizationStatus::Authorized);
+    recognizer.available = false;
+    EXPECT_EQ(permissions.speechStatus(), AuthorizationStatus::Denied);
+}
+
+TEST_F(LinuxPermissionsTest, RequestsAreAnsweredAtOnceWithTheStatus)
+{
+    std::vector<AuthorizationStatus> answers;
+    permissions.requestMicrophone([&](AuthorizationStatus status) { answers.push_back(status); });
+    permissions.requestSpeech([&](AuthorizationStatus status) { answers.push_back(status); });
+
+    EXPECT_EQ(answers, (std::vector{AuthorizationStatus::Denied, AuthorizationStatus::Authorized}));
+}
+
+} // namespace
+} // namespace tavrin

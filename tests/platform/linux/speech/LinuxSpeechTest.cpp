@@ -1,0 +1,95 @@
+#include "platform/linux/speech/LinuxSpeech.h"
+
+#include "platform/PreferenceKeys.h"
+#include "platform/linux/speech/SpeechEngineTexts.h"
+#include "support/InMemoryPreferences.h"
+#include "support/QtPrinters.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace tavrin {
+namespace {
+
+class LinuxSpeechTest : public ::testing::Test {
+protected:
+    testing::InMemoryPreferences preferences;
+    QTemporaryDir empty;
+
+    SpeechAvailability availability() const
+    {
+        return createLinuxSpeech(preferences, noCapture).fileRecognizer->availability();
+    }
+
+    bool hearsLive() const
+    {
+        return createLinuxSpeech(preferences, noCapture).liveRecognizer->isAvailable();
+    }
+
+private:
+    static Result<std::unique_ptr<SpeechCapture>> noCapture(
+        const std::function<void(std::span<const qint16>)>&)
+    {
+        return failure({"TavrinAudio", 11, {}});
+    }
+};
+
+TEST_F(LinuxSpeechTest, TheInstalledSphinxModelIsUsedUnlessAnotherEngineIsChosen)
+{
+    EXPECT_TRUE(availability().isAvailable);
+    EXPECT_EQ(availability().text.en, texts::sphinxReady.en);
+    EXPECT_EQ(availability().argument, "en-US");
+    EXPECT_EQ(linuxSpeechLanguage(preferences), "en-US");
+    EXPECT_TRUE(hearsLive());
+}
+
+TEST_F(LinuxSpeechTest, AnUnknownEngineIsTheBuiltInOne)
+{
+    preferences.setValue(keys::linuxSpeechEngine, "abacus");
+    EXPECT_EQ(availability().text.en, texts::sphinxReady.en);
+    preferences.setValue(keys::linuxSpeechEngine, 7);
+    EXPECT_EQ(availability().text.en, texts::sphinxReady.en);
+}
+
+TEST_F(LinuxSpeechTest, WithoutAModelThereIsNoSpeechRecognition)
+{
+    preferences.setValue(keys::linuxSpeechSphinxModel, empty.path());
+
+    EXPECT_FALSE(availability().isAvailable);
+    EXPECT_EQ(availability().text.en, texts::noSphinxModel.en);
+    EXPECT_EQ(linuxSpeechLanguage(preferences), "");
+    EXPECT_FALSE(hearsLive());
+}
+
+TEST_F(LinuxSpeechTest, AnHttpServerHearsRecordingsInTheSetLanguage)
+{
+    preferences.setValue(keys::linuxSpeechEngine, "http");
+    EXPECT_EQ(availability().text.en, texts::noServerAddress.en);
+    EXPECT_EQ(linuxSpeechLanguage(preferences), "");
+
+    preferences.setValue(keys::linuxSpeechHttpUrl, "http://localhost:8000");
+    EXPECT_TRUE(availability().isAvailable);
+    EXPECT_EQ(availability().argument, "http://localhost:8000/v1/audio/transcriptions");
+    EXPECT_EQ(linuxSpeechLanguage(preferences), "zh-CN");
+    EXPECT_FALSE(hearsLive());
+
+    preferences.setValue(keys::linuxSpeechLanguage, "de-DE");
+    EXPECT_EQ(linuxSpeechLanguage(preferences), "de-DE");
+}
+
+TEST_F(LinuxSpeechTest, AVoskServerHearsLiveSpeechToo)
+{
+    preferences.setValue(keys::linuxSpeechEngine, "vosk");
+    preferences.setValue(keys::linuxSpeechVoskUrl, "ws://speech.example");
+    EXPECT_EQ(availability().text.en, texts::refusedServerAddress.en);
+    EXPECT_FALSE(hearsLive());
+
+    preferences.setValue(keys::linuxSpeechVoskUrl, "ws://127.0.0.1:2700");
+    EXPECT_TRUE(availability().isAvailable);
+    EXPECT_EQ(availability().text.en, texts::voskReady.en);
+    EXPECT_TRUE(hearsLive());
+    EXPECT_EQ(linuxSpeechLanguage(preferences), "zh-CN");
+}
+
+} // namespace
+} // namespace tavrin
