@@ -86,6 +86,20 @@ bool takeWord(Options& options, const std::string& word)
     return true;
 }
 
+/// Takes the option at the beginning of @p arguments with the value behind it.
+tl::expected<void, std::string> takeOption(Options& options, std::span<const std::string> arguments)
+{
+    const std::string& name = arguments.front();
+    const auto option = valueOptions().find(name);
+    if (option == valueOptions().end())
+        return Problem("unknown option: " + name);
+    if (arguments.size() == 1)
+        return Problem(name + " needs a value");
+    if (!option->second(options, arguments[1]))
+        return Problem(name + " has an invalid value: " + arguments[1]);
+    return {};
+}
+
 tl::expected<Options, std::string> checked(Options options)
 {
     if (options.command == Command::Account && options.email.empty())
@@ -103,10 +117,12 @@ tl::expected<Options, std::string> checked(Options options)
 
 std::filesystem::path defaultDataFolder()
 {
+    // NOLINTBEGIN(concurrency-mt-unsafe): asked before the first thread begins.
     if (const char* data = std::getenv("XDG_DATA_HOME"); data && *data == '/')
         return std::filesystem::path(data) / "tavrin-devcloud";
     if (const char* home = std::getenv("HOME"); home && *home == '/')
         return std::filesystem::path(home) / ".local/share/tavrin-devcloud";
+    // NOLINTEND(concurrency-mt-unsafe)
     return {};
 }
 
@@ -137,8 +153,8 @@ std::string_view helpText()
 tl::expected<Options, std::string> parseCommandLine(std::span<const std::string> arguments)
 {
     Options options;
-    for (std::size_t at = 0; at < arguments.size(); ++at) {
-        const std::string& argument = arguments[at];
+    for (; !arguments.empty(); arguments = arguments.subspan(1)) {
+        const std::string& argument = arguments.front();
         if (argument == "--help" || argument == "--version") {
             options.command = argument == "--help" ? Command::Help : Command::Version;
             return options;
@@ -148,13 +164,9 @@ tl::expected<Options, std::string> parseCommandLine(std::span<const std::string>
                 return Problem("unexpected argument: " + argument);
             continue;
         }
-        const auto option = valueOptions().find(argument);
-        if (option == valueOptions().end())
-            return Problem("unknown option: " + argument);
-        if (++at == arguments.size())
-            return Problem(argument + " needs a value");
-        if (!option->second(options, arguments[at]))
-            return Problem(argument + " has an invalid value: " + arguments[at]);
+        if (const auto taken = takeOption(options, arguments); !taken)
+            return Problem(taken.error());
+        arguments = arguments.subspan(1);
     }
     return checked(std::move(options));
 }

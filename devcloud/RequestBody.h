@@ -11,7 +11,7 @@
 
 namespace tavrin::devcloud {
 
-inline constexpr std::size_t maxBodyBytes = 1024 * 1024;
+inline constexpr std::size_t maxBodyBytes = std::size_t{1024} * 1024;
 inline constexpr int maxBodyDepth = 32;
 
 /// The JSON object in @p body, or the problem to answer: 413 past maxBodyBytes, otherwise 400 for

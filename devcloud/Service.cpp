@@ -97,11 +97,11 @@ Outcome Service::answerSignedIn(const Call& call)
     if (!owner)
         return refusal(401, messages::accessTokenInvalid);
     if (call.endpoint == Endpoint::Me)
-        return m_sessions.me(*owner);
+        return SessionEndpoints::me(*owner);
     if (call.endpoint == Endpoint::UsageSummary)
         return m_usage.summary(*owner);
 
-    const Outcome body = parseBody(call.body);
+    Outcome body = parseBody(call.body);
     if (!body)
         return body;
     if (call.endpoint == Endpoint::Polish)

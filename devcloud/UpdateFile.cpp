@@ -8,7 +8,7 @@
 namespace tavrin::devcloud {
 namespace {
 
-constexpr std::size_t maxTextBytes = 16 * 1024;
+constexpr std::size_t maxTextBytes = std::size_t{16} * 1024;
 constexpr std::int64_t maxBuild = 1'000'000'000;
 
 } // namespace

@@ -104,7 +104,7 @@ Outcome SessionEndpoints::refresh(const Json& body)
     return sessionAnswer(session->tokens, session->owner.email, m_lives);
 }
 
-Outcome SessionEndpoints::me(const SessionOwner& owner) const
+Outcome SessionEndpoints::me(const SessionOwner& owner)
 {
     return Json{{"user", {{"email", owner.email}}}};
 }

@@ -27,7 +27,7 @@ public:
     /// Ten wrong passwords for one account, or fifty from one address, close it for 15 minutes.
     Outcome login(const Json& body, const std::string& address);
     Outcome refresh(const Json& body);
-    Outcome me(const SessionOwner& owner) const;
+    static Outcome me(const SessionOwner& owner);
     /// @p accessToken may have expired: it still ends its own session.
     Outcome logout(const std::string& accessToken);
 

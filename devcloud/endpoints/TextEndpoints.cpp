@@ -15,8 +15,8 @@
 namespace tavrin::devcloud {
 namespace {
 
-constexpr std::size_t maxTranscriptBytes = 256 * 1024; // Some seven hours of speech.
-constexpr std::size_t maxContextBytes = 16 * 1024;
+constexpr std::size_t maxTranscriptBytes = std::size_t{256} * 1024; // Some seven hours of speech.
+constexpr std::size_t maxContextBytes = std::size_t{16} * 1024;
 constexpr std::size_t maxIdentifierBytes = 256;
 constexpr auto rulesName = "rules";
 

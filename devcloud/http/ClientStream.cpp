@@ -13,8 +13,8 @@ using namespace std::chrono_literals;
 namespace tavrin::devcloud {
 namespace {
 
-constexpr std::size_t bufferBytes = 16 * 1024;
-constexpr std::size_t maxDrainedBytes = 16 * 1024 * 1024;
+constexpr std::size_t bufferBytes = std::size_t{16} * 1024;
+constexpr std::size_t maxDrainedBytes = std::size_t{16} * 1024 * 1024;
 constexpr auto drainTime = 2s;
 
 void describe(const sockaddr_storage& storage, std::string& address, int& port)

@@ -11,7 +11,7 @@ namespace tavrin::devcloud {
 struct RequestLimits {
     std::chrono::milliseconds wholeRequest{std::chrono::seconds(20)}; ///< From its first byte.
     std::chrono::milliseconds wholeAnswer{std::chrono::seconds(20)};
-    std::size_t headBytes = 32 * 1024;
+    std::size_t headBytes = std::size_t{32} * 1024;
 };
 
 /// A connection as the HTTP library sees it, with bounds the library does not know: a time for the

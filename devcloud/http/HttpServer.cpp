@@ -86,9 +86,9 @@ void describeProtocolError(const httplib::Request& /*request*/, httplib::Respons
 /// The library's server with connections of our own: bounded in time, and giving way when idle.
 class HttpServer::Listener : public httplib::Server {
 public:
-    Listener(Service& service, const HttpServerSettings& settings)
+    Listener(Service& service, HttpServerSettings settings)
         : m_service(service)
-        , m_settings(settings)
+        , m_settings(std::move(settings))
     {
         new_task_queue = [this] {
             auto pool = std::make_unique<WorkerPool>(m_settings.threads);

@@ -10,7 +10,7 @@ WorkerPool::WorkerPool(std::size_t threads)
 
 WorkerPool::~WorkerPool()
 {
-    shutdown();
+    endThreads();
 }
 
 void WorkerPool::enqueue(std::function<void()> task)
@@ -23,6 +23,11 @@ void WorkerPool::enqueue(std::function<void()> task)
 }
 
 void WorkerPool::shutdown()
+{
+    endThreads();
+}
+
+void WorkerPool::endThreads()
 {
     {
         const std::lock_guard lock(m_mutex);

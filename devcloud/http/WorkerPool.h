@@ -25,6 +25,7 @@ public:
 
 private:
     void work();
+    void endThreads();
 
     mutable std::mutex m_mutex;
     std::condition_variable m_taskReady;

@@ -3,15 +3,17 @@
 #include "devcloud/text/Ascii.h"
 
 #include <algorithm>
+#include <array>
 
 namespace tavrin::devcloud {
 namespace {
 
 /// Days and months; "march" and "may" are words of other meanings too.
-constexpr std::u32string_view names[] = {U"monday", U"tuesday", U"wednesday", U"thursday",
-    U"friday", U"saturday", U"sunday", U"january", U"february", U"april", U"june", U"july",
-    U"september", U"october", U"november", U"december"};
-constexpr std::u32string_view pronouns[] = {U"i", U"i'm", U"i'll", U"i've", U"i'd"};
+constexpr auto names = std::to_array<std::u32string_view>({U"monday", U"tuesday", U"wednesday",
+    U"thursday", U"friday", U"saturday", U"sunday", U"january", U"february", U"april", U"june",
+    U"july", U"september", U"october", U"november", U"december"});
+constexpr auto pronouns =
+    std::to_array<std::u32string_view>({U"i", U"i'm", U"i'll", U"i've", U"i'd"});
 
 /// Whether a word is plain small letters: "iPhone", "x86" and addresses keep their own form.
 bool isPlain(std::u32string_view word)

@@ -126,32 +126,32 @@ private:
         }
     }
 
-    /// What is left. A filler between two commas takes one of them along, in English both: the
-    /// commas were its own.
+    /// What is left, without the commas that were the fillers' own.
     [[nodiscard]] Tokens remaining() const
     {
         Tokens left;
-        bool dropNextComma = false;
+        bool followsFiller = false;
         for (std::size_t at = 0; at < m_tokens.size(); ++at) {
-            const Token& token = m_tokens[at];
-            if (m_isFiller[at]) {
-                dropNextComma = true;
-                continue;
-            }
-            if (dropNextComma && isComma(token)) {
-                const bool between = !left.empty() && isComma(left.back());
-                if (between && left.back().text == U",")
-                    left.pop_back();
-                dropNextComma = false;
-                if (left.empty() || between)
-                    continue;
-            }
-            dropNextComma = false;
-            left.push_back(token);
+            if (!m_isFiller[at] && !(followsFiller && dropsComma(m_tokens[at], left)))
+                left.push_back(m_tokens[at]);
+            followsFiller = m_isFiller[at];
         }
         while (!left.empty() && left.size() < m_tokens.size() && isComma(left.back()))
             left.pop_back();
         return left;
+    }
+
+    /// Whether @p token is the comma behind a filler and goes with it. A filler between two commas
+    /// takes one of them along, in English both.
+    static bool dropsComma(const Token& token, Tokens& left)
+    {
+        if (!isComma(token))
+            return false;
+        const bool isBetween = !left.empty() && isComma(left.back());
+        const bool opens = left.empty();
+        if (isBetween && left.back().text == U",")
+            left.pop_back();
+        return opens || isBetween;
     }
 
     const Tokens& m_tokens;

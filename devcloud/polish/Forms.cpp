@@ -50,9 +50,9 @@ std::u32string joined(Clauses clauses)
 /// Whether a clause turns to a new point.
 bool turns(const Clause& clause)
 {
-    static constexpr std::u32string_view turnings[] = {U"首先", U"其次", U"再次", U"另外", U"此外",
-        U"最后", U"总之", U"First", U"Second", U"Third", U"Also", U"Finally", U"However",
-        U"In addition", U"Next", U"Lastly"};
+    static constexpr auto turnings = std::to_array<std::u32string_view>(
+        {U"首先", U"其次", U"再次", U"另外", U"此外", U"最后", U"总之", U"First", U"Second",
+            U"Third", U"Also", U"Finally", U"However", U"In addition", U"Next", U"Lastly"});
     return startsWithAny(clause.body, turnings);
 }
 
@@ -132,16 +132,16 @@ std::u32string socialPost(Clauses clauses)
 
 bool greets(const Clause& clause)
 {
-    static constexpr std::u32string_view greetings[] = {U"您好", U"你好", U"大家好", U"尊敬的",
-        U"Hi", U"Hello", U"Dear ", U"Good morning", U"Good afternoon"};
+    static constexpr auto greetings = std::to_array<std::u32string_view>({U"您好", U"你好",
+        U"大家好", U"尊敬的", U"Hi", U"Hello", U"Dear ", U"Good morning", U"Good afternoon"});
     constexpr std::size_t longest = 24;
     return clause.body.size() <= longest && startsWithAny(clause.body, greetings);
 }
 
 bool closes(const Clause& clause)
 {
-    static constexpr std::u32string_view closings[] = {
-        U"此致", U"祝好", U"Best regards", U"Kind regards", U"Sincerely", U"Yours"};
+    static constexpr auto closings = std::to_array<std::u32string_view>(
+        {U"此致", U"祝好", U"Best regards", U"Kind regards", U"Sincerely", U"Yours"});
     return startsWithAny(clause.body, closings);
 }
 

@@ -11,19 +11,24 @@ namespace {
 constexpr std::array<std::pair<char32_t, char32_t>, 6> widths{
     {{U',', U'，'}, {U'.', U'。'}, {U'!', U'！'}, {U'?', U'？'}, {U';', U'；'}, {U':', U'：'}}};
 
+char32_t ofWidth(char32_t mark, bool chinese)
+{
+    if (!chinese && mark == U'、')
+        return U',';
+    for (const auto& [narrow, wide] : widths) {
+        if (mark == narrow || mark == wide)
+            return chinese ? wide : narrow;
+    }
+    return mark;
+}
+
 std::u32string ofWidth(const std::u32string& marks, bool chinese)
 {
-    if (marks.find_first_not_of(U'.') == std::u32string::npos && marks.size() > 1)
+    if (marks.size() > 1 && marks.find_first_not_of(U'.') == std::u32string::npos)
         return chinese ? U"……" : U"...";
     std::u32string result;
-    for (const char32_t mark : marks) {
-        char32_t changed = !chinese && mark == U'、' ? U',' : mark;
-        for (const auto& [narrow, wide] : widths) {
-            if (mark == (chinese ? narrow : wide))
-                changed = chinese ? wide : narrow;
-        }
-        result += changed;
-    }
+    for (const char32_t mark : marks)
+        result += ofWidth(mark, chinese);
     return result;
 }
 
@@ -31,8 +36,8 @@ std::u32string ofWidth(const std::u32string& marks, bool chinese)
 /// reads better with a comma.
 bool opensChineseClause(const Tokens& tokens, std::size_t at, std::size_t clauseStart)
 {
-    static constexpr std::u32string_view conjunctions[] = {
-        U"但是", U"所以", U"而且", U"然后", U"因此", U"否则"};
+    static constexpr auto conjunctions =
+        std::to_array<std::u32string_view>({U"但是", U"所以", U"而且", U"然后", U"因此", U"否则"});
     constexpr std::size_t shortestClause = 4;
     if (at < clauseStart + shortestClause || tokens[at - 1].text == U"之")
         return false;
@@ -44,8 +49,8 @@ bool opensChineseClause(const Tokens& tokens, std::size_t at, std::size_t clause
 /// "…, but we …"; not "nothing but …".
 bool opensEnglishClause(const Tokens& tokens, std::size_t at, std::size_t clauseStart)
 {
-    static constexpr std::u32string_view subjects[] = {U"i", U"we", U"you", U"he", U"she", U"it",
-        U"they", U"i'm", U"it's", U"we're", U"they're", U"you're"};
+    static constexpr auto subjects = std::to_array<std::u32string_view>({U"i", U"we", U"you", U"he",
+        U"she", U"it", U"they", U"i'm", U"it's", U"we're", U"they're", U"you're"});
     constexpr std::size_t shortestClause = 3;
     return at >= clauseStart + shortestClause && at + 2 < tokens.size()
         && equalsFolded(tokens[at].text, U"but") && contains(subjects, folded(tokens[at + 1].text));
@@ -97,17 +102,17 @@ bool endsWithHan(const Tokens& tokens, std::u32string_view phrase)
 
 bool isChineseQuestion(const Tokens& tokens)
 {
-    static constexpr std::u32string_view endings[] = {
-        U"吗", U"对不对", U"好不好", U"是不是", U"行不行", U"可不可以", U"什么时候", U"怎么办"};
-    static constexpr std::u32string_view openings[] = {
-        U"为什么", U"怎么", U"什么时候", U"谁", U"哪"};
+    static constexpr auto endings = std::to_array<std::u32string_view>(
+        {U"吗", U"对不对", U"好不好", U"是不是", U"行不行", U"可不可以", U"什么时候", U"怎么办"});
+    static constexpr auto openings =
+        std::to_array<std::u32string_view>({U"为什么", U"怎么", U"什么时候", U"谁", U"哪"});
     // These ask only where nobody tells or knows: "我知道他在哪里" is a statement.
-    static constexpr std::u32string_view openEndings[] = {
-        U"在哪里", U"在哪儿", U"在哪", U"是多少", U"是什么", U"是谁", U"干什么", U"怎么样"};
-    static constexpr std::u32string_view embedding[] = {U"知道", U"告诉", U"问", U"明白", U"清楚",
-        U"了解", U"记得", U"确认", U"不管", U"无论", U"看"};
-    static constexpr std::u32string_view askingWords[] = {
-        U"什么", U"怎么", U"谁", U"哪", U"多少", U"几", U"为何"};
+    static constexpr auto openEndings = std::to_array<std::u32string_view>(
+        {U"在哪里", U"在哪儿", U"在哪", U"是多少", U"是什么", U"是谁", U"干什么", U"怎么样"});
+    static constexpr auto embedding = std::to_array<std::u32string_view>({U"知道", U"告诉", U"问",
+        U"明白", U"清楚", U"了解", U"记得", U"确认", U"不管", U"无论", U"看"});
+    static constexpr auto askingWords = std::to_array<std::u32string_view>(
+        {U"什么", U"怎么", U"谁", U"哪", U"多少", U"几", U"为何"});
     if (std::ranges::any_of(endings, [&](auto phrase) { return endsWithHan(tokens, phrase); })
         || std::ranges::any_of(
             openings, [&](auto phrase) { return hanStandsAt(tokens, 0, phrase); }))
@@ -127,16 +132,17 @@ bool isChineseQuestion(const Tokens& tokens)
 
 bool isEnglishQuestion(const Tokens& tokens)
 {
-    static constexpr std::u32string_view asking[] = {
-        U"who", U"what", U"when", U"where", U"why", U"how", U"which", U"whose"};
-    static constexpr std::u32string_view contractions[] = {U"who's", U"what's", U"when's",
-        U"where's", U"why's", U"how's", U"isn't", U"aren't", U"doesn't", U"didn't", U"can't",
-        U"couldn't", U"won't", U"wouldn't", U"shouldn't"};
-    static constexpr std::u32string_view verbs[] = {U"is", U"are", U"am", U"was", U"were", U"do",
-        U"does", U"did", U"can", U"could", U"will", U"would", U"should", U"have", U"has"};
-    static constexpr std::u32string_view subjects[] = {
-        U"i", U"we", U"you", U"he", U"she", U"it", U"they", U"anyone", U"anybody", U"there"};
-    static constexpr std::u32string_view objects[] = {U"it", U"there"};
+    static constexpr auto asking = std::to_array<std::u32string_view>(
+        {U"who", U"what", U"when", U"where", U"why", U"how", U"which", U"whose"});
+    static constexpr auto contractions = std::to_array<std::u32string_view>(
+        {U"who's", U"what's", U"when's", U"where's", U"why's", U"how's", U"isn't", U"aren't",
+            U"doesn't", U"didn't", U"can't", U"couldn't", U"won't", U"wouldn't", U"shouldn't"});
+    static constexpr auto verbs =
+        std::to_array<std::u32string_view>({U"is", U"are", U"am", U"was", U"were", U"do", U"does",
+            U"did", U"can", U"could", U"will", U"would", U"should", U"have", U"has"});
+    static constexpr auto subjects = std::to_array<std::u32string_view>(
+        {U"i", U"we", U"you", U"he", U"she", U"it", U"they", U"anyone", U"anybody", U"there"});
+    static constexpr auto objects = std::to_array<std::u32string_view>({U"it", U"there"});
     if (tokens.size() < 2 || tokens[0].kind != TokenKind::Word)
         return false;
     const std::u32string first = folded(tokens[0].text);

@@ -3,25 +3,27 @@
 #include "devcloud/text/Ascii.h"
 
 #include <algorithm>
+#include <array>
 
 namespace tavrin::devcloud {
 namespace {
 
 /// English words that are never meant twice in a row. "That", "had", "is", "in", "on" and "so" can
 /// be, as in "what it is is a problem" or "log on on Monday".
-constexpr std::u32string_view neverTwice[] = {U"the", U"a", U"an", U"i", U"we", U"you", U"he",
-    U"she", U"they", U"of", U"with", U"and", U"or", U"but", U"if", U"are", U"was", U"were", U"my",
-    U"your", U"his", U"our", U"their", U"this", U"could", U"would", U"should", U"because", U"from",
-    U"when", U"what", U"how", U"where", U"i'm", U"it's", U"we're", U"they're", U"you're", U"don't",
-    U"i'll"};
-constexpr std::u32string_view subjects[] = {U"i", U"we", U"you", U"he", U"she", U"it", U"they"};
+constexpr auto neverTwice = std::to_array<std::u32string_view>(
+    {U"the", U"a", U"an", U"i", U"we", U"you", U"he", U"she", U"they", U"of", U"with", U"and",
+        U"or", U"but", U"if", U"are", U"was", U"were", U"my", U"your", U"his", U"our", U"their",
+        U"this", U"could", U"would", U"should", U"because", U"from", U"when", U"what", U"how",
+        U"where", U"i'm", U"it's", U"we're", U"they're", U"you're", U"don't", U"i'll"});
+constexpr auto subjects =
+    std::to_array<std::u32string_view>({U"i", U"we", U"you", U"he", U"she", U"it", U"they"});
 
 /// Doubled conjunctions are stammered wherever they stand.
-constexpr std::u32string_view hanConjunctions[] = {
-    U"然后", U"因为", U"但是", U"所以", U"如果", U"而且", U"或者", U"比如"};
+constexpr auto hanConjunctions = std::to_array<std::u32string_view>(
+    {U"然后", U"因为", U"但是", U"所以", U"如果", U"而且", U"或者", U"比如"});
 /// These only at the beginning of a clause: inside one, 告诉你你就 says 你 twice and means it.
-constexpr std::u32string_view hanOpenings[] = {U"我觉得", U"我想", U"我们", U"你们", U"他们",
-    U"她们", U"这个", U"那个", U"我", U"你", U"他", U"她", U"它", U"这", U"那"};
+constexpr auto hanOpenings = std::to_array<std::u32string_view>({U"我觉得", U"我想", U"我们",
+    U"你们", U"他们", U"她们", U"这个", U"那个", U"我", U"你", U"他", U"她", U"它", U"这", U"那"});
 
 class RepeatRemover {
 public:

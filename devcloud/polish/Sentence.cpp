@@ -3,14 +3,15 @@
 #include "devcloud/polish/WordList.h"
 
 #include <algorithm>
+#include <array>
 
 namespace tavrin::devcloud {
 namespace {
 
 bool isAbbreviation(const Token& word)
 {
-    static constexpr std::u32string_view abbreviations[] = {
-        U"mr", U"mrs", U"ms", U"dr", U"prof", U"st", U"vs", U"etc", U"e.g", U"i.e", U"a.m", U"p.m"};
+    static constexpr auto abbreviations = std::to_array<std::u32string_view>({U"mr", U"mrs", U"ms",
+        U"dr", U"prof", U"st", U"vs", U"etc", U"e.g", U"i.e", U"a.m", U"p.m"});
     return word.kind == TokenKind::Word && contains(abbreviations, folded(word.text));
 }
 

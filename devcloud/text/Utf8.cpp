@@ -1,6 +1,7 @@
 #include "devcloud/text/Utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 
 namespace tavrin::devcloud {
@@ -39,8 +40,8 @@ std::size_t lengthFor(std::uint32_t lead)
 
 Decoded decodeFirst(std::string_view text)
 {
-    static constexpr std::uint32_t leadMask[] = {0, 0x7f, 0x1f, 0x0f, 0x07};
-    static constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
+    static constexpr std::array<std::uint32_t, 5> leadMask{0, 0x7f, 0x1f, 0x0f, 0x07};
+    static constexpr std::array<char32_t, 5> smallest{0, 0, 0x80, 0x800, 0x10000};
     const std::size_t length = lengthFor(byteAt(text, 0));
     if (length == 0 || length > text.size())
         return {replacement, 1};

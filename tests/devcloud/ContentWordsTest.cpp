@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <random>
 #include <string>
 #include <vector>
@@ -12,7 +13,7 @@
 namespace tavrin::devcloud {
 namespace {
 
-constexpr Style allStyles[] = {Style::Professional, Style::Xiaohongshu, Style::BusinessEmail,
+constexpr std::array allStyles{Style::Professional, Style::Xiaohongshu, Style::BusinessEmail,
     Style::Casual, Style::Meeting, Style::AiPrompt};
 
 /// Every Han character and word of a text, in small letters, in order.
@@ -34,7 +35,7 @@ std::vector<std::u32string> wordsInsideFrame(const std::string& text)
         std::string closing;
     };
 
-    static const Frame frames[] = {{"您好：\n\n", "\n\n此致\n敬礼"},
+    static const std::vector<Frame> frames{{"您好：\n\n", "\n\n此致\n敬礼"},
         {"Hello,\n\n", "\n\nBest regards,"}, {"会议行动项：\n", ""}, {"Action items:\n", ""},
         {"任务：\n", ""}, {"Task:\n", ""}};
     std::string inside = text;

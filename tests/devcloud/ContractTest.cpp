@@ -212,7 +212,7 @@ protected:
         return callDocumented(endpoint, body);
     }
 
-    Outcome repeated(int times, const std::function<Outcome()>& once)
+    static Outcome repeated(int times, const std::function<Outcome()>& once)
     {
         for (int round = 0; round < times; ++round)
             once();

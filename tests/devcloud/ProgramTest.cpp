@@ -29,6 +29,7 @@ public:
             return;
         arguments.insert(arguments.begin(), TAVRIN_DEVCLOUD_PROGRAM);
         std::vector<char*> words;
+        words.reserve(arguments.size() + 1);
         for (std::string& argument : arguments)
             words.push_back(argument.data());
         words.push_back(nullptr);

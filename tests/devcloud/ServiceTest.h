@@ -71,7 +71,7 @@ protected:
 
     std::string addTestInvite()
     {
-        const std::string code = newInviteCode();
+        std::string code = newInviteCode();
         Transaction transaction(*database);
         addInvite(transaction, digest(code), now);
         transaction.commit();

@@ -19,6 +19,7 @@ namespace {
 
 using std::filesystem::perms;
 
+constexpr std::int64_t ninetyDays = std::int64_t{90} * 24 * 3600;
 constexpr perms ownerFile = perms::owner_read | perms::owner_write;
 
 class StoreTest : public ::testing::Test {
@@ -128,13 +129,13 @@ TEST_F(StoreTest, DeadRowsAreRemoved)
 
     removeDeadSessions(transaction, lives.refresh.count() - 1);
     removeDeadRegistrations(transaction, 599);
-    removeOldUsage(transaction, 90 * 24 * 3600 - 1);
+    removeOldUsage(transaction, ninetyDays - 1);
     EXPECT_EQ(rows("families") + rows("access_tokens") + rows("refresh_tokens"), 3);
     EXPECT_EQ(rows("registrations") + rows("usage"), 2);
 
     removeDeadSessions(transaction, lives.refresh.count());
     removeDeadRegistrations(transaction, 600);
-    removeOldUsage(transaction, 90 * 24 * 3600);
+    removeOldUsage(transaction, ninetyDays);
     EXPECT_EQ(rows("families") + rows("access_tokens") + rows("refresh_tokens"), 0);
     EXPECT_EQ(rows("registrations") + rows("usage"), 0);
 }

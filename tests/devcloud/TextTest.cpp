@@ -154,7 +154,7 @@ TEST_F(TextTest, EveryFieldOfAnotherTypeIsRefused)
 {
     const Json good{{"transcript", "hello"}, {"application", Json::object()}, {"style", "casual"},
         {"translation", "none"}};
-    const Json values[] = {nullptr, 1, 1.5, true, Json::array(), Json::object(), "text"};
+    const std::vector<Json> values{nullptr, 1, 1.5, true, Json::array(), Json::object(), "text"};
     for (const auto& field : good.items()) {
         for (const Json& value : values) {
             if (value.type() == field.value().type())
