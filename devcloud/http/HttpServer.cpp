@@ -144,7 +144,8 @@ private:
         ClientStream stream(socket, m_settings.limits);
         bool isOpen = true;
         bool isRefused = false;
-        for (std::size_t left = maxRequestsPerConnection; isOpen && hasNextRequest(stream);) {
+        std::size_t left = maxRequestsPerConnection;
+        while (isOpen && hasNextRequest(stream, left == maxRequestsPerConnection)) {
             --left;
             stream.beginRequest();
             isRefused = true; // Until its head has been read and found good.
@@ -160,13 +161,16 @@ private:
         return true;
     }
 
-    bool hasNextRequest(ClientStream& stream) const
+    /// Whether the next request begins. A connection that had its turn gives way when others wait;
+    /// a fresh one gets the time of a whole request to begin its first.
+    bool hasNextRequest(ClientStream& stream, bool isFresh) const
     {
-        const auto deadline = std::chrono::steady_clock::now() + m_settings.idleConnection;
+        const auto patience = isFresh ? m_settings.limits.wholeRequest : m_settings.idleConnection;
+        const auto deadline = std::chrono::steady_clock::now() + patience;
         while (!m_ended && std::chrono::steady_clock::now() < deadline) {
             if (stream.waitForBytes(idleSlice))
                 return true;
-            if (m_pool.load()->isCrowded())
+            if (!isFresh && m_pool.load()->isCrowded())
                 return false;
         }
         return false;

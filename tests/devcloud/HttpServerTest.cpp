@@ -26,7 +26,7 @@ protected:
         settings.port = 0;
         settings.threads = 4;
         settings.idleConnection = 5s;
-        settings.limits.wholeRequest = 300ms;
+        settings.limits.wholeRequest = 5s;
     }
 
     void start()
@@ -98,7 +98,7 @@ TEST_F(HttpServerTest, BadBodiesAreRefusedAndTheConnectionGoesOn)
     LoopbackClient client(server->port());
     for (const std::string& body : {std::string("[]"), std::string("nonsense"),
              std::string(10'000, '['), std::string("\xff\xfe"),
-             std::string("{\"email\":1,\"password\":2}"), std::string("{\0}", 3), std::string()}) {
+             std::string(R"({"email":1,"password":2})"), std::string("{\0}", 3), std::string()}) {
         client.send(post("/v1/auth/login", body));
         EXPECT_EQ(statusIn(client.readAnswer()), 400) << body;
     }
@@ -109,7 +109,7 @@ TEST_F(HttpServerTest, BadBodiesAreRefusedAndTheConnectionGoesOn)
 TEST_F(HttpServerTest, ABodyTooLargeIsRefusedAndItsSenderGetsToKnow)
 {
     start();
-    const std::string body(9 * 1024 * 1024, 'x');
+    const std::string body(std::size_t{9} * 1024 * 1024, 'x');
     EXPECT_EQ(statusFor(post("/v1/auth/login", body)), 413);
 
     LoopbackClient onlyAnnounces(server->port());
@@ -184,11 +184,12 @@ TEST_F(HttpServerTest, ASlowRequestHasOneDeadlineForAll)
     while (!client.isClosedByServer(20ms) && std::chrono::steady_clock::now() - begin < 5s)
         client.send("G");
 
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 4s);
 }
 
 TEST_F(HttpServerTest, ABodyThatNeverComesIsNotWaitedFor)
 {
+    settings.limits.wholeRequest = 250ms;
     start();
     LoopbackClient client(server->port());
     client.send("POST /v1/auth/login HTTP/1.1\r\nContent-Type: application/json\r\n"
@@ -209,7 +210,28 @@ TEST_F(HttpServerTest, IdleConnectionsGiveWayToNewOnes)
     }
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(statusFor("GET /v1/client/update HTTP/1.1\r\n\r\n"), 200);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 4s);
+}
+
+TEST_F(HttpServerTest, AFreshConnectionThatHesitatesIsServedThoughOthersWait)
+{
+    settings.threads = 1;
+    start();
+    LoopbackClient hesitating(server->port());
+    const LoopbackClient waiting(server->port());
+    EXPECT_FALSE(hesitating.isClosedByServer(200ms));
+    hesitating.send("GET /v1/client/update HTTP/1.1\r\n\r\n");
+
+    EXPECT_EQ(statusIn(hesitating.readAnswer()), 200);
+}
+
+TEST_F(HttpServerTest, AConnectionThatNeverBeginsIsClosed)
+{
+    settings.limits.wholeRequest = 250ms;
+    start();
+    const LoopbackClient silent(server->port());
+
+    EXPECT_TRUE(silent.isClosedByServer());
 }
 
 TEST_F(HttpServerTest, ConnectionsCutAtEveryStageHarmNobody)
@@ -273,13 +295,13 @@ TEST_F(HttpServerTest, AnswersAtOnceFromManyThreads)
     const std::string request = post("/v1/text/polish", R"({"transcript":"um hello"})",
         "Authorization: Bearer " + token + "\r\n");
     std::atomic<int> good = 0;
-    std::vector<std::thread> clients;
-    for (int thread = 0; thread < 8; ++thread) {
-        clients.emplace_back([&] {
+    std::vector<std::thread> clients(8);
+    for (std::thread& client : clients) {
+        client = std::thread([&] {
             for (int round = 0; round < 10; ++round) {
-                LoopbackClient client(server->port());
-                client.send(request);
-                good += bodyIn(client.readAnswer()) == R"({"text":"Hello."})" ? 1 : 0;
+                LoopbackClient connection(server->port());
+                connection.send(request);
+                good += bodyIn(connection.readAnswer()) == R"({"text":"Hello."})" ? 1 : 0;
             }
         });
     }
@@ -298,7 +320,7 @@ TEST_F(HttpServerTest, StopEndsIdleConnectionsSoon)
 
     server->stop();
 
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 4s);
     EXPECT_TRUE(client.isClosedByServer());
 }
 

@@ -128,7 +128,7 @@ TEST_F(TextTest, TheApplicationReachesTheModelAsData)
     restart(&model);
     model.nextAnswer = "text";
     const Json application{{"name", "Mail"}, {"bundleId", "org.example.mail"},
-        {"windowHint", "Re: \"plan\""}, {"focusedRole", "AXTextArea"}};
+        {"windowHint", R"(Re: "plan")"}, {"focusedRole", "AXTextArea"}};
     call(Endpoint::Polish, {{"transcript", "hello"}, {"application", application}}, token);
 
     EXPECT_THAT(model.prompts.front().request, HasSubstr(R"("windowHint":"Re: \"plan\"")"));
