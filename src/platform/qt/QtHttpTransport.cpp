@@ -8,9 +8,9 @@
 
 namespace tavrin {
 
-QtHttpTransport::QtHttpTransport(const HttpLimits& limits, const QSslConfiguration& tls)
+QtHttpTransport::QtHttpTransport(const HttpLimits& limits, std::optional<QSslConfiguration> tls)
     : m_limits(limits)
-    , m_tls(tls)
+    , m_tls(std::move(tls))
 {
 }
 
@@ -30,11 +30,18 @@ void QtHttpTransport::send(const HttpRequest& request, ResponseCompletion comple
     if (m_closing)
         return;
     open->exchange = std::make_unique<HttpExchange>(
-        m_manager, m_tls, m_limits, request, [this, open](const Result<HttpResponse>& answer) {
+        m_manager, tls(), m_limits, request, [this, open](const Result<HttpResponse>& answer) {
             // Off the exchange's own stack, and after send() has returned.
             QTimer::singleShot(0, &m_deliveries, [this, open, answer] { finish(open, answer); });
         });
     open->exchange->start();
+}
+
+const QSslConfiguration& QtHttpTransport::tls()
+{
+    if (!m_tls)
+        m_tls = QSslConfiguration::defaultConfiguration();
+    return *m_tls;
 }
 
 void QtHttpTransport::finish(std::list<Open>::iterator request, const Result<HttpResponse>& answer)

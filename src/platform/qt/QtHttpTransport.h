@@ -8,6 +8,7 @@
 #include <QSslConfiguration>
 
 #include <list>
+#include <optional>
 
 namespace tavrin {
 
@@ -15,8 +16,10 @@ namespace tavrin {
 /// HttpExchange. Neither cookies nor answers nor credentials are stored. Needs a QCoreApplication.
 class QtHttpTransport final : public HttpTransport {
 public:
-    explicit QtHttpTransport(const HttpLimits& limits = {},
-        const QSslConfiguration& tls = QSslConfiguration::defaultConfiguration());
+    /// Without @p tls, the system's configuration; it is read at the first request, since it brings
+    /// the whole TLS library into memory.
+    explicit QtHttpTransport(
+        const HttpLimits& limits = {}, std::optional<QSslConfiguration> tls = std::nullopt);
     ~QtHttpTransport() override;
 
     QtHttpTransport(const QtHttpTransport&) = delete;
@@ -30,10 +33,11 @@ private:
         ResponseCompletion completion;
     };
 
+    [[nodiscard]] const QSslConfiguration& tls();
     void finish(std::list<Open>::iterator request, const Result<HttpResponse>& answer);
 
     HttpLimits m_limits;
-    QSslConfiguration m_tls;
+    std::optional<QSslConfiguration> m_tls;
     QNetworkAccessManager m_manager;
     std::list<Open> m_open;
     bool m_closing = false;

@@ -8,6 +8,9 @@
 using namespace Qt::StringLiterals;
 
 namespace tavrin {
+
+using namespace libav;
+
 namespace {
 
 // The index that ends the file: its fixed parts, and what each frame of 64 ms adds at most.
@@ -100,6 +103,8 @@ private:
 
 bool AacFile::Implementation::open(int quality)
 {
+    if (!libav::load())
+        return false;
     libav::silenceLog();
     return m_file.isOpen() && openEncoder(quality) && openContainer();
 }
@@ -206,8 +211,8 @@ Error AacFile::Implementation::writePackets()
 
 bool AacFile::Implementation::hasRoomFor(int bytes)
 {
-    return m_file.reserve(
-        avio_tell(m_io.get()) + bytes + indexBytes + indexBytesPerFrame * (m_packets + 1));
+    return m_file.reserve(avio_seek(m_io.get(), 0, SEEK_CUR) + bytes + indexBytes
+        + indexBytesPerFrame * (m_packets + 1));
 }
 
 void AacFile::Implementation::finish()

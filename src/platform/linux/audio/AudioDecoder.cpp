@@ -12,6 +12,9 @@
 using namespace Qt::StringLiterals;
 
 namespace tavrin {
+
+using namespace libav;
+
 namespace {
 
 constexpr int lowestRate = 4'000; // Below it the resampled block would outgrow its source too far.
@@ -121,11 +124,15 @@ bool AudioDecoder::Implementation::open(const QString& path)
 
 bool AudioDecoder::Implementation::findSound()
 {
+    if (!libav::load())
+        return false;
     libav::silenceLog();
     auto* buffer = static_cast<std::uint8_t*>(av_malloc(libav::ioBufferSize));
     m_io.reset(
         avio_alloc_context(buffer, libav::ioBufferSize, 0, &m_file, readFile, nullptr, seekFile));
     AVFormatContext* format = avformat_alloc_context();
+    if (!m_io || !format)
+        return false;
     format->pb = m_io.get();
     format->format_whitelist = av_strdup(containers);
     format->protocol_whitelist = av_strdup("none"); // A container cannot open anything further.
