@@ -56,6 +56,7 @@ QList<Recorder> recorders(const QString& self)
 /// Records until standard input ends; prints when it was asked to prepare and to record.
 int record(const QString& path)
 {
+    static_cast<void>(std::signal(SIGINT, SIG_IGN)); // It is what ends the others.
     const auto connection = std::make_shared<tavrin::PulseConnection>();
     tavrin::PulseAudioRecorders all(connection);
     auto recorder = all.createRecorder(path, tavrin::recordingSettings);
