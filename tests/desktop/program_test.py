@@ -1,0 +1,130 @@
+#!/usr/bin/env python3
+"""Starts the real program on the desktop around and sees how it runs once, stays and ends.
+
+usage: program_test.py TAVRIN
+"""
+
+import json
+import os
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+PATIENCE = 20  # Seconds; the machine may be busy.
+
+
+def until(condition):
+    deadline = time.monotonic() + PATIENCE
+    while time.monotonic() < deadline:
+        if condition():
+            return True
+        time.sleep(0.05)
+    return False
+
+
+class ProgramTest(unittest.TestCase):
+    program = ""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        self.environment = {
+            **os.environ,
+            "XDG_CONFIG_HOME": f"{self.folder}/config",
+            "XDG_DATA_HOME": f"{self.folder}/data",
+        }
+        self.preferences = self.folder / "config/Tavrin/preferences.json"
+        self.preferences.parent.mkdir(parents=True)
+        self.preferences.write_text(json.dumps({
+            "interfaceLanguage": "en",
+            "tavrinBetaOnboardingSeen": True,
+            "tavrinLastUpdateCheckAt": time.time(),
+        }), encoding="utf-8")
+
+    def start(self, *options, **more):
+        process = subprocess.Popen([self.program, *options], env=self.environment,
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, **more)
+        self.addCleanup(self.end, process)
+        return process
+
+    @staticmethod
+    def end(process):
+        if process.poll() is None:
+            process.kill()
+        process.communicate()
+
+    def windows(self, process):
+        found = subprocess.run(
+            ["xdotool", "search", "--onlyvisible", "--all", "--pid", str(process.pid), "--name",
+             "^Tavrin$"], env=self.environment, capture_output=True, text=True, check=False)
+        return found.stdout.split()
+
+    def start_with_window(self):
+        process = self.start()
+        self.assertTrue(until(lambda: self.windows(process) or process.poll() is not None))
+        self.assertIsNone(process.poll(), "ended at once")
+        return process
+
+    def assert_ends_cleanly(self, process):
+        _, errors = process.communicate(timeout=PATIENCE)
+        self.assertEqual(process.returncode, 0, errors)
+
+    def test_closing_the_window_leaves_the_program_and_a_second_start_brings_it_back(self):
+        first = self.start_with_window()
+        subprocess.run(["wmctrl", "-i", "-c", self.windows(first)[0]], env=self.environment,
+                       check=True)
+        self.assertTrue(until(lambda: not self.windows(first)))
+        self.assertIsNone(first.poll())
+
+        second = self.start()
+        self.assert_ends_cleanly(second)
+        self.assertTrue(until(lambda: self.windows(first)))
+        self.assertIsNone(first.poll())
+
+    def test_signals_end_the_program_cleanly(self):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(signal=number):
+                process = self.start_with_window()
+                process.send_signal(number)
+                self.assert_ends_cleanly(process)
+
+    def test_nothing_is_logged_when_nothing_goes_wrong(self):
+        process = self.start_with_window()
+        process.send_signal(signal.SIGTERM)
+        output, errors = process.communicate(timeout=PATIENCE)
+        self.assertEqual(output, "")
+        # Whether there is a tray is the desktop's affair; it is said once.
+        lines = [line for line in errors.splitlines() if "no tray" not in line]
+        self.assertEqual(lines, [])
+
+    def test_settings_that_cannot_be_read_are_no_obstacle(self):
+        self.preferences.write_text('{"interfaceLanguage": ', encoding="utf-8")
+        process = self.start_with_window()
+        process.send_signal(signal.SIGTERM)
+        self.assert_ends_cleanly(process)
+
+    def test_help_and_version_need_no_desktop(self):
+        for variable in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"):
+            self.environment.pop(variable, None)
+        help_output, _ = self.start("--help").communicate(timeout=PATIENCE)
+        self.assertTrue(help_output.startswith("Usage: tavrin"), help_output)
+        version, _ = self.start("--version").communicate(timeout=PATIENCE)
+        self.assertRegex(version, r"^Tavrin \d+\.\d+\.\d+ \(build \d+\)\n$")
+
+    def test_an_unknown_option_is_refused(self):
+        process = self.start("--colour")
+        _, errors = process.communicate(timeout=PATIENCE)
+        self.assertEqual(process.returncode, 2)
+        self.assertIn("--colour", errors)
+
+
+if __name__ == "__main__":
+    if len(sys.argv) != 2:
+        sys.exit(__doc__)
+    ProgramTest.program = sys.argv.pop()
+    unittest.main()
