@@ -129,7 +129,7 @@ void AppDelegate::hideMainWindow()
     m_userInterface->mainWindow().hide();
 }
 
-void AppDelegate::quit()
+void AppDelegate::quit() const
 {
     m_surroundings.correctionLearning->finishCorrectionLearningAndAnalyze(true);
     m_surroundings.terminate();
@@ -162,7 +162,7 @@ ShortcutMonitor::Actions AppDelegate::shortcutActions()
     };
 }
 
-QStringList AppDelegate::contextualTerms()
+QStringList AppDelegate::contextualTerms() const
 {
     return SpeechContextualTerms(
         DictionaryTerms(DictionaryEntries(*m_platform.preferences, *m_platform.clock)));

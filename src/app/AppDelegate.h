@@ -75,12 +75,12 @@ public:
     void hideMainWindow();
 
     /// Saves what a correction under way teaches, and ends the program.
-    void quit();
+    void quit() const;
 
 private:
     [[nodiscard]] StatusMenu::Actions menuActions();
     [[nodiscard]] ShortcutMonitor::Actions shortcutActions();
-    [[nodiscard]] QStringList contextualTerms();
+    [[nodiscard]] QStringList contextualTerms() const;
     void createSession();
     void toggleOperationMode(OperationMode mode);
     void undoWhatACrashLeft();
