@@ -3,6 +3,7 @@
 #include "platform/linux/atspi/AtspiAccessibility.h"
 #include "platform/linux/audio/PulseAudioDevices.h"
 #include "platform/linux/audio/PulseAudioRecorder.h"
+#include "platform/linux/desktop/IcuWordBreaker.h"
 #include "platform/linux/desktop/JsonPreferences.h"
 #include "platform/linux/desktop/LinuxSystemInfo.h"
 #include "platform/linux/desktop/PulseSoundPlayer.h"
@@ -53,6 +54,7 @@ Platform createPlatform()
     platform.alerts = std::make_unique<QtAlerts>();
     platform.permissions =
         std::make_unique<LinuxPermissions>(*platform.audioDevices, *platform.fileSpeechRecognizer);
+    platform.wordBreaker = std::make_unique<IcuWordBreaker>();
     return platform;
 }
 

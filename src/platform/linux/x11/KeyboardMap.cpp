@@ -36,7 +36,8 @@ xcb_keysym_t KeyboardMap::symbol(xcb_keycode_t code, int level) const
     const int row = code - m_firstCode;
     if (row < 0 || row >= codeCount() || level < 0 || level >= m_symbolsPerCode)
         return keysyms::none;
-    return m_symbols[static_cast<std::size_t>(row * m_symbolsPerCode + level)];
+    const qsizetype index = qsizetype{row} * m_symbolsPerCode + level;
+    return m_symbols[static_cast<std::size_t>(index)];
 }
 
 std::optional<xcb_keycode_t> KeyboardMap::codeOf(xcb_keysym_t symbol) const

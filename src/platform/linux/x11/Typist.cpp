@@ -192,8 +192,8 @@ void Typist::press(const std::vector<xcb_keycode_t>& chord)
 {
     for (const xcb_keycode_t code : chord)
         fakeKey(code, true);
-    for (auto code = chord.rbegin(); code != chord.rend(); ++code)
-        fakeKey(*code, false);
+    std::for_each(
+        chord.rbegin(), chord.rend(), [this](xcb_keycode_t code) { fakeKey(code, false); });
     xcb_flush(connection().get());
 }
 
