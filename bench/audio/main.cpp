@@ -190,7 +190,7 @@ bool measureOnce(
     const Recorder& recorder, const Reference& reference, const QString& path, Delays& delays)
 {
     Running running(recorder, path);
-    std::this_thread::sleep_for(1800ms);
+    std::this_thread::sleep_for(2600ms); // On PipeWire parecord gets nothing before two seconds.
     const QList<QByteArray> calls = running.output().trimmed().split(' ');
     running.end();
     const Reference::Heard heard = reference.heard();
