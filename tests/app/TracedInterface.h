@@ -47,7 +47,7 @@ class TracedInterface final : public UserInterface,
                               public HistoryWindow,
                               public PersonalizationWindow {
 public:
-    explicit TracedInterface(Note note)
+    explicit TracedInterface(const Note& note)
         : m_note(note)
         , m_hud(note)
         , m_mainWindow(note)
