@@ -65,7 +65,7 @@ public:
 [[noreturn]] void stop(const QString& reason)
 {
     std::fprintf(stderr, "%s\n", qPrintable(reason));
-    std::exit(2);
+    std::_Exit(2);
 }
 
 /// Milliseconds from the call of @p start until it called back.

@@ -2,6 +2,8 @@
 
 #include <QRegularExpression>
 
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace tavrin {
@@ -161,7 +163,7 @@ TEST_F(CloudAccountTest, TheFirstSignInStoresAnIdentifierBeforeItIsSent)
 TEST_F(CloudAccountTest, EveryLaterSignInAndRegistrationSendsTheSameIdentifier)
 {
     for (int round = 0; round < 2; ++round) {
-        Received<CloudResponse> answers[3];
+        std::array<Received<CloudResponse>, 3> answers;
         for (int i = 0; i < 3; ++i)
             transport.willAnswer(500);
         api->loginEmail(u"a"_s, u"p"_s, answers[0].completion());

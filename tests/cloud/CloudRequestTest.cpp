@@ -158,7 +158,7 @@ TEST_F(CloudRequestTest, AnUnreadableBodyIsTheEmptyObject)
 
 TEST_F(CloudRequestTest, AnAnswerOfNineMebibytesIsTheTransportsError)
 {
-    const CloudResponse& response = answerOf(200, QByteArray(9 * 1024 * 1024, ' '));
+    const CloudResponse& response = answerOf(200, QByteArray(9LL * 1024 * 1024, ' '));
 
     EXPECT_EQ(response.error->code, static_cast<int>(HttpFailure::TooLarge));
     EXPECT_EQ(response.status, 0);

@@ -103,7 +103,7 @@ TEST_F(CloudTextTest, PolishWithoutASessionIsRefusedInChineseInEveryLanguage)
 
 TEST_F(CloudTextTest, ChatWithoutASessionIsRefusedInTheInterfaceLanguage)
 {
-    const std::pair<QStringView LocalizedText::*, QString> forms[]{
+    const QList<std::pair<QStringView LocalizedText::*, QString>> forms{
         {&LocalizedText::zhHans, u"请先登录 Tavrin 云端账号。"_s},
         {&LocalizedText::zhHant, u"請先登入 Tavrin 雲端帳戶。"_s},
         {&LocalizedText::en, u"Sign in to Tavrin Cloud first."_s}};
@@ -134,7 +134,7 @@ TEST_F(CloudTextTest, PolishWithoutATextFailsInChineseInEveryLanguage)
 TEST_F(CloudTextTest, ChatWithoutATextFailsInTheInterfaceLanguage)
 {
     storeSession(u"a"_s, u"r"_s);
-    const std::pair<QStringView LocalizedText::*, QString> forms[]{
+    const QList<std::pair<QStringView LocalizedText::*, QString>> forms{
         {&LocalizedText::zhHans, u"云端没有返回畅聊回答。"_s},
         {&LocalizedText::zhHant, u"雲端沒有返回暢聊回答。"_s},
         {&LocalizedText::en, u"Tavrin Cloud did not return a chat answer."_s}};

@@ -258,16 +258,16 @@ TEST_P(HttpTransportContractTest, AnAddressWithoutAHostIsRefused)
 
 TEST_P(HttpTransportContractTest, EightMebibytesAreAccepted)
 {
-    network->willAnswer(200, QByteArray(8 * 1024 * 1024, 'x'));
+    network->willAnswer(200, QByteArray(8LL * 1024 * 1024, 'x'));
     send(get());
     ASSERT_TRUE(settled());
 
-    EXPECT_EQ(answers.first()->body.size(), 8 * 1024 * 1024);
+    EXPECT_EQ(answers.first()->body.size(), 8LL * 1024 * 1024);
 }
 
 TEST_P(HttpTransportContractTest, OneByteMoreIsRefused)
 {
-    network->willAnswer(200, QByteArray(8 * 1024 * 1024 + 1, 'x'));
+    network->willAnswer(200, QByteArray(8LL * 1024 * 1024 + 1, 'x'));
     send(get());
     ASSERT_TRUE(settled());
 

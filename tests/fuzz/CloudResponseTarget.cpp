@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
+#include <utility>
 
 // What the cloud client makes of any answer: two bytes choose the status, the rest is the body.
 
@@ -31,8 +32,8 @@ bool succeeded(int status)
 /// A client whose every request is answered the same.
 class Exchange {
 public:
-    explicit Exchange(const HttpResponse& response)
-        : m_response(response)
+    explicit Exchange(HttpResponse response)
+        : m_response(std::move(response))
     {
         m_preferences.setValue(keys::cloudAccessToken, QStringLiteral("access"));
         m_preferences.setValue(keys::cloudRefreshToken, QStringLiteral("refresh"));
@@ -133,6 +134,7 @@ void checkSession(const HttpResponse& response)
 } // namespace
 } // namespace tavrin
 
+// NOLINTNEXTLINE(readability-identifier-naming): the name that libFuzzer calls.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     if (size < 2)

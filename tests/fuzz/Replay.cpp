@@ -9,6 +9,7 @@
 
 // Runs a fuzz target over every file of a corpus and over variations of it, the same every time.
 
+// NOLINTNEXTLINE(readability-identifier-naming): the name that libFuzzer calls.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {

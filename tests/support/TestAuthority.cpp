@@ -85,7 +85,7 @@ QString TestAuthority::file(const QString& name) const
     return m_directory.filePath(name);
 }
 
-void TestAuthority::openssl(const QStringList& arguments) const
+void TestAuthority::openssl(const QStringList& arguments)
 {
     QByteArrayList words{"openssl"};
     for (const QString& argument : arguments)

@@ -26,7 +26,7 @@ public:
     [[nodiscard]] QSslConfiguration selfSigned(const QString& subject);
 
 private:
-    void openssl(const QStringList& arguments) const;
+    static void openssl(const QStringList& arguments);
     [[nodiscard]] QString file(const QString& name) const;
     [[nodiscard]] QSslConfiguration configuration(const QString& name) const;
 

@@ -2,15 +2,44 @@
 
 #include "platform/qt/HttpErrors.h"
 
-#include <QTimer>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QObject>
 
+#include <deque>
+#include <functional>
 #include <utility>
 
 namespace tavrin {
 
+/// Calls back from the event loop: off an exchange's own stack, and after send() has returned. What
+/// still waits goes with it.
+class QtHttpTransport::Deliveries final : public QObject {
+public:
+    void post(std::function<void()> delivery)
+    {
+        m_waiting.push_back(std::move(delivery));
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    }
+
+    bool event(QEvent* event) override
+    {
+        if (event->type() != QEvent::User)
+            return QObject::event(event);
+        const auto delivery = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        delivery(); // May destroy this object.
+        return true;
+    }
+
+private:
+    std::deque<std::function<void()>> m_waiting;
+};
+
 QtHttpTransport::QtHttpTransport(const HttpLimits& limits, std::optional<QSslConfiguration> tls)
     : m_limits(limits)
     , m_tls(std::move(tls))
+    , m_deliveries(std::make_unique<Deliveries>())
 {
 }
 
@@ -31,8 +60,7 @@ void QtHttpTransport::send(const HttpRequest& request, ResponseCompletion comple
         return;
     open->exchange = std::make_unique<HttpExchange>(
         m_manager, tls(), m_limits, request, [this, open](const Result<HttpResponse>& answer) {
-            // Off the exchange's own stack, and after send() has returned.
-            QTimer::singleShot(0, &m_deliveries, [this, open, answer] { finish(open, answer); });
+            m_deliveries->post([this, open, answer] { finish(open, answer); });
         });
     open->exchange->start();
 }

@@ -4,10 +4,10 @@
 #include "platform/qt/HttpExchange.h"
 
 #include <QNetworkAccessManager>
-#include <QObject>
 #include <QSslConfiguration>
 
 #include <list>
+#include <memory>
 #include <optional>
 
 namespace tavrin {
@@ -28,6 +28,8 @@ public:
     void send(const HttpRequest& request, ResponseCompletion completion) override;
 
 private:
+    class Deliveries;
+
     struct Open {
         std::unique_ptr<HttpExchange> exchange;
         ResponseCompletion completion;
@@ -41,7 +43,7 @@ private:
     QNetworkAccessManager m_manager;
     std::list<Open> m_open;
     bool m_closing = false;
-    QObject m_deliveries; ///< Takes what waits to be delivered with it.
+    std::unique_ptr<Deliveries> m_deliveries;
 };
 
 } // namespace tavrin

@@ -73,7 +73,7 @@ QString DevelopmentCloud::mailedCode(const QString& email) const
     return {};
 }
 
-QString DevelopmentCloud::run(const QStringList& arguments, const QByteArray& input) const
+QString DevelopmentCloud::run(const QStringList& arguments, const QByteArray& input)
 {
     QProcess process;
     process.start(program, arguments);

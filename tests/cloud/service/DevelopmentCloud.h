@@ -30,7 +30,7 @@ public:
     [[nodiscard]] QString file(const QString& name) const { return m_data.filePath(name); }
 
 private:
-    [[nodiscard]] QString run(const QStringList& arguments, const QByteArray& input = {}) const;
+    [[nodiscard]] static QString run(const QStringList& arguments, const QByteArray& input = {});
 
     QTemporaryDir m_data;
     QProcess m_process;

@@ -132,8 +132,8 @@ TEST_F(QtHttpTransportTest, AnswersAreNotCached)
 
 TEST_F(QtHttpTransportTest, AChallengeIsAnAnswerLikeAnyOther)
 {
-    for (const QByteArray scheme : {"Basic realm=\"x\"", "Digest realm=\"x\", nonce=\"1\"",
-             "Negotiate", "Bearer error=\"invalid_token\""}) {
+    for (const QByteArray scheme : {R"(Basic realm="x")", R"(Digest realm="x", nonce="1")",
+             "Negotiate", R"(Bearer error="invalid_token")"}) {
         answers.clear();
         serve(LoopbackServer::answer(401, "expired", "WWW-Authenticate: " + scheme + "\r\n"));
         get();
@@ -206,7 +206,7 @@ TEST_F(QtHttpTransportTest, AnEndlessAnswerIsRefusedWhileItStreams)
 {
     server.handler = [](const ServedRequest&, QTcpSocket& socket) {
         socket.write("HTTP/1.1 200 OK\r\n\r\n");
-        const auto more = [&socket] { socket.write(QByteArray(1024 * 1024, 'x')); };
+        const auto more = [&socket] { socket.write(QByteArray(1024LL * 1024, 'x')); };
         QObject::connect(&socket, &QTcpSocket::bytesWritten, &socket, more);
         more();
     };
@@ -383,7 +383,7 @@ TEST_F(QtHttpTransportTest, TheLimitsAreThoseOfThePort)
 
     EXPECT_EQ(limits.withoutData, 90s);
     EXPECT_EQ(limits.total, 120s);
-    EXPECT_EQ(limits.largestBody, 8 * 1024 * 1024);
+    EXPECT_EQ(limits.largestBody, 8LL * 1024 * 1024);
 }
 
 // Redirects
@@ -417,7 +417,7 @@ TEST_F(RedirectTest, WithinTheOriginItIsFollowedWithTheToken)
 
 TEST_F(RedirectTest, APostStaysAPostOnlyWhenTheServerSaysSo)
 {
-    const std::pair<int, QByteArray> methods[]{
+    const QList<std::pair<int, QByteArray>> methods{
         {301, "GET"}, {302, "GET"}, {303, "GET"}, {307, "POST"}, {308, "POST"}};
     for (const auto& [status, method] : methods) {
         answers.clear();

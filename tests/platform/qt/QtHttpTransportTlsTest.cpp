@@ -18,7 +18,7 @@ class QtHttpTransportTlsTest : public ::testing::Test {
 protected:
     testing::TestAuthority authority;
 
-    Result<HttpResponse> get(QtHttpTransport& transport, const QUrl& url)
+    static Result<HttpResponse> get(QtHttpTransport& transport, const QUrl& url)
     {
         std::optional<Result<HttpResponse>> received;
         transport.send({url, "GET", {{"Authorization", "Bearer token"}}, std::nullopt},
