@@ -28,7 +28,7 @@ protected:
         return body(transport.requests().size() - 1);
     }
 
-    QJsonValue field(const QJsonObject& object, const char* name) const
+    static QJsonValue field(const QJsonObject& object, const char* name)
     {
         return object.value(QLatin1StringView(name));
     }
