@@ -1,0 +1,191 @@
+"""The stage of a whole session on a desktop: a text service with a model behind it, the program,
+an editor in front, keys and a voice. Everything talks to this machine only."""
+
+import contextlib
+import http.server
+import json
+import os
+import pathlib
+import re
+import subprocess
+import tempfile
+import threading
+import time
+import urllib.request
+
+SERVICE = "http://127.0.0.1:8787"
+EMAIL, PASSWORD = "you@tavrin.example", "a long enough password"
+RIGHT_ALT = "108"  # A key code: the symbol depends on the layout.
+PATIENCE = 60  # Seconds; far more than anything takes on a quiet machine.
+
+
+def wait_until(what, condition, patience=PATIENCE):
+    """The first true value of condition(); fails after a while."""
+    end = time.monotonic() + patience
+    while time.monotonic() < end:
+        value = condition()
+        if value:
+            return value
+        time.sleep(0.05)
+    raise AssertionError(f"gave up waiting for {what}")
+
+
+def run(*command, **options):
+    return subprocess.run(command, check=True, capture_output=True, text=True, **options).stdout
+
+
+def xdotool(*arguments):
+    return run("xdotool", *arguments)
+
+
+class Model:
+    """A stand-in for a language model: answers every request with `answer`."""
+
+    def __init__(self):
+        self.answer = ""
+        self.requests = []
+        model = self
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_POST(self):
+                body = self.rfile.read(int(self.headers["Content-Length"]))
+                model.requests.append(json.loads(body))
+                message = {"role": "assistant", "content": model.answer}
+                answer = json.dumps({"choices": [{"message": message}]}).encode()
+                self.send_response(200)
+                self.send_header("Content-Type", "application/json")
+                self.send_header("Content-Length", str(len(answer)))
+                self.end_headers()
+                self.wfile.write(answer)
+
+            def log_message(self, *arguments):
+                pass
+
+        self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        threading.Thread(target=self._server.serve_forever, daemon=True).start()
+        self.url = f"http://127.0.0.1:{self._server.server_port}"
+
+    def close(self):
+        self._server.shutdown()
+        self._server.server_close()
+
+
+class Stage:
+    def __init__(self, program, service, settings, use_model):
+        self._exit = contextlib.ExitStack()
+        self._folder = pathlib.Path(self._exit.enter_context(tempfile.TemporaryDirectory()))
+        self.model = Model()
+        self._exit.callback(self.model.close)
+        self.recordings = self._folder / "recordings"
+        self.recordings.mkdir()
+        try:
+            self._start_service(service, use_model)
+            self._start_program(program, settings)
+        except BaseException:
+            self.close()
+            raise
+
+    def close(self):
+        self._exit.close()
+
+    def folder(self, name):
+        path = self._folder / name
+        path.mkdir(exist_ok=True)
+        return path
+
+    def start(self, *command, environment=None, **options):
+        """A program that is ended with the stage."""
+        process = subprocess.Popen(command, env={**os.environ, **(environment or {})}, **options)
+
+        def end():
+            process.terminate()
+            try:
+                process.wait(10)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+
+        self._exit.callback(end)
+        return process
+
+    def _start_service(self, service, use_model):
+        data = self.folder("service")
+        run(service, "--data", data, "account", EMAIL, input=PASSWORD)
+        model = ["--llm-url", self.model.url, "--llm-model", "stand-in"] if use_model else []
+        self.start(service, "--data", data, *model,
+                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        credentials = {"email": EMAIL, "password": PASSWORD, "deviceId": "test",
+                       "deviceName": "test", "clientVersion": "0.8.0"}
+
+        def sign_in():
+            request = urllib.request.Request(
+                SERVICE + "/v1/auth/login", json.dumps(credentials).encode(),
+                {"Content-Type": "application/json"})
+            try:
+                with urllib.request.urlopen(request) as answer:
+                    return json.load(answer)
+            except OSError:
+                return None
+
+        self._session = wait_until("the text service", sign_in)
+
+    def _start_program(self, program, settings):
+        config, data = self.folder("config"), self.folder("data")
+        (config / "Tavrin").mkdir()
+        preferences = {
+            "interfaceLanguage": "en", "tavrinBetaOnboardingSeen": True,
+            "tavrinLastUpdateCheckAt": time.time(),
+            "cloudAccessToken": self._session["accessToken"],
+            "cloudRefreshToken": self._session["refreshToken"],
+            "translationShortcutIdentifiers": ["leftOption"],
+            "chatShortcutIdentifiers": ["controlOptionSpace"], **settings}
+        (config / "Tavrin/preferences.json").write_text(json.dumps(preferences))
+        self.history_file = data / "Tavrin/TranscriptionHistory.json"
+        self.program = self.start(program, environment={
+            "XDG_CONFIG_HOME": str(config), "XDG_DATA_HOME": str(data),
+            "TMPDIR": str(self.recordings)})
+        wait_until("the main window", lambda: self.window_of(self.program.pid, "^Tavrin$"))
+
+    @staticmethod
+    def window_of(process, name=""):
+        found = subprocess.run(
+            ["xdotool", "search", "--all", "--onlyvisible", "--pid", str(process), "--name", name],
+            capture_output=True, text=True, check=False).stdout.split()
+        return found[-1] if found else None
+
+    def panel_is_visible(self):
+        """The recording panel is the program's only window of its size."""
+        windows = subprocess.run(
+            ["xdotool", "search", "--all", "--onlyvisible", "--pid", str(self.program.pid),
+             "--name", "^Tavrin$"], capture_output=True, text=True, check=False).stdout.split()
+        for window in windows:
+            geometry = subprocess.run(["xdotool", "getwindowgeometry", window],
+                                      capture_output=True, text=True, check=False).stdout
+            if re.search(r"Geometry: 430x145", geometry):
+                return True
+        return False
+
+    def say(self, sentence):
+        voice = self._folder / "voice.wav"
+        run("flite", "-voice", "rms", "-t", sentence, "-o", voice)
+        run("paplay", "--device=micfeed", voice)
+
+    def dictate(self, key, sentence):
+        """A whole session with one key: press, speak, press, until the result is in the history."""
+        before = len(self.history())
+        xdotool("key", key)
+        wait_until("the panel", self.panel_is_visible)
+        wait_until("the recording", lambda: list(self.recordings.glob("tavrin-*.m4a")))
+        time.sleep(0.5)  # People breathe in first.
+        self.say(sentence)
+        time.sleep(0.3)
+        xdotool("key", key)
+        wait_until("the result", lambda: len(self.history()) > before)
+        wait_until("the panel's end", lambda: not self.panel_is_visible())
+        return self.history()[0]
+
+    def history(self):
+        try:
+            return json.loads(self.history_file.read_text())
+        except FileNotFoundError:
+            return []
