@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t maxFieldBytes = 256;
 constexpr std::int64_t maxCharacters = 100'000'000;
-constexpr std::int64_t maxAudioSeconds = 24 * 3600;
+constexpr std::int64_t maxAudioSeconds = std::int64_t{24} * 3600;
 constexpr std::int64_t maxLatencyMs = 300'000; // Clients cap what they report at five minutes.
 
 Json totalsAnswer(const UsageTotals& totals)

@@ -117,7 +117,8 @@ TEST_F(TextTest, TheTranscriptIsFencedAsData)
         const std::string mark =
             prompt.request.substr(markAt, prompt.request.find('\n', start) - markAt);
         EXPECT_EQ(mark.size(), 43U);
-        EXPECT_THAT(prompt.request, HasSubstr(attack + "\nTRANSCRIPT " + mark + ">>>"));
+        const std::string end = "\nTRANSCRIPT " + mark + ">>>";
+        EXPECT_THAT(prompt.request, HasSubstr(attack + end));
         EXPECT_THAT(prompt.instructions, HasSubstr(mark));
     }
     EXPECT_NE(model.prompts[0].request, model.prompts[1].request); // A fence is used once.

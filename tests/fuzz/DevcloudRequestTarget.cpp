@@ -108,6 +108,7 @@ void checkPolish(const std::string& text)
 } // namespace
 } // namespace tavrin::devcloud
 
+// NOLINTNEXTLINE(readability-identifier-naming): the name that libFuzzer calls.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using namespace tavrin::devcloud;
