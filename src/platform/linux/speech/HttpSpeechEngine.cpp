@@ -43,7 +43,10 @@ QString promptFor(const QStringList& terms)
 {
     QStringList prompt;
     for (const QString& term : terms) {
-        const QString clean = term.simplified();
+        QString clean = term;
+        std::replace_if(
+            clean.begin(), clean.end(), [](QChar character) { return !character.isPrint(); }, u' ');
+        clean = clean.simplified();
         if (!clean.isEmpty() && !prompt.contains(clean))
             prompt.prepend(clean);
     }

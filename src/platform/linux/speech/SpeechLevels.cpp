@@ -47,7 +47,7 @@ qsizetype quietestFrame(std::span<const float> frames, qsizetype first, qsizetyp
     qsizetype best = first;
     for (qsizetype begin = first + 1; begin + width <= last; ++begin) {
         sum += level(begin + width - 1) - level(begin - 1);
-        if (sum < lowest) {
+        if (sum <= lowest) { // The later the better: longer stretches keep more context.
             lowest = sum;
             best = begin;
         }

@@ -1,6 +1,7 @@
 #include "platform/linux/speech/SphinxDecoder.h"
 
 #include "base/Log.h"
+#include "platform/linux/speech/SphinxGuard.h"
 #include "platform/linux/speech/TermLanguageModel.h"
 
 #include <QFile>
@@ -8,7 +9,6 @@
 #include <algorithm>
 #include <array>
 #include <pocketsphinx/pocketsphinx.h>
-#include <sphinxbase/err.h>
 #include <sphinxbase/ngram_model.h>
 #include <utility>
 
@@ -57,7 +57,7 @@ void SphinxDecoder::Free::operator()(ps_decoder_s* decoder) const
 
 std::unique_ptr<SphinxDecoder> SphinxDecoder::open(const SphinxModel& model)
 {
-    err_set_logfp(nullptr); // The library's log holds what was said.
+    silenceSphinx();
     std::unique_ptr<SphinxDecoder> decoder(new SphinxDecoder);
     return decoder->load(model) ? std::move(decoder) : nullptr;
 }
@@ -70,18 +70,22 @@ SphinxDecoder::~SphinxDecoder()
 bool SphinxDecoder::load(const SphinxModel& model)
 {
     m_isEnglish = model.language.startsWith(u"en"_s);
-    m_config.reset(cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm",
-        QFile::encodeName(model.acousticModel).constData(), "-dict",
-        QFile::encodeName(model.dictionary).constData(), "-logfn", "/dev/null", nullptr));
-    if (!m_config)
-        return false;
-    m_decoder.reset(ps_init(m_config.get()));
-    if (!m_decoder)
-        return false;
-    m_languageModel.reset(
-        ngram_model_read(m_config.get(), QFile::encodeName(model.languageModel).constData(),
+    const QByteArray acousticModel = QFile::encodeName(model.acousticModel);
+    const QByteArray dictionary = QFile::encodeName(model.dictionary);
+    const QByteArray languageModel = QFile::encodeName(model.languageModel);
+    bool ready = false;
+    const bool survived = survivesSphinx([&] {
+        m_config.reset(cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", acousticModel.constData(),
+            "-dict", dictionary.constData(), nullptr));
+        if (m_config)
+            m_decoder.reset(ps_init(m_config.get()));
+        if (!m_decoder)
+            return;
+        m_languageModel.reset(ngram_model_read(m_config.get(), languageModel.constData(),
             NGRAM_AUTO, ps_get_logmath(m_decoder.get())));
-    return m_languageModel && useLanguageModel(m_languageModel.get());
+        ready = m_languageModel && useLanguageModel(m_languageModel.get());
+    });
+    return survived && ready;
 }
 
 bool SphinxDecoder::useLanguageModel(ngram_model_s* model)

@@ -32,8 +32,8 @@ public:
     SphinxDecoder& operator=(const SphinxDecoder&) = delete;
 
     /// From the next utterance on these terms are more likely. Terms that the model cannot
-    /// pronounce are left out. An utterance that is under way ends, unless the terms are the same
-    /// as before.
+    /// pronounce are left out; words that were favoured once stay known. An utterance that is under
+    /// way ends, unless the terms are the same as before.
     void favour(const QStringList& terms);
 
     /// Starts an utterance and returns its number; one that is under way ends without an answer.

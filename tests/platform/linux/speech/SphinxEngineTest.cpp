@@ -1,0 +1,113 @@
+#include "platform/linux/speech/SphinxEngine.h"
+
+#include "platform/linux/speech/EngineFileRecognizer.h"
+#include "platform/linux/speech/SpeechEngineTexts.h"
+#include "support/HeardResults.h"
+#include "support/QtPrinters.h"
+#include "support/Voices.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace tavrin {
+namespace {
+
+class SphinxEngineTest : public ::testing::Test {
+protected:
+    QTemporaryDir folder;
+    std::shared_ptr<SpeechEngineThread> thread = std::make_shared<SpeechEngineThread>(
+        std::make_unique<SphinxEngine>(findSphinxModel({}, sphinxModelRoots())));
+    EngineFileRecognizer recognizer{thread};
+
+    QString spoken(const QString& text, const QString& voice = "rms") const
+    {
+        QString path = folder.filePath("spoken.wav");
+        EXPECT_TRUE(testing::speak(text, voice, path));
+        return path;
+    }
+
+    QString recognized(const QString& path, const QStringList& terms = {})
+    {
+        const testing::HeardResults heard;
+        const auto task = recognizer.recognize(path, {.contextualStrings = terms}, heard.handler());
+        return heard.text();
+    }
+};
+
+TEST_F(SphinxEngineTest, ASpokenSentenceIsUnderstood)
+{
+    EXPECT_EQ(recognized(spoken("the weather is nice today")), "the weather is nice today");
+}
+
+TEST_F(SphinxEngineTest, AFavouredNameIsUnderstoodAndSpelledAsTheUserSpellsIt)
+{
+    const QString path = spoken("please ask chat g p t to write the letter");
+
+    EXPECT_FALSE(recognized(path).contains("ChatGPT"));
+    EXPECT_TRUE(recognized(path, {"ChatGPT", "Notion"}).contains("ChatGPT"));
+}
+
+TEST_F(SphinxEngineTest, TermsThatCannotBeSaidDoNoHarm)
+{
+    const QStringList terms{"", " \n", "\x01\x02", QStringLiteral("张小明"), QString(10'000, u'a'),
+        "a(2)", "<s>", "</s>", "[noise]", "\\end\\", "\\data\\", "-99 x", "New York", "the",
+        QString(QChar(0)) + "x", "C++", "notion", "Notion", "NOTION"};
+
+    EXPECT_EQ(recognized(spoken("the weather is nice today"), terms), "the weather is nice today");
+}
+
+TEST_F(SphinxEngineTest, TheModelIsOpenedOnceForAllRecordings)
+{
+    const QString path = spoken("good morning");
+    for (int recording = 0; recording < 5; ++recording)
+        EXPECT_EQ(recognized(path), "good morning");
+}
+
+TEST_F(SphinxEngineTest, ALiveUtteranceSurvivesARecordingInBetween)
+{
+    const QString path = spoken("good morning");
+    const testing::HeardResults heard;
+    std::unique_ptr<Utterance> live;
+    std::vector<qint16> samples(16'000);
+    thread->post([&] {
+        live = thread->engine()
+                   .begin({.shouldReportPartialResults = true, .contextualStrings = {}}, {})
+                   .value();
+        ASSERT_TRUE(live->feed(samples));
+    });
+    const auto task = recognizer.recognize(path, {}, heard.handler());
+    EXPECT_EQ(heard.text(), "good morning");
+
+    const testing::HeardResults again;
+    thread->post([&] {
+        ASSERT_TRUE(live->feed(samples));
+        const QString text = live->partialText().trimmed();
+        live.reset();
+        again.handler()(SpeechResult{text, true});
+    });
+    EXPECT_EQ(again.text(), "");
+}
+
+TEST_F(SphinxEngineTest, AModelThatCannotBeLoadedIsSaidSo)
+{
+    const QString model = folder.filePath("en-us");
+    ASSERT_TRUE(QDir().mkpath(model));
+    for (const char* name : {"mdef", "words.dict", "words.lm"}) {
+        QFile file(model + "/" + name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("nonsense\n");
+    }
+    EngineFileRecognizer broken(
+        std::make_shared<SpeechEngineThread>(std::make_unique<SphinxEngine>(sphinxModelIn(model))));
+    const testing::HeardResults heard;
+    const auto task = broken.recognize(spoken("good morning"), {}, heard.handler());
+
+    EXPECT_EQ(heard.text(), "TavrinSpeechEngine 1");
+    EXPECT_FALSE(broken.isAvailable());
+    EXPECT_EQ(broken.availability().text.en, texts::brokenSphinxModel.en);
+}
+
+} // namespace
+} // namespace tavrin
