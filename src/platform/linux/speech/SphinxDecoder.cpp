@@ -104,6 +104,10 @@ void SphinxDecoder::favour(const QStringList& terms)
         return;
     m_terms = terms;
     end();
+    // A search would add new words to its language model too, and the packed models that are read
+    // from files do not survive that: reading past their words crashes.
+    ps_unset_search(m_decoder.get(), thoroughSearch);
+    ps_unset_search(m_decoder.get(), quickSearch);
     const auto mixed = mixedModel(knownWordsFor(terms));
     if (mixed && useLanguageModel(mixed.get()))
         return;
@@ -121,7 +125,7 @@ QStringList SphinxDecoder::knownWordsFor(const QStringList& terms)
             continue;
         if (!knowsWord(word)) {
             const QString phones = m_isEnglish ? m_pronunciation.phonesOf(term) : QString{};
-            constexpr int updateLater = 0; // The searches are built anew for the mixed model.
+            constexpr int updateLater = 0; // The searches are built anew afterwards.
             if (phones.isEmpty()
                 || ps_add_word(m_decoder.get(), word.toUtf8().constData(),
                        phones.toLatin1().constData(), updateLater)
