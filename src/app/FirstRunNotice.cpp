@@ -61,7 +61,7 @@ void FirstRunNotice::offerSignIn()
 {
     if (hasCloudSession(m_neighbours.preferences))
         return;
-    m_neighbours.mainWindow.selectSettingsPage(sidebarPages.back());
+    m_neighbours.mainWindow.selectSettingsPage(sidebarButtons.back());
     m_neighbours.mainQueue.callLater(
         pageSettles, m_guard.bind([this] { m_neighbours.accountPanel.showLoginDialog(); }));
 }

@@ -15,8 +15,8 @@ enum class SettingsPage {
     Account = 6,
 };
 
-/// The pages in the order of their sidebar buttons, from top to bottom.
-inline constexpr std::array sidebarPages{SettingsPage::Overview, SettingsPage::History,
+/// The sidebar buttons from top to bottom, by the pages that they show.
+inline constexpr std::array sidebarButtons{SettingsPage::Overview, SettingsPage::History,
     SettingsPage::Dictionary, SettingsPage::General, SettingsPage::InputAndOutput,
     SettingsPage::Permissions, SettingsPage::Account};
 

@@ -21,12 +21,12 @@ namespace {
 
 constexpr double itemLength = 38;
 
-constexpr std::array operationModes{
-    OperationMode::Dictation, OperationMode::Translation, OperationMode::Chat};
-
 // Places in the menu.
-constexpr qsizetype writingStyleRow = 3;
-constexpr qsizetype translationMenuRow = 4;
+constexpr qsizetype toggleItem = 0;
+constexpr qsizetype translationToggleItem = 1;
+constexpr qsizetype chatToggleItem = 2;
+constexpr qsizetype styleMenu = 3;
+constexpr qsizetype translationMenu = 4;
 
 MenuItem item(const QString& title, std::function<void()> action, const QString& key = {})
 {
@@ -128,7 +128,7 @@ void StatusMenu::refreshToolTip()
 void StatusMenu::selectStyle(const QString& identifier)
 {
     m_neighbours.preferences.setValue(keys::outputStyle, identifier);
-    checkOnly(m_menu[writingStyleRow], outputStyles, identifier);
+    checkOnly(m_menu[styleMenu], outputStyles, identifier);
     showMenu();
     if (m_outputControls)
         m_outputControls->setOutputStyleIndex(indexOfIdentifier(outputStyles, identifier));
@@ -166,7 +166,7 @@ void StatusMenu::refreshTranslationControls()
     if (m_outputControls)
         m_outputControls->setTranslationTargetIndex(indexOfIdentifier(translationTargets, target));
     if (!m_menu.isEmpty())
-        checkOnly(m_menu[translationMenuRow], translationTargets, target);
+        checkOnly(m_menu[translationMenu], translationTargets, target);
     m_neighbours.statusItem.setToolTip(m_neighbours.localization.LT(texts::targetToolTip,
         firstShortcutName(settings, OperationMode::Dictation),
         firstShortcutName(settings, OperationMode::Translation),
@@ -179,13 +179,30 @@ QList<MenuItem> StatusMenu::operationMenuItems()
 {
     const auto operations =
         operationItems(m_state, m_mode, m_neighbours.settings, m_neighbours.localization);
-    QList<MenuItem> items;
-    for (const OperationMode mode : operationModes) {
-        const OperationItem& operation = operations.at(static_cast<std::size_t>(mode));
-        items.append(item(operation.title, [this, mode] { m_actions.toggleOperationMode(mode); }));
-        items.last().enabled = operation.enabled;
+    QList<MenuItem> items(static_cast<qsizetype>(operations.size()));
+    for (std::size_t row = 0; row < operations.size(); ++row) {
+        items[static_cast<qsizetype>(row)].title = operations.at(row).title;
+        items[static_cast<qsizetype>(row)].enabled = operations.at(row).enabled;
     }
+    items[toggleItem].action = [this] { toggle(); };
+    items[translationToggleItem].action = [this] { toggleTranslation(); };
+    items[chatToggleItem].action = [this] { toggleChat(); };
     return items;
+}
+
+void StatusMenu::toggle()
+{
+    m_actions.toggleOperationMode(OperationMode::Dictation);
+}
+
+void StatusMenu::toggleTranslation()
+{
+    m_actions.toggleOperationMode(OperationMode::Translation);
+}
+
+void StatusMenu::toggleChat()
+{
+    m_actions.toggleOperationMode(OperationMode::Chat);
 }
 
 QList<MenuItem> StatusMenu::choiceItems(

@@ -36,11 +36,11 @@ public:
     {
         if (!QFile::exists(u":/TavrinIcon-1024.png"_s))
             return false;
-        QIcon icon;
+        QIcon appIcon;
         for (const int size : iconSizes)
-            icon.addFile(u":/TavrinIcon-%1.png"_s.arg(size), QSize(size, size));
-        QApplication::setWindowIcon(icon);
-        m_frame.setIcon(icon);
+            appIcon.addFile(u":/TavrinIcon-%1.png"_s.arg(size), QSize(size, size));
+        QApplication::setWindowIcon(appIcon);
+        m_frame.setIcon(appIcon);
         return true;
     }
 
