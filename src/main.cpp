@@ -2,11 +2,13 @@
 #include "app/CommandLine.h"
 #include "app/NoCorrectionLearning.h"
 #include "base/Log.h"
+#include "cloud/TavrinAPI.h"
 #include "platform/Platform.h"
 #include "platform/ProgramInstance.h"
 #include "ui/DesktopInterface.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QLoggingCategory>
 
 #include <cstdio>
@@ -18,6 +20,7 @@ using namespace tavrin;
 namespace {
 
 constexpr int usageError = 2;
+constexpr qint64 longestPassword = 4096;
 
 QStringList argumentsOf(int argc, char** argv)
 {
@@ -32,6 +35,7 @@ std::optional<int> answerAtOnce(const CommandLine& commandLine)
 {
     switch (commandLine.request) {
     case CommandLine::Request::Run:
+    case CommandLine::Request::SignIn:
         return std::nullopt;
     case CommandLine::Request::ShowHelp:
         std::fputs(qPrintable(commandLineHelp()), stdout);
@@ -81,6 +85,30 @@ int run(ProgramInstance& instance)
     return status;
 }
 
+/// Signs in to @p email and keeps the session for the program, whether it runs or not.
+int signIn(const QString& email)
+{
+    QFile input;
+    QString password;
+    if (input.open(stdin, QIODevice::ReadOnly))
+        password = QString::fromUtf8(input.readLine(longestPassword)).remove(u'\n');
+    Platform platform = createPlatform();
+    TavrinAPI api(
+        *platform.httpTransport, *platform.preferences, *platform.systemInfo, CloudSettings());
+    int status = EXIT_FAILURE;
+    platform.mainQueue->post([&] {
+        api.loginEmail(email, password, [&status](const CloudResponse& answer) {
+            if (answer.error)
+                std::fprintf(stderr, "tavrin: %s\n", qPrintable(answer.error->message));
+            else
+                status = EXIT_SUCCESS;
+            QApplication::quit();
+        });
+    });
+    QApplication::exec();
+    return status;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -99,6 +127,8 @@ int main(int argc, char** argv)
     QApplication::setQuitOnLastWindowClosed(
         AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
 
+    if (commandLine.request == CommandLine::Request::SignIn)
+        return signIn(commandLine.email);
     const auto instance = createProgramInstance();
     if (instance->isFirst())
         return run(*instance);

@@ -9,13 +9,16 @@ CommandLine parseCommandLine(const QStringList& arguments)
     CommandLine commandLine;
     bool help = false;
     bool version = false;
-    for (const QString& argument : arguments) {
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString& argument = arguments[i];
         if (argument == "--help"_L1 || argument == "-h"_L1)
             help = true;
         else if (argument == "--version"_L1)
             version = true;
         else if (argument == "--verbose"_L1)
             commandLine.verbose = true;
+        else if (argument == "--sign-in"_L1 && i + 1 < arguments.size())
+            commandLine.email = arguments[++i];
         else if (commandLine.unknown.isEmpty())
             commandLine.unknown = argument;
     }
@@ -25,6 +28,8 @@ CommandLine parseCommandLine(const QStringList& arguments)
         commandLine.request = CommandLine::Request::ShowVersion;
     else if (!commandLine.unknown.isEmpty())
         commandLine.request = CommandLine::Request::Refuse;
+    else if (!commandLine.email.isEmpty())
+        commandLine.request = CommandLine::Request::SignIn;
     return commandLine;
 }
 
@@ -35,10 +40,12 @@ QString commandLineHelp()
            u"Tavrin lives in the status bar. Started a second time, it only shows its window.\n"
            u"\n"
            u"Options:\n"
-           u"  -h, --help   Show this help and exit.\n"
-           u"  --version    Show version and build and exit.\n"
-           u"  --verbose    Log what happens to standard error, not only what goes wrong.\n"
-           u"               Nothing that you say or type is ever logged.\n"_s;
+           u"  -h, --help       Show this help and exit.\n"
+           u"  --version        Show version and build and exit.\n"
+           u"  --sign-in EMAIL  Sign in to the account, with the password that the first line of\n"
+           u"                   standard input holds, and exit.\n"
+           u"  --verbose        Log what happens to standard error, not only what goes wrong.\n"
+           u"                   Nothing that you say or type is ever logged.\n"_s;
 }
 
 } // namespace tavrin

@@ -11,12 +11,14 @@ struct CommandLine {
         Run,
         ShowHelp,
         ShowVersion,
+        SignIn, ///< Into the account `email`, with the password that standard input holds.
         Refuse, ///< An option that does not exist.
     };
 
     Request request = Request::Run;
     bool verbose = false;
     QString unknown; ///< The option that is refused.
+    QString email; ///< The account to sign in to.
 
     friend bool operator==(const CommandLine&, const CommandLine&) = default;
 };

@@ -11,12 +11,13 @@ using Request = CommandLine::Request;
 
 TEST(CommandLineTest, WithoutArgumentsTheProgramRunsQuietly)
 {
-    EXPECT_EQ(parseCommandLine({}), (CommandLine{Request::Run, false, QString()}));
+    EXPECT_EQ(parseCommandLine({}), (CommandLine{Request::Run, false, QString(), QString()}));
 }
 
 TEST(CommandLineTest, VerboseRunsWithItsLog)
 {
-    EXPECT_EQ(parseCommandLine({"--verbose"}), (CommandLine{Request::Run, true, QString()}));
+    EXPECT_EQ(
+        parseCommandLine({"--verbose"}), (CommandLine{Request::Run, true, QString(), QString()}));
 }
 
 TEST(CommandLineTest, HelpAndVersionAreAnsweredInsteadOfRunning)
@@ -36,13 +37,23 @@ TEST(CommandLineTest, AnUnknownOptionIsRefusedByName)
 {
     for (const char* mistake : {"--colour", "-v", "--verbose=1", "file.txt", "--Help"}) {
         EXPECT_EQ(parseCommandLine({"--verbose", mistake, "--second"}),
-            (CommandLine{Request::Refuse, true, mistake}));
+            (CommandLine{Request::Refuse, true, mistake, QString()}));
     }
+}
+
+TEST(CommandLineTest, SigningInNeedsAnAccount)
+{
+    const CommandLine signIn = parseCommandLine({"--sign-in", "you@example.org"});
+    EXPECT_EQ(signIn.request, Request::SignIn);
+    EXPECT_EQ(signIn.email, "you@example.org");
+
+    EXPECT_EQ(parseCommandLine({"--sign-in"}).request, Request::Refuse);
+    EXPECT_EQ(parseCommandLine({"--sign-in", "you@example.org", "more"}).request, Request::Refuse);
 }
 
 TEST(CommandLineTest, HelpNamesEveryOption)
 {
-    for (const char* option : {"-h, --help", "--version", "--verbose"})
+    for (const char* option : {"-h, --help", "--version", "--sign-in EMAIL", "--verbose"})
         EXPECT_TRUE(commandLineHelp().contains(option)) << option;
 }
 
