@@ -4,11 +4,13 @@
 #include "platform/linux/speech/WorkerThread.h"
 
 #include <memory>
+#include <mutex>
 
 namespace tavrin {
 
-/// An engine and the thread that it lives on; both recognisers share it. The engine begins to load
-/// at once, in the background.
+/// An engine and the thread that it lives on; both recognisers share it. The engine loads when
+/// there is something to recognise for the first time: its model takes a hundred megabytes, and a
+/// third of a second in which the speaker is heard already.
 class SpeechEngineThread {
 public:
     explicit SpeechEngineThread(std::unique_ptr<SpeechEngine> engine);
@@ -19,10 +21,11 @@ public:
     [[nodiscard]] const SpeechEngine& engine() const { return *m_engine; }
 
     /// Runs @p task on the thread, after everything posted before. Any thread.
-    void post(WorkerThread::Task task) { m_worker.post(std::move(task)); }
+    void post(WorkerThread::Task task);
 
 private:
     std::unique_ptr<SpeechEngine> m_engine;
+    std::once_flag m_opened;
     WorkerThread m_worker; // Ends before the engine goes.
 };
 
