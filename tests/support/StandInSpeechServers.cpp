@@ -85,6 +85,7 @@ StandInStreamingServer::StandInStreamingServer()
 void StandInStreamingServer::serve(QWebSocket* socket)
 {
     ++m_connections;
+    socket->setParent(&m_server); // The server hands its sockets over for good.
     const auto client = std::make_shared<Client>();
     QObject::connect(socket, &QWebSocket::disconnected, socket, [this] { ++m_ended; });
     QObject::connect(socket, &QWebSocket::binaryMessageReceived, socket,

@@ -71,6 +71,16 @@ private:
     bool m_endsWithText = false;
 };
 
+/// Frees what Qt defers to an event loop: the worker thread runs none between its requests.
+struct DeferredDeletes {
+    DeferredDeletes() = default;
+
+    ~DeferredDeletes() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
+    DeferredDeletes(const DeferredDeletes&) = delete;
+    DeferredDeletes& operator=(const DeferredDeletes&) = delete;
+};
+
 class SocketUtterance final : public Utterance {
 public:
     SocketUtterance(const SpeechServer& server, std::stop_token stop)
@@ -180,6 +190,7 @@ private:
     qint64 m_sent = 0; // Messages that the server answers.
     bool m_isBadAnswer = false;
     bool m_timedOut = false;
+    DeferredDeletes m_deferred; // Before the socket, which defers the end of its connection.
     QWebSocket m_socket; // Last: its signals use the others.
 };
 

@@ -92,13 +92,16 @@ TEST_F(SphinxEngineTest, ALiveUtteranceSurvivesARecordingInBetween)
 
 TEST_F(SphinxEngineTest, AModelThatCannotBeLoadedIsSaidSo)
 {
+    const auto installed = findSphinxModel({}, sphinxModelRoots());
+    ASSERT_TRUE(installed);
     const QString model = folder.filePath("en-us");
     ASSERT_TRUE(QDir().mkpath(model));
-    for (const char* name : {"mdef", "words.dict", "words.lm"}) {
-        QFile file(model + "/" + name);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("nonsense\n");
-    }
+    ASSERT_TRUE(QFile::link(installed->acousticModel, model + "/sounds"));
+    ASSERT_TRUE(QFile::link(installed->dictionary, model + "/words.dict"));
+    QFile languageModel(model + "/words.lm");
+    ASSERT_TRUE(languageModel.open(QIODevice::WriteOnly));
+    languageModel.write("nonsense\n");
+    languageModel.close();
     EngineFileRecognizer broken(
         std::make_shared<SpeechEngineThread>(std::make_unique<SphinxEngine>(sphinxModelIn(model))));
     const testing::HeardResults heard;
