@@ -20,6 +20,7 @@ using namespace std::chrono_literals;
 namespace tavrin {
 namespace {
 
+constexpr Seconds speechDelay = 1s; // Until the window and the status item are there.
 constexpr Seconds firstRunDelay = 120ms; // Lets the window appear before the first alert.
 
 } // namespace
@@ -95,6 +96,8 @@ void AppDelegate::applicationDidFinishLaunching()
     m_platform.mainQueue->callLater(
         firstRunDelay, m_guard.bind([this] { m_firstRunNotice.showBetaOnboardingIfNeeded(); }));
     m_platform.mainQueue->post(m_guard.bind([this] { undoWhatACrashLeft(); }));
+    m_platform.mainQueue->callLater(
+        speechDelay, m_guard.bind([this] { m_platform.fileSpeechRecognizer->warmUp(); }));
 }
 
 void AppDelegate::applicationDidBecomeActive()

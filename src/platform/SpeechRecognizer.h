@@ -65,6 +65,10 @@ public:
     /// The same with its reason, for the health page.
     [[nodiscard]] virtual SpeechAvailability availability() const = 0;
 
+    /// Loads in the background what the first request would otherwise wait for (Linux: an engine's
+    /// model). Called once, a little after the launch.
+    virtual void warmUp() = 0;
+
     /// Recognises the file at @p path. The file must stay until the final result.
     [[nodiscard]] virtual std::unique_ptr<SpeechTask> recognize(
         const QString& path, const SpeechRequest& request, SpeechResultHandler handler) = 0;

@@ -195,6 +195,15 @@ TEST_F(AppDelegateTest, AShortcutStartsASessionAndEscapePausesIt)
     EXPECT_TRUE(trace.contains("panel cancel?"));
 }
 
+TEST_F(AppDelegateTest, TheSpeechModelIsLoadedASecondAfterTheLaunch)
+{
+    launch();
+    time.advance(999ms);
+    EXPECT_EQ(recognizer->warmUps, 0);
+    time.advance(1ms);
+    EXPECT_EQ(recognizer->warmUps, 1);
+}
+
 TEST_F(AppDelegateTest, TheHistoryIsReadWhileTheUserSpeaks)
 {
     launch();

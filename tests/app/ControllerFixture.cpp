@@ -88,7 +88,8 @@ ControllerFixture::ControllerFixture()
     devices->addMicrophone(headset, u"Headset"_s, u"headset"_s);
     devices->defaultInput = builtInMicrophone;
     platform.audioRecorders = std::make_unique<InMemoryAudioRecorders>(time);
-    platform.fileSpeechRecognizer = std::make_unique<InMemoryFileSpeechRecognizer>();
+    recognizer =
+        own(platform.fileSpeechRecognizer, std::make_unique<InMemoryFileSpeechRecognizer>());
     platform.liveSpeechRecognizer = std::make_unique<InMemoryLiveSpeechRecognizer>();
     platform.httpTransport = std::make_unique<TracedHttpTransport>(http, note);
     platform.soundPlayer = std::make_unique<TracedSoundPlayer>(note);

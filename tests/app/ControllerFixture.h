@@ -12,6 +12,7 @@
 #include "support/InMemoryHttpTransport.h"
 #include "support/InMemoryKeyMonitor.h"
 #include "support/InMemoryPreferences.h"
+#include "support/InMemorySpeechRecognizers.h"
 #include "support/InMemoryStatusItem.h"
 #include "support/InMemorySystemInfo.h"
 #include "support/InMemoryWorkspace.h"
@@ -68,6 +69,7 @@ protected:
     InMemoryAudioDevices* devices = nullptr;
     InMemoryKeyMonitor* keyboard = nullptr;
     ScriptedAlerts* alerts = nullptr;
+    InMemoryFileSpeechRecognizer* recognizer = nullptr;
     InMemoryBackgroundQueue* background = nullptr;
 
     // The neighbours.

@@ -241,6 +241,8 @@ public:
         return m_inner.availability();
     }
 
+    void warmUp() override { m_inner.warmUp(); }
+
     [[nodiscard]] std::unique_ptr<SpeechTask> recognize(
         const QString& path, const SpeechRequest& request, SpeechResultHandler handler) override
     {

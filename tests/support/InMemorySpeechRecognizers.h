@@ -41,6 +41,7 @@ class InMemoryFileSpeechRecognizer final : public FileSpeechRecognizer {
 public:
     bool available = true;
     std::vector<RecognitionCall> calls; ///< Oldest first.
+    int warmUps = 0;
 
     [[nodiscard]] bool isAvailable() const override { return available; }
 
@@ -48,6 +49,8 @@ public:
     {
         return {available, LocalizedText{u"识别器", u"辨識器", u"Recogniser"}, {}};
     }
+
+    void warmUp() override { ++warmUps; }
 
     [[nodiscard]] std::unique_ptr<SpeechTask> recognize(
         const QString& path, const SpeechRequest& request, SpeechResultHandler handler) override

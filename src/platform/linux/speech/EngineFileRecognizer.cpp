@@ -171,6 +171,11 @@ SpeechAvailability EngineFileRecognizer::availability() const
     return m_thread->engine().availability();
 }
 
+void EngineFileRecognizer::warmUp()
+{
+    m_thread->post([] {}); // Whatever comes first opens the engine.
+}
+
 std::unique_ptr<SpeechTask> EngineFileRecognizer::recognize(
     const QString& path, const SpeechRequest& request, SpeechResultHandler handler)
 {

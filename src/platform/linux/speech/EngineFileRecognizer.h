@@ -16,6 +16,7 @@ public:
 
     [[nodiscard]] bool isAvailable() const override;
     [[nodiscard]] SpeechAvailability availability() const override;
+    void warmUp() override;
     [[nodiscard]] std::unique_ptr<SpeechTask> recognize(
         const QString& path, const SpeechRequest& request, SpeechResultHandler handler) override;
 

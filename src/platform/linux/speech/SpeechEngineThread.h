@@ -8,9 +8,8 @@
 
 namespace tavrin {
 
-/// An engine and the thread that it lives on; both recognisers share it. The engine loads when
-/// there is something to recognise for the first time: its model takes a hundred megabytes, and a
-/// third of a second in which the speaker is heard already.
+/// An engine and the thread that it lives on; both recognisers share it. The engine loads with the
+/// first task: its model takes a third of a second, which the start of the program need not share.
 class SpeechEngineThread {
 public:
     explicit SpeechEngineThread(std::unique_ptr<SpeechEngine> engine);
