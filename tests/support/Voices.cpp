@@ -1,18 +1,32 @@
 #include "support/Voices.h"
 
+#include <QByteArray>
 #include <QFile>
-#include <QProcess>
+#include <QStringList>
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
 
 namespace tavrin::testing {
 namespace {
 
+/// Runs a program, looked up in PATH, to its end; whether it succeeded.
 bool run(const QString& program, const QStringList& arguments)
 {
-    QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(program, arguments);
-    return process.waitForFinished(60'000) && process.exitStatus() == QProcess::NormalExit
-        && process.exitCode() == 0;
+    std::vector<QByteArray> words{program.toLocal8Bit()};
+    for (const QString& argument : arguments)
+        words.push_back(argument.toLocal8Bit());
+    std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
+    for (QByteArray& word : words)
+        pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    pid_t id = -1;
+    int status = -1;
+    return posix_spawnp(&id, pointers.front(), nullptr, nullptr, pointers.data(), environ) == 0
+        && waitpid(id, &status, 0) == id && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 } // namespace
