@@ -19,7 +19,7 @@ namespace {
 [[noreturn]] void fail(const QString& what)
 {
     std::fprintf(stderr, "%s\n", qPrintable(what));
-    std::exit(1);
+    std::exit(1); // NOLINT(concurrency-mt-unsafe): one thread runs here.
 }
 
 std::vector<qint16> decode(const QString& path)

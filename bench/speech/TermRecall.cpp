@@ -40,6 +40,30 @@ bool holds(const QString& text, const QString& term)
     return comparedWords(text).contains(term.toLower());
 }
 
+struct Recall {
+    int without = 0;
+    int with = 0;
+};
+
+/// One row of the table: a term in every voice.
+Recall printRecallOf(const Term& term, OwnRecognizer& plain, OwnRecognizer& own,
+    const QStringList& favoured, const QString& folder)
+{
+    const auto word = [](bool understood) { return understood ? "yes" : "no"; };
+    Recall recall;
+    std::printf("%-10s", qPrintable(term.term));
+    for (const QString& voice : voices()) {
+        const Spoken spoken = speak(term.sentence.arg(term.said), voice, folder);
+        const bool without = holds(plain.recognize(spoken.recording, {}).text, term.term);
+        const bool with = holds(own.recognize(spoken.recording, favoured).text, term.term);
+        recall.without += without ? 1 : 0;
+        recall.with += with ? 1 : 0;
+        std::printf(" %5s %6s", word(without), word(with));
+    }
+    std::printf("\n");
+    return recall;
+}
+
 } // namespace
 
 void printTermRecall(OwnRecognizer& own, const QString& folder)
@@ -55,23 +79,15 @@ void printTermRecall(OwnRecognizer& own, const QString& folder)
         std::printf(" %12s", qPrintable(voice));
     std::printf("\n");
     OwnRecognizer plain; // A word that was favoured once stays known to its recogniser.
-    int without = 0;
-    int with = 0;
+    Recall all;
     for (const Term& term : terms()) {
-        std::printf("%-10s", qPrintable(term.term));
-        for (const QString& voice : voices()) {
-            const Spoken spoken = speak(term.sentence.arg(term.said), voice, folder);
-            const bool known = holds(plain.recognize(spoken.recording, {}).text, term.term);
-            const bool biased = holds(own.recognize(spoken.recording, favoured).text, term.term);
-            without += known ? 1 : 0;
-            with += biased ? 1 : 0;
-            std::printf(" %5s %6s", known ? "yes" : "no", biased ? "yes" : "no");
-        }
-        std::printf("\n");
+        const Recall recall = printRecallOf(term, plain, own, favoured, folder);
+        all.without += recall.without;
+        all.with += recall.with;
     }
-    const qsizetype all = terms().size() * voices().size();
-    std::printf("%-10s without: %d of %lld, with: %d of %lld\n", "all", without,
-        static_cast<long long>(all), with, static_cast<long long>(all));
+    const qsizetype count = terms().size() * voices().size();
+    std::printf("%-10s without: %d of %lld, with: %d of %lld\n", "all", all.without,
+        static_cast<long long>(count), all.with, static_cast<long long>(count));
 }
 
 } // namespace tavrin::bench

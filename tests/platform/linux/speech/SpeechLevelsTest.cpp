@@ -9,18 +9,18 @@
 namespace tavrin {
 namespace {
 
-constexpr int rate = 16'000;
+constexpr qsizetype rate = 16'000;
 
 std::vector<qint16> silence(double seconds)
 {
-    return std::vector<qint16>(static_cast<std::size_t>(seconds * rate));
+    return std::vector<qint16>(static_cast<std::size_t>(seconds * static_cast<double>(rate)));
 }
 
 std::vector<qint16> noise(double seconds, double amplitude)
 {
     std::mt19937 random(1);
     std::normal_distribution<double> distribution(0, amplitude * 32'767);
-    std::vector<qint16> samples(static_cast<std::size_t>(seconds * rate));
+    std::vector<qint16> samples(static_cast<std::size_t>(seconds * static_cast<double>(rate)));
     for (qint16& sample : samples)
         sample = static_cast<qint16>(std::clamp(distribution(random), -32'000.0, 32'000.0));
     return samples;
@@ -71,7 +71,7 @@ TEST(SpeechLevelsTest, SteadyNoiseAndHumAreNoSpeech)
 {
     EXPECT_FALSE(hasSpeech({noise(10, 0.001)}));
     EXPECT_FALSE(hasSpeech({noise(10, 0.01)}));
-    EXPECT_FALSE(hasSpeech({testing::tone(10, 0.02, rate, 1, 50)}));
+    EXPECT_FALSE(hasSpeech({testing::tone(10, 0.02, 16'000, 1, 50)}));
 }
 
 TEST(SpeechLevelsTest, AClickIsNoSpeech)
