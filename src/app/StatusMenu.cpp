@@ -190,17 +190,17 @@ QList<MenuItem> StatusMenu::operationMenuItems()
     return items;
 }
 
-void StatusMenu::toggle()
+void StatusMenu::toggle() const
 {
     m_actions.toggleOperationMode(OperationMode::Dictation);
 }
 
-void StatusMenu::toggleTranslation()
+void StatusMenu::toggleTranslation() const
 {
     m_actions.toggleOperationMode(OperationMode::Translation);
 }
 
-void StatusMenu::toggleChat()
+void StatusMenu::toggleChat() const
 {
     m_actions.toggleOperationMode(OperationMode::Chat);
 }

@@ -74,9 +74,9 @@ public:
 private:
     using Choose = void (StatusMenu::*)(const QString& identifier);
 
-    void toggle();
-    void toggleTranslation();
-    void toggleChat();
+    void toggle() const;
+    void toggleTranslation() const;
+    void toggleChat() const;
     [[nodiscard]] QList<MenuItem> operationMenuItems();
     [[nodiscard]] QList<MenuItem> choiceItems(
         const QList<SettingChoice>& choices, const QString& selected, Choose choose);
