@@ -86,7 +86,7 @@ TEST_F(AudioChangeNoteTest, AnotherProcessesNoteIsNeitherReadNorOverwrittenNorRe
 
 TEST_F(AudioChangeNoteTest, UnreadableNotesAreRemoved)
 {
-    for (const char* content : {"", "garbage", "[]", "{\"output\":", "{\"output\":7,\"input\":[]}",
+    for (const char* content : {"", "garbage", "[]", R"({"output":)", R"({"output":7,"input":[]})",
              R"({"output":{"uid":"a"}})", R"({"output":{"uid":"a","mute":7}})",
              R"({"output":{"uid":"a","mute":0.5}})", R"({"output":{"uid":"a","volume":1e30}})",
              R"({"output":{"uid":"a","volume":-0.1}})", R"({"output":{"uid":3,"mute":1}})",
@@ -99,7 +99,7 @@ TEST_F(AudioChangeNoteTest, UnreadableNotesAreRemoved)
 
 TEST_F(AudioChangeNoteTest, AnOversizedNoteIsRemovedUnread)
 {
-    const QByteArray padding(100 * 1024, ' ');
+    const QByteArray padding(qsizetype(100) * 1024, ' ');
 
     EXPECT_TRUE(afterFinding(padding + R"({"input":{"previous":"a","preferred":"b"}})").isEmpty());
 }

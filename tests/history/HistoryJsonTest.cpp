@@ -124,8 +124,8 @@ TEST(HistoryJsonTest, AFileCutOffAnywhereIsNoHistory)
 
 TEST(HistoryJsonTest, WhatIsNoArrayIsNoHistory)
 {
-    for (const char* file : {"", " ", "{}", "7", "null", "\"a\"", "[", "[]x", "[{]", "[tru]",
-             "[{\"id\":\"A\",\"mode\":\"m\",\"x\":tru}]", "[{\"a\":1,}]", "\xFF\xFE", "[\"\xC3\"]"})
+    for (const char* file : {"", " ", "{}", "7", "null", R"("a")", "[", "[]x", "[{]", "[tru]",
+             R"([{"id":"A","mode":"m","x":tru}])", R"([{"a":1,}])", "\xFF\xFE", "[\"\xC3\"]"})
         EXPECT_FALSE(parseHistory(file).has_value()) << file;
 }
 
