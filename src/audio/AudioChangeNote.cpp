@@ -100,7 +100,7 @@ AudioChanges AudioChangeNote::adopt()
     QJsonObject note;
     if (file.open(QIODevice::ReadOnly) && file.size() <= largestNote)
         note = QJsonDocument::fromJson(file.read(largestNote)).object();
-    const AudioChanges changes{
+    AudioChanges changes{
         outputIn(note.value(u"output"_s).toObject()), inputIn(note.value(u"input"_s).toObject())};
     if (changes.isEmpty())
         write({});
