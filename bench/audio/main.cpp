@@ -248,6 +248,7 @@ bool compareCpu(const QList<Recorder>& all, const QString& folder)
             recorder, folder + u"/cpu-"_s + QLatin1StringView(recorder.name) + recorder.suffix));
     std::this_thread::sleep_for(2s); // Starting up is not recording.
     std::vector<double> spent;
+    spent.reserve(running.size());
     for (const auto& each : running)
         spent.push_back(-each->cpu());
     std::this_thread::sleep_for(std::chrono::seconds(seconds));

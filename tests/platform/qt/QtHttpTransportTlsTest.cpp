@@ -27,7 +27,8 @@ protected:
         return received.value_or(HttpResponse{});
     }
 
-    void expectRefused(const QSslConfiguration& serverTls, const QSslConfiguration& clientTls)
+    static void expectRefused(
+        const QSslConfiguration& serverTls, const QSslConfiguration& clientTls)
     {
         LoopbackServer server(serverTls);
         QtHttpTransport transport({}, clientTls);
