@@ -2,13 +2,13 @@
 
 #include "platform/SpeechRecognizer.h"
 
-#include <QList>
 #include <QStringList>
 
 #include <chrono>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 namespace tavrin::testing {
 
@@ -20,12 +20,12 @@ public:
     {
         return [state = m_state](Result<SpeechResult> result) {
             const std::lock_guard lock(state->mutex);
-            state->results.append(std::move(result));
+            state->results.push_back(std::move(result));
             state->changed.notify_all();
         };
     }
 
-    [[nodiscard]] QList<Result<SpeechResult>> all() const
+    [[nodiscard]] std::vector<Result<SpeechResult>> all() const
     {
         const std::lock_guard lock(m_state->mutex);
         return m_state->results;
@@ -37,7 +37,7 @@ public:
         std::unique_lock lock(m_state->mutex);
         const bool came = m_state->changed.wait_for(
             lock, std::chrono::seconds{100}, [this] { return decided(); });
-        return came ? m_state->results.last() : failure({"HeardResults", 0, "nothing came"});
+        return came ? m_state->results.back() : failure({"HeardResults", 0, "nothing came"});
     }
 
     /// Whether outcome() would return at once. The caller holds no lock.
@@ -70,13 +70,15 @@ private:
     struct State {
         std::mutex mutex;
         std::condition_variable changed;
-        QList<Result<SpeechResult>> results;
+        // No QList: an implicitly shared one is read by one thread while the other still looks
+        // whether it is shared.
+        std::vector<Result<SpeechResult>> results;
     };
 
     [[nodiscard]] bool decided() const
     {
-        return !m_state->results.isEmpty()
-            && (!m_state->results.last() || m_state->results.last()->isFinal);
+        return !m_state->results.empty()
+            && (!m_state->results.back() || m_state->results.back()->isFinal);
     }
 
     std::shared_ptr<State> m_state = std::make_shared<State>();

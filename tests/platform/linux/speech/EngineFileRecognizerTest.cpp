@@ -79,7 +79,7 @@ TEST_F(EngineFileRecognizerTest, TheWholeRecordingIsHeardWithItsRequest)
     ASSERT_EQ(notes.requests.size(), 1U);
     EXPECT_EQ(notes.requests[0], request);
     EXPECT_EQ(notes.utterances[0], samples);
-    ASSERT_EQ(heard.all().size(), 1);
+    ASSERT_EQ(heard.all().size(), 1U);
     EXPECT_TRUE(heard.all()[0]->isFinal);
 }
 
@@ -181,7 +181,7 @@ TEST_F(EngineFileRecognizerTest, EveryRequestIsAnsweredBeforeTheThreadEnds)
             recognizer.recognize(path, {}, heard.handler()).reset();
         thread.reset();
     }
-    EXPECT_EQ(heard.all().size(), 10);
+    EXPECT_EQ(heard.all().size(), 10U);
 }
 
 } // namespace

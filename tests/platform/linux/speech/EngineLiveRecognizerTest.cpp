@@ -101,7 +101,7 @@ TEST_F(EngineLiveRecognizerTest, WhatIsInventedFromSilenceIsNotReported)
     for (int second = 0; second < 40; ++second)
         say(std::vector<qint16>(16'000));
 
-    EXPECT_TRUE(heard.all().isEmpty());
+    EXPECT_TRUE(heard.all().empty());
     EXPECT_EQ(engine->notes().utterances.at(0).size(), 40U * 16'000);
 }
 
@@ -138,7 +138,7 @@ TEST_F(EngineLiveRecognizerTest, SoundThatWaitsTooLongEndsTheRun)
 
     EXPECT_EQ(heard.text(), "TavrinSpeechEngine 7");
     say(testing::tone(1));
-    EXPECT_EQ(heard.all().size(), 1);
+    EXPECT_EQ(heard.all().size(), 1U);
 }
 
 TEST_F(EngineLiveRecognizerTest, EndingTheTaskEndsCaptureAndUtterance)
@@ -160,7 +160,7 @@ TEST_F(EngineLiveRecognizerTest, AFailingEngineIsReportedOnceAndNotAskedAgain)
     say(testing::tone(0.5));
     say(testing::tone(0.5));
 
-    ASSERT_EQ(heard.all().size(), 1);
+    ASSERT_EQ(heard.all().size(), 1U);
     EXPECT_EQ(heard.text(), "Engine 3");
 }
 

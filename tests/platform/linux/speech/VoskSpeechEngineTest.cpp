@@ -121,7 +121,7 @@ TEST_F(VoskSpeechEngineTest, LiveSpeechGivesTextsWhileItGoesOn)
     // Every further block lets the engine look at what has come from the server.
     ASSERT_TRUE(testing::waitUntil([&] {
         microphone(testing::tone(0.001));
-        return lastText() == "word1";
+        return lastText().startsWith("word1");
     }));
     microphone(testing::tone(2));
     ASSERT_TRUE(testing::waitUntil([&] {
