@@ -13,6 +13,7 @@
 #include "delivery/TargetContext.h"
 #include "platform/Alerts.h"
 #include "platform/AudioRecorder.h"
+#include "platform/Clock.h"
 #include "platform/MainQueue.h"
 #include "speech/LiveTranscriber.h"
 
@@ -62,6 +63,7 @@ void RecordingSession::startRecording()
         m_neighbours.accountPanel.showLoginDialog();
         return;
     }
+    m_stageTimes.begin(m_neighbours.clock.uptime());
     m_neighbours.correctionLearning.finishCorrectionLearningAndAnalyze(true);
     m_neighbours.target.capture();
     m_cancellationPending = false;
@@ -85,6 +87,7 @@ void RecordingSession::startRecording()
     m_muteTimer = m_neighbours.mainQueue.after(muteDelay, m_guard.bind([this] {
         m_neighbours.audioEnvironment.muteSystemAudioForRecordingIfNeeded();
     }));
+    endStage("start");
 }
 
 Result<void> RecordingSession::startRecorder()

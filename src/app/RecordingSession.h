@@ -2,6 +2,7 @@
 
 #include "app/OperationMode.h"
 #include "app/SessionState.h"
+#include "app/StageTimes.h"
 #include "audio/RecordingFile.h"
 #include "base/CallbackGuard.h"
 #include "base/Completion.h"
@@ -130,6 +131,10 @@ private:
     void announce(const QString& text, const DeliveryOutcome& outcome);
     void finishWithError(const Error& error);
 
+    /// The stage @p name has ended now.
+    void endStage(const char* name);
+    void logStages() const;
+
     /// Ends the capture; the file stays.
     void stopRecording();
     void setState(SessionState state);
@@ -147,6 +152,7 @@ private:
     std::optional<RecordingFile> m_audioFile; ///< While recording and processing.
     Seconds m_currentAudioDuration{0};
     Processing m_processing;
+    StageTimes m_stageTimes; ///< Of the current session.
     std::unique_ptr<Timer> m_muteTimer; ///< Of the last start.
     CallbackGuard m_guard;
 };

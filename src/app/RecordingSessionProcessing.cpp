@@ -10,6 +10,7 @@
 #include "app/Settings.h"
 #include "app/SoundEffects.h"
 #include "audio/AudioEnvironment.h"
+#include "base/Log.h"
 #include "cloud/TavrinAPI.h"
 #include "delivery/TargetContext.h"
 #include "delivery/TextDelivery.h"
@@ -26,8 +27,10 @@ using namespace Qt::StringLiterals;
 
 // The second half of a session: from the end of the recording to the delivered text.
 namespace tavrin {
+
 void RecordingSession::finishRecording()
 {
+    endStage("recording");
     m_cancellationPending = false;
     m_currentAudioDuration = m_recorder->currentTime();
     stopRecording();
@@ -45,10 +48,12 @@ void RecordingSession::finishRecording()
         translates() ? m_neighbours.settings.TranslationTarget() : u"none"_s;
     m_neighbours.transcriber.transcribe(
         m_audioFile->path(), onMainQueue(&RecordingSession::transcribed));
+    endStage("stop");
 }
 
 void RecordingSession::transcribed(const Result<QString>& transcript)
 {
+    endStage("recogniser");
     if (!transcript) {
         finishWithError(transcript.error());
         return;
@@ -66,6 +71,7 @@ void RecordingSession::transcribed(const Result<QString>& transcript)
 
 void RecordingSession::rewritten(const Result<QString>& text)
 {
+    endStage("service");
     if (text)
         deliver(*text);
     else if (m_activeOperationMode == OperationMode::Dictation)
@@ -82,6 +88,7 @@ void RecordingSession::deliver(const QString& text)
 
 void RecordingSession::delivered(const QString& text, const DeliveryOutcome& outcome)
 {
+    endStage("delivery");
     const Seconds processing = m_neighbours.clock.uptime() - m_processing.startedAt;
     m_neighbours.estimator.recordProcessingDuration(processing, m_currentAudioDuration);
     setState(SessionState::Idle);
@@ -99,6 +106,8 @@ void RecordingSession::delivered(const QString& text, const DeliveryOutcome& out
     announce(text, outcome);
     m_audioFile.reset();
     m_neighbours.target.releaseElements();
+    endStage("closing");
+    logStages();
 }
 
 void RecordingSession::storeOutcome(const DeliveryOutcome& outcome)
@@ -133,6 +142,17 @@ void RecordingSession::finishWithError(const Error& error)
     m_neighbours.errorAlert.showError(texts::processingFailed.toString(), error.message);
     m_audioFile.reset();
     m_neighbours.target.releaseElements();
+    logStages();
+}
+
+void RecordingSession::endStage(const char* name)
+{
+    m_stageTimes.ended(name, m_neighbours.clock.uptime());
+}
+
+void RecordingSession::logStages() const
+{
+    qCInfo(log::app).noquote() << "stages:" << m_stageTimes.toString();
 }
 
 bool RecordingSession::translates() const

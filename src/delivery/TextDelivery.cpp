@@ -1,5 +1,6 @@
 #include "delivery/TextDelivery.h"
 
+#include "base/Log.h"
 #include "delivery/DeliveryTexts.h"
 #include "delivery/TargetContext.h"
 #include "delivery/UnicodeChunks.h"
@@ -87,10 +88,12 @@ void TextDelivery::checkAfterPaste(const DeliveryPointer& delivery)
 {
     const AccessibleElement* const element = delivery->element.get();
     if (verifyInsertionOfText(delivery->text, element, delivery->expected, delivery->before))
-        return finish(delivery);
+        return finish(delivery, "paste, verified");
     const EditorObservation now = observe(element);
-    if (hasVisibleChange(delivery->before, now) || !isObservationComplete(delivery->before, now))
-        return finish(delivery);
+    if (hasVisibleChange(delivery->before, now))
+        return finish(delivery, "paste, changed the editor");
+    if (!isObservationComplete(delivery->before, now))
+        return finish(delivery, "paste, unseen");
 
     // Everything could be seen and nothing has changed: the paste was swallowed.
     const RunningApplication target = m_target.targetApplication().value_or(RunningApplication());
@@ -103,15 +106,17 @@ void TextDelivery::checkAfterTyping(const DeliveryPointer& delivery)
     const AccessibleElement* const element = delivery->element.get();
     if (verifyInsertionOfText(delivery->text, element, delivery->expected, delivery->before)
         || hasVisibleChange(delivery->before, observe(element)))
-        return finish(delivery);
+        return finish(delivery, "typing");
 
     static_cast<void>(
         insertText(delivery->text, element)); // The last means; its word changes nothing.
-    m_ports.mainQueue.callLater(directWriteDelay, m_guard.bind([delivery] { finish(delivery); }));
+    m_ports.mainQueue.callLater(
+        directWriteDelay, m_guard.bind([delivery] { finish(delivery, "direct write"); }));
 }
 
-void TextDelivery::finish(const DeliveryPointer& delivery)
+void TextDelivery::finish(const DeliveryPointer& delivery, const char* means)
 {
+    qCInfo(log::delivery) << "delivered by" << means;
     delivery->element.reset(); // Released before the caller hears of the outcome.
     delivery->completion(DeliveryOutcome{true, {}});
 }

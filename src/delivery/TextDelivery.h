@@ -73,7 +73,8 @@ private:
     void takeSnapshotAndPaste(const DeliveryPointer& delivery, bool trusted);
     void checkAfterPaste(const DeliveryPointer& delivery);
     void checkAfterTyping(const DeliveryPointer& delivery);
-    static void finish(const DeliveryPointer& delivery);
+    /// @param means by which the text was brought, for the log.
+    static void finish(const DeliveryPointer& delivery, const char* means);
 
     [[nodiscard]] ElementHandle editorForDelivery();
     [[nodiscard]] EditorObservation observe(const AccessibleElement* element);

@@ -1,4 +1,5 @@
 #include "app/SessionFixture.h"
+#include "support/CapturedLog.h"
 
 #include <thread>
 
@@ -375,6 +376,31 @@ TEST_F(RecordingSessionProcessingTest, ASessionDestroyedWhileDeliveringKeepsNoth
 
     EXPECT_TRUE(history.saved.isEmpty());
     EXPECT_FALSE(preferences.value(keys::lastDeliveryVerified).isValid());
+}
+
+TEST_F(RecordingSessionProcessingTest, TheLogTellsHowLongEveryStageTookAndNothingOfTheText)
+{
+    const testing::CapturedLog log;
+
+    complete(OperationMode::Dictation, u"um hello"_s, u"Hello."_s);
+
+    const QString stages =
+        u"stages: start 0.0 ms, recording 10000.0 ms, stop 0.0 ms, "
+        "recogniser 1000.0 ms, service 0.0 ms, delivery 780.0 ms, closing 0.0 ms"_s;
+    EXPECT_EQ(testing::CapturedLog::lines().filter(u"stages"_s), QStringList{stages});
+    EXPECT_TRUE(testing::CapturedLog::lines().filter(u"hello"_s, Qt::CaseInsensitive).isEmpty());
+}
+
+TEST_F(RecordingSessionProcessingTest, TheLogTellsHowFarAFailedSessionCame)
+{
+    const testing::CapturedLog log;
+
+    finishRecording(OperationMode::Translation);
+    failRecognition({u"TavrinSpeech"_s, 1, u"no speech"_s});
+
+    const QString stages =
+        u"stages: start 0.0 ms, recording 10000.0 ms, stop 0.0 ms, recogniser 0.0 ms"_s;
+    EXPECT_EQ(testing::CapturedLog::lines().filter(u"stages"_s), QStringList{stages});
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "delivery/TextDelivery.h"
 
 #include "delivery/TargetContext.h"
+#include "support/CapturedLog.h"
 #include "support/InMemoryAccessibility.h"
 #include "support/InMemoryPasteboard.h"
 #include "support/InMemoryWorkspace.h"
@@ -343,6 +344,30 @@ TEST_F(TextDeliveryTest, ARefusedDirectWriteStillCountsAsDelivered)
     pasteToTheEnd(u"Anna"_s);
     expectVerifiedAt(780ms + 268ms + 180ms);
     EXPECT_EQ(pasteboard.string(), u"Anna"_s);
+}
+
+TEST_F(TextDeliveryTest, TheLogTellsTheMeansAndNothingOfTheText)
+{
+    const testing::CapturedLog log;
+    const auto pasteWith = [this](std::function<void()> onPaste) {
+        keyboard.onPaste = std::move(onPaste);
+        pasteToTheEnd(u"Anna"_s);
+    };
+
+    pasteWith([this] { editor->insert(pasteboard.string()); });
+    pasteWith([this] { editor->insert(u"Ann"_s); });
+    editor->exposesText = false;
+    pasteWith([] {});
+    editor->exposesText = true;
+    keyboard.onTyping = [this](const QString& text) { editor->insert(text); };
+    pasteWith([] {});
+    keyboard.onTyping = [](const QString& /*text*/) {};
+    pasteWith([] {});
+
+    EXPECT_EQ(testing::CapturedLog::lines(),
+        (QStringList{u"delivered by paste, verified"_s, u"delivered by paste, changed the editor"_s,
+            u"delivered by paste, unseen"_s, u"delivered by typing"_s,
+            u"delivered by direct write"_s}));
 }
 
 TEST_F(TextDeliveryTest, TheSelectedTextIsWrittenWhereThatIsAllowed)
