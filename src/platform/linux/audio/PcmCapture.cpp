@@ -177,8 +177,9 @@ bool PcmCapture::Stream::open(pa_context* context, const QByteArray& device, Ope
     constexpr pa_sample_spec format{PA_SAMPLE_S16NE, sampleRate, 1};
     constexpr auto automatic = static_cast<std::uint32_t>(-1);
     constexpr pa_buffer_attr buffers{automatic, automatic, automatic, automatic, blockBytes};
-    constexpr auto flags =
-        static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY);
+    // Not moved: without its microphone a server would go on with what an output plays.
+    constexpr auto flags = static_cast<pa_stream_flags_t>(
+        PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE);
 
     m_stream = pa_stream_new(context, "Dictation", &format, nullptr);
     if (!m_stream)

@@ -299,7 +299,8 @@ std::optional<QByteArray> PulseAudioDevices::defaultName(Kind kind, Deadline dea
     if (!defaults)
         return std::nullopt;
     const QByteArray& name = kind == Kind::Source ? defaults->source : defaults->sink;
-    return name.isEmpty() ? std::nullopt : std::optional(name);
+    // PipeWire without its session manager names no device, but "@DEFAULT_SOURCE@".
+    return name.isEmpty() || name.startsWith('@') ? std::nullopt : std::optional(name);
 }
 
 } // namespace tavrin

@@ -5,56 +5,79 @@
 
 #include <QTemporaryDir>
 
-#include <memory>
+#include <functional>
 #include <thread>
 
 namespace tavrin::testing {
 
-/// A PulseAudio of the test's own, which may be killed, stopped and taken apart. Sound clients made
-/// while it lives find it. It has one microphone, "mic", and no output.
+/// A sound server of the test's own, which may be killed, stopped and taken apart. Sound clients
+/// made while it lives find it. It has one microphone, "mic".
 class PrivateSoundServer {
 public:
-    PrivateSoundServer() { start(); }
+    virtual ~PrivateSoundServer() = default;
 
-    void start()
+    PrivateSoundServer(const PrivateSoundServer&) = delete;
+    PrivateSoundServer& operator=(const PrivateSoundServer&) = delete;
+
+    /// Whether the microphone is there within the time that this may take.
+    virtual bool start() = 0;
+
+    virtual void kill() = 0;
+
+    virtual void suspend() = 0;
+
+    virtual void resume() = 0;
+
+    virtual bool addMicrophone(const QString& name, const QString& description) = 0;
+
+    /// As if all were unplugged.
+    virtual bool removeMicrophones() = 0;
+
+    virtual bool addOutput(const QString& name) = 0;
+
+protected:
+    PrivateSoundServer() = default;
+
+    [[nodiscard]] QString folder() const { return m_folder.path(); }
+
+    [[nodiscard]] QString socket() const { return m_socket; }
+
+    /// A part of the server, with no way to the sound of the desktop that the test runs on.
+    [[nodiscard]] std::unique_ptr<ChildProcess> launch(const QStringList& command) const
     {
-        m_process = std::make_unique<ChildProcess>("env",
-            QStringList{"-u", "DISPLAY",
-                "DBUS_SESSION_BUS_ADDRESS=disabled:", "HOME=" + m_folder.path(),
-                "XDG_RUNTIME_DIR=" + m_folder.path(), "PULSE_RUNTIME_PATH=" + m_folder.path(),
-                "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--log-level=error",
-                "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + m_socket, "-L",
-                "module-null-source source_name=mic"});
-        ready = runs("info");
-        for (int i = 0; i < 100 && !ready; ++i) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
-            ready = runs("info");
-        }
+        return std::make_unique<ChildProcess>("env",
+            QStringList{"-u", "DISPLAY", "-u", "PIPEWIRE_RUNTIME_DIR",
+                "DBUS_SESSION_BUS_ADDRESS=unix:path=" + m_folder.filePath("bus"),
+                "HOME=" + m_folder.path(), "XDG_RUNTIME_DIR=" + m_folder.path(),
+                "XDG_CONFIG_HOME=" + m_folder.filePath("config"),
+                "XDG_STATE_HOME=" + m_folder.filePath("state"),
+                "PULSE_RUNTIME_PATH=" + QFileInfo(m_socket).path()}
+                + command);
     }
 
-    void kill() { m_process->kill(); }
-
-    void suspend() { m_process->suspend(); }
-
-    void resume() { m_process->resume(); }
-
     /// Runs pactl; whether it succeeded.
-    [[nodiscard]] bool runs(const QString& command, const QStringList& arguments = {}) const
+    [[nodiscard]] bool runs(const QStringList& arguments) const
     {
-        const QStringList call{"pactl", "-s", "unix:" + m_socket, command};
+        const QStringList call{"pactl", "-s", "unix:" + m_socket};
         return ChildProcess(
                    "sh", QStringList{"-c", "exec \"$@\" >/dev/null 2>&1", "sh"} + call + arguments)
                    .wait()
             == 0;
     }
 
-    bool ready = false;
+    /// Whether the condition holds within twenty seconds.
+    static bool comesTrue(const std::function<bool()>& condition)
+    {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!condition() && std::chrono::steady_clock::now() < deadline)
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        return condition();
+    }
 
 private:
     QTemporaryDir m_folder;
-    QString m_socket = m_folder.filePath("socket");
+    QString m_socket = m_folder.filePath("pulse/native");
     SoundServerAddress m_address{m_socket};
-    std::unique_ptr<ChildProcess> m_process;
 };
 
 } // namespace tavrin::testing

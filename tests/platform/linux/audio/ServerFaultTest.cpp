@@ -1,119 +1,137 @@
+#include "audio/AudioEnvironment.h"
 #include "audio/AudioInputDevices.h"
-#include "platform/linux/audio/AudioDecoder.h"
-#include "platform/linux/audio/PrivateSoundServer.h"
-#include "platform/linux/audio/PulseAudioDevices.h"
-#include "platform/linux/audio/PulseAudioRecorder.h"
-#include "support/QtPrinters.h"
-
-#include <QElapsedTimer>
-#include <QTemporaryDir>
-#include <gtest/gtest.h>
-
-#include <functional>
-
-using namespace std::chrono_literals;
+#include "platform/PreferenceKeys.h"
+#include "platform/linux/audio/PrivatePipeWire.h"
+#include "platform/linux/audio/PrivatePulseAudio.h"
+#include "platform/linux/audio/SoundServerFixture.h"
+#include "support/InMemoryPreferences.h"
+#include "support/InMemorySystemInfo.h"
 
 namespace tavrin {
 namespace {
 
-constexpr AudioRecorderSettings settings{1633772320, 16'000, 1, 96};
-constexpr qint64 halfASecond = 500; // Milliseconds.
+using MakeServer = std::unique_ptr<testing::PrivateSoundServer> (*)();
+
+template <class Server>
+std::unique_ptr<testing::PrivateSoundServer> make()
+{
+    return std::make_unique<Server>();
+}
 
 /// A sound server that dies, hangs and comes back while it is used.
-class ServerFaultTest : public ::testing::Test {
+class ServerFaultTest : public testing::SoundServerFixture<::testing::TestWithParam<MakeServer>> {
 protected:
-    QTemporaryDir folder;
-    testing::PrivateSoundServer server;
+    std::unique_ptr<testing::PrivateSoundServer> server = GetParam()();
     std::shared_ptr<PulseConnection> connection = std::make_shared<PulseConnection>();
     PulseAudioDevices devices{connection};
     QString path = folder.filePath("recording.m4a");
     PulseAudioRecorder recorder{connection, path, settings};
 
-    void SetUp() override { ASSERT_TRUE(server.ready); }
+    void SetUp() override { ASSERT_TRUE(server->start()); }
 
-    static bool waitUntil(const std::function<bool()>& condition)
+    AudioDeviceId microphone()
     {
-        const auto deadline = std::chrono::steady_clock::now() + 10s;
-        while (!condition() && std::chrono::steady_clock::now() < deadline)
-            std::this_thread::sleep_for(5ms);
-        return condition();
+        for (const AudioInputDevice& device : AudioInputDevices(devices)) {
+            if (device.uid == "mic")
+                return device.id;
+        }
+        return 0;
     }
 
-    void recordAWhile()
+    /// Until the one who asks has noticed the loss of the server.
+    bool losesTheServer()
     {
-        ASSERT_TRUE(recorder.prepareToRecord());
-        ASSERT_TRUE(recorder.record());
-        ASSERT_TRUE(waitUntil([&] { return recorder.currentTime() > 0.5s; }));
-    }
-
-    static qint64 millisecondsOf(const std::function<void()>& call)
-    {
-        QElapsedTimer timer;
-        timer.start();
-        call();
-        return timer.elapsed();
-    }
-
-    /// Seconds of sound in the finished file.
-    double decodedSeconds() const
-    {
-        auto decoder = AudioDecoder::open(path);
-        EXPECT_TRUE(decoder);
-        std::size_t samples = 0;
-        if (!decoder)
-            return 0;
-        for (auto piece = decoder->read(); piece && !piece->empty(); piece = decoder->read())
-            samples += piece->size();
-        return static_cast<double>(samples) / 16'000;
-    }
-
-    bool addMicrophone(const QString& name, const QString& description) const
-    {
-        return server.runs("load-module",
-            {"module-null-source", "source_name=" + name, "description=\"" + description + '"'});
+        return waitUntil([&] { return devices.devices().isEmpty(); });
     }
 };
 
-TEST_F(ServerFaultTest, WhatWasRecordedBeforeTheServerDiedIsKept)
+TEST_P(ServerFaultTest, WhatWasRecordedBeforeTheServerDiedIsKept)
 {
-    recordAWhile();
+    recordAWhile(recorder);
 
-    server.kill();
+    server->kill();
 
     ASSERT_TRUE(waitUntil([&] { return recorder.failure() != Error{}; }));
     EXPECT_EQ(recorder.failure().code, PcmCapture::MicrophoneLost);
     EXPECT_FALSE(recorder.failure().message.isEmpty());
-    EXPECT_FALSE(recorder.record());
+    EXPECT_LT(millisecondsOf([&] { EXPECT_FALSE(recorder.record()); }), halfASecond);
     const double recorded = recorder.currentTime().count();
     EXPECT_LT(millisecondsOf([&] { recorder.stop(); }), halfASecond);
     EXPECT_GT(recorded, 0.5);
-    EXPECT_DOUBLE_EQ(decodedSeconds(), recorded);
+    EXPECT_DOUBLE_EQ(decodedSeconds(path), recorded);
 }
 
-TEST_F(ServerFaultTest, AServerThatComesBackIsUsedAgainUnderTheSameIds)
+TEST_P(ServerFaultTest, AServerThatComesBackIsUsedAgainUnderTheSameIds)
 {
-    const QList<AudioDeviceId> before = devices.devices();
-    ASSERT_EQ(before.size(), 1);
-    server.kill();
-    EXPECT_TRUE(waitUntil([&] { return devices.devices().isEmpty(); }));
-    EXPECT_EQ(devices.uid(before[0]), std::nullopt);
+    const AudioDeviceId before = microphone();
+    ASSERT_NE(before, 0U);
+    server->kill();
+    EXPECT_TRUE(losesTheServer());
+    EXPECT_EQ(devices.uid(before), std::nullopt);
 
-    server.start();
+    ASSERT_TRUE(server->start());
 
-    EXPECT_EQ(devices.devices(), before);
-    EXPECT_EQ(devices.uid(before[0]), "mic");
-    EXPECT_EQ(devices.defaultInputDevice(), before[0]);
-    recordAWhile();
+    EXPECT_TRUE(waitUntil([&] { return devices.defaultInputDevice() == before; }));
+    EXPECT_EQ(microphone(), before);
+    EXPECT_EQ(devices.uid(before), "mic");
+    recordAWhile(recorder);
 }
 
-TEST_F(ServerFaultTest, AServerThatHangsWhileRecordingHoldsNobodyUp)
+TEST_P(ServerFaultTest, AfterARestartDuringARecordingTheNextOneWorks)
 {
-    recordAWhile();
-    const AudioDeviceId microphone = devices.devices().value(0);
-    server.suspend();
+    recordAWhile(recorder);
 
-    EXPECT_LT(millisecondsOf([&] { EXPECT_FALSE(devices.setDefaultInputDevice(microphone)); }),
-        halfASecond);
+    server->kill();
+    ASSERT_TRUE(server->start());
+
+    ASSERT_TRUE(waitUntil([&] { return recorder.failure() != Error{}; }));
+    EXPECT_EQ(recorder.failure().code, PcmCapture::MicrophoneLost);
+    EXPECT_LT(millisecondsOf([&] { recorder.stop(); }), halfASecond);
+    EXPECT_GT(decodedSeconds(path), 0.5);
+
+    const QString nextPath = folder.filePath("next.m4a");
+    PulseAudioRecorder next(connection, nextPath, settings);
+    recordAWhile(next);
+    next.stop();
+    EXPECT_EQ(next.failure(), Error{});
+    EXPECT_GT(decodedSeconds(nextPath), 0.5);
+}
+
+TEST_P(ServerFaultTest, MuteAndMicrophoneOfALostServerAreGivenUpAtOnce)
+{
+    ASSERT_TRUE(server->addOutput("out"));
+    ASSERT_TRUE(server->addMicrophone("second", "Second"));
+    testing::InMemoryPreferences preferences;
+    testing::InMemorySystemInfo systemInfo;
+    systemInfo.supportFolder = folder.path();
+    preferences.setValue(keys::preferredMicrophoneUID, "second");
+    preferences.setValue(keys::muteDuringRecording, true);
+    AudioEnvironment environment(devices, preferences, systemInfo, [] { return true; });
+    environment.applyPreferredMicrophoneForRecording();
+    EXPECT_EQ(devices.uid(devices.defaultInputDevice().value_or(0)), "second");
+    environment.muteSystemAudioForRecordingIfNeeded();
+    const AudioDeviceId output = devices.defaultOutputDevice().value_or(0);
+    EXPECT_EQ(devices.outputMute(output), 1U);
+
+    server->kill();
+    EXPECT_LT(millisecondsOf([&] { environment.restoreAudioEnvironment(); }), halfASecond);
+
+    // Nothing of the old server is held against the new one.
+    ASSERT_TRUE(server->start());
+    ASSERT_TRUE(waitUntil([&] { return devices.defaultInputDevice() == microphone(); }));
+    environment.applyPreferredMicrophoneForRecording();
+    environment.restoreAudioEnvironment();
+    EXPECT_EQ(devices.defaultInputDevice(), microphone());
+}
+
+TEST_P(ServerFaultTest, AServerThatHangsWhileRecordingHoldsNobodyUp)
+{
+    recordAWhile(recorder);
+    const AudioDeviceId before = microphone();
+    server->suspend();
+
+    EXPECT_LT(
+        millisecondsOf([&] { EXPECT_FALSE(devices.setDefaultInputDevice(before)); }), halfASecond);
     // The server is known to hang now: nothing waits for it any more.
     EXPECT_LT(millisecondsOf([&] {
         EXPECT_TRUE(devices.devices().isEmpty());
@@ -123,75 +141,94 @@ TEST_F(ServerFaultTest, AServerThatHangsWhileRecordingHoldsNobodyUp)
         recorder.stop();
     }),
         halfASecond);
-    EXPECT_GT(decodedSeconds(), 0.5);
+    EXPECT_GT(decodedSeconds(path), 0.5);
 
-    server.resume();
-    EXPECT_TRUE(waitUntil([&] { return devices.defaultInputDevice() == microphone; }));
+    server->resume();
+    EXPECT_TRUE(waitUntil([&] { return devices.defaultInputDevice() == before; }));
 }
 
-TEST_F(ServerFaultTest, AServerThatHangsDoesNotHoldUpTheEndOfARecording)
+TEST_P(ServerFaultTest, AServerThatHangsDoesNotHoldUpTheEndOfARecording)
 {
-    recordAWhile();
-    server.suspend();
+    recordAWhile(recorder);
+    server->suspend();
 
     EXPECT_LT(millisecondsOf([&] { recorder.stop(); }), halfASecond);
 
-    EXPECT_GT(decodedSeconds(), 0.5);
-    server.resume();
+    EXPECT_GT(decodedSeconds(path), 0.5);
+    server->resume();
 }
 
-TEST_F(ServerFaultTest, WhatWasRecordedBeforeTheMicrophoneWasUnpluggedIsKept)
+TEST_P(ServerFaultTest, WhatWasRecordedBeforeTheMicrophoneWasUnpluggedIsKept)
 {
-    recordAWhile();
+    // Another source to go on with would be what the output plays.
+    ASSERT_TRUE(server->addOutput("out"));
+    recordAWhile(recorder);
 
-    ASSERT_TRUE(server.runs("unload-module", {"module-null-source"}));
+    ASSERT_TRUE(server->removeMicrophones());
 
     ASSERT_TRUE(waitUntil([&] { return recorder.failure() != Error{}; }));
     EXPECT_EQ(recorder.failure().code, PcmCapture::MicrophoneLost);
-    recorder.stop();
-    EXPECT_GT(decodedSeconds(), 0.5);
+    EXPECT_LT(millisecondsOf([&] { recorder.stop(); }), halfASecond);
+    EXPECT_GT(decodedSeconds(path), 0.5);
 }
 
-TEST_F(ServerFaultTest, WithoutAnyMicrophoneThereIsNoRecording)
+TEST_P(ServerFaultTest, DevicesThatComeAndGoAreSeenAtOnce)
 {
-    ASSERT_TRUE(server.runs("unload-module", {"module-null-source"}));
+    EXPECT_EQ(AudioInputDevices(devices).size(), 1);
+
+    ASSERT_TRUE(server->addMicrophone("second", "Second"));
+    const QList<AudioInputDevice> both = AudioInputDevices(devices);
+    ASSERT_EQ(both.size(), 2);
+    const AudioDeviceId second = both[both[0].uid == "second" ? 0 : 1].id;
+    EXPECT_EQ(devices.uid(second), "second");
+
+    ASSERT_TRUE(server->removeMicrophones());
+    EXPECT_TRUE(waitUntil([&] { return AudioInputDevices(devices).isEmpty(); }));
+    EXPECT_EQ(devices.name(second), std::nullopt);
+}
+
+TEST_P(ServerFaultTest, MonitorsOfOutputsAreNoMicrophones)
+{
+    ASSERT_TRUE(server->addOutput("out"));
+
+    const QList<AudioInputDevice> microphones = AudioInputDevices(devices);
+
+    ASSERT_EQ(microphones.size(), 1);
+    EXPECT_EQ(microphones[0].uid, "mic");
+    EXPECT_GE(devices.devices().size(), 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(On, ServerFaultTest,
+    ::testing::Values(make<testing::PrivatePulseAudio>, make<testing::PrivatePipeWire>),
+    [](const auto& server) { return server.index == 0 ? "PulseAudio" : "PipeWire"; });
+
+/// What only PulseAudio does.
+class PulseAudioFaultTest : public testing::SoundServerFixture<::testing::Test> {
+protected:
+    testing::PrivatePulseAudio server;
+    std::shared_ptr<PulseConnection> connection = std::make_shared<PulseConnection>();
+    PulseAudioDevices devices{connection};
+    QString path = folder.filePath("recording.m4a");
+    PulseAudioRecorder recorder{connection, path, settings};
+
+    void SetUp() override { ASSERT_TRUE(server.start()); }
+};
+
+TEST_F(PulseAudioFaultTest, WithoutAnyMicrophoneThereIsNoRecording)
+{
+    ASSERT_TRUE(server.removeMicrophones());
 
     EXPECT_FALSE(recorder.prepareToRecord());
     EXPECT_EQ(recorder.failure().code, PcmCapture::NoMicrophone);
     EXPECT_TRUE(devices.devices().isEmpty());
 }
 
-TEST_F(ServerFaultTest, DevicesThatComeAndGoAreSeenAtOnce)
-{
-    EXPECT_EQ(AudioInputDevices(devices).size(), 1);
-
-    ASSERT_TRUE(addMicrophone("second", "Second"));
-    EXPECT_EQ(AudioInputDevices(devices).size(), 2);
-    const AudioDeviceId second = devices.devices().value(1);
-    EXPECT_EQ(devices.name(second), "Second");
-
-    ASSERT_TRUE(server.runs("unload-module", {"module-null-source"})); // All of them.
-    EXPECT_EQ(devices.name(second), std::nullopt);
-    EXPECT_TRUE(AudioInputDevices(devices).isEmpty());
-}
-
-TEST_F(ServerFaultTest, MonitorsOfOutputsAreNoMicrophones)
-{
-    ASSERT_TRUE(server.runs("load-module", {"module-null-sink", "sink_name=out"}));
-
-    const QList<AudioInputDevice> microphones = AudioInputDevices(devices);
-
-    ASSERT_EQ(microphones.size(), 1);
-    EXPECT_EQ(microphones[0].uid, "mic");
-    EXPECT_EQ(devices.devices().size(), 2);
-}
-
-TEST_F(ServerFaultTest, NamesMayBeEmptyOrTheSameOrFourKilobytesLong)
+TEST_F(PulseAudioFaultTest, NamesMayBeEmptyOrTheSameOrFourKilobytesLong)
 {
     const QString longName = QString::fromUtf8("麦克风é").repeated(370);
-    ASSERT_TRUE(addMicrophone("a", longName));
-    ASSERT_TRUE(addMicrophone("b", longName));
-    ASSERT_TRUE(addMicrophone("c", " "));
+    ASSERT_TRUE(server.addMicrophone("a", longName));
+    ASSERT_TRUE(server.addMicrophone("b", longName));
+    ASSERT_TRUE(server.addMicrophone("c", " "));
 
     const QList<AudioInputDevice> microphones = AudioInputDevices(devices);
 
@@ -202,6 +239,97 @@ TEST_F(ServerFaultTest, NamesMayBeEmptyOrTheSameOrFourKilobytesLong)
     EXPECT_GT(longName.toUtf8().size(), 4'000);
     EXPECT_TRUE(devices.setDefaultInputDevice(microphones[2].id));
     EXPECT_EQ(devices.defaultInputDevice(), microphones[2].id);
+}
+
+/// What only PipeWire does: it dies and hangs in parts.
+class PipeWireFaultTest : public testing::SoundServerFixture<::testing::Test> {
+protected:
+    testing::PrivatePipeWire server;
+    std::shared_ptr<PulseConnection> connection = std::make_shared<PulseConnection>();
+    PulseAudioDevices devices{connection};
+    QString path = folder.filePath("recording.m4a");
+    PulseAudioRecorder recorder{connection, path, settings};
+
+    void SetUp() override { ASSERT_TRUE(server.start()); }
+
+    void nextRecordingWorks()
+    {
+        const QString nextPath = folder.filePath("next.m4a");
+        PulseAudioRecorder next(connection, nextPath, settings);
+        recordAWhile(next);
+        next.stop();
+        EXPECT_EQ(next.failure(), Error{});
+        EXPECT_GT(decodedSeconds(nextPath), 0.5);
+    }
+};
+
+TEST_F(PipeWireFaultTest, ADaemonThatDiesBehindItsFrontEndsTheRecording)
+{
+    recordAWhile(recorder);
+
+    server.killDaemon();
+
+    ASSERT_TRUE(waitUntil([&] { return recorder.failure() != Error{}; }));
+    EXPECT_EQ(recorder.failure().code, PcmCapture::MicrophoneLost);
+    EXPECT_LT(millisecondsOf([&] { EXPECT_TRUE(devices.devices().isEmpty()); }), halfASecond);
+    EXPECT_LT(millisecondsOf([&] { recorder.stop(); }), halfASecond);
+    EXPECT_GT(decodedSeconds(path), 0.5);
+
+    server.startDaemon();
+    ASSERT_TRUE(server.addMicrophone("mic", "Microphone"));
+    ASSERT_TRUE(server.makeDefault("mic"));
+    nextRecordingWorks();
+}
+
+TEST_F(PipeWireFaultTest, AFrontThatDiesEndsTheRecording)
+{
+    recordAWhile(recorder);
+
+    server.killFront();
+
+    ASSERT_TRUE(waitUntil([&] { return recorder.failure() != Error{}; }));
+    EXPECT_EQ(recorder.failure().code, PcmCapture::MicrophoneLost);
+    EXPECT_LT(millisecondsOf([&] { recorder.stop(); }), halfASecond);
+    EXPECT_GT(decodedSeconds(path), 0.5);
+
+    server.startFront();
+    ASSERT_TRUE(server.addMicrophone("mic", "Microphone"));
+    ASSERT_TRUE(server.makeDefault("mic"));
+    nextRecordingWorks();
+}
+
+TEST_F(PipeWireFaultTest, ADaemonThatHangsBehindItsFrontHoldsNobodyUp)
+{
+    recordAWhile(recorder);
+    server.suspendDaemon();
+
+    qint64 longest = 0;
+    for (const auto& call : std::initializer_list<std::function<void()>>{
+             [&] { static_cast<void>(devices.devices()); },
+             [&] { static_cast<void>(devices.defaultInputDevice()); },
+             [&] { recorder.pause(); },
+             [&] { recorder.record(); },
+             [&] { recorder.stop(); },
+         })
+        longest = std::max(longest, millisecondsOf(call));
+    EXPECT_LT(longest, halfASecond);
+    EXPECT_GT(decodedSeconds(path), 0.5);
+
+    server.resumeDaemon();
+    nextRecordingWorks();
+}
+
+TEST_F(PipeWireFaultTest, WithoutASessionManagerThereIsNoMicrophone)
+{
+    server.killManager();
+    ASSERT_TRUE(waitUntil([&] { return !devices.defaultInputDevice(); }));
+
+    EXPECT_LT(millisecondsOf([&] { EXPECT_FALSE(recorder.record()); }), halfASecond);
+    EXPECT_EQ(recorder.failure().code, PcmCapture::NoMicrophone);
+
+    server.startManager();
+    ASSERT_TRUE(waitUntil([&] { return devices.defaultInputDevice().has_value(); }));
+    nextRecordingWorks();
 }
 
 } // namespace
