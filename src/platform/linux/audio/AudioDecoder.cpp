@@ -277,6 +277,11 @@ AudioDecoder::~AudioDecoder() = default;
 AudioDecoder::AudioDecoder(AudioDecoder&&) noexcept = default;
 AudioDecoder& AudioDecoder::operator=(AudioDecoder&&) noexcept = default;
 
+bool AudioDecoder::warmUp()
+{
+    return libav::load();
+}
+
 Result<AudioDecoder> AudioDecoder::open(const QString& path, Seconds longest)
 {
     auto implementation = std::make_unique<Implementation>(longest);

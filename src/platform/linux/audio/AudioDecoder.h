@@ -29,6 +29,10 @@ public:
         TooLong = 4, ///< Reading passed the longest sound allowed.
     };
 
+    /// Loads the libraries that decoding, and encoding too, would otherwise load at the first use
+    /// in some 60 ms. False when one is missing. Any thread.
+    static bool warmUp();
+
     [[nodiscard]] static Result<AudioDecoder> open(
         const QString& path, Seconds longest = longestSound);
 

@@ -173,7 +173,9 @@ SpeechAvailability EngineFileRecognizer::availability() const
 
 void EngineFileRecognizer::warmUp()
 {
-    m_thread->post([] {}); // Whatever comes first opens the engine.
+    // Whatever comes first opens the engine. The recorder needs the libraries sooner than this
+    // does.
+    m_thread->post([] { AudioDecoder::warmUp(); });
 }
 
 std::unique_ptr<SpeechTask> EngineFileRecognizer::recognize(

@@ -58,6 +58,15 @@ protected:
     }
 };
 
+TEST_F(AudioDecoderTest, TheLibrariesCanBeLoadedBeforeTheyAreNeeded)
+{
+    EXPECT_TRUE(AudioDecoder::warmUp());
+
+    QFile loaded("/proc/self/maps");
+    ASSERT_TRUE(loaded.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(loaded.readAll().contains("libavformat"));
+}
+
 TEST_F(AudioDecoderTest, SoundOfTheTargetFormatComesOutAsItIs)
 {
     const std::vector<qint16> samples = testing::tone(1.5);
