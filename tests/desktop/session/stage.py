@@ -71,7 +71,8 @@ class Model:
 
 
 class Stage:
-    def __init__(self, program, service, settings, use_model):
+    def __init__(self, program, service, settings, use_model, log=None):
+        """With a log, an open file, the program tells there what happens."""
         self._exit = contextlib.ExitStack()
         self._folder = pathlib.Path(self._exit.enter_context(tempfile.TemporaryDirectory()))
         self.model = Model()
@@ -80,7 +81,7 @@ class Stage:
         self.recordings.mkdir()
         try:
             self._start_service(service, use_model)
-            self._start_program(program, settings)
+            self._start_program(program, settings, log)
         except BaseException:
             self.close()
             raise
@@ -129,7 +130,7 @@ class Stage:
 
         self._session = wait_until("the text service", sign_in)
 
-    def _start_program(self, program, settings):
+    def _start_program(self, program, settings, log):
         config, data = self.folder("config"), self.folder("data")
         (config / "Tavrin").mkdir()
         preferences = {
@@ -141,7 +142,8 @@ class Stage:
             "chatShortcutIdentifiers": ["controlOptionSpace"], **settings}
         (config / "Tavrin/preferences.json").write_text(json.dumps(preferences))
         self.history_file = data / "Tavrin/TranscriptionHistory.json"
-        self.program = self.start(program, environment={
+        options = ["--verbose"] if log else []
+        self.program = self.start(program, *options, stderr=log, environment={
             "XDG_CONFIG_HOME": str(config), "XDG_DATA_HOME": str(data),
             "TMPDIR": str(self.recordings)})
         wait_until("the main window", lambda: self.window_of(self.program.pid, "^Tavrin$"))
