@@ -14,7 +14,8 @@ public:
     virtual ~SyntheticKeyboard() = default;
 
     /// Presses and releases the paste shortcut of the program in front: Command-V on macOS; on
-    /// Linux Ctrl+V, in terminals Ctrl+Shift+V. @p target tells what program it is.
+    /// Linux Ctrl+V, in terminals Ctrl+Shift+V. @p target tells what program it is. Linux: does
+    /// nothing when another program has the keyboard, so that nothing gets into the wrong place.
     virtual void postPasteShortcut(const RunningApplication& target) = 0;
 
     /// Types @p chunks, one after another, as Unicode text into @p target. Each chunk has at most

@@ -49,9 +49,9 @@ Typist::~Typist()
     stop();
 }
 
-void Typist::paste(PasteShortcut shortcut)
+void Typist::paste(PasteShortcut shortcut, const RunningApplication& target)
 {
-    post([this, shortcut] { pressPaste(shortcut); });
+    post([this, shortcut, target] { pressPaste(shortcut, target); });
 }
 
 void Typist::type(const QString& text, const RunningApplication& target)
@@ -74,8 +74,10 @@ void Typist::handleEvent(const xcb_generic_event_t& event)
         m_answeredPing = message.data.data32[1];
 }
 
-void Typist::pressPaste(PasteShortcut shortcut)
+void Typist::pressPaste(PasteShortcut shortcut, const RunningApplication& target)
 {
+    if (takeAim(target) == XCB_WINDOW_NONE)
+        return;
     const KeyboardMap map = KeyboardMap::read(connection());
     const auto control = map.codeOf(keysyms::leftControl);
     const auto shift = map.codeOf(keysyms::leftShift);
@@ -99,10 +101,9 @@ void Typist::pressPaste(PasteShortcut shortcut)
 
 void Typist::typeText(const QString& text, const RunningApplication& target, quint64 turn)
 {
-    const xcb_window_t window = activeWindowOf(target);
+    const xcb_window_t window = takeAim(target);
     if (window == XCB_WINDOW_NONE)
         return;
-    m_focus = focus();
     const KeyboardMap map = KeyboardMap::read(connection());
     releaseHeldModifiers(map);
     const auto batches = planTyping(text, map, m_spareCodes.codes(map), keyboardState());
@@ -113,21 +114,29 @@ void Typist::typeText(const QString& text, const RunningApplication& target, qui
     m_spareCodes.restore();
 }
 
-xcb_window_t Typist::activeWindowOf(const RunningApplication& target) const
+xcb_window_t Typist::takeAim(const RunningApplication& target)
 {
     const auto end = Clock::now() + managerPatience;
     for (;;) {
         const xcb_window_t window = m_windows.active();
-        const bool isTarget = window != XCB_WINDOW_NONE
-            && (window == target.window
-                || (target.processIdentifier > 0
-                    && m_windows.owner(window).processIdentifier == target.processIdentifier));
-        if (isTarget)
+        m_aim = focus();
+        // The window manager moves the focus first and tells of it afterwards: ask both.
+        const qint64 owner = m_windows.processAround(m_aim);
+        if (isInFront(window, target) && (owner == 0 || owner == target.processIdentifier))
             return window;
         if (Clock::now() >= end)
             return XCB_WINDOW_NONE;
         std::this_thread::sleep_for(fingerPause);
     }
+}
+
+bool Typist::isInFront(xcb_window_t window, const RunningApplication& target) const
+{
+    if (window == XCB_WINDOW_NONE)
+        return false;
+    return window == target.window
+        || (target.processIdentifier > 0
+            && m_windows.owner(window).processIdentifier == target.processIdentifier);
 }
 
 bool Typist::typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 turn)
@@ -141,8 +150,9 @@ bool Typist::typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 tu
     for (const KeyStroke& stroke : batch.strokes) {
         if (!mayGoOn(window, turn))
             return false;
-        press(stroke.shift ? std::vector<xcb_keycode_t>{*shift, stroke.code}
-                           : std::vector<xcb_keycode_t>{stroke.code});
+        if (!press(stroke.shift ? std::vector<xcb_keycode_t>{*shift, stroke.code}
+                                : std::vector<xcb_keycode_t>{stroke.code}))
+            return false;
         std::this_thread::sleep_for(strokePause);
     }
     waitForProgram(window); // It looks the symbols up when it gets to the keys.
@@ -188,13 +198,20 @@ KeyboardState Typist::keyboardState()
     return {pointer->mask >> groupShift & 3, (pointer->mask & XCB_MOD_MASK_LOCK) != 0};
 }
 
-void Typist::press(const std::vector<xcb_keycode_t>& chord)
+bool Typist::press(const std::vector<xcb_keycode_t>& chord)
 {
-    for (const xcb_keycode_t code : chord)
-        fakeKey(code, true);
-    std::for_each(
-        chord.rbegin(), chord.rend(), [this](xcb_keycode_t code) { fakeKey(code, false); });
+    // Between the look at the focus and the keys nobody else gets a word in.
+    xcb_grab_server(connection().get());
+    const bool isAimRight = focus() == m_aim;
+    if (isAimRight) {
+        for (const xcb_keycode_t code : chord)
+            fakeKey(code, true);
+        std::for_each(
+            chord.rbegin(), chord.rend(), [this](xcb_keycode_t code) { fakeKey(code, false); });
+    }
+    xcb_ungrab_server(connection().get());
     xcb_flush(connection().get());
+    return isAimRight;
 }
 
 void Typist::waitForProgram(xcb_window_t window)
@@ -222,8 +239,7 @@ void Typist::waitForProgram(xcb_window_t window)
 
 bool Typist::mayGoOn(xcb_window_t window, quint64 turn) const
 {
-    // The window manager moves the focus first and tells of it afterwards.
-    return turn == m_turn.load() && m_windows.active() == window && focus() == m_focus;
+    return turn == m_turn.load() && m_windows.active() == window;
 }
 
 xcb_window_t Typist::focus() const

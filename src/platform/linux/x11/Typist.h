@@ -19,7 +19,7 @@ public:
     Typist& operator=(const Typist&) = delete;
 
     /// From the main thread; each returns at once and takes its turn.
-    void paste(PasteShortcut shortcut);
+    void paste(PasteShortcut shortcut, const RunningApplication& target);
     void type(const QString& text, const RunningApplication& target);
 
     /// Ends what is being typed, and drops what waits to be.
@@ -29,16 +29,19 @@ protected:
     void handleEvent(const xcb_generic_event_t& event) override;
 
 private:
-    void pressPaste(PasteShortcut shortcut);
+    void pressPaste(PasteShortcut shortcut, const RunningApplication& target);
     void typeText(const QString& text, const RunningApplication& target, quint64 turn);
-    /// The target's window that has the keyboard; XCB_WINDOW_NONE when another program has it.
-    [[nodiscard]] xcb_window_t activeWindowOf(const RunningApplication& target) const;
+    /// Takes aim at the target's window that has the keyboard, and gives it; XCB_WINDOW_NONE when
+    /// another program has the keyboard.
+    xcb_window_t takeAim(const RunningApplication& target);
+    [[nodiscard]] bool isInFront(xcb_window_t window, const RunningApplication& target) const;
     /// False when typing has to end.
     bool typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 turn);
     void releaseHeldModifiers(const KeyboardMap& map);
     [[nodiscard]] std::vector<xcb_keycode_t> heldModifiers(const KeyboardMap& map) const;
     [[nodiscard]] KeyboardState keyboardState();
-    void press(const std::vector<xcb_keycode_t>& chord);
+    /// False, and nothing pressed, when the keyboard is no longer where takeAim() found it.
+    bool press(const std::vector<xcb_keycode_t>& chord);
     /// Waits until the program has taken every key so far, or should have.
     void waitForProgram(xcb_window_t window);
     [[nodiscard]] bool mayGoOn(xcb_window_t window, quint64 turn) const;
@@ -48,7 +51,7 @@ private:
     X11Windows m_windows;
     SpareCodes m_spareCodes;
     std::atomic<quint64> m_turn = 0; // Changed by cancel(): older turns end.
-    xcb_window_t m_focus = XCB_WINDOW_NONE; // What the keys of this turn are meant for.
+    xcb_window_t m_aim = XCB_WINDOW_NONE; // The focus that the keys of this turn are meant for.
     quint32 m_lastPing = 0;
     quint32 m_answeredPing = 0;
 };

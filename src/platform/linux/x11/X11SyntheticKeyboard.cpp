@@ -25,7 +25,7 @@ void X11SyntheticKeyboard::postPasteShortcut(const RunningApplication& target)
     const PasteShortcut shortcut = pasteShortcutOf(target);
     if (shortcut == PasteShortcut::ShiftInsert)
         m_pasteboard.offerAsPrimary();
-    m_typist.paste(shortcut);
+    m_typist.paste(shortcut, target);
 }
 
 void X11SyntheticKeyboard::postUnicodeText(

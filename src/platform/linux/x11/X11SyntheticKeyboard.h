@@ -7,8 +7,9 @@ namespace tavrin {
 
 class ClipboardPasteboard;
 
-/// Types through the X server's test extension. Typing ends when another window becomes active, and
-/// the keyboard's map is put back in every case, by the next start after a crash.
+/// Types through the X server's test extension. Nothing is pressed while another program has the
+/// keyboard, typing ends when another window becomes active, and the keyboard's map is put back in
+/// every case, by the next start after a crash.
 class X11SyntheticKeyboard final : public SyntheticKeyboard {
 public:
     explicit X11SyntheticKeyboard(ClipboardPasteboard& pasteboard);

@@ -29,6 +29,21 @@ X11Windows::Owner X11Windows::owner(xcb_window_t window) const
     return owner;
 }
 
+qint64 X11Windows::processAround(xcb_window_t window) const
+{
+    if (!m_connection.isOpen())
+        return 0;
+    const auto pid = m_connection.atom("_NET_WM_PID");
+    while (window > XCB_INPUT_FOCUS_POINTER_ROOT && window != m_connection.root()) {
+        if (const qint64 process = m_connection.number(window, pid); process != 0)
+            return process;
+        const XcbPointer<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
+            m_connection.get(), xcb_query_tree(m_connection.get(), window), nullptr));
+        window = tree ? tree->parent : xcb_window_t{XCB_WINDOW_NONE};
+    }
+    return 0;
+}
+
 bool X11Windows::exists(xcb_window_t window) const
 {
     if (!m_connection.isOpen() || window == XCB_WINDOW_NONE)

@@ -25,6 +25,9 @@ public:
 
     [[nodiscard]] Owner owner(xcb_window_t window) const;
 
+    /// The process of @p window, or of the nearest window around it that names one; 0 when unknown.
+    [[nodiscard]] qint64 processAround(xcb_window_t window) const;
+
     [[nodiscard]] bool exists(xcb_window_t window) const;
 
     /// The topmost managed window of the process; 0 when it has none.
