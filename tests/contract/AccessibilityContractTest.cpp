@@ -259,6 +259,23 @@ TEST(AtspiAccessibilityTest, AHungProgramIsGivenUpWithinHalfASecondAndThenAtOnce
     EXPECT_EQ(desktop.port().value(element.get()), u"abc"_s);
 }
 
+TEST(AtspiAccessibilityTest, AHungProgramHoldsUpNoMoreThanOneOfManyQuestions)
+{
+    RealDesktop desktop;
+    const qint64 process = desktop.open({u"abc"_s});
+    const ElementHandle element = desktop.port().focusedElement(process);
+    ASSERT_NE(element, nullptr);
+    desktop.editor().suspend();
+
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(desktop.port().setFocused(element.get()));
+    EXPECT_EQ(desktop.port().attribute(ElementAttribute::Role, element.get()), std::nullopt);
+    EXPECT_EQ(desktop.port().focusedElement(process), nullptr);
+    EXPECT_EQ(desktop.port().systemFocusedElement(), nullptr); // The same program's, until now.
+    EXPECT_EQ(desktop.port().focusedWindow(process), nullptr);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 500ms);
+}
+
 TEST(AtspiAccessibilityTest, AnElementOfAnEndedProgramReadsAsUnknown)
 {
     RealDesktop desktop;

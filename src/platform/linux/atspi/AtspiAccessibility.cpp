@@ -29,9 +29,11 @@ std::optional<QString> readAttribute(ElementAttribute name, AtspiAccessible* ele
     return axRoleName(role, isSingleLine(element, role));
 }
 
-bool isPasswordField(AtspiAccessible* element)
+/// Whether the element is a password field, or does not say what it is.
+bool mayBePassword(AtspiAccessible* element)
 {
-    return atspi_accessible_get_role(element, nullptr) == ATSPI_ROLE_PASSWORD_TEXT;
+    const AtspiRole role = atspi_accessible_get_role(element, nullptr);
+    return role == ATSPI_ROLE_PASSWORD_TEXT || role == ATSPI_ROLE_INVALID;
 }
 
 bool grabFocus(AtspiAccessible* element)
@@ -49,7 +51,7 @@ std::optional<Answer> readText(
         .ask<std::optional<Answer>>(element,
             [question = std::move(question)](
                 AtspiTextReader& reader, AtspiAccessible* accessible) -> std::optional<Answer> {
-                if (isPasswordField(accessible))
+                if (mayBePassword(accessible))
                     return std::nullopt;
                 return question(reader, accessible);
             })
@@ -78,22 +80,19 @@ bool AtspiAccessibility::requestTrust()
 
 ElementHandle AtspiAccessibility::focusedElement(qint64 processIdentifier)
 {
-    const auto process = static_cast<unsigned>(processIdentifier);
     return m_connection->find(
-        process, [process](AtspiFocus& focus) { return focus.focusedElement(process); });
+        static_cast<unsigned>(processIdentifier), &AtspiFocus::focusedElement);
 }
 
 ElementHandle AtspiAccessibility::systemFocusedElement()
 {
-    return m_connection->find(
-        std::nullopt, [](AtspiFocus& focus) { return focus.lastFocusedElement(); });
+    return m_connection->find(std::nullopt, &AtspiFocus::focusedElement);
 }
 
 ElementHandle AtspiAccessibility::focusedWindow(qint64 processIdentifier)
 {
-    const auto process = static_cast<unsigned>(processIdentifier);
-    return m_connection->find(
-        process, [process](AtspiFocus&) { return AtspiFocus::activeWindow(process); });
+    return m_connection->find(static_cast<unsigned>(processIdentifier),
+        [](AtspiFocus&, unsigned process) { return AtspiFocus::activeWindow(process); });
 }
 
 ElementHandle AtspiAccessibility::retain(const AccessibleElement& element)
@@ -127,9 +126,7 @@ bool AtspiAccessibility::isProtected(const AccessibleElement* element)
         return false;
     return m_connection
         ->ask<bool>(element,
-            [](AtspiTextReader&, AtspiAccessible* accessible) {
-                return isPasswordField(accessible);
-            })
+            [](AtspiTextReader&, AtspiAccessible* accessible) { return mayBePassword(accessible); })
         .value_or(true); // A program that does not answer is not to be read either.
 }
 

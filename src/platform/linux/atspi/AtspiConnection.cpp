@@ -3,6 +3,7 @@
 #include "base/Log.h"
 
 #include <gio/gio.h>
+#include <unistd.h>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -94,10 +95,12 @@ void AtspiConnection::Bus::connect()
     focus = std::make_unique<AtspiFocus>();
 }
 
-bool AtspiConnection::Bus::isHung(unsigned process) const
+bool AtspiConnection::Bus::mayBeAsked(unsigned process) const
 {
+    if (process == static_cast<unsigned>(::getpid()))
+        return false;
     const auto entry = hungUntil.find(process);
-    return entry != hungUntil.end() && entry->second > std::chrono::steady_clock::now();
+    return entry == hungUntil.end() || entry->second <= std::chrono::steady_clock::now();
 }
 
 void AtspiConnection::Bus::noteAnswer(unsigned process, std::chrono::steady_clock::time_point start)
@@ -139,14 +142,14 @@ ElementHandle AtspiConnection::find(std::optional<unsigned> process, Find find)
     std::optional<Found> found =
         m_worker.ask<Found>([bus = m_bus, process, find = std::move(find)] {
             Found result;
-            if (!bus->focus || (process && bus->isHung(*process)))
+            const unsigned asked = process.value_or(bus->focus ? bus->focus->lastProcess() : 0);
+            if (!bus->focus || asked == 0 || !bus->mayBeAsked(asked))
                 return result;
             const auto start = std::chrono::steady_clock::now();
-            result.element = find(*bus->focus);
+            result.element = find(*bus->focus, asked);
             if (result.element)
                 result.process = atspi_accessible_get_process_id(result.element.get(), nullptr);
-            if (process)
-                bus->noteAnswer(*process, start);
+            bus->noteAnswer(asked, start);
             return result;
         });
     if (!found || !found->element)

@@ -44,7 +44,7 @@ private:
 /// then every question about it is answered "unknown" at once.
 class AtspiConnection {
 public:
-    using Find = std::function<GObjectHandle<AtspiAccessible>(AtspiFocus&)>;
+    using Find = std::function<GObjectHandle<AtspiAccessible>(AtspiFocus&, unsigned process)>;
 
     AtspiConnection();
 
@@ -55,8 +55,9 @@ public:
     /// Asks the desktop to switch accessibility on.
     void enable();
 
-    /// The element that @p find finds; null when there is none, or when @p process, as far as it is
-    /// given, hangs.
+    /// The element that @p find finds in @p process, or without one in the process that announced
+    /// the focus last. Null when there is none, or when the process hangs. This process itself is
+    /// not asked: its answers come from the thread that waits here.
     [[nodiscard]] ElementHandle find(std::optional<unsigned> process, Find find);
 
     [[nodiscard]] ElementHandle retain(const AtspiElement& element);
@@ -74,7 +75,7 @@ private:
         std::map<unsigned, std::chrono::steady_clock::time_point> hungUntil; // By process.
 
         void connect();
-        [[nodiscard]] bool isHung(unsigned process) const;
+        [[nodiscard]] bool mayBeAsked(unsigned process) const;
 
         /// To be called with the time at which a question to @p process began.
         void noteAnswer(unsigned process, std::chrono::steady_clock::time_point start);
@@ -95,7 +96,7 @@ std::optional<Answer> AtspiConnection::ask(const AccessibleElement* element,
     return m_worker
         .ask<Reply>([bus = m_bus, accessible = target.accessible(), process = target.process(),
                         question = std::move(question)]() -> Reply {
-            if (!bus->focus || bus->isHung(process))
+            if (!bus->focus || !bus->mayBeAsked(process))
                 return std::nullopt;
             const auto start = std::chrono::steady_clock::now();
             Answer answer = question(bus->text, accessible.get());

@@ -139,11 +139,6 @@ GObjectHandle<AtspiAccessible> AtspiFocus::focusedElement(unsigned processIdenti
     return found;
 }
 
-GObjectHandle<AtspiAccessible> AtspiFocus::lastFocusedElement()
-{
-    return m_lastProcess == 0 ? nullptr : focusedElement(m_lastProcess);
-}
-
 GObjectHandle<AtspiAccessible> AtspiFocus::activeWindow(unsigned processIdentifier)
 {
     const Handle application = applicationOf(processIdentifier);

@@ -22,8 +22,8 @@ public:
     /// Null when the program exposes none, or does not answer in time.
     [[nodiscard]] GObjectHandle<AtspiAccessible> focusedElement(unsigned processIdentifier);
 
-    /// The element that announced the focus last, of whatever program; null when there was none.
-    [[nodiscard]] GObjectHandle<AtspiAccessible> lastFocusedElement();
+    /// The program that announced a focus last; 0 when there was none.
+    [[nodiscard]] unsigned lastProcess() const { return m_lastProcess; }
 
     /// The program's active window; null when it has none.
     [[nodiscard]] static GObjectHandle<AtspiAccessible> activeWindow(unsigned processIdentifier);

@@ -218,7 +218,9 @@ const AtspiTextReader::Snapshot* AtspiTextReader::read(AtspiAccessible* element)
     if (!content)
         return nullptr;
     const OffsetUnit unit = offsetUnitFor(*content, *count, usualUnit(element));
-    m_snapshot = Snapshot{retained(element), *std::move(content), *count, unit, now};
+    // A long text takes its time: the tenth of a second begins behind it.
+    const auto readAt = std::chrono::steady_clock::now();
+    m_snapshot = Snapshot{retained(element), *std::move(content), *count, unit, readAt};
     return &*m_snapshot;
 }
 

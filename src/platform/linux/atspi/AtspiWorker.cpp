@@ -46,6 +46,19 @@ void AtspiWorker::post(std::function<void()> job)
     g_source_unref(source);
 }
 
+Seconds AtspiWorker::patienceLeft() const
+{
+    const bool isInRow = std::chrono::steady_clock::now() - m_rowEnd < pauseWithinRow;
+    return isInRow ? patience - m_waited : patience;
+}
+
+void AtspiWorker::noteWait(std::chrono::steady_clock::time_point start)
+{
+    const auto now = std::chrono::steady_clock::now();
+    m_waited = (start - m_rowEnd < pauseWithinRow ? m_waited : Seconds(0)) + (now - start);
+    m_rowEnd = now;
+}
+
 void AtspiWorker::run(const std::function<void()>& start, const std::function<void()>& stop)
 {
     start();

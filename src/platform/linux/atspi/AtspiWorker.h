@@ -3,6 +3,7 @@
 #include "base/Seconds.h"
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -22,8 +23,11 @@ namespace tavrin {
 /// Every public method is called on the main thread.
 class AtspiWorker {
 public:
-    /// Longest time that ask() keeps its caller waiting.
-    static constexpr Seconds patience{0.45};
+    /// Longest time that questions in a row keep their caller waiting, all together.
+    static constexpr Seconds patience{0.4};
+
+    /// Questions with no more than this between them are in a row.
+    static constexpr Seconds pauseWithinRow{0.05};
 
     /// @p start runs first, @p stop last, both on the worker's thread.
     AtspiWorker(std::function<void()> start, std::function<void()> stop);
@@ -36,7 +40,8 @@ public:
     void post(std::function<void()> job);
 
     /// Runs @p job on the thread and returns its answer. Empty when the answer takes too long, and
-    /// at once while an earlier job still hangs: then @p job never runs, or its answer is dropped.
+    /// at once when those before it in the row have used up the patience, or one of them still
+    /// hangs: then @p job never runs, or its answer is dropped.
     template <class Answer>
     [[nodiscard]] std::optional<Answer> ask(std::function<Answer()> job);
 
@@ -52,6 +57,12 @@ private:
 
     void run(const std::function<void()>& start, const std::function<void()>& stop);
 
+    /// How long a question that begins now may take.
+    [[nodiscard]] Seconds patienceLeft() const;
+    void noteWait(std::chrono::steady_clock::time_point start);
+
+    Seconds m_waited{0}; // In the row of questions that ended last.
+    std::chrono::steady_clock::time_point m_rowEnd;
     std::atomic<int> m_unanswered = 0; // Questions whose asker gave up and whose job has not ended.
     _GMainContext* m_context = nullptr;
     _GMainLoop* m_loop = nullptr;
@@ -61,9 +72,11 @@ private:
 template <class Answer>
 std::optional<Answer> AtspiWorker::ask(std::function<Answer()> job)
 {
-    if (m_unanswered > 0)
+    const Seconds left = patienceLeft();
+    if (m_unanswered > 0 || left <= Seconds(0))
         return std::nullopt;
 
+    const auto start = std::chrono::steady_clock::now();
     const auto question = std::make_shared<Question<Answer>>();
     post([this, question, job = std::move(job)] {
         {
@@ -84,7 +97,8 @@ std::optional<Answer> AtspiWorker::ask(std::function<Answer()> job)
     });
 
     std::unique_lock lock(question->mutex);
-    question->answered.wait_for(lock, patience, [&] { return question->answer.has_value(); });
+    question->answered.wait_for(lock, left, [&] { return question->answer.has_value(); });
+    noteWait(start);
     if (!question->answer) {
         question->abandoned = true;
         ++m_unanswered;
