@@ -1,63 +1,117 @@
-// A small editor for the desktop tests: shows one field, with the text and caret it is told.
+// An editor for the desktop tests: shows one field, with the text and caret it is told, and with
+// the bad habits it is told. To every line on its standard input it answers with one line of JSON:
+// the "text" that really stands in the field, and how many "reads" a lying field has answered.
+
+#include "Fields.h"
+#include "LyingAccessible.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QLineEdit>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMainWindow>
-#include <QPlainTextEdit>
-#include <QTextCursor>
+#include <QSocketNotifier>
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
+#include <memory>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using namespace tavrin::testing;
 
 namespace {
 
-QWidget* multiLineField(const QString& text, int anchor, int caret)
+void addOptions(QCommandLineParser& options)
 {
-    auto* const field = new QPlainTextEdit(text);
-    QTextCursor cursor = field->textCursor();
-    cursor.setPosition(anchor);
-    cursor.setPosition(caret, QTextCursor::KeepAnchor);
-    field->setTextCursor(cursor);
+    options.addOption({u"window-title"_s, u"Title of the window."_s, u"text"_s, u"Test editor"_s});
+    options.addOption({u"text"_s, u"What stands in the field."_s, u"text"_s});
+    options.addOption({u"lines"_s, u"As many lines of 99 letters instead."_s, u"count"_s});
+    options.addOption({u"anchor"_s, u"Start of the selection."_s, u"position"_s, u"0"_s});
+    options.addOption({u"caret"_s, u"End of the selection."_s, u"position"_s, u"0"_s});
+    options.addOption({u"single-line"_s, u"A field of one line."_s});
+    options.addOption({u"password"_s, u"A field that hides its text."_s});
+    options.addOption({u"bare"_s, u"A field that exposes no text to accessibility."_s});
+    options.addOption({u"swallow-paste"_s, u"A paste does nothing."_s});
+    options.addOption({u"ignore-keys"_s, u"No key does anything."_s});
+    options.addOption({u"tidy-paste"_s, u"Trims pasted lines, and makes their quotes curly."_s});
+    options.addOption(
+        {u"lie"_s, u"Deceives accessibility: stale, read-only, negative, counts, huge or secret."_s,
+            u"kind"_s});
+}
+
+QString initialText(const QCommandLineParser& options)
+{
+    if (!options.isSet(u"lines"_s))
+        return options.value(u"text"_s);
+    const QString line = QString(99, u'x') + u'\n';
+    return line.repeated(options.value(u"lines"_s).toInt());
+}
+
+std::unique_ptr<QWidget> makeField(const QCommandLineParser& options)
+{
+    const QString text = initialText(options);
+    if (options.isSet(u"bare"_s))
+        return std::make_unique<BareField>(text);
+    const bool password = options.isSet(u"password"_s);
+    if (password || options.isSet(u"single-line"_s)) {
+        auto line = std::make_unique<QLineEdit>(text);
+        if (password)
+            line->setEchoMode(QLineEdit::Password);
+        return line;
+    }
+    auto field = std::make_unique<PlainField>(text,
+        FieldHabits{options.isSet(u"swallow-paste"_s), options.isSet(u"ignore-keys"_s),
+            options.isSet(u"tidy-paste"_s)});
+    field->select(options.value(u"anchor"_s).toInt(), options.value(u"caret"_s).toInt());
+    if (const auto lie = lieNamed(options.value(u"lie"_s)))
+        LyingAccessible::disguise(*field, *lie);
     return field;
 }
 
-QWidget* singleLineField(const QString& text, bool password)
+void printLine(const QByteArray& line)
 {
-    auto* const field = new QLineEdit(text);
-    if (password)
-        field->setEchoMode(QLineEdit::Password);
-    return field;
+    std::puts(line.constData());
+    std::fflush(stdout);
+}
+
+/// Answers what has come in; false once nobody asks any more.
+bool answer(const QWidget& field)
+{
+    std::array<char, 256> input{};
+    const ssize_t length = read(STDIN_FILENO, input.data(), input.size());
+    if (length <= 0)
+        return false;
+    const QJsonObject state{{u"text"_s, textOf(field)}, {u"reads"_s, LyingAccessible::reads()}};
+    for (auto questions = std::count(input.begin(), input.begin() + length, '\n'); questions > 0;
+         --questions)
+        printLine(QJsonDocument(state).toJson(QJsonDocument::Compact));
+    return true;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     QCommandLineParser options;
-    options.addOption({u"window-title"_s, u"Title of the window."_s, u"text"_s, u"Test editor"_s});
-    options.addOption({u"text"_s, u"What stands in the field."_s, u"text"_s});
-    options.addOption({u"anchor"_s, u"Start of the selection."_s, u"position"_s, u"0"_s});
-    options.addOption({u"caret"_s, u"End of the selection."_s, u"position"_s, u"0"_s});
-    options.addOption({u"single-line"_s, u"A field of one line."_s});
-    options.addOption({u"password"_s, u"A field that hides its text."_s});
+    addOptions(options);
     options.process(application);
 
-    const QString text = options.value(u"text"_s);
-    const bool password = options.isSet(u"password"_s);
-    QWidget* const field = password || options.isSet(u"single-line"_s)
-        ? singleLineField(text, password)
-        : multiLineField(
-            text, options.value(u"anchor"_s).toInt(), options.value(u"caret"_s).toInt());
     QMainWindow window;
-    window.setCentralWidget(field);
+    QWidget* const field = makeField(options).release();
+    window.setCentralWidget(field); // Which makes it the window's.
     window.setWindowTitle(options.value(u"window-title"_s));
     window.resize(600, 300);
     window.show();
     field->setFocus();
-    std::puts("ready");
-    std::fflush(stdout);
+
+    QSocketNotifier questions(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&questions, &QSocketNotifier::activated, &window, [&] {
+        if (!answer(*field))
+            questions.setEnabled(false);
+    });
+    printLine("ready");
     return QApplication::exec();
 }

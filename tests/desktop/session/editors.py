@@ -9,8 +9,9 @@ SENTINEL = "nothing was copied"
 
 
 def clipboard():
+    # Not as text: Python would change its line ends.
     return subprocess.run(["xclip", "-selection", "clipboard", "-o"], capture_output=True,
-                          text=True, check=False).stdout
+                          check=False).stdout.decode()
 
 
 class Editor:

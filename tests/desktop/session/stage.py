@@ -38,11 +38,19 @@ def xdotool(*arguments):
     return run("xdotool", *arguments)
 
 
+def gdbus(bus, destination, path, method, *arguments):
+    """The answer to a call, as gdbus prints it."""
+    return run("gdbus", "call", bus, "--dest", destination, "--object-path", path, "--method", method,
+               *arguments)
+
+
 class Model:
-    """A stand-in for a language model: answers every request with `answer`."""
+    """A stand-in for a language model: answers every request with `answer`, after it has called
+    `before_answer`."""
 
     def __init__(self):
         self.answer = ""
+        self.before_answer = lambda: None
         self.requests = []
         model = self
 
@@ -50,6 +58,7 @@ class Model:
             def do_POST(self):
                 body = self.rfile.read(int(self.headers["Content-Length"]))
                 model.requests.append(json.loads(body))
+                model.before_answer()
                 message = {"role": "assistant", "content": model.answer}
                 answer = json.dumps({"choices": [{"message": message}]}).encode()
                 self.send_response(200)
@@ -140,7 +149,8 @@ class Stage:
             "cloudRefreshToken": self._session["refreshToken"],
             "translationShortcutIdentifiers": ["leftOption"],
             "chatShortcutIdentifiers": ["controlOptionSpace"], **settings}
-        (config / "Tavrin/preferences.json").write_text(json.dumps(preferences))
+        self._preferences_file = config / "Tavrin/preferences.json"
+        self._preferences_file.write_text(json.dumps(preferences))
         self.history_file = data / "Tavrin/TranscriptionHistory.json"
         options = ["--verbose"] if log else []
         self.program = self.start(program, *options, stderr=log, environment={
@@ -167,21 +177,54 @@ class Stage:
                 return True
         return False
 
+    def panel_shows(self, text):
+        """Whether the panel tells accessibility that it shows `text`."""
+        bus = gdbus("--session", "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress")
+        address = re.search("'(.*)'", bus).group(1)
+
+        def ask(destination, path, method, *arguments):
+            return gdbus("--address=" + address, destination, path, method, *arguments)
+
+        def children(destination, path):
+            answer = ask(destination, path, "org.a11y.atspi.Accessible.GetChildren")
+            return re.findall(r"'([^']*)', (?:objectpath )?'([^']*)'", answer)
+
+        root = "/org/a11y/atspi/accessible/root"
+        for name, path in children("org.a11y.atspi.Registry", root):
+            owner = ask("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                        "org.freedesktop.DBus.GetConnectionUnixProcessID", name)
+            if f"uint32 {self.program.pid}," not in owner:
+                continue
+            return any(text in ask(name, window, "org.freedesktop.DBus.Properties.Get",
+                                   "org.a11y.atspi.Accessible", "Description")
+                       for _, window in children(name, path))
+        return False
+
+    def preference(self, key):
+        return json.loads(self._preferences_file.read_text()).get(key)
+
     def say(self, sentence):
-        voice = self._folder / "voice.wav"
-        run("flite", "-voice", "rms", "-t", sentence, "-o", voice)
+        voice = self._folder / f"{sentence}.wav"
+        if not voice.exists():
+            run("flite", "-voice", "rms", "-t", sentence, "-o", voice)
         run("paplay", "--device=micfeed", voice)
+
+    def start_recording(self, key):
+        xdotool("key", key)
+        wait_until("the recording", lambda: list(self.recordings.glob("tavrin-*.m4a")))
+
+    def speak_and_finish(self, key, sentence, breath=0.5):
+        time.sleep(breath)  # People breathe in first.
+        self.say(sentence)
+        time.sleep(0.3)
+        xdotool("key", key)
 
     def dictate(self, key, sentence):
         """A whole session with one key: press, speak, press, until the result is in the history."""
         before = len(self.history())
-        xdotool("key", key)
+        self.start_recording(key)
         wait_until("the panel", self.panel_is_visible)
-        wait_until("the recording", lambda: list(self.recordings.glob("tavrin-*.m4a")))
-        time.sleep(0.5)  # People breathe in first.
-        self.say(sentence)
-        time.sleep(0.3)
-        xdotool("key", key)
+        self.speak_and_finish(key, sentence)
         wait_until("the result", lambda: len(self.history()) > before)
         wait_until("the panel's end", lambda: not self.panel_is_visible())
         return self.history()[0]
