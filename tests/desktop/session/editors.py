@@ -52,15 +52,15 @@ class Terminal(Editor):
     """A terminal that runs a program which keeps what is typed."""
 
     def __init__(self, stage):
-        self._typed = stage.folder("terminal") / "typed"
+        self.typed = stage.folder("terminal") / "typed"
         super().__init__(
             stage, ["xterm", "-u8", "-class", "XTerm", "-e", "sh", "-c",
-                    f"stty -icanon; cat > '{self._typed}'"], "XTerm",
+                    f"stty -icanon; cat > '{self.typed}'"], "XTerm",
             {"LC_ALL": "C.UTF-8"})
 
     def text(self):
         time.sleep(0.5)
-        return self._typed.read_text().rstrip("\n")
+        return self.typed.read_text().rstrip("\n")
 
 
 def browser(stage, field):

@@ -79,21 +79,12 @@ class Model:
         self._server.server_close()
 
 
-class Stage:
-    def __init__(self, program, service, settings, use_model, log=None):
-        """With a log, an open file, the program tells there what happens."""
+class Place:
+    """A folder, and programs that are ended with it."""
+
+    def __init__(self):
         self._exit = contextlib.ExitStack()
         self._folder = pathlib.Path(self._exit.enter_context(tempfile.TemporaryDirectory()))
-        self.model = Model()
-        self._exit.callback(self.model.close)
-        self.recordings = self._folder / "recordings"
-        self.recordings.mkdir()
-        try:
-            self._start_service(service, use_model)
-            self._start_program(program, settings, log)
-        except BaseException:
-            self.close()
-            raise
 
     def close(self):
         self._exit.close()
@@ -104,7 +95,7 @@ class Stage:
         return path
 
     def start(self, *command, environment=None, **options):
-        """A program that is ended with the stage."""
+        """A program that is ended with the place."""
         process = subprocess.Popen(command, env={**os.environ, **(environment or {})}, **options)
 
         def end():
@@ -117,6 +108,22 @@ class Stage:
 
         self._exit.callback(end)
         return process
+
+
+class Stage(Place):
+    def __init__(self, program, service, settings, use_model, log=None):
+        """With a log, an open file, the program tells there what happens."""
+        super().__init__()
+        self.model = Model()
+        self._exit.callback(self.model.close)
+        self.recordings = self._folder / "recordings"
+        self.recordings.mkdir()
+        try:
+            self._start_service(service, use_model)
+            self._start_program(program, settings, log)
+        except BaseException:
+            self.close()
+            raise
 
     def _start_service(self, service, use_model):
         data = self.folder("service")
