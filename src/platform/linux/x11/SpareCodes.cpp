@@ -1,6 +1,7 @@
 #include "platform/linux/x11/SpareCodes.h"
 
 #include "base/Log.h"
+#include "platform/linux/x11/KeySymbols.h"
 
 #include <QFile>
 
@@ -49,33 +50,18 @@ void SpareCodes::assign(const std::vector<CodeAssignment>& assignments)
 {
     if (assignments.empty())
         return;
-    const KeyboardMap map = KeyboardMap::read(m_connection);
+    const auto [first, last] = std::minmax_element(assignments.begin(), assignments.end(),
+        [](const auto& one, const auto& other) { return one.code < other.code; });
+    auto symbols = KeySymbols::read(m_connection, first->code, last->code);
+    if (!symbols)
+        return;
     for (const CodeAssignment& assignment : assignments) {
+        symbols->assign(assignment);
         if (std::find(m_lent.begin(), m_lent.end(), assignment.code) == m_lent.end())
             m_lent.push_back(assignment.code);
     }
     note();
-    // One request over everything from the first to the last code: whoever follows the map reads it
-    // anew for every request. Codes in between keep what they have.
-    const auto [first, last] = std::minmax_element(assignments.begin(), assignments.end(),
-        [](const auto& one, const auto& other) { return one.code < other.code; });
-    const int perCode = std::max(map.symbolsPerCode(), 2);
-    std::vector<xcb_keysym_t> symbols;
-    for (int code = first->code; code <= last->code; ++code) {
-        for (int level = 0; level < perCode; ++level)
-            symbols.push_back(map.symbol(static_cast<xcb_keycode_t>(code), level));
-    }
-    for (const CodeAssignment& assignment : assignments) {
-        const auto row = symbols.begin()
-            + (assignment.code - first->code) * static_cast<std::ptrdiff_t>(perCode);
-        std::fill(row, row + perCode, keysyms::none);
-        row[0] = assignment.plain;
-        row[1] = assignment.shifted;
-    }
-    xcb_change_keyboard_mapping(m_connection.get(),
-        static_cast<quint8>(last->code - first->code + 1), first->code,
-        static_cast<quint8>(perCode), symbols.data());
-    xcb_flush(m_connection.get());
+    symbols->write(m_connection);
 }
 
 void SpareCodes::restore()

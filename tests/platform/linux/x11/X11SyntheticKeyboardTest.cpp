@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QPlainTextEdit>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace tavrin::testing {
@@ -35,6 +37,16 @@ protected:
     [[nodiscard]] std::vector<xcb_keycode_t> emptyCodes() const
     {
         return KeyboardMap::read(m_client.connection()).emptyCodes();
+    }
+
+    /// Everything the server knows about the keyboard, as xkbcomp tells it.
+    [[nodiscard]] static QByteArray wholeMap()
+    {
+        QProcess xkbcomp;
+        xkbcomp.start(QStringLiteral("xkbcomp"),
+            {QStringLiteral("-w0"), qEnvironmentVariable("DISPLAY"), QStringLiteral("-")});
+        EXPECT_TRUE(xkbcomp.waitForFinished());
+        return xkbcomp.readAllStandardOutput();
     }
 
     TestClient m_client;
@@ -70,6 +82,28 @@ TEST_F(X11SyntheticKeyboardTest, TypesMoreDifferentCharactersThanThereAreSpareKe
     EXPECT_TRUE(TestClient::eventually([&] { return emptyCodes() == before; }));
     EXPECT_TRUE(
         TestClient::eventually([] { return !QFile::exists(X11SyntheticKeyboard::stateFile()); }));
+}
+
+TEST_F(X11SyntheticKeyboardTest, KeysOfManyLayoutsStayAsTheyAre)
+{
+    const QTemporaryDir folder;
+    const QString usual = folder.filePath(QStringLiteral("usual.xkb"));
+    const QString display = qEnvironmentVariable("DISPLAY");
+    ASSERT_EQ(
+        QProcess::execute(QStringLiteral("xkbcomp"), {QStringLiteral("-w0"), display, usual}), 0);
+    ASSERT_EQ(QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("us,ru,gr,de")}), 0);
+    const QByteArray before = wholeMap();
+    ASSERT_TRUE(before.contains("Group4"));
+
+    QString many;
+    for (char16_t unit = 0x4e00; unit < 0x4e00 + 100; ++unit)
+        many += QChar(unit);
+    m_keyboard.postUnicodeText({many}, m_target);
+
+    EXPECT_TRUE(eventuallyReads(many)) << text().toStdString();
+    EXPECT_TRUE(TestClient::eventually([&] { return wholeMap() == before; }));
+    EXPECT_EQ(
+        QProcess::execute(QStringLiteral("xkbcomp"), {QStringLiteral("-w0"), usual, display}), 0);
 }
 
 TEST_F(X11SyntheticKeyboardTest, TypesInTheOrderOfTheCalls)
