@@ -62,3 +62,8 @@ class Observer:
             if not self._news.wait_for(find, patience):
                 raise AssertionError(f"nothing was {name}")
             return find()
+
+    def last(self, name):
+        """The latest such event; None before the first."""
+        with self._news:
+            return next((event for event in reversed(self._events) if event.name == name), None)

@@ -66,7 +66,7 @@ def type_into(name, observer, command, wanted):
         file = place.folder("input") / "text"
         file.write_text(wanted, encoding="utf-8")
         editor = EDITORS[name](place)
-        editor.bring_to_front()
+        editor.bring_to_front(PATIENCE)  # The window manager still follows the keyboard's changes.
         before = keyboard_map()
         began = time.monotonic()
         watch = Watch(editor, observer)

@@ -3,7 +3,7 @@
 import subprocess
 import time
 
-from stage import run, wait_until, xdotool
+from stage import PATIENCE, run, wait_until, xdotool
 
 SENTINEL = "nothing was copied"
 
@@ -27,8 +27,8 @@ class Editor:
                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self._class = window_class
 
-    def bring_to_front(self):
-        self.window = wait_until(f"a window of {self._class}", self._find)
+    def bring_to_front(self, patience=PATIENCE):
+        self.window = wait_until(f"a window of {self._class}", self._find, patience)
         xdotool("windowactivate", "--sync", self.window)
         time.sleep(1.5)  # Until the window has put its focus where it wants it.
 
