@@ -1,20 +1,29 @@
 #include "history/HistoryRecord.h"
 
+#include "history/PortableJson.h"
+
 #include <QJsonDocument>
 
+#include <cmath>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace tavrin {
 
+double timestampFromText(const QString& text)
+{
+    const double number = text.toDouble();
+    return std::isfinite(number) ? number : 0;
+}
+
 HistoryRecord HistoryRecord::fromObject(const QJsonObject& object)
 {
-    auto text = std::make_shared<const QByteArray>(
-        QJsonDocument(object).toJson(QJsonDocument::Indented).trimmed());
+    auto text = std::make_shared<const QByteArray>(portableJson(QJsonDocument(object)).trimmed());
     const qsizetype length = text->size();
+    const QJsonValue timestamp = object.value("timestamp"_L1);
     return {std::move(text), 0, length, object.value("id"_L1).toString(),
-        object.value("timestamp"_L1).toDouble()};
+        timestamp.isString() ? timestampFromText(timestamp.toString()) : timestamp.toDouble()};
 }
 
 HistoryRecord::HistoryRecord(std::shared_ptr<const QByteArray> buffer, qsizetype offset,

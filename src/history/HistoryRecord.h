@@ -40,6 +40,9 @@ private:
     double m_timestamp;
 };
 
+/// The timestamp that stands in quotes in a file; 0 when it is no number.
+[[nodiscard]] double timestampFromText(const QString& text);
+
 /// Newest first.
 using HistoryRecords = QList<HistoryRecord>;
 

@@ -3,6 +3,7 @@
 #include "base/Log.h"
 #include "history/HistoryJson.h"
 #include "history/HistoryRetention.h"
+#include "history/PortableJson.h"
 #include "platform/BackgroundQueue.h"
 #include "platform/Clock.h"
 #include "platform/PreferenceKeys.h"
@@ -51,20 +52,6 @@ bool replaceFile(const QString& path, const QByteArray& content)
         path, [&](QSaveFile& file) { return file.write(content) == content.size(); });
 }
 
-/// @p text with a replacement character for each lone half of a surrogate pair: JSON cannot hold
-/// it.
-QString wellFormed(QString text)
-{
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar unit = text.at(i);
-        if (unit.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate())
-            ++i;
-        else if (unit.isSurrogate())
-            text[i] = QChar::ReplacementCharacter;
-    }
-    return text;
-}
-
 double oldestOf(const HistoryRecords& records)
 {
     double oldest = std::numeric_limits<double>::infinity();
@@ -75,17 +62,15 @@ double oldestOf(const HistoryRecords& records)
 
 HistoryRecord recordOf(const NewHistoryRecord& result, Seconds now)
 {
-    const QString transcript = wellFormed(result.transcript);
-    const QString finalText = wellFormed(result.finalText);
     QJsonObject object{
         {u"id"_s, QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()},
         {u"timestamp"_s, now.count()},
-        {u"transcript"_s, transcript},
-        {u"finalText"_s, finalText},
-        {u"delivery"_s, result.delivery.isNull() ? u"保存在剪贴板"_s : wellFormed(result.delivery)},
+        {u"transcript"_s, result.transcript},
+        {u"finalText"_s, result.finalText},
+        {u"delivery"_s, result.delivery.isNull() ? u"保存在剪贴板"_s : result.delivery},
         {u"mode"_s, result.mode.isNull() ? u"dictation"_s : result.mode},
-        {u"inputCharacters"_s, transcript.size()},
-        {u"outputCharacters"_s, finalText.size()},
+        {u"inputCharacters"_s, result.transcript.size()},
+        {u"outputCharacters"_s, result.finalText.size()},
         {u"audioSeconds"_s, std::max(result.audio.count(), 0.0)},
         {u"processingSeconds"_s, std::max(result.processing.count(), 0.0)},
         {u"application"_s, QJsonObject::fromVariantMap(result.application)},
@@ -143,7 +128,7 @@ void HistoryStore::migrate(const QString& path)
         : QJsonArray();
     if (legacy.isEmpty()) {
         replaceFile(path, "[]"_ba);
-    } else if (replaceFile(path, QJsonDocument(legacy).toJson(QJsonDocument::Indented))) {
+    } else if (replaceFile(path, portableJson(QJsonDocument(legacy)))) {
         m_ports.preferences.remove(keys::transcriptionHistory);
     }
 }
@@ -167,16 +152,17 @@ bool HistoryStore::writeHistoryRecords(const HistoryRecords& records)
     m_records = records;
     m_oldest = oldestOf(records);
     m_mended = false;
+    if (m_writing) {
+        m_writeAgain = true;
+        return true;
+    }
     const QFileInfo folder(QFileInfo(historyFileURL()).path());
     if (!folder.isDir() || !folder.isWritable()) {
         qCWarning(log::history) << "The history's folder cannot be written";
         m_stamp = {};
         return false;
     }
-    if (m_writing)
-        m_writeAgain = true;
-    else
-        startWriting();
+    startWriting();
     return true;
 }
 

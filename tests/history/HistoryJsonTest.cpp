@@ -115,6 +115,48 @@ TEST(HistoryJsonTest, ATimestampThatIsNoNumberReadsAsZeroUnlessItIsOneInQuotes)
     EXPECT_EQ(history->records[3].timestamp(), 12.5);
 }
 
+TEST(HistoryJsonTest, AMendedRecordKeepsItsTimestamp)
+{
+    const auto history =
+        parseHistory(R"([{"timestamp":"12.5"}, {"timestamp":"nan"}, {"timestamp":7.25}])"_ba);
+
+    EXPECT_EQ(history->records[0].timestamp(), 12.5);
+    EXPECT_EQ(history->records[1].timestamp(), 0);
+    EXPECT_EQ(history->records[2].timestamp(), 7.25);
+    const auto again = parseHistory(text(history->records));
+    EXPECT_EQ(again->records[0].timestamp(), 12.5);
+}
+
+TEST(HistoryJsonTest, OfAKeyThatStandsTwiceTheLastOneCounts)
+{
+    const auto history = parseHistory(R"([
+        {"id":"A","mode":"m","id":7}, {"id":7,"mode":1,"id":"B","mode":"m"}])"_ba);
+
+    EXPECT_TRUE(history->changed);
+    EXPECT_EQ(history->records[0].id().size(), 36);
+    EXPECT_EQ(history->records[0].object().value("id"_L1).toString(), history->records[0].id());
+    EXPECT_EQ(history->records[1].id(), u"B"_s);
+}
+
+TEST(HistoryJsonTest, ARecordThatCannotBeMendedStaysAsItIs)
+{
+    const auto history = parseHistory(R"([{"finalText":"a","tiny":1e-400}])"_ba);
+
+    ASSERT_EQ(history->records.size(), 1);
+    EXPECT_EQ(history->records[0].json(), QByteArrayView(R"({"finalText":"a","tiny":1e-400})"));
+    EXPECT_FALSE(history->changed);
+}
+
+TEST(HistoryJsonTest, HalvesOfSurrogatePairsDoNotSpoilTheFile)
+{
+    const auto history =
+        parseHistory(R"([{"id":"A","mode":"m","finalText":"\ud83d \ud83d\ude00"}])"_ba);
+
+    ASSERT_TRUE(history.has_value());
+    EXPECT_TRUE(history->changed);
+    EXPECT_EQ(history->records[0].object().value("finalText"_L1).toString(), u"\uFFFD 😀"_s);
+}
+
 TEST(HistoryJsonTest, AFileCutOffAnywhereIsNoHistory)
 {
     const QByteArray whole = smallExample();
