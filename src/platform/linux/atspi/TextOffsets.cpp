@@ -1,6 +1,9 @@
 #include "platform/linux/atspi/TextOffsets.h"
 
+#include <QtNumeric>
+
 #include <algorithm>
+#include <limits>
 
 namespace tavrin {
 namespace {
@@ -35,7 +38,10 @@ qint64 utf16FromOffset(QStringView text, qint64 offset, OffsetUnit unit)
     qint64 passed = 0;
     for (; passed < offset && index < text.size(); ++passed)
         index += isPairAt(text, index) ? 2 : 1;
-    return index + (offset - passed);
+    qint64 position = 0;
+    if (qAddOverflow<qint64>(index, offset - passed, &position))
+        return std::numeric_limits<qint64>::max();
+    return position;
 }
 
 qint64 offsetFromUtf16(QStringView text, qint64 position, OffsetUnit unit)
