@@ -1,4 +1,5 @@
 #include "cloud/TavrinAPI.h"
+#include "fuzz/Require.h"
 #include "platform/PreferenceKeys.h"
 #include "support/InMemoryHttpTransport.h"
 #include "support/InMemoryPreferences.h"
@@ -6,8 +7,6 @@
 #include "support/VirtualTime.h"
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <optional>
 #include <utility>
 
@@ -16,13 +15,7 @@
 namespace tavrin {
 namespace {
 
-void require(bool condition, const char* rule)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "broken: %s\n", rule);
-    std::abort();
-}
+using fuzz::require;
 
 bool succeeded(int status)
 {

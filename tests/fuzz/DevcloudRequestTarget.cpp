@@ -6,10 +6,9 @@
 #include "devcloud/store/Accounts.h"
 #include "devcloud/store/Database.h"
 #include "devcloud/text/Utf8.h"
+#include "fuzz/Require.h"
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -19,13 +18,7 @@
 namespace tavrin::devcloud {
 namespace {
 
-void require(bool condition, const char* rule)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "broken: %s\n", rule);
-    std::abort();
-}
+using tavrin::fuzz::require;
 
 /// A model that echoes what it is asked.
 class EchoModel : public LanguageModel {
