@@ -13,4 +13,8 @@ void printTermRecall(OwnRecognizer& own, const QString& folder);
 /// How soon after the voice sets in the first text comes.
 void printLiveText(OwnRecognizer& own, const QString& folder);
 
+/// Whether a recording of ten minutes is understood as well as its sentences one by one, and what
+/// memory that takes.
+void printLongRecordings(OwnRecognizer& own, const QString& folder);
+
 } // namespace tavrin::bench

@@ -1,6 +1,5 @@
 #include "Figures.h"
 #include "Sounds.h"
-#include "platform/linux/audio/AudioDecoder.h"
 #include "platform/linux/speech/EngineLiveRecognizer.h"
 #include "speech/SpeechContextualTerms.h"
 
@@ -20,19 +19,6 @@ constexpr qint16 audible = 300; // The first sample beyond it is where the voice
 constexpr std::size_t samplesPerBlock = 320; // 20 ms, as they come from the microphone.
 
 class NoDevice final : public SpeechCapture { };
-
-std::vector<qint16> samplesOf(const QString& path)
-{
-    auto decoder = AudioDecoder::open(path);
-    std::vector<qint16> samples;
-    while (decoder) {
-        const auto piece = decoder->read();
-        if (!piece || piece->empty())
-            break;
-        samples.insert(samples.end(), piece->begin(), piece->end());
-    }
-    return samples;
-}
 
 /// Speaks in real time until a text comes, and returns how long after the voice set in that was.
 Seconds timeToFirstText(OwnRecognizer& own, const QStringList& terms, const QString& path)

@@ -9,7 +9,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -20,21 +19,6 @@ namespace {
 {
     std::fprintf(stderr, "%s\n", qPrintable(what));
     std::exit(1); // NOLINT(concurrency-mt-unsafe): one thread runs here.
-}
-
-std::vector<qint16> decode(const QString& path)
-{
-    auto decoder = AudioDecoder::open(path);
-    std::vector<qint16> samples;
-    while (decoder) {
-        const auto piece = decoder->read();
-        if (!piece)
-            fail(piece.error().message);
-        if (piece->empty())
-            return samples;
-        samples.insert(samples.end(), piece->begin(), piece->end());
-    }
-    fail(decoder.error().message);
 }
 
 } // namespace
@@ -102,8 +86,23 @@ Spoken speak(const QString& text, const QString& voice, const QString& folder)
     QFile decoded(spoken.decoded);
     if (!decoded.open(QIODevice::WriteOnly))
         fail(spoken.decoded);
-    decoded.write(wavFile(decode(spoken.recording)));
+    decoded.write(wavFile(samplesOf(spoken.recording)));
     return spoken;
+}
+
+std::vector<qint16> samplesOf(const QString& path)
+{
+    auto decoder = AudioDecoder::open(path);
+    std::vector<qint16> samples;
+    while (decoder) {
+        const auto piece = decoder->read();
+        if (!piece)
+            fail(piece.error().message);
+        if (piece->empty())
+            return samples;
+        samples.insert(samples.end(), piece->begin(), piece->end());
+    }
+    fail(decoder.error().message);
 }
 
 } // namespace tavrin::bench

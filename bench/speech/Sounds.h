@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <vector>
+
 namespace tavrin::bench {
 
 /// The three voices of the figures: flite's.
@@ -21,6 +23,9 @@ struct Spoken {
 
 /// Ends the program when a tool is missing.
 [[nodiscard]] Spoken speak(const QString& text, const QString& voice, const QString& folder);
+
+/// The sound of a file as the program decodes it; ends the program when there is none.
+[[nodiscard]] std::vector<qint16> samplesOf(const QString& path);
 
 /// Runs a tool to its end and returns what it wrote; ends the program when it fails.
 QString outputOf(const QString& program, const QStringList& arguments);

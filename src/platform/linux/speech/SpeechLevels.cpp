@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace tavrin {
 namespace {
@@ -13,6 +14,7 @@ constexpr double backgroundShare = 0.1; // Even dense speech pauses this often.
 constexpr int shortestSyllable = 4; // Frames in a row; a click is over sooner.
 constexpr int shortestWord = 7; // Frames altogether.
 constexpr qsizetype pauseFrames = 10; // A breath between phrases.
+constexpr float asQuietAs = 3; // dB within which a pause is one pause.
 constexpr qsizetype shortestStretch = 4 * pauseFrames * SpeechLevels::samplesPerFrame;
 
 float levelOf(double energy, qsizetype samples)
@@ -34,25 +36,46 @@ float backgroundLevel(std::span<const float> frames)
     return *middle;
 }
 
-/// The middle of the quietest breath between two frames.
-qsizetype quietestFrame(std::span<const float> frames, qsizetype first, qsizetype last)
+/// Frames from `begin` up to, without, `end`.
+struct FrameRange {
+    qsizetype begin = 0;
+    qsizetype end = 0;
+};
+
+/// Where in @p frames it is quietest for as long as a breath takes.
+FrameRange quietestBreath(std::span<const float> frames)
 {
     const auto level = [&](qsizetype frame) { return frames[static_cast<std::size_t>(frame)]; };
-    const qsizetype width = std::min(pauseFrames, last - first);
-    float sum = 0;
-    for (qsizetype frame = first; frame < first + width; ++frame)
-        sum += level(frame);
-
+    const auto count = static_cast<qsizetype>(frames.size());
+    const qsizetype width = std::min(pauseFrames, count);
+    float sum = std::accumulate(frames.begin(), frames.begin() + width, 0.0F);
     float lowest = sum;
-    qsizetype best = first;
-    for (qsizetype begin = first + 1; begin + width <= last; ++begin) {
+    qsizetype best = 0;
+    for (qsizetype begin = 1; begin + width <= count; ++begin) {
         sum += level(begin + width - 1) - level(begin - 1);
         if (sum <= lowest) { // The later the better: longer stretches keep more context.
             lowest = sum;
             best = begin;
         }
     }
-    return best + width / 2;
+    return {best, best + width};
+}
+
+/// The middle of the quietest pause in @p frames: words on either side are equally far, and an
+/// engine needs some silence before the first.
+qsizetype middleOfQuietestPause(std::span<const float> frames)
+{
+    FrameRange pause = quietestBreath(frames);
+    const auto loudest = std::max_element(frames.begin() + pause.begin, frames.begin() + pause.end);
+    const float limit = *loudest + asQuietAs;
+    const auto isQuiet = [&](qsizetype frame) {
+        return frames[static_cast<std::size_t>(frame)] <= limit;
+    };
+    while (pause.begin > 0 && isQuiet(pause.begin - 1))
+        --pause.begin;
+    while (pause.end < static_cast<qsizetype>(frames.size()) && isQuiet(pause.end))
+        ++pause.end;
+    return std::midpoint(pause.begin, pause.end);
 }
 
 } // namespace
@@ -98,7 +121,9 @@ std::vector<SampleRange> cutAtPauses(const SpeechLevels& levels, qsizetype longe
     while (levels.samples() - begin > longest) {
         const qsizetype first = begin / frame + longestInFrames / 2;
         const qsizetype last = begin / frame + longestInFrames;
-        const qsizetype end = quietestFrame(levels.frames(), first, last) * frame;
+        const auto allowed = levels.frames().subspan(
+            static_cast<std::size_t>(first), static_cast<std::size_t>(last - first));
+        const qsizetype end = (first + middleOfQuietestPause(allowed)) * frame;
         ranges.push_back({begin, end});
         begin = end;
     }

@@ -87,13 +87,13 @@ private:
         return comesTrue([this] { return runs({"info"}); })
             && runs({"load-module", "module-null-sink", "media.class=" + kind, "sink_name=" + name,
                 "channels=1", "rate=16000",
-                "sink_properties=device.description=\"" + description + '"'});
+                QStringLiteral(R"(sink_properties=device.description="%1")").arg(description)});
     }
 
     /// For those that complain about whatever this machine has not.
     static QStringList quietly(const QString& program, const QStringList& arguments = {})
     {
-        return QStringList{"sh", "-c", "exec \"$0\" \"$@\" >/dev/null 2>&1", program} + arguments;
+        return QStringList{"sh", "-c", R"(exec "$0" "$@" >/dev/null 2>&1)", program} + arguments;
     }
 
     std::unique_ptr<ChildProcess> m_bus;

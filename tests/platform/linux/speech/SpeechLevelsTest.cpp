@@ -117,6 +117,17 @@ TEST(SpeechLevelsTest, ALongRecordingIsCutInItsPauses)
     EXPECT_EQ(ranges[2], (SampleRange{ranges[1].end, levels.samples()}));
 }
 
+TEST(SpeechLevelsTest, ACutIsInTheMiddleOfItsPause)
+{
+    const SpeechLevels levels =
+        levelsOf({testing::tone(6), noise(1.2, 0.001), testing::tone(6), silence(2)});
+
+    const std::vector<SampleRange> ranges = cutAtPauses(levels, 10 * rate);
+
+    ASSERT_EQ(ranges.size(), 2U);
+    EXPECT_NEAR(static_cast<double>(ranges[0].end) / rate, 6.6, 0.05);
+}
+
 TEST(SpeechLevelsTest, SpeechWithoutPausesIsCutAllTheSame)
 {
     const SpeechLevels levels = levelsOf({testing::tone(100)});
