@@ -195,6 +195,26 @@ TEST_F(AppDelegateTest, AShortcutStartsASessionAndEscapePausesIt)
     EXPECT_TRUE(trace.contains("panel cancel?"));
 }
 
+TEST_F(AppDelegateTest, AHeldShortcutIsOnePressAndTheNextOneFinishes)
+{
+    const KeyEvent press{
+        KeyEvent::Kind::FlagsChanged, key_codes::rightOption, KeyModifier::Option, false};
+    const KeyEvent release{KeyEvent::Kind::FlagsChanged, key_codes::rightOption, {}, false};
+    launch();
+
+    keyboard->sendToOtherProgram(press);
+    keyboard->sendToOtherProgram(press); // Still held.
+    time.advance(1s);
+    EXPECT_EQ(statusItem->title, u"●"_s);
+
+    keyboard->sendToOtherProgram(release);
+    time.advance(0s);
+    EXPECT_EQ(statusItem->title, u"●"_s);
+    keyboard->sendToOtherProgram(press);
+    time.advance(0s);
+    EXPECT_EQ(statusItem->title, u"…"_s);
+}
+
 TEST_F(AppDelegateTest, TheSpeechModelIsLoadedASecondAfterTheLaunch)
 {
     launch();

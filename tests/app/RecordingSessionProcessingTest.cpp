@@ -49,16 +49,21 @@ TEST_F(RecordingSessionProcessingTest, WithoutEarlierSessionsThereIsNoEstimate)
 
 TEST_F(RecordingSessionProcessingTest, AContinuedRecordingCountsWithoutItsPauses)
 {
+    rememberSessions(3s, 10s);
+
     record(OperationMode::Dictation, 4s);
     session->handleEscape();
     time.advance(60s);
     session->continueCurrentRecording();
     time.advance(6s);
     press(OperationMode::Dictation);
+    ASSERT_TRUE(hud.estimate.has_value());
+    EXPECT_DOUBLE_EQ(hud.estimate->count(), 3.0); // That of ten seconds.
     recognise(u"hello"_s);
     answerCloud(u"Hello."_s);
     deliver();
 
+    EXPECT_EQ(recorders.recordings.size(), 1);
     EXPECT_EQ(history.saved.last().audio, 10s);
     const auto samples = preferences.value(keys::processingTimingSamples).toList();
     EXPECT_EQ(samples.last().toMap().value(u"audio"_s), QVariant(10.0));

@@ -2,6 +2,7 @@
 
 #include "app/Localization.h"
 #include "app/OperationMode.h"
+#include "app/SessionState.h"
 #include "delivery/ApplicationContext.h"
 #include "delivery/TextDelivery.h"
 #include "platform/PreferenceKeys.h"
@@ -39,6 +40,16 @@ TEST_F(SessionMessagesTest, OperationsHaveTheirNames)
     EXPECT_EQ(operationName(OperationMode::Dictation), u"dictation"_s);
     EXPECT_EQ(operationName(OperationMode::Translation), u"translation"_s);
     EXPECT_EQ(operationName(OperationMode::Chat), u"chat"_s);
+}
+
+TEST_F(SessionMessagesTest, OperationsAndStatesHaveTheirNumbers)
+{
+    EXPECT_EQ(static_cast<int>(OperationMode::Dictation), 0);
+    EXPECT_EQ(static_cast<int>(OperationMode::Translation), 1);
+    EXPECT_EQ(static_cast<int>(OperationMode::Chat), 2);
+    EXPECT_EQ(static_cast<int>(SessionState::Idle), 0);
+    EXPECT_EQ(static_cast<int>(SessionState::Recording), 1);
+    EXPECT_EQ(static_cast<int>(SessionState::Processing), 2);
 }
 
 TEST_F(SessionMessagesTest, AQuestionNamesItsApplication)

@@ -92,6 +92,18 @@ protected:
     }
 };
 
+TEST_F(ShortcutMonitorTest, KeysAndModifiersHaveTheirNumbers)
+{
+    EXPECT_EQ(key_codes::space, 49);
+    EXPECT_EQ(key_codes::escape, 53);
+    EXPECT_EQ(key_codes::leftOption, 58);
+    EXPECT_EQ(key_codes::rightOption, 61);
+    EXPECT_EQ(shift.toInt(), 0x20000U);
+    EXPECT_EQ(control.toInt(), 0x40000U);
+    EXPECT_EQ(option.toInt(), 0x80000U);
+    EXPECT_EQ(command.toInt(), 0x100000U);
+}
+
 TEST_F(ShortcutMonitorTest, TheOptionKeysCountWhenTheyGoDown)
 {
     EXPECT_EQ(pressRightOption(), OperationMode::Dictation);

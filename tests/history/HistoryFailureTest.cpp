@@ -1,6 +1,6 @@
 #include "history/HistoryFixture.h"
 #include "platform/PreferenceKeys.h"
-#include "support/FileSizeLimit.h"
+#include "support/FullDisk.h"
 #include "support/OrdinaryUser.h"
 
 #include <QJsonArray>
@@ -49,7 +49,7 @@ TEST_F(HistoryFailureTest, AFullDiskLeavesTheOldFileWhole)
 
     save(u"two"_s, QString(100'000, u'x'));
     {
-        const testing::FileSizeLimit full(before.size() + 10);
+        const testing::FullDisk full(static_cast<rlim_t>(before.size()) + 10);
         background.drain();
     }
 
@@ -67,7 +67,7 @@ TEST_F(HistoryFailureTest, AFullDiskLosesNoOldPreference)
     preferences.setValue(keys::transcriptionHistory,
         QVariantList{QVariantMap{{u"id"_s, u"A"_s}, {u"mode"_s, QString(100'000, u'x')}}});
     {
-        const testing::FileSizeLimit full(1000);
+        const testing::FullDisk full(1000);
         EXPECT_EQ(ids(), QStringList());
     }
     EXPECT_TRUE(preferences.value(keys::transcriptionHistory).isValid());

@@ -1,7 +1,7 @@
 #include "platform/linux/audio/AacFile.h"
 
 #include "platform/linux/audio/AudioDecoder.h"
-#include "platform/linux/audio/FullDisk.h"
+#include "support/FullDisk.h"
 #include "support/QtPrinters.h"
 #include "support/Sounds.h"
 

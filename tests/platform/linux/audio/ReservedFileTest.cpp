@@ -1,6 +1,6 @@
 #include "platform/linux/audio/ReservedFile.h"
 
-#include "platform/linux/audio/FullDisk.h"
+#include "support/FullDisk.h"
 
 #include <QFile>
 #include <QFileInfo>
