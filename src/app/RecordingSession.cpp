@@ -49,7 +49,7 @@ void RecordingSession::toggleOperationMode(OperationMode mode)
         startRecording();
         return;
     }
-    const bool finishes = m_state == SessionState::Recording && !m_cancellationPending
+    const bool finishes = m_state == SessionState::Recording && !m_recording.cancellationPending
         && mode == m_activeOperationMode;
     if (finishes)
         finishRecording();
@@ -66,12 +66,11 @@ void RecordingSession::startRecording()
     m_stageTimes.begin(m_neighbours.clock.uptime());
     m_neighbours.correctionLearning.finishCorrectionLearningAndAnalyze(true);
     m_neighbours.target.capture();
-    m_cancellationPending = false;
+    m_recording.cancellationPending = false;
     m_neighbours.audioEnvironment.applyPreferredMicrophoneForRecording();
 
     if (const Result<void> started = startRecorder(); !started) {
-        m_recorder.reset();
-        m_audioFile.reset();
+        m_recording = {};
         m_neighbours.audioEnvironment.restoreAudioEnvironment();
         const QString& reason = started.error().message;
         m_neighbours.errorAlert.showError(texts::cannotStartRecording.toString(),
@@ -92,21 +91,21 @@ void RecordingSession::startRecording()
 
 Result<void> RecordingSession::startRecorder()
 {
-    m_audioFile.emplace(m_neighbours.systemInfo);
+    m_recording.file.emplace(m_neighbours.systemInfo);
     auto recorder =
-        m_neighbours.audioRecorders.createRecorder(m_audioFile->path(), recordingSettings);
+        m_neighbours.audioRecorders.createRecorder(m_recording.file->audioURL(), recordingSettings);
     if (!recorder)
         return failure(recorder.error());
-    m_recorder = std::move(*recorder);
-    m_recorder->setMeteringEnabled(true);
-    if (!m_recorder->prepareToRecord() || !m_recorder->record())
+    m_recording.recorder = std::move(*recorder);
+    m_recording.recorder->setMeteringEnabled(true);
+    if (!m_recording.recorder->prepareToRecord() || !m_recording.recorder->record())
         return failureWithoutMessage();
     return {};
 }
 
 void RecordingSession::showRecording()
 {
-    m_neighbours.hud.showRecordingWithRecorder(m_recorder);
+    m_neighbours.hud.showRecordingWithRecorder(m_recording.recorder);
     // Without live text the recording is as good: whatever the reason is, it goes on.
     static_cast<void>(m_neighbours.liveTranscriber.startWithUpdate(
         m_guard.bind([this](const QString& text) { m_neighbours.hud.updateTranscript(text); })));
@@ -116,12 +115,12 @@ void RecordingSession::handleEscape()
 {
     if (m_state != SessionState::Recording)
         return;
-    if (m_cancellationPending) {
+    if (m_recording.cancellationPending) {
         cancelCurrentRecording();
         return;
     }
-    m_cancellationPending = true;
-    m_recorder->pause();
+    m_recording.cancellationPending = true;
+    m_recording.recorder->pause();
     m_neighbours.liveTranscriber.stop();
     m_neighbours.hud.showCancelConfirmationWithConfirm(
         m_guard.bind([this] { cancelCurrentRecording(); }),
@@ -132,9 +131,9 @@ void RecordingSession::cancelCurrentRecording()
 {
     if (m_state != SessionState::Recording)
         return;
-    m_cancellationPending = false;
+    m_recording.cancellationPending = false;
     stopRecording();
-    std::optional<RecordingFile> audioFile = std::exchange(m_audioFile, std::nullopt);
+    std::optional<RecordingFile> audioFile = std::exchange(m_recording.file, std::nullopt);
     m_neighbours.target.clear();
     setState(SessionState::Idle);
     m_neighbours.hud.hide();
@@ -146,16 +145,16 @@ void RecordingSession::continueCurrentRecording()
 {
     if (m_state != SessionState::Recording)
         return;
-    m_cancellationPending = false;
-    m_recorder->record();
+    m_recording.cancellationPending = false;
+    m_recording.recorder->record();
     showRecording();
 }
 
 void RecordingSession::stopRecording()
 {
     m_neighbours.liveTranscriber.stop();
-    m_recorder->stop();
-    m_recorder.reset();
+    m_recording.recorder->stop();
+    m_recording.recorder.reset();
     m_neighbours.audioEnvironment.restoreAudioEnvironment();
 }
 

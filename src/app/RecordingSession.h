@@ -107,9 +107,17 @@ public:
     void updateUI();
 
 private:
+    /// What is recorded, from the start to the end of the session.
+    struct Recording {
+        bool cancellationPending = false; ///< Paused, and the panel asks whether to cancel.
+        std::shared_ptr<AudioRecorder> recorder; ///< Null once it is stopped. The panel watches it.
+        std::optional<RecordingFile> file; ///< While recording and processing.
+        Seconds currentAudioDuration{0}; ///< Taken when it is stopped.
+    };
+
     /// What was decided when the recording stopped, for as long as it is processed.
     struct Processing {
-        Seconds startedAt{0}; ///< On the clock's uptime.
+        Seconds processingStartedAt{0}; ///< On the clock's uptime.
         ApplicationContext application;
         QString style;
         QString translationTarget; ///< "none" unless the mode is translation.
@@ -147,10 +155,7 @@ private:
     Neighbours m_neighbours;
     SessionState m_state = SessionState::Idle;
     OperationMode m_activeOperationMode = OperationMode::Dictation;
-    bool m_cancellationPending = false; ///< Paused, and the panel asks whether to cancel.
-    std::shared_ptr<AudioRecorder> m_recorder; ///< Null outside recording. The panel watches it.
-    std::optional<RecordingFile> m_audioFile; ///< While recording and processing.
-    Seconds m_currentAudioDuration{0};
+    Recording m_recording;
     Processing m_processing;
     StageTimes m_stageTimes; ///< Of the current session.
     std::unique_ptr<Timer> m_muteTimer; ///< Of the last start.

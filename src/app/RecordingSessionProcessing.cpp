@@ -31,14 +31,15 @@ namespace tavrin {
 void RecordingSession::finishRecording()
 {
     endStage("recording");
-    m_cancellationPending = false;
-    m_currentAudioDuration = m_recorder->currentTime();
+    m_recording.cancellationPending = false;
+    m_recording.currentAudioDuration = m_recording.recorder->currentTime();
     stopRecording();
     setState(SessionState::Processing);
     m_processing = {};
-    m_processing.startedAt = m_neighbours.clock.uptime();
+    m_processing.processingStartedAt = m_neighbours.clock.uptime();
     m_neighbours.hud.showProcessingWithEstimate(
-        m_neighbours.estimator.estimatedProcessingDurationForAudio(m_currentAudioDuration));
+        m_neighbours.estimator.estimatedProcessingDurationForAudio(
+            m_recording.currentAudioDuration));
     m_neighbours.sounds.playSoundNamed(u"stop"_s);
 
     // The settings and the target of this moment count, whatever is changed while processing.
@@ -47,7 +48,7 @@ void RecordingSession::finishRecording()
     m_processing.translationTarget =
         translates() ? m_neighbours.settings.TranslationTarget() : u"none"_s;
     m_neighbours.transcriber.transcribe(
-        m_audioFile->path(), onMainQueue(&RecordingSession::transcribed));
+        m_recording.file->audioURL(), onMainQueue(&RecordingSession::transcribed));
     endStage("stop");
 }
 
@@ -89,8 +90,8 @@ void RecordingSession::deliver(const QString& text)
 void RecordingSession::delivered(const QString& text, const DeliveryOutcome& outcome)
 {
     endStage("delivery");
-    const Seconds processing = m_neighbours.clock.uptime() - m_processing.startedAt;
-    m_neighbours.estimator.recordProcessingDuration(processing, m_currentAudioDuration);
+    const Seconds processing = m_neighbours.clock.uptime() - m_processing.processingStartedAt;
+    m_neighbours.estimator.recordProcessingDuration(processing, m_recording.currentAudioDuration);
     setState(SessionState::Idle);
     storeOutcome(outcome);
     m_neighbours.history.saveHistoryTranscript({
@@ -99,12 +100,12 @@ void RecordingSession::delivered(const QString& text, const DeliveryOutcome& out
         .delivery = historyDelivery(outcome),
         .mode = m_activeOperationMode,
         .targetLanguage = translates() ? m_processing.translationTarget : QString(),
-        .audio = m_currentAudioDuration,
+        .audio = m_recording.currentAudioDuration,
         .processing = processing,
         .application = m_processing.application,
     });
     announce(text, outcome);
-    m_audioFile.reset();
+    m_recording.file.reset();
     m_neighbours.target.releaseElements();
     endStage("closing");
     logStages();
@@ -140,7 +141,7 @@ void RecordingSession::finishWithError(const Error& error)
     setState(SessionState::Idle);
     m_neighbours.hud.hide();
     m_neighbours.errorAlert.showError(texts::processingFailed.toString(), error.message);
-    m_audioFile.reset();
+    m_recording.file.reset();
     m_neighbours.target.releaseElements();
     logStages();
 }

@@ -39,11 +39,11 @@ void ShortcutMonitor::configureHotKey()
 {
     // The global handler runs on any thread: it only hands the event over.
     auto onMainThread = m_guard.bind([this](const KeyEvent& event) { handle(event); });
-    m_globalMonitor =
+    m_monitors.globalMonitor =
         m_keyMonitor.addGlobalMonitor([&queue = m_mainQueue, onMainThread](const KeyEvent& event) {
             queue.post([onMainThread, event]() mutable { onMainThread(event); });
         });
-    m_localMonitor =
+    m_monitors.localMonitor =
         m_keyMonitor.addLocalMonitor([this](const KeyEvent& event) { return handle(event); });
 }
 
@@ -85,8 +85,7 @@ std::optional<OperationMode> ShortcutMonitor::operationForShortcutIdentifier(
 
 void ShortcutMonitor::clearHeldKeys()
 {
-    m_rightOptionDown = false;
-    m_leftOptionDown = false;
+    m_heldKeys = {};
 }
 
 QString ShortcutMonitor::shortcutIdentifierForEvent(const KeyEvent& event)
@@ -96,9 +95,9 @@ QString ShortcutMonitor::shortcutIdentifierForEvent(const KeyEvent& event)
         return pressed ? spaceShortcutIdentifier(event.modifiers & shortcutModifiers) : QString();
     }
     if (event.keyCode == key_codes::leftOption)
-        return shortcutIdentifierForOptionKey(event, m_leftOptionDown, u"leftOption"_s);
+        return shortcutIdentifierForOptionKey(event, m_heldKeys.leftOptionDown, u"leftOption"_s);
     if (event.keyCode == key_codes::rightOption)
-        return shortcutIdentifierForOptionKey(event, m_rightOptionDown, u"rightOption"_s);
+        return shortcutIdentifierForOptionKey(event, m_heldKeys.rightOptionDown, u"rightOption"_s);
     return {};
 }
 

@@ -58,6 +58,18 @@ public:
     void clearHeldKeys();
 
 private:
+    /// The Option keys that were seen pressed and not yet released.
+    struct HeldKeys {
+        bool rightOptionDown = false;
+        bool leftOptionDown = false;
+    };
+
+    /// What watches the keyboard: while another program has it, and while a window of ours has.
+    struct Monitors {
+        std::unique_ptr<KeyObservation> globalMonitor;
+        std::unique_ptr<KeyObservation> localMonitor;
+    };
+
     /// Acts on @p event; whether it meant anything.
     bool handle(const KeyEvent& event);
     [[nodiscard]] QString shortcutIdentifierForEvent(const KeyEvent& event);
@@ -66,10 +78,8 @@ private:
     MainQueue& m_mainQueue;
     Settings& m_settings;
     Actions m_actions;
-    bool m_rightOptionDown = false;
-    bool m_leftOptionDown = false;
-    std::unique_ptr<KeyObservation> m_globalMonitor;
-    std::unique_ptr<KeyObservation> m_localMonitor;
+    HeldKeys m_heldKeys;
+    Monitors m_monitors;
     CallbackGuard m_guard;
 };
 

@@ -37,7 +37,7 @@ AudioEnvironment::AudioEnvironment(AudioDevices& devices, Preferences& preferenc
 void AudioEnvironment::applyPreferredMicrophoneForRecording()
 {
     undoAbandonedChanges();
-    m_didOverrideInputDevice = false;
+    m_input.didOverrideInputDevice = false;
     const QString preferred = m_preferences.value(keys::preferredMicrophoneUID).toString();
     if (preferred.isEmpty())
         return;
@@ -58,45 +58,46 @@ void AudioEnvironment::applyPreferredMicrophoneForRecording()
         m_note.write(m_changes);
         return;
     }
-    m_previousInputDevice = *current;
-    m_activePreferredInputDevice = device->id;
-    m_didOverrideInputDevice = true;
+    m_input = {.didOverrideInputDevice = true,
+        .previousInputDevice = *current,
+        .activePreferredInputDevice = device->id};
 }
 
 void AudioEnvironment::muteSystemAudioForRecordingIfNeeded()
 {
-    if (!MuteDuringRecordingEnabled(m_preferences) || m_didCaptureOutputMute
-        || m_didCaptureOutputVolume || !m_isRecording())
+    if (!MuteDuringRecordingEnabled(m_preferences) || m_output.didCaptureOutputMute
+        || m_output.didCaptureOutputVolume || !m_isRecording())
         return;
-    m_isolatedOutputDevice = m_devices.defaultOutputDevice().value_or(0);
-    if (m_isolatedOutputDevice == 0)
+    m_output.isolatedOutputDevice = m_devices.defaultOutputDevice().value_or(0);
+    if (m_output.isolatedOutputDevice == 0)
         return;
 
-    const auto mute = m_devices.outputMute(m_isolatedOutputDevice);
-    if (mute && m_devices.isOutputMuteSettable(m_isolatedOutputDevice)) {
+    const auto mute = m_devices.outputMute(m_output.isolatedOutputDevice);
+    if (mute && m_devices.isOutputMuteSettable(m_output.isolatedOutputDevice)) {
         muteOutput(*mute);
         return;
     }
-    const auto volume = m_devices.outputVolume(m_isolatedOutputDevice);
-    if (volume && m_devices.isOutputVolumeSettable(m_isolatedOutputDevice))
+    const auto volume = m_devices.outputVolume(m_output.isolatedOutputDevice);
+    if (volume && m_devices.isOutputVolumeSettable(m_output.isolatedOutputDevice))
         silenceOutput(*volume);
 }
 
 void AudioEnvironment::muteOutput(quint32 current)
 {
-    m_previousOutputMute = current;
+    m_output.previousOutputMute = current;
     noteOutput(AudioChanges::Output{{}, current, {}});
-    m_didCaptureOutputMute = m_devices.setOutputMute(m_isolatedOutputDevice, muted);
-    if (!m_didCaptureOutputMute)
+    m_output.didCaptureOutputMute = m_devices.setOutputMute(m_output.isolatedOutputDevice, muted);
+    if (!m_output.didCaptureOutputMute)
         noteOutput({});
 }
 
 void AudioEnvironment::silenceOutput(float current)
 {
-    m_previousOutputVolume = current;
+    m_output.previousOutputVolume = current;
     noteOutput(AudioChanges::Output{{}, {}, current});
-    m_didCaptureOutputVolume = m_devices.setOutputVolume(m_isolatedOutputDevice, silent);
-    if (!m_didCaptureOutputVolume)
+    m_output.didCaptureOutputVolume =
+        m_devices.setOutputVolume(m_output.isolatedOutputDevice, silent);
+    if (!m_output.didCaptureOutputVolume)
         noteOutput({});
 }
 
@@ -104,7 +105,7 @@ void AudioEnvironment::noteOutput(std::optional<AudioChanges::Output> output)
 {
     m_changes.output = std::move(output);
     if (m_changes.output)
-        m_changes.output->uid = m_devices.uid(m_isolatedOutputDevice).value_or(QString());
+        m_changes.output->uid = m_devices.uid(m_output.isolatedOutputDevice).value_or(QString());
     m_note.write(m_changes);
 }
 
@@ -118,26 +119,22 @@ void AudioEnvironment::restoreAudioEnvironment()
 
 void AudioEnvironment::restoreOutput()
 {
-    if (m_isolatedOutputDevice != 0) {
-        if (m_didCaptureOutputMute && m_devices.outputMute(m_isolatedOutputDevice) == muted)
-            m_devices.setOutputMute(m_isolatedOutputDevice, m_previousOutputMute);
-        if (m_didCaptureOutputVolume
-            && m_devices.outputVolume(m_isolatedOutputDevice).value_or(1) <= stillSilent)
-            m_devices.setOutputVolume(m_isolatedOutputDevice, m_previousOutputVolume);
-    }
-    m_didCaptureOutputMute = false;
-    m_didCaptureOutputVolume = false;
-    m_isolatedOutputDevice = 0;
+    const OutputIsolation output = std::exchange(m_output, {});
+    const AudioDeviceId device = output.isolatedOutputDevice;
+    if (device == 0)
+        return;
+    if (output.didCaptureOutputMute && m_devices.outputMute(device) == muted)
+        m_devices.setOutputMute(device, output.previousOutputMute);
+    if (output.didCaptureOutputVolume && m_devices.outputVolume(device).value_or(1) <= stillSilent)
+        m_devices.setOutputVolume(device, output.previousOutputVolume);
 }
 
 void AudioEnvironment::restoreInput()
 {
-    if (m_didOverrideInputDevice && m_previousInputDevice != 0
-        && m_devices.defaultInputDevice() == m_activePreferredInputDevice)
-        m_devices.setDefaultInputDevice(m_previousInputDevice);
-    m_didOverrideInputDevice = false;
-    m_previousInputDevice = 0;
-    m_activePreferredInputDevice = 0;
+    const InputOverride input = std::exchange(m_input, {});
+    if (input.didOverrideInputDevice && input.previousInputDevice != 0
+        && m_devices.defaultInputDevice() == input.activePreferredInputDevice)
+        m_devices.setDefaultInputDevice(input.previousInputDevice);
 }
 
 void AudioEnvironment::restoreAfterCrash()
@@ -154,16 +151,16 @@ void AudioEnvironment::undoAbandonedChanges()
 
     // The same steps and guards as after a recording, on the devices as they are called today.
     if (const auto& output = m_abandoned.output) {
-        m_isolatedOutputDevice = deviceWithUid(output->uid, false);
-        m_didCaptureOutputMute = output->previousMute.has_value();
-        m_previousOutputMute = output->previousMute.value_or(0);
-        m_didCaptureOutputVolume = output->previousVolume.has_value();
-        m_previousOutputVolume = output->previousVolume.value_or(0);
+        m_output.isolatedOutputDevice = deviceWithUid(output->uid, false);
+        m_output.didCaptureOutputMute = output->previousMute.has_value();
+        m_output.previousOutputMute = output->previousMute.value_or(0);
+        m_output.didCaptureOutputVolume = output->previousVolume.has_value();
+        m_output.previousOutputVolume = output->previousVolume.value_or(0);
     }
     if (const auto& input = m_abandoned.input) {
-        m_activePreferredInputDevice = deviceWithUid(input->preferredUid, true);
-        m_previousInputDevice = deviceWithUid(input->previousUid, true);
-        m_didOverrideInputDevice = m_activePreferredInputDevice != 0;
+        m_input.activePreferredInputDevice = deviceWithUid(input->preferredUid, true);
+        m_input.previousInputDevice = deviceWithUid(input->previousUid, true);
+        m_input.didOverrideInputDevice = m_input.activePreferredInputDevice != 0;
     }
     m_abandoned = {};
     restoreAudioEnvironment();

@@ -58,6 +58,22 @@ public:
     void toggleMuteDuringRecording(bool on);
 
 private:
+    /// The default input was switched for this recording: to what, and from what.
+    struct InputOverride {
+        bool didOverrideInputDevice = false;
+        AudioDeviceId previousInputDevice = 0;
+        AudioDeviceId activePreferredInputDevice = 0;
+    };
+
+    /// The output was silenced: which, how, and what it was before.
+    struct OutputIsolation {
+        AudioDeviceId isolatedOutputDevice = 0;
+        bool didCaptureOutputMute = false;
+        quint32 previousOutputMute = 0;
+        bool didCaptureOutputVolume = false;
+        float previousOutputVolume = 0;
+    };
+
     void muteOutput(quint32 current);
     void silenceOutput(float current);
     void restoreOutput();
@@ -72,15 +88,8 @@ private:
 
     QList<AudioInputDevice> m_availableInputDevices;
 
-    bool m_didOverrideInputDevice = false;
-    AudioDeviceId m_previousInputDevice = 0;
-    AudioDeviceId m_activePreferredInputDevice = 0;
-
-    AudioDeviceId m_isolatedOutputDevice = 0;
-    bool m_didCaptureOutputMute = false;
-    quint32 m_previousOutputMute = 0;
-    bool m_didCaptureOutputVolume = false;
-    float m_previousOutputVolume = 0;
+    InputOverride m_input;
+    OutputIsolation m_output;
 
     AudioChangeNote m_note;
     AudioChanges m_changes; ///< In force; what m_note says.

@@ -27,9 +27,9 @@ std::unique_ptr<QLockFile> claimOf(const QString& recording)
 } // namespace
 
 RecordingFile::RecordingFile(const SystemInfo& systemInfo)
-    : m_path(u"%1/tavrin-%2.m4a"_s.arg(systemInfo.temporaryDirectory(),
+    : m_audioURL(u"%1/tavrin-%2.m4a"_s.arg(systemInfo.temporaryDirectory(),
         QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()))
-    , m_claim(claimOf(m_path))
+    , m_claim(claimOf(m_audioURL))
 {
     if (!m_claim->tryLock())
         qCWarning(log::audio) << "cannot claim a recording file, error" << m_claim->error();
@@ -41,7 +41,7 @@ RecordingFile::~RecordingFile()
 }
 
 RecordingFile::RecordingFile(RecordingFile&& other) noexcept
-    : m_path(std::exchange(other.m_path, {}))
+    : m_audioURL(std::exchange(other.m_audioURL, {}))
     , m_claim(std::move(other.m_claim))
 {
 }
@@ -50,7 +50,7 @@ RecordingFile& RecordingFile::operator=(RecordingFile&& other) noexcept
 {
     if (this != &other) {
         remove();
-        m_path = std::exchange(other.m_path, {});
+        m_audioURL = std::exchange(other.m_audioURL, {});
         m_claim = std::move(other.m_claim);
     }
     return *this;
@@ -58,11 +58,11 @@ RecordingFile& RecordingFile::operator=(RecordingFile&& other) noexcept
 
 void RecordingFile::remove()
 {
-    if (m_path.isEmpty())
+    if (m_audioURL.isEmpty())
         return;
-    if (QFile::exists(m_path) && !QFile::remove(m_path))
+    if (QFile::exists(m_audioURL) && !QFile::remove(m_audioURL))
         qCWarning(log::audio) << "cannot delete a recording";
-    m_path.clear();
+    m_audioURL.clear();
     m_claim.reset(); // Last: until here the recording counts as owned.
 }
 

@@ -36,13 +36,13 @@ public:
     RecordingFile& operator=(const RecordingFile&) = delete;
 
     /// Where to record; empty after remove().
-    [[nodiscard]] const QString& path() const { return m_path; }
+    [[nodiscard]] const QString& audioURL() const { return m_audioURL; }
 
     /// Deletes the recording. A second call does nothing.
     void remove();
 
 private:
-    QString m_path;
+    QString m_audioURL;
     std::unique_ptr<QLockFile> m_claim;
 };
 

@@ -68,9 +68,8 @@ void TextDelivery::pasteText(const QString& text, Completion<DeliveryOutcome> co
 
 void TextDelivery::takeSnapshotAndPaste(const DeliveryPointer& delivery, bool trusted)
 {
-    const RunningApplication target = m_target.targetApplication().value_or(RunningApplication());
     if (const AccessibleElement* const window = m_target.targetFocusedWindow())
-        m_ports.accessibility.setFocusedWindow(target.processIdentifier, window);
+        m_ports.accessibility.setFocusedWindow(target().processIdentifier, window);
     if (trusted)
         delivery->element = editorForDelivery();
     if (delivery->element) {
@@ -80,7 +79,7 @@ void TextDelivery::takeSnapshotAndPaste(const DeliveryPointer& delivery, bool tr
                 expectedValueFrom(delivery->before.text, *delivery->before.range, delivery->text);
         }
     }
-    m_ports.keyboard.postPasteShortcut(target);
+    postCommandV();
     after(pasteDelay, delivery, &TextDelivery::checkAfterPaste);
 }
 
@@ -96,8 +95,7 @@ void TextDelivery::checkAfterPaste(const DeliveryPointer& delivery)
         return finish(delivery, "paste, unseen");
 
     // Everything could be seen and nothing has changed: the paste was swallowed.
-    const RunningApplication target = m_target.targetApplication().value_or(RunningApplication());
-    m_ports.keyboard.postUnicodeText(unicodeChunks(delivery->text), target);
+    postUnicodeText(delivery->text);
     after(typingDelay(delivery->text), delivery, &TextDelivery::checkAfterTyping);
 }
 
@@ -194,6 +192,21 @@ bool TextDelivery::replaceSelectionInValue(const QString& text, const Accessible
         return false;
     accessibility.setSelectedTextRange({range->location + text.size(), 0}, element);
     return true;
+}
+
+void TextDelivery::postCommandV()
+{
+    m_ports.keyboard.postPasteShortcut(target());
+}
+
+void TextDelivery::postUnicodeText(const QString& text)
+{
+    m_ports.keyboard.postUnicodeText(unicodeChunks(text), target());
+}
+
+RunningApplication TextDelivery::target() const
+{
+    return m_target.targetApplication().value_or(RunningApplication());
 }
 
 ElementHandle TextDelivery::editorForDelivery()

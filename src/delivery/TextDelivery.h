@@ -5,6 +5,7 @@
 #include "base/Seconds.h"
 #include "delivery/EditorText.h"
 #include "platform/Accessibility.h"
+#include "platform/Workspace.h"
 
 #include <QString>
 
@@ -17,7 +18,6 @@ class MainQueue;
 class Pasteboard;
 class SyntheticKeyboard;
 class TargetContext;
-class Workspace;
 
 /// How a delivery ended. `verified` means no more than that it is not known to have failed.
 struct DeliveryOutcome {
@@ -75,6 +75,11 @@ private:
     void checkAfterTyping(const DeliveryPointer& delivery);
     /// @param means by which the text was brought, for the log.
     static void finish(const DeliveryPointer& delivery, const char* means);
+
+    /// Presses the desktop's paste shortcut in the target.
+    void postCommandV();
+    void postUnicodeText(const QString& text);
+    [[nodiscard]] RunningApplication target() const;
 
     [[nodiscard]] ElementHandle editorForDelivery();
     [[nodiscard]] EditorObservation observe(const AccessibleElement* element);

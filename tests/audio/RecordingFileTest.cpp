@@ -35,8 +35,8 @@ TEST_F(RecordingFileTest, TheNameIsAFreshUpperCaseUuidInTheTemporaryDirectory)
 
     const QRegularExpression form("^" + QRegularExpression::escape(folder.path())
         + "/tavrin-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}\\.m4a$");
-    EXPECT_TRUE(form.match(first.path()).hasMatch()) << first.path().toStdString();
-    EXPECT_NE(first.path(), second.path());
+    EXPECT_TRUE(form.match(first.audioURL()).hasMatch()) << first.audioURL().toStdString();
+    EXPECT_NE(first.audioURL(), second.audioURL());
 }
 
 TEST_F(RecordingFileTest, RecordingsAreAacOf16KilohertzMonoInHighQuality)
@@ -50,12 +50,12 @@ TEST_F(RecordingFileTest, RecordingsAreAacOf16KilohertzMonoInHighQuality)
 TEST_F(RecordingFileTest, RemovingDeletesTheRecordingAndLeavesNothing)
 {
     RecordingFile recording(systemInfo);
-    makeFile(recording.path());
+    makeFile(recording.audioURL());
 
     recording.remove();
 
     EXPECT_EQ(remaining(), QStringList());
-    EXPECT_TRUE(recording.path().isEmpty());
+    EXPECT_TRUE(recording.audioURL().isEmpty());
     recording.remove();
 }
 
@@ -63,7 +63,7 @@ TEST_F(RecordingFileTest, TheRecordingGoesWithItsObject)
 {
     {
         const RecordingFile recording(systemInfo);
-        makeFile(recording.path());
+        makeFile(recording.audioURL());
     }
 
     EXPECT_EQ(remaining(), QStringList());
@@ -72,15 +72,15 @@ TEST_F(RecordingFileTest, TheRecordingGoesWithItsObject)
 TEST_F(RecordingFileTest, MovingKeepsTheRecordingAndDeletesTheReplacedOne)
 {
     RecordingFile recording(systemInfo);
-    makeFile(recording.path());
+    makeFile(recording.audioURL());
     RecordingFile kept(systemInfo);
-    makeFile(kept.path());
-    const QString keptPath = kept.path();
+    makeFile(kept.audioURL());
+    const QString keptPath = kept.audioURL();
 
     recording = std::move(kept);
     const RecordingFile final = std::move(recording);
 
-    EXPECT_EQ(final.path(), keptPath);
+    EXPECT_EQ(final.audioURL(), keptPath);
     EXPECT_TRUE(QFile::exists(keptPath));
     EXPECT_EQ(remaining().filter(QRegularExpression("\\.m4a$")).size(), 1);
 }
@@ -104,7 +104,7 @@ TEST_F(RecordingFileTest, WhatDeadProcessesLeftIsDeletedAtTheStart)
 TEST_F(RecordingFileTest, RecordingsOfLivingProcessesAndOtherFilesStay)
 {
     const RecordingFile recording(systemInfo);
-    makeFile(recording.path());
+    makeFile(recording.audioURL());
     for (const char* name : {"tavrin-notes.txt", "other.m4a", "tavrin.m4a", "my-tavrin-1.m4a"})
         makeFile(folder.filePath(name));
     const QStringList before = remaining();
@@ -121,7 +121,7 @@ TEST_F(RecordingFileTest, ADirectoryThatCannotBeReadIsPassedOver)
     removeAbandonedRecordings(systemInfo);
 
     RecordingFile recording(systemInfo);
-    EXPECT_FALSE(recording.path().isEmpty());
+    EXPECT_FALSE(recording.audioURL().isEmpty());
 }
 
 } // namespace

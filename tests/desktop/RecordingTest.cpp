@@ -122,7 +122,7 @@ TEST_F(RecordingTest, ASentenceIsRecordedFromThePreferredMicrophoneWithOutputMut
     RecordingFile file(systemInfo);
 
     environment->applyPreferredMicrophoneForRecording();
-    auto recorder = std::move(*recorders.createRecorder(file.path(), recordingSettings));
+    auto recorder = std::move(*recorders.createRecorder(file.audioURL(), recordingSettings));
     recorder->setMeteringEnabled(true);
     ASSERT_TRUE(recorder->prepareToRecord());
     ASSERT_TRUE(recorder->record());
@@ -147,13 +147,13 @@ TEST_F(RecordingTest, ASentenceIsRecordedFromThePreferredMicrophoneWithOutputMut
 
     EXPECT_EQ(sound(), before);
     const std::vector<qint16> original = decode(speech);
-    const std::vector<qint16> recorded = decode(file.path());
+    const std::vector<qint16> recorded = decode(file.audioURL());
     EXPECT_EQ(static_cast<double>(recorded.size()), length.count() * 16'000);
     EXPECT_GT(recorded.size(), original.size());
     // All of it, at its level; a server may add the two channels up by their power.
     EXPECT_GT(energy(recorded), energy(original) - 1.5);
     EXPECT_LT(energy(recorded), energy(original) + 3.5);
-    EXPECT_EQ(QFile::permissions(file.path())
+    EXPECT_EQ(QFile::permissions(file.audioURL())
             & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
         QFile::Permissions());
     file.remove();
@@ -166,7 +166,7 @@ TEST_F(RecordingTest, APauseLeavesOutWhatIsSaidMeanwhile)
     const QString speech = spoken("Something for the record.");
     const RecordingFile file(systemInfo);
     environment->applyPreferredMicrophoneForRecording();
-    auto recorder = std::move(*recorders.createRecorder(file.path(), recordingSettings));
+    auto recorder = std::move(*recorders.createRecorder(file.audioURL(), recordingSettings));
     ASSERT_TRUE(recorder->record());
     ASSERT_TRUE(waitUntil([&] { return recorder->currentTime() > 0.2s; }));
 
@@ -177,7 +177,7 @@ TEST_F(RecordingTest, APauseLeavesOutWhatIsSaidMeanwhile)
     ASSERT_TRUE(waitUntil([&] { return recorder->currentTime() > paused + 0.3s; }));
     recorder->stop();
 
-    EXPECT_LT(testing::decibels(decode(file.path())), -80);
+    EXPECT_LT(testing::decibels(decode(file.audioURL())), -80);
 }
 
 TEST_F(RecordingTest, TheNextStartPutsRightWhatAKilledProcessLeft)

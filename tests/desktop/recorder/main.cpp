@@ -33,7 +33,7 @@ int main(int count, char** arguments)
     const RecordingFile file(systemInfo);
 
     environment.applyPreferredMicrophoneForRecording();
-    const auto recorder = recorders.createRecorder(file.path(), recordingSettings);
+    const auto recorder = recorders.createRecorder(file.audioURL(), recordingSettings);
     if (!recorder || !(*recorder)->record())
         return 1;
     environment.muteSystemAudioForRecordingIfNeeded();
