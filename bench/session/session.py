@@ -1,24 +1,24 @@
 """Whole sessions, with the time of every stage.
 
-usage: session.py PROGRAM SERVICE OBSERVER [RUNS]
+usage: session.py PROGRAM SERVICE OBSERVER [RUNS [EDITOR]]
 
-Presses, speaks and presses again, RUNS times (30 when not told otherwise), into an editor in front;
-then some more sessions whose editor hangs. Ends with 1 when a limit is missed.
+Presses, speaks and presses again, RUNS times (30 when not told otherwise), into an editor in front
+(mousepad); then some more sessions whose editor hangs. Ends with 1 when a limit is missed.
 """
 
 import os
 import pathlib
 import signal
 import statistics
-import subprocess
 import sys
 import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).parents[2] / "tests/desktop/session"))
 
 from editors import EDITORS  # noqa: E402
+from log import Log  # noqa: E402
 from observer import Observer  # noqa: E402
-from stage import RIGHT_ALT, Stage, run, wait_until, xdotool  # noqa: E402
+from stage import RIGHT_ALT, Stage, run, wait_until  # noqa: E402
 
 SENTENCE = "please send the report to the office before friday"
 PASTE = ("37", "55")  # Control and v.
@@ -44,33 +44,12 @@ def place_in_panel():
     return (width - PANEL[0]) // 2 + 12, height - PANEL_BOTTOM - PANEL[1] // 2
 
 
-class Log:
-    """What the program tells at the end of each session."""
-
-    def __init__(self, path):
-        self._path = path
-        self.file = path.open("w", encoding="utf-8")
-        self._seen = 0
-
-    def next_stages(self):
-        """Stage → milliseconds, of the session that ends next."""
-        def lines():
-            return [line for line in self._path.read_text(encoding="utf-8").splitlines()
-                    if " stages: " in line]
-
-        wait_until("the end of the session", lambda: len(lines()) > self._seen)
-        line = lines()[self._seen]
-        self._seen += 1
-        parts = [part.split() for part in line.split(" stages: ")[1].split(", ")]
-        return {name: float(duration) for name, duration, _ in parts}
-
-
 class Bench:
-    def __init__(self, stage, log, observer):
+    def __init__(self, stage, log, observer, editor):
         self._stage, self._log, self._observer = stage, log, observer
         window = wait_until("the main window", lambda: stage.window_of(stage.program.pid, "^Tavrin$"))
         observer.watch(window, *place_in_panel())
-        self._editor = EDITORS["mousepad"](stage)
+        self._editor = EDITORS[editor](stage)
         self._editor.bring_to_front()
 
     def healthy(self):
@@ -171,17 +150,19 @@ def print_table(sessions, hung):
 def main():
     program, service, observer_path, *rest = sys.argv[1:]
     runs = int(rest[0]) if rest else 30
+    editor = rest[1] if len(rest) > 1 else "mousepad"
     folder = pathlib.Path(os.environ["XDG_RUNTIME_DIR"])
     log = Log(folder / "tavrin.log")
     stage = Stage(program, service, {}, use_model=False, log=log.file)
     observer = Observer(observer_path)
     try:
-        bench = Bench(stage, log, observer)
+        bench = Bench(stage, log, observer, editor)
         sessions = [bench.healthy() for _ in range(runs)]
         hung = [bench.hung() for _ in range(max(1, runs // 3))]
     finally:
         observer.close()
         stage.close()
+        log.close()
     sys.exit(0 if print_table(sessions, hung) else 1)
 
 
