@@ -1,64 +1,30 @@
-#include "delivery/TargetContext.h"
-#include "delivery/TextDelivery.h"
-#include "support/InMemoryAccessibility.h"
-#include "support/InMemoryPasteboard.h"
-#include "support/InMemoryWorkspace.h"
-#include "support/QtPrinters.h"
-#include "support/RecordingKeyboard.h"
-#include "support/VirtualTime.h"
-
-#include <gtest/gtest.h>
+#include "delivery/DeliveryFixture.h"
 
 #include <limits>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace tavrin {
 namespace {
 
 using testing::FakeElement;
 
-constexpr qint64 editorProcess = 4711;
 constexpr qint64 greatest = std::numeric_limits<qint64>::max();
 constexpr qint64 least = std::numeric_limits<qint64>::min();
 
 /// Texts that are easily spoilt on their way, and editors whose answers cannot be true.
-class HostileEditorTest : public ::testing::Test {
+class HostileEditorTest : public testing::DeliveryFixture {
 protected:
-    testing::VirtualTime time;
-    testing::InMemoryPasteboard pasteboard;
-    testing::InMemoryWorkspace workspace;
-    testing::InMemoryAccessibility accessibility;
-    testing::RecordingKeyboard keyboard;
-    TargetContext target{workspace, accessibility};
-    TextDelivery delivery{{pasteboard, workspace, accessibility, keyboard, time}, target};
-    std::shared_ptr<FakeElement> editor = std::make_shared<FakeElement>();
-    std::optional<DeliveryOutcome> outcome;
-
     void SetUp() override
     {
-        editor->processIdentifier = editorProcess;
-        editor->text = u"Dear "_s;
-        editor->selection = {5, 0};
-        accessibility.focusedElements[editorProcess] = editor;
-        workspace.frontmost = RunningApplication{editorProcess, u"Editor"_s, u"editor"_s, 0};
-        target.capture();
-        keyboard.onPaste = [this] { editor->insert(pasteboard.string()); };
+        DeliveryFixture::SetUp();
         keyboard.onTyping = [this](const QString& text) { editor->insert(text); };
     }
 
     void TearDown() override
     {
-        EXPECT_EQ(time.pending(), 0);
+        DeliveryFixture::TearDown();
         EXPECT_EQ(accessibility.liveReferences, 1); // The target's own.
-    }
-
-    void deliver(const QString& text)
-    {
-        outcome.reset();
-        delivery.pasteText(text, [this](const DeliveryOutcome& result) { outcome = result; });
-        time.advance(10s);
     }
 
     [[nodiscard]] static QStringList spoilableTexts()
@@ -73,9 +39,8 @@ protected:
 TEST_F(HostileEditorTest, EveryTextIsPastedAsItIs)
 {
     for (const QString& text : spoilableTexts()) {
-        editor->text = u"Dear "_s;
-        editor->selection = {5, 0};
-        deliver(text);
+        putText(u"Dear "_s, {5, 0});
+        pasteToTheEnd(text);
         EXPECT_EQ(outcome, (DeliveryOutcome{true, {}}));
         EXPECT_TRUE(editor->text == u"Dear "_s + text) << text.left(40).toStdString();
         EXPECT_TRUE(pasteboard.string() == text) << text.left(40).toStdString();
@@ -85,11 +50,10 @@ TEST_F(HostileEditorTest, EveryTextIsPastedAsItIs)
 
 TEST_F(HostileEditorTest, EveryTextIsTypedAsItIs)
 {
-    keyboard.onPaste = [] {};
+    swallowPastes();
     for (const QString& text : spoilableTexts()) {
-        editor->text = u"Dear "_s;
-        editor->selection = {5, 0};
-        deliver(text);
+        putText(u"Dear "_s, {5, 0});
+        pasteToTheEnd(text);
         EXPECT_TRUE(editor->text == u"Dear "_s + text) << text.left(40).toStdString();
     }
     EXPECT_EQ(keyboard.typed.size(), spoilableTexts().size());
@@ -97,13 +61,12 @@ TEST_F(HostileEditorTest, EveryTextIsTypedAsItIs)
 
 TEST_F(HostileEditorTest, EveryTextIsWrittenAsItIs)
 {
-    keyboard.onPaste = [] {};
+    swallowPastes();
     keyboard.onTyping = [](const QString&) {};
     editor->selectedTextSettable = false;
     for (const QString& text : spoilableTexts()) {
-        editor->text = u"Dear Bob"_s;
-        editor->selection = {5, 3};
-        deliver(text);
+        putText(u"Dear Bob"_s, {5, 3});
+        pasteToTheEnd(text);
         EXPECT_TRUE(editor->text == u"Dear "_s + text) << text.left(40).toStdString();
         EXPECT_EQ(editor->selection, (TextRange{5 + text.size(), 0}));
     }
@@ -113,10 +76,9 @@ TEST_F(HostileEditorTest, RangesThatCannotBeAreOnlyEverCompared)
 {
     for (const TextRange range : {TextRange{-1, 0}, {0, -1}, {-5, 12}, {greatest, 0},
              {greatest, greatest}, {least, least}, {0, greatest}, {3, greatest - 2}}) {
-        editor->text = u"Dear "_s;
-        editor->selection = {5, 0};
+        putText(u"Dear "_s, {5, 0});
         editor->claimedSelection = range;
-        deliver(u"Anna"_s);
+        pasteToTheEnd(u"Anna"_s);
         EXPECT_EQ(outcome, (DeliveryOutcome{true, {}}));
         EXPECT_EQ(editor->text, u"Dear Anna"_s) << range.location << ", " << range.length;
     }
@@ -125,12 +87,11 @@ TEST_F(HostileEditorTest, RangesThatCannotBeAreOnlyEverCompared)
 
 TEST_F(HostileEditorTest, CountsThatDoNotMatchTheTextProveNothingAndBreakNothing)
 {
-    keyboard.onPaste = [] {};
+    swallowPastes();
     for (const qint64 count : {qint64{-1}, qint64{0}, greatest, least}) {
-        editor->text = u"Dear "_s;
-        editor->selection = {5, 0};
+        putText(u"Dear "_s, {5, 0});
         editor->claimedCount = count;
-        deliver(u"Anna"_s);
+        pasteToTheEnd(u"Anna"_s);
         EXPECT_EQ(editor->text, u"Dear Anna"_s) << count;
     }
     EXPECT_EQ(keyboard.typed.size(), 4);
@@ -145,7 +106,7 @@ TEST_F(HostileEditorTest, StaleAnswersLeadToTheDirectWriteAtMost)
     editor->selectedTextSettable = false;
     editor->valueSettable = false;
 
-    deliver(u"Anna"_s);
+    pasteToTheEnd(u"Anna"_s);
 
     EXPECT_EQ(outcome, (DeliveryOutcome{true, {}}));
     EXPECT_EQ(keyboard.pastes.size(), 1);
@@ -161,7 +122,7 @@ TEST_F(HostileEditorTest, AnEditorThatVanishesMeanwhileEndsTheDelivery)
                 &FakeElement::exposesStringForRange, &FakeElement::writesSucceed})
             editor.get()->*ability = false;
     };
-    deliver(u"Anna"_s);
+    pasteToTheEnd(u"Anna"_s);
     EXPECT_EQ(outcome, (DeliveryOutcome{true, {}}));
     EXPECT_TRUE(keyboard.typed.isEmpty());
 }
@@ -169,9 +130,8 @@ TEST_F(HostileEditorTest, AnEditorThatVanishesMeanwhileEndsTheDelivery)
 TEST_F(HostileEditorTest, AHugeDocumentIsNoObstacle)
 {
     constexpr qsizetype units = 25'000'000; // 50 MB.
-    editor->text = QString(units, u'x');
-    editor->selection = {units / 2, 0};
-    deliver(u"Anna"_s);
+    putText(QString(units, u'x'), {units / 2, 0});
+    pasteToTheEnd(u"Anna"_s);
     EXPECT_EQ(outcome, (DeliveryOutcome{true, {}}));
     EXPECT_EQ(editor->text.size(), units + 4);
     EXPECT_TRUE(keyboard.typed.isEmpty());

@@ -1,75 +1,20 @@
-#include "delivery/TextDelivery.h"
-
-#include "delivery/TargetContext.h"
+#include "delivery/DeliveryFixture.h"
 #include "support/CapturedLog.h"
-#include "support/InMemoryAccessibility.h"
-#include "support/InMemoryPasteboard.h"
-#include "support/InMemoryWorkspace.h"
-#include "support/QtPrinters.h"
-#include "support/RecordingKeyboard.h"
-#include "support/VirtualTime.h"
-
-#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+// The way of a text from the pasteboard to the editor.
 namespace tavrin {
 namespace {
 
 using testing::FakeElement;
 
-constexpr qint64 editorProcess = 4711;
-constexpr qint64 otherProcess = 815;
 constexpr Seconds untilPaste = 260ms;
 constexpr Seconds untilFirstCheck = 520ms;
 
-class TextDeliveryTest : public ::testing::Test {
+class TextDeliveryTest : public testing::DeliveryFixture {
 protected:
-    testing::VirtualTime time;
-    testing::InMemoryPasteboard pasteboard;
-    testing::InMemoryWorkspace workspace;
-    testing::InMemoryAccessibility accessibility;
-    testing::RecordingKeyboard keyboard;
-    TargetContext target{workspace, accessibility};
-    TextDelivery delivery{{pasteboard, workspace, accessibility, keyboard, time}, target};
-    std::shared_ptr<FakeElement> editor = std::make_shared<FakeElement>();
-    std::optional<DeliveryOutcome> outcome;
-    Seconds finishedAt{-1};
-
-    /// An editor in front whose paste works, with the caret after "Dear ".
-    void SetUp() override
-    {
-        editor->processIdentifier = editorProcess;
-        editor->text = u"Dear "_s;
-        editor->selection = {5, 0};
-        accessibility.focusedElements[editorProcess] = editor;
-        workspace.frontmost = RunningApplication{editorProcess, u"Editor"_s, u"editor"_s, 0};
-        target.capture();
-        keyboard.onPaste = [this] { editor->insert(pasteboard.string()); };
-    }
-
-    void TearDown() override { EXPECT_EQ(time.pending(), 0); }
-
-    void swallowPastes()
-    {
-        keyboard.onPaste = [] {};
-    }
-
-    void paste(const QString& text)
-    {
-        delivery.pasteText(text, [this](const DeliveryOutcome& result) {
-            outcome = result;
-            finishedAt = time.uptime();
-        });
-    }
-
-    void pasteToTheEnd(const QString& text)
-    {
-        paste(text);
-        time.advance(10s);
-    }
-
     void expectVerifiedAt(Seconds when)
     {
         EXPECT_EQ(outcome, (DeliveryOutcome{true, {}}));
@@ -81,19 +26,6 @@ protected:
         EXPECT_EQ(outcome, (DeliveryOutcome{false, reason}));
         EXPECT_EQ(finishedAt, 0s);
         EXPECT_TRUE(keyboard.pastes.isEmpty());
-    }
-
-    [[nodiscard]] bool verify(const QString& text, const std::optional<QString>& expected,
-        const EditorObservation& before)
-    {
-        const ElementHandle element = accessibility.focusedElement(editorProcess);
-        return delivery.verifyInsertionOfText(text, element.get(), expected, before);
-    }
-
-    [[nodiscard]] std::optional<QString> insert(const QString& text)
-    {
-        const ElementHandle element = accessibility.focusedElement(editorProcess);
-        return delivery.insertText(text, element.get());
     }
 };
 
@@ -266,6 +198,24 @@ TEST_F(TextDeliveryTest, APasteThatChangedTheTextOtherwiseIsNotTypedAgain)
     EXPECT_TRUE(keyboard.typed.isEmpty());
 }
 
+TEST_F(TextDeliveryTest, AnyVisibleSignOfAPasteIsEnough)
+{
+    const QList<std::function<void()>> signs{[this] { editor->claimedText = u"other"_s; },
+        [this] {
+            editor->claimedSelection = TextRange{0, 2};
+        },
+        [this] { editor->claimedCount = 6; }};
+    for (const auto& sign : signs) {
+        editor->claimedText.reset();
+        editor->claimedSelection.reset();
+        editor->claimedCount.reset();
+        keyboard.onPaste = sign;
+        pasteToTheEnd(u"Anna"_s);
+        EXPECT_EQ(outcome, (DeliveryOutcome{true, {}}));
+        EXPECT_TRUE(keyboard.typed.isEmpty());
+    }
+}
+
 TEST_F(TextDeliveryTest, AnInactiveTargetLeavesTheVisibleChangeToDecide)
 {
     paste(u"Anna"_s);
@@ -298,6 +248,15 @@ TEST_F(TextDeliveryTest, TheWaitForTypingIsCapped)
     pasteToTheEnd(QString(1000, u'x'));
 
     expectVerifiedAt(780ms + 1200ms);
+}
+
+TEST_F(TextDeliveryTest, TypingThatChangedOnlyTheTextIsEnough)
+{
+    swallowPastes();
+    keyboard.onTyping = [this](const QString&) { editor->claimedText = u"Dear \"Anna\""_s; };
+    pasteToTheEnd(u"Anna"_s);
+    expectVerifiedAt(780ms + 268ms);
+    EXPECT_EQ(editor->text, u"Dear "_s);
 }
 
 TEST_F(TextDeliveryTest, TypingThatMovedTheSelectionIsEnough)
@@ -368,97 +327,6 @@ TEST_F(TextDeliveryTest, TheLogTellsTheMeansAndNothingOfTheText)
         (QStringList{u"delivered by paste, verified"_s, u"delivered by paste, changed the editor"_s,
             u"delivered by paste, unseen"_s, u"delivered by typing"_s,
             u"delivered by direct write"_s}));
-}
-
-TEST_F(TextDeliveryTest, TheSelectedTextIsWrittenWhereThatIsAllowed)
-{
-    editor->selection = {0, 4};
-    EXPECT_EQ(insert(u"Hi"_s), std::nullopt);
-    EXPECT_EQ(editor->text, u"Hi "_s);
-    EXPECT_EQ(accessibility.calls.last(), u"setSelectedText"_s);
-}
-
-TEST_F(TextDeliveryTest, TheWholeValueIsWrittenWhereOnlyThatIsAllowed)
-{
-    editor->selectedTextSettable = false;
-    editor->selection = {0, 4};
-    EXPECT_EQ(insert(u"Hi"_s), std::nullopt);
-    EXPECT_EQ(editor->text, u"Hi "_s);
-    EXPECT_EQ(editor->selection, (TextRange{2, 0}));
-}
-
-TEST_F(TextDeliveryTest, ARangeThatDoesNotFitIsNeverWritten)
-{
-    editor->selectedTextSettable = false;
-    for (const TextRange range : {TextRange{-1, 0}, {0, -1}, {0, 6}, {6, 0}}) {
-        editor->claimedSelection = range;
-        EXPECT_EQ(insert(u"Hi"_s), u"当前应用不允许辅助功能直接写入"_s);
-    }
-    EXPECT_EQ(editor->text, u"Dear "_s);
-}
-
-TEST_F(TextDeliveryTest, AFieldThatLetsNothingBeWrittenSaysSo)
-{
-    editor->selectedTextSettable = false;
-    editor->valueSettable = false;
-    EXPECT_EQ(insert(u"Hi"_s), u"当前应用不允许辅助功能直接写入"_s);
-    editor->valueSettable = true;
-    editor->exposesText = false;
-    EXPECT_EQ(insert(u"Hi"_s), u"当前应用不允许辅助功能直接写入"_s);
-    EXPECT_EQ(delivery.insertText(u"Hi"_s, nullptr), u"找不到目标输入框"_s);
-}
-
-// The strict verification.
-
-TEST_F(TextDeliveryTest, WithoutAnElementNothingIsVerified)
-{
-    EXPECT_FALSE(delivery.verifyInsertionOfText(u"a"_s, nullptr, u"a"_s, {}));
-}
-
-TEST_F(TextDeliveryTest, AnInactiveTargetIsNeverVerified)
-{
-    workspace.frontmost = RunningApplication{otherProcess, {}, {}, 0};
-    EXPECT_FALSE(verify(u"Dear "_s, u"Dear "_s, {}));
-}
-
-TEST_F(TextDeliveryTest, TheExpectedValueIsProofWithoutAnyRange)
-{
-    EXPECT_TRUE(verify(u"Dear "_s, u"Dear "_s, {}));
-    EXPECT_FALSE(verify(u"Dear "_s, u"Dear Anna"_s, {}));
-}
-
-TEST_F(TextDeliveryTest, TheTextAtItsPlaceIsProof)
-{
-    editor->text = u"Dear Anna\r\n..."_s;
-    const EditorObservation before{std::nullopt, TextRange{5, 0}, std::nullopt};
-    EXPECT_TRUE(verify(u"Anna\r"_s, std::nullopt, before));
-    EXPECT_FALSE(verify(u"Nana"_s, std::nullopt, before));
-}
-
-TEST_F(TextDeliveryTest, CaretAndCountAreProofForAReplacedSelection)
-{
-    editor->exposesStringForRange = false;
-    editor->claimedSelection = TextRange{8, 0};
-    editor->claimedCount = 20;
-    const EditorObservation before{std::nullopt, TextRange{5, 3}, 20};
-
-    EXPECT_TRUE(verify(u"abc"_s, std::nullopt, before));
-    editor->claimedCount = 23;
-    EXPECT_FALSE(verify(u"abc"_s, std::nullopt, before));
-    editor->claimedCount = 20;
-    editor->claimedSelection = TextRange{8, 1};
-    EXPECT_FALSE(verify(u"abc"_s, std::nullopt, before));
-    editor->exposesSelection = false;
-    EXPECT_FALSE(verify(u"abc"_s, std::nullopt, before));
-}
-
-TEST_F(TextDeliveryTest, ANegativeRangeAsksForNoText)
-{
-    const ElementHandle element = accessibility.focusedElement(editorProcess);
-    EXPECT_EQ(delivery.stringForRange({-1, 2}, element.get()), std::nullopt);
-    EXPECT_EQ(delivery.stringForRange({0, -2}, element.get()), std::nullopt);
-    EXPECT_EQ(delivery.stringForRange({0, 2}, nullptr), std::nullopt);
-    EXPECT_EQ(delivery.stringForRange({0, 2}, element.get()), u"De"_s);
 }
 
 TEST_F(TextDeliveryTest, ADeliveryThatOutlivesItsOwnerDoesNothing)
