@@ -154,6 +154,7 @@ public:
 
     pa_operation* cork(bool corked, pa_stream_success_cb_t done, void* data)
     {
+        m_isWanted = m_isWanted || !corked;
         return m_stream ? pa_stream_cork(m_stream, corked ? 1 : 0, done, data) : nullptr;
     }
 
@@ -170,6 +171,7 @@ private:
     std::shared_ptr<Delivery> m_delivery;
     pa_stream* m_stream = nullptr;
     Opening* m_opening = nullptr; ///< Until the stream is ready or has failed.
+    bool m_isWanted = false; ///< Until the first start, what comes is thrown away.
 };
 
 bool PcmCapture::Stream::open(pa_context* context, const QByteArray& device, Opening* opening)
@@ -177,9 +179,10 @@ bool PcmCapture::Stream::open(pa_context* context, const QByteArray& device, Ope
     constexpr pa_sample_spec format{PA_SAMPLE_S16NE, sampleRate, 1};
     constexpr auto automatic = static_cast<std::uint32_t>(-1);
     constexpr pa_buffer_attr buffers{automatic, automatic, automatic, automatic, blockBytes};
+    // It runs at once: a device that only starts when it is wanted would miss the first syllable.
     // Not moved: without its microphone a server would go on with what an output plays.
-    constexpr auto flags = static_cast<pa_stream_flags_t>(
-        PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE);
+    constexpr auto flags =
+        static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE);
 
     m_stream = pa_stream_new(context, "Dictation", &format, nullptr);
     if (!m_stream)
@@ -229,7 +232,8 @@ void PcmCapture::Stream::read()
         std::size_t bytes = 0;
         if (pa_stream_peek(m_stream, &data, &bytes) < 0 || bytes == 0)
             return;
-        m_delivery->append(static_cast<const qint16*>(data), bytes / sizeof(qint16));
+        if (m_isWanted)
+            m_delivery->append(static_cast<const qint16*>(data), bytes / sizeof(qint16));
         pa_stream_drop(m_stream);
     }
 }

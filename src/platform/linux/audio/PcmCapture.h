@@ -11,9 +11,10 @@ namespace tavrin {
 
 /// Captures the default microphone as 16 kHz mono, in blocks of some 20 ms.
 ///
-/// The device is the default source of the moment of open(). Capture begins paused. One thread
-/// calls open(), start(), pause() and destroys the capture; none of that waits longer than half a
-/// second for the sound server. Errors have the domain "TavrinAudio" and a message ready to show.
+/// The device is the default source of the moment of open(). Nothing is handed out before start();
+/// the first block then may begin up to 20 ms before the call. One thread calls open(), start(),
+/// pause() and destroys the capture; none of that waits longer than half a second for the sound
+/// server. Errors have the domain "TavrinAudio" and a message ready to show.
 class PcmCapture {
 public:
     static constexpr int sampleRate = 16'000;
