@@ -70,14 +70,14 @@ int run(ProgramInstance& instance)
         .correctionLearning = &correctionLearning,
     });
     platform.mainQueue->post([&] {
+        instance.setActivated([&delegate] { delegate.showMainWindow(); });
+        instance.setTerminate([&delegate] { delegate.quit(); });
         delegate.applicationDidFinishLaunching();
         QObject::connect(qApp, &QGuiApplication::applicationStateChanged, qApp,
             [&delegate](Qt::ApplicationState state) {
                 if (state == Qt::ApplicationActive)
                     delegate.applicationDidBecomeActive();
             });
-        instance.setActivated([&delegate] { delegate.showMainWindow(); });
-        instance.setTerminate([&delegate] { delegate.quit(); });
     });
     const int status = QApplication::exec();
     instance.setActivated([] {}); // The controller goes before the instance.

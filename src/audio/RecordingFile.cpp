@@ -70,11 +70,14 @@ void removeAbandonedRecordings(const SystemInfo& systemInfo)
 {
     const QDir folder(systemInfo.temporaryDirectory());
     // A process that died before its recorder made the file leaves the lock alone.
-    const QStringList names = folder.entryList({u"tavrin-*.m4a"_s, u"tavrin-*.m4a"_s + lockSuffix},
-        QDir::Files | QDir::System | QDir::Hidden | QDir::Writable);
-    for (const QString& name : names) {
-        const QString recording =
-            folder.filePath(name.endsWith(lockSuffix) ? name.chopped(lockSuffix.size()) : name);
+    const QStringList names =
+        folder.entryList(QDir::Files | QDir::System | QDir::Hidden | QDir::Writable);
+    for (QString name : names) {
+        if (name.endsWith(lockSuffix))
+            name.chop(lockSuffix.size());
+        if (!name.startsWith("tavrin-"_L1) || !name.endsWith(".m4a"_L1))
+            continue;
+        const QString recording = folder.filePath(name);
         if (const auto claim = claimOf(recording); claim->tryLock())
             QFile::remove(recording);
     }

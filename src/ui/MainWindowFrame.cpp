@@ -5,6 +5,7 @@
 #include "app/Settings.h"
 #include "app/ShortcutTexts.h"
 #include "app/StatusMenu.h"
+#include "ui/ApplicationIcon.h"
 #include "ui/BrandStyle.h"
 
 #include <QGuiApplication>
@@ -52,7 +53,6 @@ void MainWindowFrame::configureMainWindow()
     m_window->setWindowTitle(QStringLiteral("Tavrin"));
     m_window->setFixedSize(windowSize);
     brand::applyBrandPalette(*m_window);
-    buildContents();
     centreOnScreen();
     m_neighbours.statusMenu.refreshTranslationControls();
     refreshHealthStatus();
@@ -61,9 +61,12 @@ void MainWindowFrame::configureMainWindow()
 
 void MainWindowFrame::show()
 {
-    refreshInstruction();
     m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
     m_window->show();
+    // The fonts are read while the window manager makes place: it draws nothing before that.
+    if (!m_instructionLabel)
+        buildContents();
+    refreshInstruction();
     m_window->raise();
     m_window->activateWindow();
 }
@@ -100,14 +103,15 @@ void MainWindowFrame::showPersonalizationWindow()
 
 void MainWindowFrame::buildContents()
 {
+    brand::useGlyphsOf(m_neighbours.localization.InterfaceLanguage());
     auto* const layout = new QVBoxLayout(m_window.get());
     layout->setContentsMargins(36, 0, 36, 24); // Slightly above the middle looks centred.
     layout->setSpacing(0);
     layout->addStretch();
 
     QLabel* const picture = addLabel(*layout, brand::tavBodyFont(), brand::labelColor());
-    picture->setPixmap(m_icon.pixmap(
-        QSize(iconSize, iconSize), QGuiApplication::primaryScreen()->devicePixelRatio()));
+    picture->setPixmap(
+        applicationPicture(iconSize, QGuiApplication::primaryScreen()->devicePixelRatio()));
     layout->addSpacing(18);
 
     QLabel* const name = addLabel(*layout, brand::tavPageTitleFont(), brand::labelColor());

@@ -7,8 +7,6 @@
 #include "app/PersonalizationWindow.h"
 #include "app/UserInterface.h"
 
-#include <QIcon>
-
 #include <memory>
 
 class QLabel;
@@ -30,9 +28,6 @@ public:
 
     MainWindowFrame(const MainWindowFrame&) = delete;
     MainWindowFrame& operator=(const MainWindowFrame&) = delete;
-
-    /// Shown in the window; for configureMainWindow().
-    void setIcon(const QIcon& icon) { m_icon = icon; }
 
     void configureMainWindow() override;
     void show() override;
@@ -57,9 +52,8 @@ private:
     void refreshInstruction();
 
     UserInterfaceNeighbours m_neighbours;
-    QIcon m_icon;
     std::unique_ptr<QWidget> m_window;
-    QLabel* m_instructionLabel = nullptr; ///< Owned by the window.
+    QLabel* m_instructionLabel = nullptr; ///< Owned by the window, and null until it was shown.
 };
 
 } // namespace tavrin

@@ -24,6 +24,12 @@
 
 namespace tavrin {
 
+namespace {
+
+constexpr Seconds accessibilityPause{0.3}; // Until the window and the status item are there.
+
+} // namespace
+
 Platform createPlatform()
 {
     Platform platform;
@@ -36,7 +42,7 @@ Platform createPlatform()
     platform.systemInfo =
         std::make_unique<LinuxSystemInfo>(linuxSpeechLanguage(*platform.preferences));
     platform.workspace = std::make_unique<X11Workspace>();
-    platform.accessibility = std::make_unique<AtspiAccessibility>();
+    platform.accessibility = std::make_unique<AtspiAccessibility>(accessibilityPause);
     auto pasteboard = std::make_unique<ClipboardPasteboard>();
     platform.syntheticKeyboard = std::make_unique<X11SyntheticKeyboard>(*pasteboard);
     platform.pasteboard = std::move(pasteboard);

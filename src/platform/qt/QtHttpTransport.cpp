@@ -58,8 +58,10 @@ void QtHttpTransport::send(const HttpRequest& request, ResponseCompletion comple
     const auto open = m_open.insert(m_open.end(), Open{nullptr, std::move(completion)});
     if (m_closing)
         return;
+    if (!m_manager)
+        m_manager.emplace();
     open->exchange = std::make_unique<HttpExchange>(
-        m_manager, tls(), m_limits, request, [this, open](const Result<HttpResponse>& answer) {
+        *m_manager, tls(), m_limits, request, [this, open](const Result<HttpResponse>& answer) {
             m_deliveries->post([this, open, answer] { finish(open, answer); });
         });
     open->exchange->start();

@@ -40,7 +40,7 @@ private:
 
     HttpLimits m_limits;
     std::optional<QSslConfiguration> m_tls;
-    QNetworkAccessManager m_manager;
+    std::optional<QNetworkAccessManager> m_manager; // From the first request on.
     std::list<Open> m_open;
     bool m_closing = false;
     std::unique_ptr<Deliveries> m_deliveries;

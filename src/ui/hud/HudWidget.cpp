@@ -144,21 +144,11 @@ Widget::Widget(std::function<bool()> isCompositing)
         Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus
             | Qt::X11BypassWindowManagerHint)
     , m_isCompositing(std::move(isCompositing))
-    , m_continueButton(addButton(texts::continueButton.toString(), frame(226, 17, 88, 30)))
-    , m_confirmButton(addButton(texts::confirmCancelButton.toString(), frame(320, 17, 90, 30)))
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setWindowTitle(u"Tavrin"_s);
     setFixedSize(panelSize.toSize());
-    connect(m_confirmButton, &QPushButton::clicked, this, [this] {
-        if (m_confirm)
-            m_confirm();
-    });
-    connect(m_continueButton, &QPushButton::clicked, this, [this] {
-        if (m_continue)
-            m_continue();
-    });
 }
 
 void Widget::setActions(std::function<void()> confirm, std::function<void()> continueRecording)
@@ -172,8 +162,7 @@ void Widget::setContent(const Content& content)
     if (content == m_content)
         return;
     m_content = content;
-    m_continueButton->setVisible(content.buttonsVisible);
-    m_confirmButton->setVisible(content.buttonsVisible);
+    setButtonsVisible(content.buttonsVisible);
     setAccessibleName(content.title);
     setAccessibleDescription(content.detail);
     if (windowFlags().testFlag(Qt::WindowTransparentForInput) == content.takesMouse) {
@@ -283,6 +272,30 @@ void Widget::paintProgress(QPainter& painter, const QRectF& track) const
     painter.setPen(Qt::NoPen);
     painter.setBrush(color(0, 0.72, 1.0));
     painter.drawRoundedRect(done, 3.5, 3.5);
+}
+
+void Widget::setButtonsVisible(bool visible)
+{
+    if (visible && !m_continueButton)
+        addButtons();
+    for (QPushButton* button : {m_continueButton, m_confirmButton}) {
+        if (button)
+            button->setVisible(visible);
+    }
+}
+
+void Widget::addButtons()
+{
+    m_continueButton = addButton(texts::continueButton.toString(), frame(226, 17, 88, 30));
+    m_confirmButton = addButton(texts::confirmCancelButton.toString(), frame(320, 17, 90, 30));
+    connect(m_confirmButton, &QPushButton::clicked, this, [this] {
+        if (m_confirm)
+            m_confirm();
+    });
+    connect(m_continueButton, &QPushButton::clicked, this, [this] {
+        if (m_continue)
+            m_continue();
+    });
 }
 
 QPushButton* Widget::addButton(const QString& title, const QRectF& place)

@@ -28,6 +28,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void setButtonsVisible(bool visible);
+    void addButtons();
     [[nodiscard]] QPushButton* addButton(const QString& title, const QRectF& frame);
     void paintTexts(QPainter& painter) const;
     void paintTrack(QPainter& painter) const;
@@ -37,8 +39,9 @@ private:
     Content m_content;
     std::function<void()> m_confirm;
     std::function<void()> m_continue;
-    QPushButton* m_continueButton = nullptr; // Child.
-    QPushButton* m_confirmButton = nullptr; // Child.
+    // Children; null until they are first needed: their style sheets take time to read.
+    QPushButton* m_continueButton = nullptr;
+    QPushButton* m_confirmButton = nullptr;
 };
 
 } // namespace tavrin::hud

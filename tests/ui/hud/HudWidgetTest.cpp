@@ -278,6 +278,9 @@ TEST_F(HudWidgetTest, ProgressWithoutAnEndTravels)
 
 TEST_F(HudWidgetTest, TheButtonsHaveTheirPlacesAndTitles)
 {
+    Content content = empty();
+    content.buttonsVisible = true;
+    widget.setContent(content);
     QPushButton* const continueButton = button(texts::continueButton);
     QPushButton* const confirmButton = button(texts::confirmCancelButton);
     ASSERT_TRUE(continueButton && confirmButton);
@@ -287,6 +290,9 @@ TEST_F(HudWidgetTest, TheButtonsHaveTheirPlacesAndTitles)
     EXPECT_EQ(confirmButton->geometry(), frame(320, 17, 90, 30));
     EXPECT_EQ(continueButton->focusPolicy(), Qt::NoFocus);
     EXPECT_EQ(confirmButton->focusPolicy(), Qt::NoFocus);
+
+    content.buttonsVisible = false;
+    widget.setContent(content);
     EXPECT_TRUE(continueButton->isHidden());
     EXPECT_TRUE(confirmButton->isHidden());
 }

@@ -2,8 +2,12 @@
 
 #include "platform/linux/atspi/AtspiConnection.h"
 #include "platform/linux/atspi/AtspiRoles.h"
+#include "platform/linux/atspi/Libatspi.h"
 
 namespace tavrin {
+
+using namespace libatspi;
+
 namespace {
 
 /// A question to an editor whose answer may itself be unknown.
@@ -60,8 +64,8 @@ std::optional<Answer> readText(
 
 } // namespace
 
-AtspiAccessibility::AtspiAccessibility()
-    : m_connection(std::make_unique<AtspiConnection>())
+AtspiAccessibility::AtspiAccessibility(Seconds startPause)
+    : m_connection(std::make_unique<AtspiConnection>(startPause))
 {
 }
 

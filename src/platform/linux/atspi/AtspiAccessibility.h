@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Seconds.h"
 #include "platform/Accessibility.h"
 
 #include <memory>
@@ -17,7 +18,9 @@ class AtspiConnection;
 /// has nothing to do here and answers false.
 class AtspiAccessibility final : public Accessibility {
 public:
-    AtspiAccessibility();
+    /// @param startPause how long it waits before it connects, unless it is asked something
+    /// earlier: loading the bus's library would slow down the start of the program.
+    explicit AtspiAccessibility(Seconds startPause = Seconds(0));
     ~AtspiAccessibility() override;
 
     AtspiAccessibility(const AtspiAccessibility&) = delete;

@@ -1,16 +1,25 @@
 #include "platform/linux/atspi/AtspiConnection.h"
 
 #include "base/Log.h"
+#include "platform/linux/atspi/Libatspi.h"
 
-#include <gio/gio.h>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+
 #include <unistd.h>
 #include <utility>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace tavrin {
+
+using namespace libatspi;
+
 namespace {
 
+const QString properties = u"org.freedesktop.DBus.Properties"_s;
 constexpr int callTimeoutMilliseconds = 300; // Below AtspiWorker::patience.
 constexpr auto slowCall = 280ms; // A call that took this long has run into the time-out.
 constexpr auto hungProgramPause = 2s;
@@ -21,51 +30,32 @@ struct Found {
     unsigned process = 0;
 };
 
-/// A call to the accessibility service of the session; null when it does not answer.
-GVariant* callBus(const char* interface, const char* method, GVariant* arguments)
+/// A call to the accessibility service of the session.
+QDBusMessage callBus(
+    const QString& interface, const QString& method, const QVariantList& arguments = {})
 {
-    GObjectHandle<GDBusConnection> session(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-    if (!session) {
-        g_variant_unref(g_variant_ref_sink(arguments));
-        return nullptr;
-    }
-    // A bus that goes away ends this connection, not the program.
-    g_dbus_connection_set_exit_on_close(session.get(), FALSE);
-    return g_dbus_connection_call_sync(session.get(), "org.a11y.Bus", "/org/a11y/bus", interface,
-        method, arguments, nullptr, G_DBUS_CALL_FLAGS_NONE, callTimeoutMilliseconds, nullptr,
-        nullptr);
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, interface, method);
+    call.setArguments(arguments);
+    return QDBusConnection::sessionBus().call(call, QDBus::Block, callTimeoutMilliseconds);
 }
 
 bool isBusThere()
 {
-    GVariant* const address = callBus("org.a11y.Bus", "GetAddress", g_variant_new("()"));
-    if (!address)
-        return false;
-    g_variant_unref(address);
-    return true;
+    return callBus(u"org.a11y.Bus"_s, u"GetAddress"_s).type() == QDBusMessage::ReplyMessage;
 }
 
 bool isAccessibilityEnabled()
 {
-    GVariant* const answer = callBus("org.freedesktop.DBus.Properties", "Get",
-        g_variant_new("(ss)", "org.a11y.Status", "IsEnabled"));
-    if (!answer)
-        return false;
-    GVariant* value = nullptr;
-    g_variant_get(answer, "(v)", &value);
-    const bool enabled =
-        g_variant_is_of_type(value, G_VARIANT_TYPE_BOOLEAN) && g_variant_get_boolean(value);
-    g_variant_unref(value);
-    g_variant_unref(answer);
-    return enabled;
+    const QVariant answer =
+        callBus(properties, u"Get"_s, {u"org.a11y.Status"_s, u"IsEnabled"_s}).arguments().value(0);
+    return answer.value<QDBusVariant>().variant().toBool();
 }
 
 void enableAccessibility()
 {
-    GVariant* const answer = callBus("org.freedesktop.DBus.Properties", "Set",
-        g_variant_new("(ssv)", "org.a11y.Status", "IsEnabled", g_variant_new_boolean(TRUE)));
-    if (answer)
-        g_variant_unref(answer);
+    callBus(properties, u"Set"_s,
+        {u"org.a11y.Status"_s, u"IsEnabled"_s, QVariant::fromValue(QDBusVariant(true))});
 }
 
 } // namespace
@@ -85,6 +75,7 @@ AtspiElement::~AtspiElement()
 
 void AtspiConnection::Bus::connect()
 {
+    wasTried = true;
     if (focus || !isBusThere())
         return;
     if (atspi_init() > 1) {
@@ -93,6 +84,12 @@ void AtspiConnection::Bus::connect()
     }
     atspi_set_timeout(callTimeoutMilliseconds, callTimeoutMilliseconds);
     focus = std::make_unique<AtspiFocus>();
+}
+
+void AtspiConnection::Bus::connectFirst()
+{
+    if (!wasTried)
+        connect();
 }
 
 bool AtspiConnection::Bus::mayBeAsked(unsigned process) const
@@ -112,14 +109,14 @@ void AtspiConnection::Bus::noteAnswer(unsigned process, std::chrono::steady_cloc
         hungUntil.erase(process);
 }
 
-AtspiConnection::AtspiConnection()
+AtspiConnection::AtspiConnection(Seconds startPause)
     : m_bus(std::make_shared<Bus>())
-    , m_worker([bus = m_bus] { bus->connect(); },
-          [bus = m_bus] {
-              bus->text.clear();
-              bus->focus.reset();
-          })
+    , m_worker([bus = m_bus] {
+        bus->text.clear();
+        bus->focus.reset();
+    })
 {
+    m_worker.postAfter(startPause, [bus = m_bus] { bus->connectFirst(); });
 }
 
 bool AtspiConnection::isEnabled()
@@ -142,6 +139,7 @@ ElementHandle AtspiConnection::find(std::optional<unsigned> process, Find find)
     std::optional<Found> found =
         m_worker.ask<Found>([bus = m_bus, process, find = std::move(find)] {
             Found result;
+            bus->connectFirst();
             const unsigned asked = process.value_or(bus->focus ? bus->focus->lastProcess() : 0);
             if (!bus->focus || asked == 0 || !bus->mayBeAsked(asked))
                 return result;

@@ -46,7 +46,8 @@ class AtspiConnection {
 public:
     using Find = std::function<GObjectHandle<AtspiAccessible>(AtspiFocus&, unsigned process)>;
 
-    AtspiConnection();
+    /// Connects after @p startPause, or when it is asked something before.
+    explicit AtspiConnection(Seconds startPause);
 
     /// Whether the bus is there and the desktop lets programs use it. Connects when it was not
     /// there before.
@@ -73,8 +74,10 @@ private:
         std::unique_ptr<AtspiFocus> focus; // Null while there is no bus.
         AtspiTextReader text;
         std::map<unsigned, std::chrono::steady_clock::time_point> hungUntil; // By process.
+        bool wasTried = false; // To connect.
 
         void connect();
+        void connectFirst();
         [[nodiscard]] bool mayBeAsked(unsigned process) const;
 
         /// To be called with the time at which a question to @p process began.

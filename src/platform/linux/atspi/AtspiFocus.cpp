@@ -1,6 +1,7 @@
 #include "platform/linux/atspi/AtspiFocus.h"
 
 #include "platform/linux/atspi/AtspiRoles.h"
+#include "platform/linux/atspi/Libatspi.h"
 
 #include <algorithm>
 #include <chrono>
@@ -9,6 +10,9 @@
 using namespace std::chrono_literals;
 
 namespace tavrin {
+
+using namespace libatspi;
+
 namespace {
 
 using Handle = GObjectHandle<AtspiAccessible>;

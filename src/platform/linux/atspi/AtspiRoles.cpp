@@ -1,8 +1,12 @@
 #include "platform/linux/atspi/AtspiRoles.h"
 
+#include "platform/linux/atspi/Libatspi.h"
+
 using namespace Qt::StringLiterals;
 
 namespace tavrin {
+
+using namespace libatspi;
 
 QString axRoleName(AtspiRole role, bool singleLine)
 {

@@ -1,6 +1,7 @@
 #include "platform/linux/atspi/AtspiText.h"
 
 #include "platform/linux/atspi/AtspiFocus.h"
+#include "platform/linux/atspi/Libatspi.h"
 
 #include <algorithm>
 #include <string>
@@ -8,6 +9,9 @@
 using namespace std::chrono_literals;
 
 namespace tavrin {
+
+using namespace libatspi;
+
 namespace {
 
 constexpr auto snapshotLifetime = 100ms;

@@ -21,10 +21,10 @@ void deleteJob(gpointer data)
 
 } // namespace
 
-AtspiWorker::AtspiWorker(std::function<void()> start, std::function<void()> stop)
+AtspiWorker::AtspiWorker(std::function<void()> stop)
     : m_context(g_main_context_default())
     , m_loop(g_main_loop_new(m_context, FALSE))
-    , m_thread([this, start = std::move(start), stop = std::move(stop)] { run(start, stop); })
+    , m_thread([this, stop = std::move(stop)] { run(stop); })
 {
 }
 
@@ -39,7 +39,17 @@ void AtspiWorker::post(std::function<void()> job)
 {
     // A source of its own rather than g_main_context_invoke(), which would run the job right here
     // while nobody owns the context.
-    GSource* const source = g_idle_source_new();
+    attach(g_idle_source_new(), std::move(job));
+}
+
+void AtspiWorker::postAfter(Seconds pause, std::function<void()> job)
+{
+    const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(pause).count();
+    attach(g_timeout_source_new(static_cast<guint>(milliseconds)), std::move(job));
+}
+
+void AtspiWorker::attach(GSource* source, std::function<void()> job)
+{
     g_source_set_priority(source, G_PRIORITY_DEFAULT);
     g_source_set_callback(source, runJob, new Job(std::move(job)), deleteJob);
     g_source_attach(source, m_context);
@@ -59,9 +69,8 @@ void AtspiWorker::noteWait(std::chrono::steady_clock::time_point start)
     m_rowEnd = now;
 }
 
-void AtspiWorker::run(const std::function<void()>& start, const std::function<void()>& stop)
+void AtspiWorker::run(const std::function<void()>& stop)
 {
-    start();
     g_main_loop_run(m_loop);
     stop();
 }

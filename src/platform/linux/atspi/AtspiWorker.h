@@ -12,6 +12,7 @@
 #include <thread>
 
 struct _GMainContext; // NOLINT(bugprone-reserved-identifier): GLib's own name
+struct _GSource; // NOLINT(bugprone-reserved-identifier): GLib's own name
 struct _GMainLoop; // NOLINT(bugprone-reserved-identifier): GLib's own name
 
 namespace tavrin {
@@ -29,8 +30,8 @@ public:
     /// Questions with no more than this between them are in a row.
     static constexpr Seconds pauseWithinRow{0.05};
 
-    /// @p start runs first, @p stop last, both on the worker's thread.
-    AtspiWorker(std::function<void()> start, std::function<void()> stop);
+    /// @p stop runs last, on the worker's thread.
+    explicit AtspiWorker(std::function<void()> stop);
     ~AtspiWorker();
 
     AtspiWorker(const AtspiWorker&) = delete;
@@ -38,6 +39,9 @@ public:
 
     /// Runs @p job on the thread, some time.
     void post(std::function<void()> job);
+
+    /// Runs @p job on the thread, @p pause from now or later.
+    void postAfter(Seconds pause, std::function<void()> job);
 
     /// Runs @p job on the thread and returns its answer. Empty when the answer takes too long, and
     /// at once when those before it in the row have used up the patience, or one of them still
@@ -55,7 +59,8 @@ private:
         bool abandoned = false;
     };
 
-    void run(const std::function<void()>& start, const std::function<void()>& stop);
+    void attach(_GSource* source, std::function<void()> job);
+    void run(const std::function<void()>& stop);
 
     /// How long a question that begins now may take.
     [[nodiscard]] Seconds patienceLeft() const;

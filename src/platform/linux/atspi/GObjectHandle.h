@@ -1,12 +1,13 @@
 #pragma once
 
-#include <glib-object.h>
+#include "platform/linux/atspi/Libatspi.h"
+
 #include <memory>
 
 namespace tavrin {
 
 struct GObjectUnref {
-    void operator()(gpointer object) const { g_object_unref(object); }
+    void operator()(gpointer object) const { libatspi::g_object_unref(object); }
 };
 
 struct GFree {
@@ -25,6 +26,7 @@ using GMemory = std::unique_ptr<Type, GFree>;
 template <class Type>
 [[nodiscard]] GObjectHandle<Type> retained(Type* object)
 {
+    using namespace libatspi; // Behind a macro.
     return GObjectHandle<Type>(static_cast<Type*>(g_object_ref(object)));
 }
 

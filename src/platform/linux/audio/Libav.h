@@ -1,8 +1,9 @@
 #pragma once
 
-#include <atomic>
+#include "platform/linux/libraries/SharedLibrary.h"
+
+#include <cerrno>
 #include <memory>
-#include <type_traits>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -17,108 +18,75 @@ extern "C" {
 /// own names; `using namespace libav` puts them before those that would have to be linked.
 namespace tavrin::libav {
 
-enum class Library { AvCodec, AvFormat, AvUtil, SwResample };
+// The number is that of the binary interface that the headers describe.
+#define TAVRIN_TEXT(number) #number
+#define TAVRIN_LIBAV_FILE(stem, version) stem ".so." TAVRIN_TEXT(version)
+inline constinit const SharedLibrary avcodec{
+    TAVRIN_LIBAV_FILE("libavcodec", LIBAVCODEC_VERSION_MAJOR), AVERROR(ENOSYS)};
+inline constinit const SharedLibrary avformat{
+    TAVRIN_LIBAV_FILE("libavformat", LIBAVFORMAT_VERSION_MAJOR), AVERROR(ENOSYS)};
+inline constinit const SharedLibrary avutil{
+    TAVRIN_LIBAV_FILE("libavutil", LIBAVUTIL_VERSION_MAJOR), AVERROR(ENOSYS)};
+inline constinit const SharedLibrary swresample{
+    TAVRIN_LIBAV_FILE("libswresample", LIBSWRESAMPLE_VERSION_MAJOR), AVERROR(ENOSYS)};
+#undef TAVRIN_LIBAV_FILE
+#undef TAVRIN_TEXT
 
-/// The address of the function; null when the library, in the version this was built for, is not
-/// there. Any thread.
-void* resolve(Library library, const char* name);
+/// Whether all of them are there. Loads them, which takes some 50 ms once. Any thread.
+[[nodiscard]] inline bool load()
+{
+    return avcodec.load() && avformat.load() && avutil.load() && swresample.load();
+}
 
-/// Whether all libraries are there. Loads them, which takes some 50 ms once. Any thread.
-[[nodiscard]] bool load();
+// NOLINTBEGIN(readability-identifier-naming): the libraries' own names
+TAVRIN_LIBRARY_FUNCTION(avcodec, av_packet_alloc)
+TAVRIN_LIBRARY_FUNCTION(avcodec, av_packet_free)
+TAVRIN_LIBRARY_FUNCTION(avcodec, av_packet_rescale_ts)
+TAVRIN_LIBRARY_FUNCTION(avcodec, av_packet_unref)
+TAVRIN_LIBRARY_FUNCTION(avcodec, avcodec_alloc_context3)
+TAVRIN_LIBRARY_FUNCTION(avcodec, avcodec_find_encoder)
+TAVRIN_LIBRARY_FUNCTION(avcodec, avcodec_free_context)
+TAVRIN_LIBRARY_FUNCTION(avcodec, avcodec_open2)
+TAVRIN_LIBRARY_FUNCTION(avcodec, avcodec_parameters_from_context)
+TAVRIN_LIBRARY_FUNCTION(avcodec, avcodec_parameters_to_context)
+TAVRIN_LIBRARY_FUNCTION(avcodec, avcodec_receive_frame)
+TAVRIN_LIBRARY_FUNCTION(avcodec, avcodec_receive_packet)
+TAVRIN_LIBRARY_FUNCTION(avcodec, avcodec_send_frame)
+TAVRIN_LIBRARY_FUNCTION(avcodec, avcodec_send_packet)
+TAVRIN_LIBRARY_FUNCTION(avformat, av_find_best_stream)
+TAVRIN_LIBRARY_FUNCTION(avformat, av_read_frame)
+TAVRIN_LIBRARY_FUNCTION(avformat, av_write_frame)
+TAVRIN_LIBRARY_FUNCTION(avformat, av_write_trailer)
+TAVRIN_LIBRARY_FUNCTION(avformat, avformat_alloc_context)
+TAVRIN_LIBRARY_FUNCTION(avformat, avformat_alloc_output_context2)
+TAVRIN_LIBRARY_FUNCTION(avformat, avformat_close_input)
+TAVRIN_LIBRARY_FUNCTION(avformat, avformat_find_stream_info)
+TAVRIN_LIBRARY_FUNCTION(avformat, avformat_free_context)
+TAVRIN_LIBRARY_FUNCTION(avformat, avformat_new_stream)
+TAVRIN_LIBRARY_FUNCTION(avformat, avformat_open_input)
+TAVRIN_LIBRARY_FUNCTION(avformat, avformat_write_header)
+TAVRIN_LIBRARY_FUNCTION(avformat, avio_alloc_context)
+TAVRIN_LIBRARY_FUNCTION(avformat, avio_context_free)
+TAVRIN_LIBRARY_FUNCTION(avformat, avio_flush)
+TAVRIN_LIBRARY_FUNCTION(avformat, avio_seek)
+TAVRIN_LIBRARY_FUNCTION(avutil, av_dict_free)
+TAVRIN_LIBRARY_FUNCTION(avutil, av_dict_set_int)
+TAVRIN_LIBRARY_FUNCTION(avutil, av_frame_alloc)
+TAVRIN_LIBRARY_FUNCTION(avutil, av_frame_free)
+TAVRIN_LIBRARY_FUNCTION(avutil, av_frame_get_buffer)
+TAVRIN_LIBRARY_FUNCTION(avutil, av_frame_make_writable)
+TAVRIN_LIBRARY_FUNCTION(avutil, av_freep)
+TAVRIN_LIBRARY_FUNCTION(avutil, av_log_set_level)
+TAVRIN_LIBRARY_FUNCTION(avutil, av_malloc)
+TAVRIN_LIBRARY_FUNCTION(avutil, av_rescale_q)
+TAVRIN_LIBRARY_FUNCTION(avutil, av_strdup)
+TAVRIN_LIBRARY_FUNCTION(swresample, swr_alloc_set_opts2)
+TAVRIN_LIBRARY_FUNCTION(swresample, swr_convert)
+TAVRIN_LIBRARY_FUNCTION(swresample, swr_free)
+TAVRIN_LIBRARY_FUNCTION(swresample, swr_get_out_samples)
+TAVRIN_LIBRARY_FUNCTION(swresample, swr_init)
 
-template <class Signature>
-class Function;
-
-/// A function of a library. Without the library it returns null, nothing or AVERROR(ENOSYS).
-template <class Return, class... Arguments>
-class Function<Return(Arguments...)> {
-public:
-    constexpr Function(Library library, const char* name)
-        : m_library(library)
-        , m_name(name)
-    {
-    }
-
-    Return operator()(Arguments... arguments) const
-    {
-        auto* function = m_function.load(std::memory_order_acquire);
-        if (!function) {
-            function = reinterpret_cast<Pointer>(resolve(m_library, m_name));
-            m_function.store(function, std::memory_order_release);
-        }
-        if (function)
-            return function(arguments...);
-        if constexpr (std::is_same_v<Return, int>)
-            return AVERROR(ENOSYS);
-        else
-            return Return();
-    }
-
-private:
-    using Pointer = Return (*)(Arguments...);
-
-    Library m_library;
-    const char* m_name;
-    mutable std::atomic<Pointer> m_function = nullptr;
-};
-
-/// The type for a function of the header, without the attributes that no template argument carries.
-template <class Return, class... Arguments>
-Function<Return(Arguments...)> like(Return (*)(Arguments...));
-
-// NOLINTBEGIN(readability-identifier-naming,bugprone-macro-parentheses): the libraries' own names,
-// which no parentheses may enclose where they are declared
-#define TAVRIN_LIBAV(library, name)                                                                \
-    inline constinit const decltype(like(&::name)) name{Library::library, #name};
-TAVRIN_LIBAV(AvCodec, av_packet_alloc)
-TAVRIN_LIBAV(AvCodec, av_packet_free)
-TAVRIN_LIBAV(AvCodec, av_packet_rescale_ts)
-TAVRIN_LIBAV(AvCodec, av_packet_unref)
-TAVRIN_LIBAV(AvCodec, avcodec_alloc_context3)
-TAVRIN_LIBAV(AvCodec, avcodec_find_encoder)
-TAVRIN_LIBAV(AvCodec, avcodec_free_context)
-TAVRIN_LIBAV(AvCodec, avcodec_open2)
-TAVRIN_LIBAV(AvCodec, avcodec_parameters_from_context)
-TAVRIN_LIBAV(AvCodec, avcodec_parameters_to_context)
-TAVRIN_LIBAV(AvCodec, avcodec_receive_frame)
-TAVRIN_LIBAV(AvCodec, avcodec_receive_packet)
-TAVRIN_LIBAV(AvCodec, avcodec_send_frame)
-TAVRIN_LIBAV(AvCodec, avcodec_send_packet)
-TAVRIN_LIBAV(AvFormat, av_find_best_stream)
-TAVRIN_LIBAV(AvFormat, av_read_frame)
-TAVRIN_LIBAV(AvFormat, av_write_frame)
-TAVRIN_LIBAV(AvFormat, av_write_trailer)
-TAVRIN_LIBAV(AvFormat, avformat_alloc_context)
-TAVRIN_LIBAV(AvFormat, avformat_alloc_output_context2)
-TAVRIN_LIBAV(AvFormat, avformat_close_input)
-TAVRIN_LIBAV(AvFormat, avformat_find_stream_info)
-TAVRIN_LIBAV(AvFormat, avformat_free_context)
-TAVRIN_LIBAV(AvFormat, avformat_new_stream)
-TAVRIN_LIBAV(AvFormat, avformat_open_input)
-TAVRIN_LIBAV(AvFormat, avformat_write_header)
-TAVRIN_LIBAV(AvFormat, avio_alloc_context)
-TAVRIN_LIBAV(AvFormat, avio_context_free)
-TAVRIN_LIBAV(AvFormat, avio_flush)
-TAVRIN_LIBAV(AvFormat, avio_seek)
-TAVRIN_LIBAV(AvUtil, av_dict_free)
-TAVRIN_LIBAV(AvUtil, av_dict_set_int)
-TAVRIN_LIBAV(AvUtil, av_frame_alloc)
-TAVRIN_LIBAV(AvUtil, av_frame_free)
-TAVRIN_LIBAV(AvUtil, av_frame_get_buffer)
-TAVRIN_LIBAV(AvUtil, av_frame_make_writable)
-TAVRIN_LIBAV(AvUtil, av_freep)
-TAVRIN_LIBAV(AvUtil, av_log_set_level)
-TAVRIN_LIBAV(AvUtil, av_malloc)
-TAVRIN_LIBAV(AvUtil, av_rescale_q)
-TAVRIN_LIBAV(AvUtil, av_strdup)
-TAVRIN_LIBAV(SwResample, swr_alloc_set_opts2)
-TAVRIN_LIBAV(SwResample, swr_convert)
-TAVRIN_LIBAV(SwResample, swr_free)
-TAVRIN_LIBAV(SwResample, swr_get_out_samples)
-TAVRIN_LIBAV(SwResample, swr_init)
-#undef TAVRIN_LIBAV
-
-// NOLINTEND(readability-identifier-naming,bugprone-macro-parentheses)
+// NOLINTEND(readability-identifier-naming)
 
 template <const auto& release>
 struct ReleaseThroughPointer {

@@ -1,13 +1,11 @@
 #include "platform/linux/audio/PcmCapture.h"
 
+#include "platform/linux/libraries/Libpulse.h"
+
 #include <QByteArray>
 
 #include <condition_variable>
 #include <mutex>
-#include <pulse/context.h>
-#include <pulse/introspect.h>
-#include <pulse/proplist.h>
-#include <pulse/stream.h>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -15,6 +13,9 @@
 using namespace Qt::StringLiterals;
 
 namespace tavrin {
+
+using namespace libpulse;
+
 namespace {
 
 constexpr std::uint32_t blockBytes = PcmCapture::sampleRate / 50 * sizeof(qint16); // 20 ms

@@ -1,12 +1,14 @@
 #include "platform/linux/audio/PulseAudioDevices.h"
 
+#include "platform/linux/libraries/Libpulse.h"
+
 #include <algorithm>
 #include <cmath>
-#include <pulse/context.h>
-#include <pulse/introspect.h>
-#include <pulse/volume.h>
 
 namespace tavrin {
+
+using namespace libpulse;
+
 namespace {
 
 using Descriptions = QList<PulseAudioDevices::Description>;

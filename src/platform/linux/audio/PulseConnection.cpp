@@ -1,11 +1,8 @@
 #include "platform/linux/audio/PulseConnection.h"
 
-#include <pulse/context.h>
-#include <pulse/introspect.h>
-#include <pulse/mainloop.h>
-#include <pulse/operation.h>
-#include <pulse/proplist.h>
-#include <pulse/subscribe.h>
+#include "platform/linux/libraries/Libpulse.h"
+
+#include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 #include <utility>
@@ -14,22 +11,20 @@ using namespace std::chrono_literals;
 
 namespace tavrin {
 
+using namespace libpulse;
+
 PulseConnection::PulseConnection()
-    : m_loop(pa_mainloop_new())
     // The loop's own wake-up would not do: one that comes before the loop waits is lost.
-    , m_tasksWaiting(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
+    : m_tasksWaiting(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
     , m_thread([this] { run(); })
 {
 }
 
 PulseConnection::~PulseConnection()
 {
-    post([this] {
-        dropContext();
-        m_quit = true;
-    });
+    m_quit = true;
+    post([] {});
     m_thread.join();
-    pa_mainloop_free(m_loop);
     ::close(m_tasksWaiting);
 }
 
@@ -61,7 +56,20 @@ bool PulseConnection::waitForChange(quint64 seen, Deadline deadline) const
 
 void PulseConnection::run()
 {
+    // The library is loaded when there is something to do: not while the program starts.
+    pollfd tasksWaiting{m_tasksWaiting, POLLIN, 0};
+    while (::poll(&tasksWaiting, 1, -1) < 0) { }
+    if (m_quit)
+        return;
+    m_loop = pa_mainloop_new();
     pa_mainloop_api* api = pa_mainloop_get_api(m_loop);
+    if (!api) { // No library: nobody gets an answer.
+        while (!m_quit) {
+            runTasks();
+            ::poll(&tasksWaiting, 1, -1);
+        }
+        return;
+    }
     pa_io_event* tasks = api->io_new(
         api, m_tasksWaiting, PA_IO_EVENT_INPUT,
         [](pa_mainloop_api*, pa_io_event*, int, pa_io_event_flags_t, void* self) {
@@ -70,7 +78,10 @@ void PulseConnection::run()
         this);
     while (!m_quit)
         pa_mainloop_iterate(m_loop, 1, nullptr);
+    runTasks();
+    dropContext();
     api->io_free(tasks);
+    pa_mainloop_free(m_loop);
 }
 
 void PulseConnection::runTasks()

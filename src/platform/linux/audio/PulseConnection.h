@@ -76,11 +76,12 @@ private:
     void begin(const std::shared_ptr<QuestionBase>& question, pa_operation* operation);
     void begin(const std::shared_ptr<QuestionBase>& question, bool begun);
 
-    pa_mainloop* m_loop;
     int m_tasksWaiting; ///< Readable while m_tasks is not empty.
 
+    std::atomic<bool> m_quit = false;
+
     // On the connection's thread.
-    bool m_quit = false;
+    pa_mainloop* m_loop = nullptr; ///< Null until the first task.
     pa_context* m_context = nullptr;
     int m_contexts = 0; ///< Made so far; tells the present one from earlier ones.
     std::vector<WhenConnected> m_waiting; ///< For the connection.

@@ -1,8 +1,13 @@
 #include "platform/linux/desktop/PulsePlayback.h"
 
+#include "platform/linux/libraries/Libpulse.h"
+
 #include <algorithm>
 
 namespace tavrin {
+
+using namespace libpulse;
+
 namespace {
 
 /// Holds the lock of libpulse's thread.

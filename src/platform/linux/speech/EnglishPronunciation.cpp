@@ -1,15 +1,17 @@
 #include "platform/linux/speech/EnglishPronunciation.h"
 
+#include "platform/linux/speech/Libflite.h"
+
 #include <QStringList>
 
 #include <array>
-#include <flite/flite.h>
-
-extern "C" cst_lexicon* cmu_lex_init(void); // NOLINT(readability-identifier-naming): flite's.
 
 using namespace Qt::StringLiterals;
 
 namespace tavrin {
+
+using namespace libflite;
+
 namespace {
 
 const std::array digitNames{u"zero"_s, u"one"_s, u"two"_s, u"three"_s, u"four"_s, u"five"_s,

@@ -1,6 +1,7 @@
 #include "platform/linux/speech/SphinxDecoder.h"
 
 #include "base/Log.h"
+#include "platform/linux/speech/Libsphinx.h"
 #include "platform/linux/speech/SphinxGuard.h"
 #include "platform/linux/speech/TermLanguageModel.h"
 
@@ -8,13 +9,14 @@
 
 #include <algorithm>
 #include <array>
-#include <pocketsphinx/pocketsphinx.h>
-#include <sphinxbase/ngram_model.h>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace tavrin {
+
+using namespace libsphinx;
+
 namespace {
 
 constexpr const char* thoroughSearch = "thorough";

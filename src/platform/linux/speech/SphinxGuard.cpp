@@ -1,9 +1,13 @@
 #include "platform/linux/speech/SphinxGuard.h"
 
+#include "platform/linux/speech/Libsphinx.h"
+
 #include <csetjmp>
-#include <sphinxbase/err.h>
 
 namespace tavrin {
+
+using namespace libsphinx;
+
 namespace {
 
 // Of the innermost guarded work on this thread.

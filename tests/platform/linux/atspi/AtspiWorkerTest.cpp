@@ -15,7 +15,7 @@ using SteadyClock = std::chrono::steady_clock;
 class AtspiWorkerTest : public ::testing::Test {
 protected:
     std::latch end{1};
-    AtspiWorker worker{[] {}, [] {}};
+    AtspiWorker worker{[] {}};
 
     void TearDown() override { end.count_down(); }
 
