@@ -9,10 +9,9 @@ import tempfile
 import time
 
 from editors import EDITORS
-from stage import RIGHT_ALT, Stage, run
+from stage import LEFT_ALT, RIGHT_ALT, Stage, run, sound
 
 SENTENCE = "please send the report to the office before friday"
-LEFT_ALT = "64"
 MIXED = ("会议改到 Thursday 10:00 🎉，请把 report-v2.pdf 发给张小明。\"Fine\", she said — naïve café, "
          "¿verdad? 数字 ３４５ 与 £99，繁體字「測試」, emoji 👩‍💻🚀, tab-free {code: [1, 2]} & <b>tags</b>; "
          "最后一句：明天见！")
@@ -22,13 +21,6 @@ MIXED = (MIXED * 3)[:300].strip()
 def check(condition, *explanation):
     if not condition:
         sys.exit(" ".join(str(part) for part in explanation))
-
-
-def sound():
-    """What a recording may have changed: default devices, mute and volume."""
-    return (run("pactl", "get-default-source"), run("pactl", "get-default-sink"),
-            run("pactl", "get-sink-mute", "@DEFAULT_SINK@"),
-            run("pactl", "get-sink-volume", "@DEFAULT_SINK@"))
 
 
 def check_outcome(stage, record, editor, mode):

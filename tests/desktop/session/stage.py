@@ -15,7 +15,7 @@ import urllib.request
 
 SERVICE = "http://127.0.0.1:8787"
 EMAIL, PASSWORD = "you@tavrin.example", "a long enough password"
-RIGHT_ALT = "108"  # A key code: the symbol depends on the layout.
+RIGHT_ALT, LEFT_ALT = "108", "64"  # Key codes: the symbols depend on the layout.
 PATIENCE = 60  # Seconds; far more than anything takes on a quiet machine.
 
 
@@ -36,6 +36,13 @@ def run(*command, **options):
 
 def xdotool(*arguments):
     return run("xdotool", *arguments)
+
+
+def sound():
+    """What a recording may have changed: default devices, mute and volume."""
+    return (run("pactl", "get-default-source"), run("pactl", "get-default-sink"),
+            run("pactl", "get-sink-mute", "@DEFAULT_SINK@"),
+            run("pactl", "get-sink-volume", "@DEFAULT_SINK@"))
 
 
 def gdbus(bus, destination, path, method, *arguments):
@@ -114,13 +121,16 @@ class Stage(Place):
     def __init__(self, program, service, settings, use_model, log=None):
         """With a log, an open file, the program tells there what happens."""
         super().__init__()
+        self._program_file = program
+        self._log = log
         self.model = Model()
         self._exit.callback(self.model.close)
         self.recordings = self._folder / "recordings"
         self.recordings.mkdir()
         try:
             self._start_service(service, use_model)
-            self._start_program(program, settings, log)
+            self._write_preferences(settings)
+            self.start_program()
         except BaseException:
             self.close()
             raise
@@ -146,9 +156,9 @@ class Stage(Place):
 
         self._session = wait_until("the text service", sign_in)
 
-    def _start_program(self, program, settings, log):
-        config, data = self.folder("config"), self.folder("data")
-        (config / "Tavrin").mkdir()
+    def _write_preferences(self, settings):
+        folder = self.folder("config") / "Tavrin"
+        folder.mkdir()
         preferences = {
             "interfaceLanguage": "en", "tavrinBetaOnboardingSeen": True,
             "tavrinLastUpdateCheckAt": time.time(),
@@ -156,13 +166,16 @@ class Stage(Place):
             "cloudRefreshToken": self._session["refreshToken"],
             "translationShortcutIdentifiers": ["leftOption"],
             "chatShortcutIdentifiers": ["controlOptionSpace"], **settings}
-        self._preferences_file = config / "Tavrin/preferences.json"
+        self._preferences_file = folder / "preferences.json"
         self._preferences_file.write_text(json.dumps(preferences))
-        self.history_file = data / "Tavrin/TranscriptionHistory.json"
-        options = ["--verbose"] if log else []
-        self.program = self.start(program, *options, stderr=log, environment={
-            "XDG_CONFIG_HOME": str(config), "XDG_DATA_HOME": str(data),
-            "TMPDIR": str(self.recordings)})
+        self.history_file = self.folder("data") / "Tavrin/TranscriptionHistory.json"
+
+    def start_program(self):
+        """For the first time, or once it has ended."""
+        options = ["--verbose"] if self._log else []
+        self.program = self.start(self._program_file, *options, stderr=self._log, environment={
+            "XDG_CONFIG_HOME": str(self.folder("config")),
+            "XDG_DATA_HOME": str(self.folder("data")), "TMPDIR": str(self.recordings)})
         wait_until("the main window", lambda: self.window_of(self.program.pid, "^Tavrin$"))
 
     @staticmethod
@@ -210,11 +223,15 @@ class Stage(Place):
     def preference(self, key):
         return json.loads(self._preferences_file.read_text()).get(key)
 
+    def voice(self, sentence):
+        """A sound file in which somebody says it."""
+        file = self._folder / f"{sentence}.wav"
+        if not file.exists():
+            run("flite", "-voice", "rms", "-t", sentence, "-o", file)
+        return file
+
     def say(self, sentence):
-        voice = self._folder / f"{sentence}.wav"
-        if not voice.exists():
-            run("flite", "-voice", "rms", "-t", sentence, "-o", voice)
-        run("paplay", "--device=micfeed", voice)
+        run("paplay", "--device=micfeed", self.voice(sentence))
 
     def start_recording(self, key):
         xdotool("key", key)

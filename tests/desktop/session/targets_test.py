@@ -11,10 +11,9 @@ import unittest
 
 from display import Display, Heartbeat
 from editors import clipboard
-from stage import Stage, wait_until, xdotool
+from stage import LEFT_ALT, Stage, wait_until, xdotool
 from target import Target
 
-LEFT_ALT = "64"
 SENTENCE = "hello there"
 DELIVERED = "自动输入已完成"
 
