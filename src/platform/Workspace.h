@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPoint>
 #include <QString>
 #include <QStringList>
 
@@ -54,6 +55,10 @@ public:
 
     /// Languages in the user's order, best first, as BCP 47 tags ("zh-Hant-TW"); may be empty.
     [[nodiscard]] virtual QStringList preferredLanguages() const = 0;
+
+    /// A point on the screen that the window in front is on, in the coordinates of this program's
+    /// windows; empty when there is no such window.
+    [[nodiscard]] virtual std::optional<QPoint> frontmostPoint() const = 0;
 
     /// Whether windows may have transparent parts at the moment (Linux: a compositor runs).
     [[nodiscard]] virtual bool isCompositing() const = 0;

@@ -17,7 +17,7 @@ class DesktopInterface final : public UserInterface {
 public:
     explicit DesktopInterface(const UserInterfaceNeighbours& neighbours)
         : m_mainQueue(neighbours.mainQueue)
-        , m_panel([&workspace = neighbours.workspace] { return workspace.isCompositing(); })
+        , m_panel(neighbours.workspace)
         , m_hud({m_panel, neighbours.clock, neighbours.mainQueue, neighbours.localization,
               neighbours.settings})
         , m_frame(neighbours)

@@ -93,6 +93,11 @@ public:
         return m_inner.preferredLanguages();
     }
 
+    [[nodiscard]] std::optional<QPoint> frontmostPoint() const override
+    {
+        return m_inner.frontmostPoint();
+    }
+
     [[nodiscard]] bool isCompositing() const override { return m_inner.isCompositing(); }
 
     [[nodiscard]] bool prefersReducedMotion() const override

@@ -17,6 +17,7 @@ public:
     bool openingSucceeds = true;
     bool reducedMotion = false;
     bool compositing = true;
+    std::optional<QPoint> workedAt;
     QStringList languages;
     QString ownIdentifier = QStringLiteral("tavrin");
 
@@ -67,6 +68,8 @@ public:
     }
 
     [[nodiscard]] QStringList preferredLanguages() const override { return languages; }
+
+    [[nodiscard]] std::optional<QPoint> frontmostPoint() const override { return workedAt; }
 
     [[nodiscard]] bool isCompositing() const override { return compositing; }
 

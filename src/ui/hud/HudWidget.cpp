@@ -1,5 +1,6 @@
 #include "ui/hud/HudWidget.h"
 
+#include "platform/Workspace.h"
 #include "ui/hud/HudTexts.h"
 
 #include <QApplication>
@@ -139,11 +140,11 @@ QLinearGradient lightGradient(const QRectF& light)
 
 } // namespace
 
-Widget::Widget(std::function<bool()> isCompositing)
+Widget::Widget(const Workspace& workspace)
     : QWidget(nullptr,
         Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus
             | Qt::X11BypassWindowManagerHint)
-    , m_isCompositing(std::move(isCompositing))
+    , m_workspace(workspace)
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_ShowWithoutActivating);
@@ -176,7 +177,8 @@ void Widget::setContent(const Content& content)
 
 void Widget::positionAndShow()
 {
-    const QScreen* screen = QApplication::screenAt(QCursor::pos());
+    const QScreen* screen =
+        QApplication::screenAt(m_workspace.frontmostPoint().value_or(QCursor::pos()));
     if (!screen)
         screen = QApplication::primaryScreen();
     if (screen) {
@@ -184,7 +186,7 @@ void Widget::positionAndShow()
         move(free.x() + (free.width() - width()) / 2,
             free.y() + free.height() - qRound(distanceFromBottom) - height());
     }
-    if (m_isCompositing())
+    if (m_workspace.isCompositing())
         clearMask();
     else
         setMask(QRegion(roundedPath(rect(), panelRadius).toFillPolygon().toPolygon()));

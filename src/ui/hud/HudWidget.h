@@ -8,15 +8,19 @@
 
 class QPushButton;
 
+namespace tavrin {
+class Workspace;
+}
+
 namespace tavrin::hud {
 
 /// The recording panel as a window of its own: above all others, on every desktop, in no task list,
 /// and never with the keyboard focus.
 class Widget final : public QWidget, public Panel {
 public:
-    /// @param isCompositing whether windows may have transparent corners at the moment; where not,
-    /// the corners are cut off instead.
-    explicit Widget(std::function<bool()> isCompositing);
+    /// @param workspace says which screen the user works on, and whether windows may have
+    /// transparent corners at the moment; where not, the corners are cut off instead.
+    explicit Widget(const Workspace& workspace);
 
     void setActions(
         std::function<void()> confirm, std::function<void()> continueRecording) override;
@@ -35,7 +39,7 @@ private:
     void paintTrack(QPainter& painter) const;
     void paintProgress(QPainter& painter, const QRectF& track) const;
 
-    std::function<bool()> m_isCompositing;
+    const Workspace& m_workspace;
     Content m_content;
     std::function<void()> m_confirm;
     std::function<void()> m_continue;

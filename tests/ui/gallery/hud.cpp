@@ -1,6 +1,7 @@
 // Shows the recording panel in each of its states and writes a picture of each.
 // usage: tavrin-hud-gallery FOLDER
 
+#include "support/InMemoryWorkspace.h"
 #include "ui/hud/HudTexts.h"
 #include "ui/hud/HudWidget.h"
 
@@ -111,7 +112,8 @@ int main(int argc, char** argv)
         return 2;
     }
     const QString folder = QString::fromLocal8Bit(argv[1]);
-    tavrin::hud::Widget widget([] { return true; });
+    const tavrin::testing::InMemoryWorkspace workspace;
+    tavrin::hud::Widget widget(workspace);
     for (const auto& [name, content] : tavrin::pictures()) {
         widget.setContent(content);
         if (!widget.grab().save(folder + u'/' + name + u".png"_s))

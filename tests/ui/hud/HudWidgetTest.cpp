@@ -1,5 +1,6 @@
 #include "ui/hud/HudWidget.h"
 
+#include "support/InMemoryWorkspace.h"
 #include "support/QtPrinters.h"
 #include "ui/hud/HudTexts.h"
 
@@ -42,8 +43,8 @@ bool isNear(const QColor& seen, std::array<double, 3> expected)
 
 class HudWidgetTest : public ::testing::Test {
 protected:
-    bool compositing = true;
-    Widget widget{[this] { return compositing; }};
+    testing::InMemoryWorkspace workspace;
+    Widget widget{workspace};
 
     /// The panel with nothing in it that could be left out.
     static Content empty()
@@ -128,7 +129,7 @@ TEST_F(HudWidgetTest, TheCornersAreRoundWithAndWithoutTransparency)
 
     widget.positionAndShow();
     EXPECT_TRUE(widget.mask().isEmpty());
-    compositing = false;
+    workspace.compositing = false;
     widget.positionAndShow();
     EXPECT_FALSE(widget.mask().contains(QPoint(1, 1)));
     EXPECT_FALSE(widget.mask().contains(QPoint(428, 143)));

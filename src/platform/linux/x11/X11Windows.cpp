@@ -82,6 +82,23 @@ void X11Windows::requestActivation(xcb_window_t window) const
     xcb_flush(m_connection.get());
 }
 
+std::optional<QPoint> X11Windows::middleOf(xcb_window_t window) const
+{
+    if (!m_connection.isOpen() || window == XCB_WINDOW_NONE)
+        return std::nullopt;
+    const XcbPointer<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(
+        m_connection.get(), xcb_get_geometry(m_connection.get(), window), nullptr));
+    if (!geometry)
+        return std::nullopt;
+    // Its place is told relative to the frame that the window manager put around it.
+    const XcbPointer<xcb_translate_coordinates_reply_t> middle(xcb_translate_coordinates_reply(
+        m_connection.get(),
+        xcb_translate_coordinates(m_connection.get(), window, m_connection.root(),
+            static_cast<qint16>(geometry->width / 2), static_cast<qint16>(geometry->height / 2)),
+        nullptr));
+    return middle ? std::optional(QPoint(middle->dst_x, middle->dst_y)) : std::nullopt;
+}
+
 bool X11Windows::isCompositing() const
 {
     if (!m_connection.isOpen())

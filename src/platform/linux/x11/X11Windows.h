@@ -2,9 +2,11 @@
 
 #include "platform/linux/x11/X11Connection.h"
 
+#include <QPoint>
 #include <QString>
 
 #include <chrono>
+#include <optional>
 
 namespace tavrin {
 
@@ -41,6 +43,9 @@ public:
     /// False when that has not happened within @p patience.
     [[nodiscard]] bool waitUntilActive(
         xcb_window_t window, std::chrono::milliseconds patience) const;
+
+    /// The middle of @p window, in pixels of the whole desktop; empty when it is gone.
+    [[nodiscard]] std::optional<QPoint> middleOf(xcb_window_t window) const;
 
     /// Whether a compositor owns the screen.
     [[nodiscard]] bool isCompositing() const;

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QScreen>
 #include <QUrl>
 #include <QWindow>
 
@@ -130,6 +131,22 @@ QStringList X11Workspace::preferredLanguages() const
         tags.append(languageTag(locale));
     tags.removeDuplicates();
     return tags;
+}
+
+std::optional<QPoint> X11Workspace::frontmostPoint() const
+{
+    const std::optional<QPoint> pixel = m_windows.middleOf(m_windows.active());
+    if (!pixel)
+        return std::nullopt;
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        // Where Qt enlarges everything, it counts within a screen in larger steps, but screens
+        // begin where they do.
+        const QRect shown = screen->geometry();
+        const double scale = screen->devicePixelRatio();
+        if (QRect(shown.topLeft(), shown.size() * scale).contains(*pixel))
+            return shown.topLeft() + (*pixel - shown.topLeft()) / scale;
+    }
+    return std::nullopt; // Somewhere beyond all screens.
 }
 
 bool X11Workspace::isCompositing() const

@@ -21,6 +21,7 @@ public:
     bool openUrl(const QUrl& url) override;
     bool openFolder(const QString& path) override;
     [[nodiscard]] QStringList preferredLanguages() const override;
+    [[nodiscard]] std::optional<QPoint> frontmostPoint() const override;
     [[nodiscard]] bool isCompositing() const override;
     [[nodiscard]] bool prefersReducedMotion() const override;
 
