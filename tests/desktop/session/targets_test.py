@@ -11,7 +11,7 @@ import unittest
 
 from display import Display, Heartbeat
 from editors import clipboard
-from stage import LEFT_ALT, Stage, wait_until, xdotool
+from stage import LEFT_ALT, Stage, run, wait_until, xdotool
 from target import Target
 
 SENTENCE = "hello there"
@@ -122,6 +122,13 @@ class TargetsTest(unittest.TestCase):
         target = self.deceive("read-only", "--ignore-keys", "--text", "fixed")
         self.assertEqual(target.text(), "fixed")
 
+    def test_nearly_a_megabyte_with_marks_of_every_direction(self):
+        target = self.open()
+        marked = "שלום \u200f(world)\u200e 你好 👩‍💻 a\u0301 \u2066x\u2069 \ufeff end\n"
+        self.answer = marked * 100 + ("x" * 99 + "\n") * 9_000 + "end"
+        self.deliver()
+        wait_until("the text", lambda: target.text() == self.answer, 30)
+
     def test_a_field_that_exposes_nothing(self):
         target = self.open("--bare")
         self.deliver()
@@ -215,6 +222,12 @@ class TargetsTest(unittest.TestCase):
 
         self.deliver(lambda: threading.Thread(target=take_over).start())
         self.assertTrue(self.answer.startswith(target.text()))
+
+    def test_without_a_window_in_front_there_is_no_target(self):
+        self.addCleanup(run, "wmctrl", "-k", "off")
+        run("wmctrl", "-k", "on")  # The bare desktop.
+        wait_until("the bare desktop", lambda: not Stage.window_of(self.stage.program.pid), 10)
+        self.fall_back("没有记录到目标应用")
 
     def test_the_programs_own_window_is_no_target(self):
         xdotool("windowactivate", "--sync", Stage.window_of(self.stage.program.pid, "^Tavrin$"))
