@@ -8,14 +8,14 @@ class QString;
 
 namespace tavrin {
 
-/// The six places for a shortcut, two for each operation.
+/// The six places for a shortcut, two for each operation, and the popups that show them.
 enum class ShortcutSlot {
-    DictationPrimary,
-    DictationSecondary,
-    TranslationPrimary,
-    TranslationSecondary,
-    ChatPrimary,
-    ChatSecondary,
+    DictationPrimary, ///< `shortcutPopup`
+    DictationSecondary, ///< `dictationSecondaryShortcutPopup`
+    TranslationPrimary, ///< `translationShortcutPopup`
+    TranslationSecondary, ///< `translationSecondaryShortcutPopup`
+    ChatPrimary, ///< `chatShortcutPopup`
+    ChatSecondary, ///< `chatSecondaryShortcutPopup`
 };
 
 inline constexpr std::array shortcutSlots{ShortcutSlot::DictationPrimary,
@@ -27,8 +27,8 @@ enum class ShortcutStatus {
     Conflict, ///< Shown in the system's orange.
 };
 
-/// The controls of the settings page that show the shortcuts: `shortcutPopup` and its five
-/// siblings, each listing Settings::ShortcutItems(), `instructionLabel` and `shortcutStatusLabel`.
+/// The controls of the settings page that show the shortcuts: the six popups, each listing
+/// Settings::ShortcutItems(), `instructionLabel` and `shortcutStatusLabel`.
 /// Main thread only.
 class ShortcutControls {
 public:

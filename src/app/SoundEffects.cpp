@@ -20,18 +20,25 @@ SoundEffects::~SoundEffects() = default;
 
 void SoundEffects::playSoundNamed(const QString& name)
 {
-    auto cached = m_soundCache.find(name);
-    if (cached == m_soundCache.end()) {
+    Sound* const sound = soundCache(name);
+    if (!sound)
+        return;
+    sound->stop();
+    sound->setCurrentTime(Seconds::zero());
+    sound->setVolume(volume);
+    sound->play();
+}
+
+Sound* SoundEffects::soundCache(const QString& name)
+{
+    auto cached = m_sounds.find(name);
+    if (cached == m_sounds.end()) {
         std::unique_ptr<Sound> loaded = m_player.soundNamed(name);
         if (!loaded)
-            return;
-        cached = m_soundCache.emplace(name, std::move(loaded)).first;
+            return nullptr;
+        cached = m_sounds.emplace(name, std::move(loaded)).first;
     }
-    Sound& sound = *cached->second;
-    sound.stop();
-    sound.setCurrentTime(Seconds::zero());
-    sound.setVolume(volume);
-    sound.play();
+    return cached->second.get();
 }
 
 } // namespace tavrin

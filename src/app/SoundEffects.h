@@ -26,8 +26,11 @@ public:
     void playSoundNamed(const QString& name);
 
 private:
+    /// The sound, loaded when it is first asked for and found; null when it is not installed.
+    [[nodiscard]] Sound* soundCache(const QString& name);
+
     SoundPlayer& m_player;
-    std::map<QString, std::unique_ptr<Sound>> m_soundCache; ///< Sounds that were found.
+    std::map<QString, std::unique_ptr<Sound>> m_sounds; ///< Those that were found.
 };
 
 } // namespace tavrin

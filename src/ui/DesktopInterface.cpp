@@ -29,7 +29,10 @@ public:
         if (!hasApplicationIcon())
             return false;
         // Decoded when the window stands there: the first image takes as long as half the window.
-        m_mainQueue.post(m_guard.bind([] { QApplication::setWindowIcon(windowIcon()); }));
+        m_mainQueue.post(m_guard.bind([] {
+            const QIcon appIcon = windowIcon();
+            QApplication::setWindowIcon(appIcon);
+        }));
         return true;
     }
 
