@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/ControllerFixture.h"
+#include "dictionary/DictionaryStore.h"
 #include "support/InMemoryAccessibility.h"
 
 #include <QFile>
@@ -222,6 +223,31 @@ TEST_F(AppDelegateTest, TheSpeechModelIsLoadedASecondAfterTheLaunch)
     EXPECT_EQ(recognizer->warmUps, 0);
     time.advance(1ms);
     EXPECT_EQ(recognizer->warmUps, 1);
+}
+
+TEST_F(AppDelegateTest, ARecordingIsHeardWithTheMostUsedTermsOfTheDictionary)
+{
+    QList<DictionaryEntry> entries;
+    QStringList mostUsed;
+    for (int i = 0; i < 200; ++i) {
+        QVariantMap stored = DictionaryEntry::manual(u"term %1"_s.arg(i), Seconds{0}).stored();
+        stored[u"hitCount"_s] = i / 2; // Two each: the later changed goes first.
+        stored[u"updatedAt"_s] = i;
+        entries.append(DictionaryEntry(stored));
+        mostUsed.prepend(entries.last().term());
+    }
+    SaveDictionaryEntries(preferences, entries);
+    launch();
+    statusItem->press("Start chat (⇧⌘ Space)");
+    statusItem->press("Finish chat (⇧⌘ Space)");
+    time.advance(0s);
+
+    ASSERT_EQ(recognizer->calls.size(), 1U);
+    const QStringList terms = recognizer->calls[0].request.contextualStrings;
+    ASSERT_EQ(terms.size(), 100);
+    EXPECT_EQ(terms.first(), u"Tavrin"_s);
+    EXPECT_EQ(terms.at(16), u"Cursor"_s);
+    EXPECT_EQ(terms.mid(17), mostUsed.first(83));
 }
 
 TEST_F(AppDelegateTest, TheHistoryIsReadWhileTheUserSpeaks)

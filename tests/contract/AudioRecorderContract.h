@@ -9,7 +9,7 @@
 
 /// What every implementation of AudioRecorder does. A Studio has `recorders` and lets them record:
 /// `record(recorder, length)` returns when that much more has been recorded, `pass(length)` lets
-/// time go by.
+/// time go by, `settle(recorder)` returns when what was under way has arrived.
 namespace tavrin::testing {
 
 template <class Studio>
@@ -65,7 +65,7 @@ TYPED_TEST_P(AudioRecorderContract, APauseIsNotCounted)
     this->studio.record(*recorder, Seconds{0.2});
 
     recorder->pause();
-    this->studio.pass(Seconds{0.1}); // What was under way arrives.
+    this->studio.settle(*recorder);
     const Seconds atPause = recorder->currentTime();
     this->studio.pass(Seconds{0.3});
     EXPECT_EQ(recorder->currentTime(), atPause);

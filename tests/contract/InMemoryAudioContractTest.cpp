@@ -28,6 +28,8 @@ struct InMemoryStudio {
     void record(const AudioRecorder&, Seconds length) { time.advance(length); }
 
     void pass(Seconds length) { time.advance(length); }
+
+    void settle(const AudioRecorder&) { time.advance(Seconds{0.1}); } // As others need.
 };
 
 } // namespace

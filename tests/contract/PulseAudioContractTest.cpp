@@ -30,6 +30,15 @@ struct PulseStudio {
     }
 
     static void pass(Seconds length) { std::this_thread::sleep_for(length); }
+
+    static void settle(const AudioRecorder& recorder)
+    {
+        Seconds before{-1};
+        while (recorder.currentTime() != before) {
+            before = recorder.currentTime();
+            std::this_thread::sleep_for(300ms);
+        }
+    }
 };
 
 } // namespace

@@ -98,6 +98,17 @@ protected:
         std::this_thread::sleep_for(300ms); // What is still on its way.
     }
 
+    /// What a paused recorder has recorded, when everything under way has arrived.
+    static Seconds settledTime(const AudioRecorder& recorder)
+    {
+        Seconds before{-1};
+        while (recorder.currentTime() != before) {
+            before = recorder.currentTime();
+            std::this_thread::sleep_for(300ms);
+        }
+        return before;
+    }
+
     static std::vector<qint16> decode(const QString& path)
     {
         auto decoder = AudioDecoder::open(path);
@@ -139,8 +150,7 @@ TEST_F(RecordingTest, ASentenceIsRecordedFromThePreferredMicrophoneWithOutputMut
     });
     EXPECT_GT(loudest, -30);
     recorder->pause();
-    std::this_thread::sleep_for(100ms);
-    const Seconds length = recorder->currentTime();
+    const Seconds length = settledTime(*recorder);
     recorder->stop();
     EXPECT_EQ(recorder->failure(), Error{});
     environment->restoreAudioEnvironment();

@@ -19,7 +19,8 @@ template <class Base>
 class SoundServerFixture : public Base {
 protected:
     static constexpr AudioRecorderSettings settings{1633772320, 16'000, 1, 96};
-    static constexpr qint64 halfASecond = 500; // Milliseconds.
+    /// Half a second for everything, and work for a busy machine. In milliseconds.
+    static constexpr qint64 halfASecond = 500 + 200;
 
     QTemporaryDir folder;
 
