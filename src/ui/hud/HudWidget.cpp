@@ -126,6 +126,21 @@ QPainterPath roundedPath(const QRectF& place, double radius)
     return path;
 }
 
+/// The pixels of a rectangle with round corners. A path's polygon would leave ragged edges.
+QRegion roundedRegion(const QRect& place, double radius)
+{
+    const int rows = static_cast<int>(radius);
+    QRegion region(place.adjusted(0, rows, 0, -rows));
+    for (int row = 0; row < rows; ++row) {
+        const double height = radius - row - 0.5;
+        const int inset = qRound(radius - std::sqrt(radius * radius - height * height));
+        const int width = place.width() - 2 * inset;
+        region += QRect(place.x() + inset, place.y() + row, width, 1);
+        region += QRect(place.x() + inset, place.bottom() - row, width, 1);
+    }
+    return region;
+}
+
 /// The light's colours across its width.
 QLinearGradient lightGradient(const QRectF& light)
 {
@@ -189,7 +204,7 @@ void Widget::positionAndShow()
     if (m_workspace.isCompositing())
         clearMask();
     else
-        setMask(QRegion(roundedPath(rect(), panelRadius).toFillPolygon().toPolygon()));
+        setMask(roundedRegion(rect(), panelRadius));
     show();
     raise();
 }
