@@ -3,6 +3,9 @@
 #include <cstring>
 #include <span>
 // The header's parameter names are keywords of C++.
+#ifdef __clang__
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
 #define explicit explicit_
 #include <xcb/xkb.h>
 #undef explicit
