@@ -9,6 +9,7 @@
 #include <glib-unix.h>
 #include <map>
 #include <stdexcept>
+#include <utility>
 
 namespace bench {
 
@@ -39,7 +40,8 @@ struct Screen::Connection {
     guint looking = 0;
     unsigned long lastQuestion = 0;
     std::map<unsigned long, double> unanswered; ///< Question and when it was asked.
-    double longest = 0; ///< Seconds.
+    double lastAskedAt = 0;
+    Waits longest; ///< Milliseconds.
 
     [[nodiscard]] unsigned long lookAtPlace() const
     {
@@ -61,7 +63,12 @@ struct Screen::Connection {
         event.xclient.data.l[0] = static_cast<long>(ping);
         event.xclient.data.l[1] = static_cast<long>(++lastQuestion);
         event.xclient.data.l[2] = static_cast<long>(window);
-        unanswered[lastQuestion] = now();
+        const double askedAt = now();
+        if (lastAskedAt > 0)
+            longest.machine =
+                std::max(longest.machine, (askedAt - lastAskedAt) * 1000 - questionInterval);
+        lastAskedAt = askedAt;
+        unanswered[lastQuestion] = askedAt;
         XSendEvent(display, window, False, NoEventMask, &event);
         XFlush(display);
         handleEvents(); // Replies to other requests may have brought events along.
@@ -83,7 +90,7 @@ struct Screen::Connection {
         const auto found = unanswered.find(question);
         if (found == unanswered.end())
             return;
-        longest = std::max(longest, now() - found->second);
+        longest.program = std::max(longest.program, (now() - found->second) * 1000);
         unanswered.erase(found);
     }
 
@@ -164,15 +171,13 @@ void Screen::press(const std::vector<unsigned>& codes)
         &c);
 }
 
-double Screen::longestSilence()
+Screen::Waits Screen::longestWaits()
 {
     Connection& c = *m_connection;
     // A question that is still open has waited until now at least.
     for (const auto& [question, askedAt] : c.unanswered)
-        c.longest = std::max(c.longest, now() - askedAt);
-    const double milliseconds = c.longest * 1000;
-    c.longest = 0;
-    return milliseconds;
+        c.longest.program = std::max(c.longest.program, (now() - askedAt) * 1000);
+    return std::exchange(c.longest, {});
 }
 
 } // namespace bench

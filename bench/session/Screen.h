@@ -24,8 +24,13 @@ public:
     /// Presses the keys of the codes one after the other, and releases them.
     void press(const std::vector<unsigned>& codes);
 
-    /// The longest time that the program has let a question wait since this was asked last, in ms.
-    [[nodiscard]] double longestSilence();
+    struct Waits {
+        double program = 0; ///< The longest that the program has let a question wait.
+        double machine = 0; ///< The latest that a question was: what the machine itself does to us.
+    };
+
+    /// In milliseconds, since this was asked last.
+    [[nodiscard]] Waits longestWaits();
 
 private:
     struct Connection;

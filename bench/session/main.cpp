@@ -7,7 +7,9 @@
 //   press CODE…        press these keys, by their codes, and release them: "pressed"; "changed"
 //   when
 //                      the pixel then changes
-//   longest            report how long the program has let a question wait: "longest MILLISECONDS"
+//   longest            report how long the program has let a question wait, and how late the
+//   observer
+//                      itself was to ask one: "longest MILLISECONDS MILLISECONDS"
 //
 // Without being asked it reports "ready", "recording" when a program begins to record, and
 // "inserted TEXT" when an editor has taken text in.
@@ -50,7 +52,8 @@ void obey(Screen& screen, const std::string& line)
     } else if (command == "press") {
         screen.press({std::istream_iterator<unsigned>(words), {}});
     } else if (command == "longest") {
-        report("longest", std::to_string(screen.longestSilence()));
+        const Screen::Waits waits = screen.longestWaits();
+        report("longest", std::to_string(waits.program) + ' ' + std::to_string(waits.machine));
     }
 }
 

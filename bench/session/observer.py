@@ -46,11 +46,12 @@ class Observer:
         self._tell("press", *codes)
         return self.wait_for("pressed", asked).time
 
-    def longest_silence(self):
-        """In milliseconds, since this was asked last."""
+    def longest_waits(self):
+        """The longest silence of the program, and the longest that the machine kept the observer
+        itself from running; in milliseconds, since this was asked last."""
         asked = time.monotonic()
         self._tell("longest")
-        return float(self.wait_for("longest", asked).detail)
+        return tuple(map(float, self.wait_for("longest", asked).detail.split()))
 
     def wait_for(self, name, since, matches=lambda detail: True, patience=PATIENCE):
         """The first such event after a moment."""

@@ -58,7 +58,7 @@ class Bench:
         finished = self._observer.press(RIGHT_ALT)
         inserted = self._observer.wait_for("inserted", finished)
         stages = self._end()
-        figures["blocked"] = self._observer.longest_silence()
+        figures["blocked"], figures["machine"] = self._observer.longest_waits()
         self._check(inserted)
         figures["text"] = milliseconds(finished, inserted.time)
         figures["own share"] = (figures["text"] - stages["recogniser"] - stages["service"]
@@ -74,14 +74,14 @@ class Bench:
         os.kill(editor, signal.SIGSTOP)
         try:
             self._end()
-            blocked = self._observer.longest_silence()
+            blocked, _ = self._observer.longest_waits()
         finally:
             os.kill(editor, signal.SIGCONT)
         self._check(self._observer.wait_for("inserted", finished))
         return blocked
 
     def _record(self):
-        self._observer.longest_silence()
+        self._observer.longest_waits()
         pressed = self._observer.press(RIGHT_ALT)
         recording = self._observer.wait_for("recording", pressed)
         panel = self._observer.wait_for("changed", pressed)
@@ -142,6 +142,8 @@ def print_table(sessions, hung):
         kept &= print_row(title, values, LIMITS.get(limit), percentile(values, 95))
     blocked = [session["blocked"] for session in sessions]
     kept &= print_row("main thread blocked", blocked, LIMITS["blocked"], max(blocked))
+    print_row("  the machine: observer kept from running",
+              [session["machine"] for session in sessions], None, None)
     kept &= print_row(f"main thread blocked, editor hung ({len(hung)} sessions)", hung,
                       LIMITS["blocked, hung"], max(hung))
     return kept
