@@ -87,7 +87,7 @@ class TargetsTest(unittest.TestCase):
         self.assertEqual(self.stage.preference("lastDeliveryReason"), "")
 
     def fall_back(self, reason, processing=lambda: None):
-        """A session whose text stays on the clipboard, for @p reason."""
+        """A session whose text stays on the clipboard, for that reason."""
         record = self.session(processing)
         self.assertEqual(record["delivery"], f"保存在剪贴板 · {reason}")
         self.assertIs(self.stage.preference("lastDeliveryVerified"), False)
