@@ -12,10 +12,10 @@ enum class Dot { Recording, Processing, Attention };
 /// Everything that the recording panel shows at one moment.
 struct Content {
     Dot dot = Dot::Recording;
-    QString title;
-    QString detail;
-    QString time;
-    QString transcript; ///< Two lines at most; the beginning gives way.
+    QString titleLabel;
+    QString detailLabel;
+    QString timeLabel;
+    QString transcriptLabel; ///< Two lines at most; the beginning gives way.
 
     bool barsVisible = true;
     Bars bars{};

@@ -179,8 +179,8 @@ void Widget::setContent(const Content& content)
         return;
     m_content = content;
     setButtonsVisible(content.buttonsVisible);
-    setAccessibleName(content.title);
-    setAccessibleDescription(content.detail);
+    setAccessibleName(content.titleLabel);
+    setAccessibleDescription(content.detailLabel);
     if (windowFlags().testFlag(Qt::WindowTransparentForInput) == content.takesMouse) {
         const bool shown = isVisible();
         setWindowFlag(Qt::WindowTransparentForInput, !content.takesMouse); // Hides the window.
@@ -245,22 +245,23 @@ void Widget::paintTexts(QPainter& painter) const
 {
     painter.setFont(systemFont(17, QFont::DemiBold));
     painter.setPen(white(1));
-    drawLine(painter, frame(42, 103, 235, 24), m_content.title, Qt::AlignLeft | Qt::AlignVCenter);
+    drawLine(
+        painter, frame(42, 103, 235, 24), m_content.titleLabel, Qt::AlignLeft | Qt::AlignVCenter);
 
     painter.setFont(systemFont(12, QFont::Normal));
     painter.setPen(white(0.58));
     const double detailWidth =
         m_content.barsVisible ? 255 : 366; // To the edge where no bars stand.
-    drawLine(painter, frame(42, 79, detailWidth, 20), m_content.detail,
+    drawLine(painter, frame(42, 79, detailWidth, 20), m_content.detailLabel,
         Qt::AlignLeft | Qt::AlignVCenter);
 
     painter.setFont(systemFont(14, QFont::Medium));
     painter.setPen(white(0.75));
-    drawLine(painter, frame(348, 104, 60, 22), m_content.time, Qt::AlignCenter);
+    drawLine(painter, frame(348, 104, 60, 22), m_content.timeLabel, Qt::AlignCenter);
 
     painter.setFont(systemFont(13, QFont::Medium));
     painter.setPen(white(0.9));
-    drawTail(painter, frame(20, 39, 390, 38), m_content.transcript, 2);
+    drawTail(painter, frame(20, 39, 390, 38), m_content.transcriptLabel, 2);
 }
 
 void Widget::paintTrack(QPainter& painter) const
@@ -269,8 +270,8 @@ void Widget::paintTrack(QPainter& painter) const
     painter.save();
     painter.setClipPath(roundedPath(track, 3.5));
     painter.fillRect(track, color(0.04, 0.14, 0.24));
-    const QRectF light(track.x() + m_content.lightX, track.y(), lightWidth, track.height());
-    painter.fillRect(light, lightGradient(light));
+    const QRectF lightLayer(track.x() + m_content.lightX, track.y(), lightWidth, track.height());
+    painter.fillRect(lightLayer, lightGradient(lightLayer));
     if (m_content.progressVisible)
         paintProgress(painter, track);
     painter.restore();
@@ -278,17 +279,17 @@ void Widget::paintTrack(QPainter& painter) const
 
 void Widget::paintProgress(QPainter& painter, const QRectF& track) const
 {
-    QRectF done = track;
+    QRectF progressBar = track;
     if (m_content.progressIndeterminate) {
-        done.setWidth(track.width() * indeterminateShare);
-        done.moveLeft(track.x() + m_content.lightX * 0.75);
+        progressBar.setWidth(track.width() * indeterminateShare);
+        progressBar.moveLeft(track.x() + m_content.lightX * 0.75);
         painter.setOpacity(0.5);
     } else {
-        done.setWidth(track.width() * m_content.progress / 100);
+        progressBar.setWidth(track.width() * m_content.progress / 100);
     }
     painter.setPen(Qt::NoPen);
     painter.setBrush(color(0, 0.72, 1.0));
-    painter.drawRoundedRect(done, 3.5, 3.5);
+    painter.drawRoundedRect(progressBar, 3.5, 3.5);
 }
 
 void Widget::setButtonsVisible(bool visible)

@@ -39,20 +39,20 @@ const PanelRecordingHUD::PhaseTexts& PanelRecordingHUD::phaseTexts() const
         texts::listeningTranslation, texts::translating, texts::translatingDetail};
     static constexpr PhaseTexts chat{
         texts::listeningChat, texts::answering, texts::answeringDetail};
-    if (m_operationName == "translation"_L1)
+    if (m_operation.operationName == "translation"_L1)
         return translation;
-    return m_operationName == "chat"_L1 ? chat : dictation;
+    return m_operation.operationName == "chat"_L1 ? chat : dictation;
 }
 
 PanelRecordingHUD::PanelRecordingHUD(const Neighbours& neighbours)
     : m_neighbours(neighbours)
 {
     const Localization& localization = m_neighbours.localization;
-    m_content.title = texts::initialTitle.toString();
-    m_content.detail = texts::initialDetail.toString().arg(
+    m_content.titleLabel = texts::initialTitle.toString();
+    m_content.detailLabel = texts::initialDetail.toString().arg(
         localization.withKeyNames(m_neighbours.settings.ShortcutDisplayName()));
-    m_content.time = hud::recordingTime(0s);
-    m_content.transcript = texts::initialTranscript.toString();
+    m_content.timeLabel = hud::recordingTime(0s);
+    m_content.transcriptLabel = texts::initialTranscript.toString();
     m_neighbours.panel.setActions(m_guard.bind([this] { confirmCancellation(); }),
         m_guard.bind([this] { continueAfterCancelPrompt(); }));
     m_neighbours.panel.setContent(m_content);
@@ -62,32 +62,32 @@ PanelRecordingHUD::~PanelRecordingHUD() = default;
 
 void PanelRecordingHUD::setOperationName(const QString& name)
 {
-    m_operationName = name;
+    m_operation.operationName = name;
 }
 
 void PanelRecordingHUD::setOperationShortcutName(const QString& name)
 {
-    m_operationShortcutName = name;
+    m_operation.operationShortcutName = name;
 }
 
 void PanelRecordingHUD::showRecordingWithRecorder(std::weak_ptr<AudioRecorder> recorder)
 {
     m_timer.reset();
     m_recorder = std::move(recorder);
-    m_processing = false;
-    m_startedAt = m_neighbours.clock.uptime();
+    m_phase.processing = false;
+    m_phase.startedAt = m_neighbours.clock.uptime();
 
     const Localization& localization = m_neighbours.localization;
-    const QString shortcut = m_operationShortcutName.isEmpty()
+    const QString shortcut = m_operation.operationShortcutName.isEmpty()
         ? m_neighbours.settings.ShortcutDisplayName()
-        : m_operationShortcutName;
+        : m_operation.operationShortcutName;
     m_content = {};
     m_content.dot = hud::Dot::Recording;
-    m_content.title = localization.LT(phaseTexts().listening);
-    m_content.detail =
+    m_content.titleLabel = localization.LT(phaseTexts().listening);
+    m_content.detailLabel =
         localization.LT(texts::pressAgainToFinish, localization.withKeyNames(shortcut));
-    m_content.time = hud::recordingTime(0s);
-    m_content.transcript = localization.LT(texts::waitingForSpeech);
+    m_content.timeLabel = hud::recordingTime(0s);
+    m_content.transcriptLabel = localization.LT(texts::waitingForSpeech);
     m_content.bars = hud::waveBars(0s, hud::barLevel(0));
     show();
     start(recordingInterval);
@@ -97,7 +97,7 @@ void PanelRecordingHUD::updateTranscript(const QString& text)
 {
     if (text.isEmpty())
         return;
-    m_content.transcript = text;
+    m_content.transcriptLabel = text;
     m_neighbours.panel.setContent(m_content);
 }
 
@@ -109,23 +109,23 @@ void PanelRecordingHUD::showProcessing()
 void PanelRecordingHUD::showProcessingWithEstimate(std::optional<Seconds> estimate)
 {
     m_timer.reset();
-    m_processing = true;
-    m_estimatedDuration = std::max(estimate.value_or(0s), Seconds(0));
+    m_phase.processing = true;
+    m_phase.estimatedDuration = std::max(estimate.value_or(0s), Seconds(0));
     m_recorder.reset();
-    m_startedAt = m_neighbours.clock.uptime();
+    m_phase.startedAt = m_neighbours.clock.uptime();
 
-    const bool estimated = m_estimatedDuration > 0s;
+    const bool estimated = m_phase.estimatedDuration > 0s;
     m_content = {};
     m_content.dot = hud::Dot::Processing;
-    m_content.title = m_neighbours.localization.LT(phaseTexts().processing);
-    m_content.detail = estimated
-        ? texts::estimatedDuration.toString().arg(std::ceil(m_estimatedDuration.count()), 0, 'f', 0)
-        : texts::noEstimate.toString();
-    m_content.transcript = m_neighbours.localization.LT(phaseTexts().processingDetail);
+    m_content.titleLabel = m_neighbours.localization.LT(phaseTexts().processing);
+    m_content.detailLabel = estimated ? texts::estimatedDuration.toString().arg(
+                                std::ceil(m_phase.estimatedDuration.count()), 0, 'f', 0)
+                                      : texts::noEstimate.toString();
+    m_content.transcriptLabel = m_neighbours.localization.LT(phaseTexts().processingDetail);
     m_content.bars = hud::staircaseBars();
     m_content.progressVisible = true;
     m_content.progressIndeterminate = !estimated;
-    m_content.progress = estimated ? hud::progressValue(0s, m_estimatedDuration) : 0;
+    m_content.progress = estimated ? hud::progressValue(0s, m_phase.estimatedDuration) : 0;
     show();
     start(processingInterval);
 }
@@ -139,15 +139,15 @@ void PanelRecordingHUD::showCancelConfirmationWithConfirm(
     Handler confirm, Handler continueRecording)
 {
     m_timer.reset();
-    m_confirmCancelHandler = std::move(confirm);
-    m_continueHandler = std::move(continueRecording);
+    m_cancelPrompt.confirmCancelHandler = std::move(confirm);
+    m_cancelPrompt.continueHandler = std::move(continueRecording);
 
     m_content.takesMouse = true;
     m_content.dot = hud::Dot::Attention;
-    m_content.title = texts::cancelQuestion.toString();
-    m_content.detail = texts::cancelDetail.toString();
-    m_content.transcript = texts::cancelHint.toString();
-    m_content.time = texts::cancelTime.toString();
+    m_content.titleLabel = texts::cancelQuestion.toString();
+    m_content.detailLabel = texts::cancelDetail.toString();
+    m_content.transcriptLabel = texts::cancelHint.toString();
+    m_content.timeLabel = texts::cancelTime.toString();
     m_content.barsVisible = false;
     m_content.buttonsVisible = true;
     show();
@@ -159,11 +159,11 @@ void PanelRecordingHUD::showClipboardFallbackWithReason(const QString& reason)
     const Localization& localization = m_neighbours.localization;
     m_content.progressVisible = false;
     m_content.dot = hud::Dot::Attention;
-    m_content.title = texts::pasteUnconfirmed.toString();
-    m_content.detail =
+    m_content.titleLabel = texts::pasteUnconfirmed.toString();
+    m_content.detailLabel =
         reason.isEmpty() ? localization.withKeyNames(texts::textOnPasteboard.toString()) : reason;
-    m_content.transcript = texts::nothingLost.toString();
-    m_content.time = localization.withKeyNames(texts::pasteShortcut.toString());
+    m_content.transcriptLabel = texts::nothingLost.toString();
+    m_content.timeLabel = localization.withKeyNames(texts::pasteShortcut.toString());
     m_content.barsVisible = false;
     show();
     // Not cancelled by what is shown meanwhile: the notice's time ends whatever stands there then.
@@ -176,8 +176,7 @@ void PanelRecordingHUD::hide()
     m_content.progressVisible = false;
     m_content.takesMouse = false;
     m_content.buttonsVisible = false;
-    m_confirmCancelHandler = nullptr;
-    m_continueHandler = nullptr;
+    m_cancelPrompt = {};
     m_neighbours.panel.setContent(m_content);
     m_neighbours.panel.orderOut();
 }
@@ -194,33 +193,32 @@ void PanelRecordingHUD::updateMeter()
         recorder->updateMeters();
         power = static_cast<double>(recorder->averagePower(0));
     }
-    const Seconds elapsed = m_neighbours.clock.uptime() - m_startedAt;
-    if (!m_processing) {
-        m_content.time = hud::recordingTime(elapsed);
-    } else if (m_estimatedDuration > 0s) {
-        m_content.time = hud::remainingTime(elapsed, m_estimatedDuration);
-        m_content.progress = hud::progressValue(elapsed, m_estimatedDuration);
+    const Seconds elapsed = m_neighbours.clock.uptime() - m_phase.startedAt;
+    if (!m_phase.processing) {
+        m_content.timeLabel = hud::recordingTime(elapsed);
+    } else if (m_phase.estimatedDuration > 0s) {
+        m_content.timeLabel = hud::remainingTime(elapsed, m_phase.estimatedDuration);
+        m_content.progress = hud::progressValue(elapsed, m_phase.estimatedDuration);
     }
-    m_content.lightX = hud::lightX(elapsed, m_processing);
+    m_content.lightX = hud::lightX(elapsed, m_phase.processing);
     m_content.bars = hud::waveBars(elapsed, hud::barLevel(hud::levelForPower(power)));
     m_neighbours.panel.setContent(m_content);
 }
 
 void PanelRecordingHUD::confirmCancellation()
 {
-    callOnce(m_confirmCancelHandler);
+    callOnce(m_cancelPrompt.confirmCancelHandler);
 }
 
 void PanelRecordingHUD::continueAfterCancelPrompt()
 {
-    callOnce(m_continueHandler);
+    callOnce(m_cancelPrompt.continueHandler);
 }
 
 void PanelRecordingHUD::callOnce(Handler& handler)
 {
     const Handler taken = std::exchange(handler, nullptr);
-    m_confirmCancelHandler = nullptr;
-    m_continueHandler = nullptr;
+    m_cancelPrompt = {};
     if (taken)
         taken();
 }

@@ -64,16 +64,28 @@ private:
     void callOnce(Handler& handler);
     void show();
 
+    struct Operation {
+        QString operationName;
+        QString operationShortcutName;
+    };
+
+    struct Phase {
+        bool processing = false;
+        Seconds startedAt{0}; // Uptime.
+        Seconds estimatedDuration{0}; // 0 for none.
+    };
+
+    struct CancelPrompt {
+        Handler confirmCancelHandler;
+        Handler continueHandler;
+    };
+
     Neighbours m_neighbours;
-    QString m_operationName;
-    QString m_operationShortcutName;
+    Operation m_operation;
+    Phase m_phase;
+    CancelPrompt m_cancelPrompt;
     hud::Content m_content;
     std::weak_ptr<AudioRecorder> m_recorder; // Empty while processing.
-    Seconds m_startedAt{0}; // Uptime at which the current phase began.
-    bool m_processing = false;
-    Seconds m_estimatedDuration{0}; // 0 for none.
-    Handler m_confirmCancelHandler;
-    Handler m_continueHandler;
     std::unique_ptr<Timer> m_timer;
     CallbackGuard m_guard;
 };

@@ -33,10 +33,11 @@ QString in(const QString& language, const LocalizedText& text)
 hud::Content recording(const QString& language, const QString& transcript)
 {
     hud::Content content;
-    content.title = in(language, texts::listeningTranslation);
-    content.detail = in(language, texts::pressAgainToFinish).arg(u"Right Alt"_s);
-    content.time = hud::recordingTime(75.9s);
-    content.transcript = transcript.isEmpty() ? in(language, texts::waitingForSpeech) : transcript;
+    content.titleLabel = in(language, texts::listeningTranslation);
+    content.detailLabel = in(language, texts::pressAgainToFinish).arg(u"Right Alt"_s);
+    content.timeLabel = hud::recordingTime(75.9s);
+    content.transcriptLabel =
+        transcript.isEmpty() ? in(language, texts::waitingForSpeech) : transcript;
     content.bars = hud::waveBars(300ms, 0.7);
     content.lightX = 90;
     return content;
@@ -46,17 +47,17 @@ hud::Content processing(const QString& language, bool estimated)
 {
     hud::Content content;
     content.dot = hud::Dot::Processing;
-    content.title = in(language, texts::answering);
-    content.detail =
+    content.titleLabel = in(language, texts::answering);
+    content.detailLabel =
         estimated ? texts::estimatedDuration.toString().arg(12) : texts::noEstimate.toString();
-    content.transcript = in(language, texts::translatingDetail);
+    content.transcriptLabel = in(language, texts::translatingDetail);
     content.bars = hud::waveBars(900ms, 1);
     content.lightX = 200;
     content.progressVisible = true;
     content.progressIndeterminate = !estimated;
     content.progress = 46.5;
     if (estimated)
-        content.time = hud::remainingTime(5s, 12s);
+        content.timeLabel = hud::remainingTime(5s, 12s);
     return content;
 }
 
@@ -64,10 +65,10 @@ hud::Content cancelPrompt()
 {
     hud::Content content;
     content.dot = hud::Dot::Attention;
-    content.title = texts::cancelQuestion.toString();
-    content.detail = texts::cancelDetail.toString();
-    content.transcript = texts::cancelHint.toString();
-    content.time = texts::cancelTime.toString();
+    content.titleLabel = texts::cancelQuestion.toString();
+    content.detailLabel = texts::cancelDetail.toString();
+    content.transcriptLabel = texts::cancelHint.toString();
+    content.timeLabel = texts::cancelTime.toString();
     content.barsVisible = false;
     content.buttonsVisible = true;
     content.takesMouse = true;
@@ -77,10 +78,10 @@ hud::Content cancelPrompt()
 hud::Content clipboardNotice()
 {
     hud::Content content = cancelPrompt();
-    content.title = texts::pasteUnconfirmed.toString();
-    content.detail = u"焦点没有回到开始录音时的应用；请按 Ctrl+V"_s;
-    content.transcript = texts::nothingLost.toString();
-    content.time = u"Ctrl+V"_s;
+    content.titleLabel = texts::pasteUnconfirmed.toString();
+    content.detailLabel = u"焦点没有回到开始录音时的应用；请按 Ctrl+V"_s;
+    content.transcriptLabel = texts::nothingLost.toString();
+    content.timeLabel = u"Ctrl+V"_s;
     content.buttonsVisible = false;
     content.takesMouse = false;
     return content;

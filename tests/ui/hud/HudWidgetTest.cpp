@@ -163,19 +163,19 @@ TEST_F(HudWidgetTest, EachTextStandsInItsPlace)
 {
     const QString text = u"Grüße 中文 Ägypten"_s;
     Content content = empty();
-    content.title = text;
+    content.titleLabel = text;
     expectWithin(frame(42, 103, 235, 24), content);
 
     content = empty();
-    content.detail = text;
+    content.detailLabel = text;
     expectWithin(frame(42, 79, 255, 20), content);
 
     content = empty();
-    content.time = u"01:15"_s;
+    content.timeLabel = u"01:15"_s;
     expectWithin(frame(348, 104, 60, 22), content);
 
     content = empty();
-    content.transcript = text;
+    content.transcriptLabel = text;
     expectWithin(frame(20, 39, 390, 38), content);
 }
 
@@ -183,11 +183,11 @@ TEST_F(HudWidgetTest, LongTextsStayWithinTheirPlaces)
 {
     const QString text = u"many words 很多字 "_s.repeated(100);
     Content content = empty();
-    content.title = text;
+    content.titleLabel = text;
     expectWithin(frame(42, 103, 235, 24), content);
 
     content = empty();
-    content.detail = text;
+    content.detailLabel = text;
     content.barsVisible = true; // Beside them there is less room.
     Content bars = empty();
     bars.barsVisible = true;
@@ -197,7 +197,7 @@ TEST_F(HudWidgetTest, LongTextsStayWithinTheirPlaces)
     EXPECT_EQ(without.copy(beside), with.copy(beside));
 
     content = empty();
-    content.transcript = text;
+    content.transcriptLabel = text;
     expectWithin(frame(20, 37, 390, 42), content); // Two lines; glyphs may reach a little over.
 }
 
@@ -205,11 +205,11 @@ TEST_F(HudWidgetTest, OfALongTranscriptTheEndIsShown)
 {
     const QString beginning = u"the beginning that nobody needs to see any more "_s.repeated(20);
     Content one = empty();
-    one.transcript = u"first "_s + beginning + u"and the end"_s;
+    one.transcriptLabel = u"first "_s + beginning + u"and the end"_s;
     Content other = empty();
-    other.transcript = u"another "_s + beginning + u"and the end"_s;
+    other.transcriptLabel = u"another "_s + beginning + u"and the end"_s;
     Content longer = empty();
-    longer.transcript = one.transcript + u" that goes on"_s;
+    longer.transcriptLabel = one.transcriptLabel + u" that goes on"_s;
 
     const QImage shown = picture(one);
     EXPECT_EQ(shown, picture(other));

@@ -95,11 +95,11 @@ protected:
 TEST_F(PanelRecordingHUDTest, IsHiddenAtFirstWithItsInitialTexts)
 {
     EXPECT_FALSE(panel.visible);
-    EXPECT_EQ(panel.content.title, u"正在收音"_s);
-    EXPECT_TRUE(panel.content.detail.startsWith(u"再次轻按 "_s));
-    EXPECT_TRUE(panel.content.detail.endsWith(u" 结束并输入"_s));
-    EXPECT_EQ(panel.content.time, u"00:00"_s);
-    EXPECT_EQ(panel.content.transcript, u"正在等待语音…"_s);
+    EXPECT_EQ(panel.content.titleLabel, u"正在收音"_s);
+    EXPECT_TRUE(panel.content.detailLabel.startsWith(u"再次轻按 "_s));
+    EXPECT_TRUE(panel.content.detailLabel.endsWith(u" 结束并输入"_s));
+    EXPECT_EQ(panel.content.timeLabel, u"00:00"_s);
+    EXPECT_EQ(panel.content.transcriptLabel, u"正在等待语音…"_s);
 }
 
 TEST_F(PanelRecordingHUDTest, EachOperationHasItsTextsInEachLanguage)
@@ -129,26 +129,26 @@ TEST_F(PanelRecordingHUDTest, EachOperationHasItsTextsInEachLanguage)
     for (const OperationRow& row : rows) {
         speak(row.language);
         showRecording(row.operation);
-        EXPECT_EQ(panel.content.title, row.listening);
+        EXPECT_EQ(panel.content.titleLabel, row.listening);
         hud.showProcessing();
-        EXPECT_EQ(panel.content.title, row.processing);
-        EXPECT_EQ(panel.content.transcript, row.processingDetail);
+        EXPECT_EQ(panel.content.titleLabel, row.processing);
+        EXPECT_EQ(panel.content.transcriptLabel, row.processingDetail);
     }
 }
 
 TEST_F(PanelRecordingHUDTest, RecordingShowsHowToFinishInEachLanguage)
 {
     showRecording();
-    EXPECT_EQ(panel.content.detail, u"Press Right Option again to finish and insert"_s);
-    EXPECT_EQ(panel.content.transcript, u"Waiting for speech…"_s);
+    EXPECT_EQ(panel.content.detailLabel, u"Press Right Option again to finish and insert"_s);
+    EXPECT_EQ(panel.content.transcriptLabel, u"Waiting for speech…"_s);
     speak(u"zh-Hans"_s);
     showRecording();
-    EXPECT_EQ(panel.content.detail, u"再次轻按 Right Option 结束并输入"_s);
-    EXPECT_EQ(panel.content.transcript, u"正在等待语音…"_s);
+    EXPECT_EQ(panel.content.detailLabel, u"再次轻按 Right Option 结束并输入"_s);
+    EXPECT_EQ(panel.content.transcriptLabel, u"正在等待语音…"_s);
     speak(u"zh-Hant"_s);
     showRecording();
-    EXPECT_EQ(panel.content.detail, u"再次輕按 Right Option 結束並輸入"_s);
-    EXPECT_EQ(panel.content.transcript, u"正在等待語音…"_s);
+    EXPECT_EQ(panel.content.detailLabel, u"再次輕按 Right Option 結束並輸入"_s);
+    EXPECT_EQ(panel.content.transcriptLabel, u"正在等待語音…"_s);
 }
 
 TEST_F(PanelRecordingHUDTest, WithoutAShortcutOfItsOwnTheFirstOfDictationIsNamed)
@@ -156,11 +156,11 @@ TEST_F(PanelRecordingHUDTest, WithoutAShortcutOfItsOwnTheFirstOfDictationIsNamed
     preferences.setValue(keys::dictationShortcutIdentifiers, QVariantList{u"leftOption"_s});
     hud.setOperationShortcutName({});
     hud.showRecordingWithRecorder({});
-    EXPECT_EQ(panel.content.detail, u"Press Left Option again to finish and insert"_s);
+    EXPECT_EQ(panel.content.detailLabel, u"Press Left Option again to finish and insert"_s);
 
     preferences.setValue(keys::dictationShortcutIdentifiers, QVariantList());
     hud.showRecordingWithRecorder({});
-    EXPECT_EQ(panel.content.detail, u"Press Not set again to finish and insert"_s);
+    EXPECT_EQ(panel.content.detailLabel, u"Press Not set again to finish and insert"_s);
 }
 
 TEST_F(PanelRecordingHUDTest, RecordingIgnoresTheMouseAndShowsBars)
@@ -169,7 +169,7 @@ TEST_F(PanelRecordingHUDTest, RecordingIgnoresTheMouseAndShowsBars)
 
     EXPECT_TRUE(panel.visible);
     EXPECT_EQ(panel.content.dot, hud::Dot::Recording);
-    EXPECT_EQ(panel.content.time, u"00:00"_s);
+    EXPECT_EQ(panel.content.timeLabel, u"00:00"_s);
     EXPECT_TRUE(panel.content.barsVisible);
     EXPECT_FALSE(panel.content.progressVisible);
     EXPECT_FALSE(panel.content.buttonsVisible);
@@ -197,7 +197,7 @@ TEST_F(PanelRecordingHUDTest, TheTimerCountsTheSecondsOfTheRecording)
 
     time.advance(75.9s);
 
-    EXPECT_EQ(panel.content.time, u"01:15"_s);
+    EXPECT_EQ(panel.content.timeLabel, u"01:15"_s);
 }
 
 TEST_F(PanelRecordingHUDTest, ARecorderThatIsGoneDoesNoHarm)
@@ -207,7 +207,7 @@ TEST_F(PanelRecordingHUDTest, ARecorderThatIsGoneDoesNoHarm)
 
     time.advance(1s);
 
-    EXPECT_EQ(panel.content.time, u"00:01"_s);
+    EXPECT_EQ(panel.content.timeLabel, u"00:01"_s);
 }
 
 TEST_F(PanelRecordingHUDTest, LiveTextReplacesTheLineAndAnEmptyOneLeavesIt)
@@ -215,9 +215,9 @@ TEST_F(PanelRecordingHUDTest, LiveTextReplacesTheLineAndAnEmptyOneLeavesIt)
     showRecording();
     hud.updateTranscript(u"hello"_s);
     hud.updateTranscript(QString());
-    EXPECT_EQ(panel.content.transcript, u"hello"_s);
+    EXPECT_EQ(panel.content.transcriptLabel, u"hello"_s);
     hud.updateTranscript(u"hello world"_s);
-    EXPECT_EQ(panel.content.transcript, u"hello world"_s);
+    EXPECT_EQ(panel.content.transcriptLabel, u"hello world"_s);
 }
 
 TEST_F(PanelRecordingHUDTest, ProcessingWithAnEstimateShowsItsProgress)
@@ -226,8 +226,8 @@ TEST_F(PanelRecordingHUDTest, ProcessingWithAnEstimateShowsItsProgress)
     hud.showProcessingWithEstimate(9.2s);
 
     EXPECT_EQ(panel.content.dot, hud::Dot::Processing);
-    EXPECT_EQ(panel.content.detail, u"根据近期速度，预计约 10 秒"_s);
-    EXPECT_EQ(panel.content.time, QString());
+    EXPECT_EQ(panel.content.detailLabel, u"根据近期速度，预计约 10 秒"_s);
+    EXPECT_EQ(panel.content.timeLabel, QString());
     EXPECT_TRUE(panel.content.progressVisible);
     EXPECT_FALSE(panel.content.progressIndeterminate);
     EXPECT_DOUBLE_EQ(panel.content.progress, 3);
@@ -242,7 +242,7 @@ TEST_F(PanelRecordingHUDTest, ProcessingStepsEvery60MillisecondsAtFullLevel)
     EXPECT_EQ(panel.content.bars, hud::staircaseBars());
     time.advance(1ms);
 
-    EXPECT_EQ(panel.content.time, u"≈ 10s"_s);
+    EXPECT_EQ(panel.content.timeLabel, u"≈ 10s"_s);
     EXPECT_NEAR(panel.content.lightX, 190 * 0.06 - 150, 1e-6);
     EXPECT_NEAR(panel.content.bars[0].height, hud::waveBars(60ms, 1)[0].height, 1e-6);
 }
@@ -253,7 +253,7 @@ TEST_F(PanelRecordingHUDTest, ProcessingThatTakesLongerThanEstimatedWaits)
 
     time.advance(20s);
 
-    EXPECT_EQ(panel.content.time, u"≈ 0s"_s);
+    EXPECT_EQ(panel.content.timeLabel, u"≈ 0s"_s);
     EXPECT_DOUBLE_EQ(panel.content.progress, 81.3);
 }
 
@@ -263,11 +263,11 @@ TEST_F(PanelRecordingHUDTest, ProcessingWithoutAnEstimateHasNoEnd)
         {std::optional<Seconds>(), std::optional(Seconds(0))}) {
         hud.showProcessingWithEstimate(none);
         time.advance(1s);
-        EXPECT_EQ(panel.content.detail, u"正在转写并整理，首次使用暂无法估算"_s);
+        EXPECT_EQ(panel.content.detailLabel, u"正在转写并整理，首次使用暂无法估算"_s);
         EXPECT_TRUE(panel.content.progressVisible);
         EXPECT_TRUE(panel.content.progressIndeterminate);
         EXPECT_DOUBLE_EQ(panel.content.progress, 0);
-        EXPECT_EQ(panel.content.time, QString());
+        EXPECT_EQ(panel.content.timeLabel, QString());
     }
 }
 
@@ -277,10 +277,10 @@ TEST_F(PanelRecordingHUDTest, TheCancelPromptAsksWithTwoButtons)
     showCancelPrompt(calls);
 
     EXPECT_EQ(panel.content.dot, hud::Dot::Attention);
-    EXPECT_EQ(panel.content.title, u"是否取消本次输入？"_s);
-    EXPECT_EQ(panel.content.detail, u"录音已暂停，确认前不会丢失"_s);
-    EXPECT_EQ(panel.content.transcript, u"再次按 Escape 也可以确认取消"_s);
-    EXPECT_EQ(panel.content.time, u"Esc"_s);
+    EXPECT_EQ(panel.content.titleLabel, u"是否取消本次输入？"_s);
+    EXPECT_EQ(panel.content.detailLabel, u"录音已暂停，确认前不会丢失"_s);
+    EXPECT_EQ(panel.content.transcriptLabel, u"再次按 Escape 也可以确认取消"_s);
+    EXPECT_EQ(panel.content.timeLabel, u"Esc"_s);
     EXPECT_FALSE(panel.content.barsVisible);
     EXPECT_TRUE(panel.content.buttonsVisible);
     EXPECT_TRUE(panel.content.takesMouse);
@@ -312,7 +312,7 @@ TEST_F(PanelRecordingHUDTest, AHandlerMayShowSomethingElse)
 
     EXPECT_FALSE(panel.content.buttonsVisible);
     EXPECT_FALSE(panel.content.takesMouse);
-    EXPECT_EQ(panel.content.title, u"Listening · Dictation"_s);
+    EXPECT_EQ(panel.content.titleLabel, u"Listening · Dictation"_s);
 }
 
 TEST_F(PanelRecordingHUDTest, HidingDropsTheHandlers)
@@ -344,10 +344,10 @@ TEST_F(PanelRecordingHUDTest, TheClipboardNoticeShowsItsReasonForThreeAndAHalfSe
     hud.showClipboardFallbackWithReason(u"无法重新激活目标应用；请按 ⌘V"_s);
 
     EXPECT_EQ(panel.content.dot, hud::Dot::Attention);
-    EXPECT_EQ(panel.content.title, u"未能确认自动粘贴"_s);
-    EXPECT_EQ(panel.content.detail, u"无法重新激活目标应用；请按 ⌘V"_s);
-    EXPECT_EQ(panel.content.transcript, u"内容没有丢失，可从剪贴板或最近记录中找回"_s);
-    EXPECT_EQ(panel.content.time, u"⌘V"_s);
+    EXPECT_EQ(panel.content.titleLabel, u"未能确认自动粘贴"_s);
+    EXPECT_EQ(panel.content.detailLabel, u"无法重新激活目标应用；请按 ⌘V"_s);
+    EXPECT_EQ(panel.content.transcriptLabel, u"内容没有丢失，可从剪贴板或最近记录中找回"_s);
+    EXPECT_EQ(panel.content.timeLabel, u"⌘V"_s);
     EXPECT_FALSE(panel.content.barsVisible);
     EXPECT_FALSE(panel.content.progressVisible);
     time.advance(3499ms);
@@ -359,7 +359,7 @@ TEST_F(PanelRecordingHUDTest, TheClipboardNoticeShowsItsReasonForThreeAndAHalfSe
 TEST_F(PanelRecordingHUDTest, TheClipboardNoticeWithoutAReasonSaysWhereTheTextIs)
 {
     hud.showClipboardFallbackWithReason(QString());
-    EXPECT_EQ(panel.content.detail, u"文字已保存在剪贴板，请按 ⌘V"_s);
+    EXPECT_EQ(panel.content.detailLabel, u"文字已保存在剪贴板，请按 ⌘V"_s);
 }
 
 TEST_F(PanelRecordingHUDTest, TheNoticeEndsWhateverIsShownByThen)
@@ -379,11 +379,11 @@ TEST_F(PanelRecordingHUDTest, KeysAreNamedAsOnTheKeyboardOfTheDesktop)
     PanelRecordingHUD other{{panel, time, time, translated, translatedSettings}};
     other.setOperationShortcutName(u"Right Option"_s);
     other.showRecordingWithRecorder({});
-    EXPECT_EQ(panel.content.detail, u"Press Right Alt again to finish and insert"_s);
+    EXPECT_EQ(panel.content.detailLabel, u"Press Right Alt again to finish and insert"_s);
 
     other.showClipboardFallbackWithReason(QString());
-    EXPECT_EQ(panel.content.detail, u"文字已保存在剪贴板，请按 Ctrl+V"_s);
-    EXPECT_EQ(panel.content.time, u"Ctrl+V"_s);
+    EXPECT_EQ(panel.content.detailLabel, u"文字已保存在剪贴板，请按 Ctrl+V"_s);
+    EXPECT_EQ(panel.content.timeLabel, u"Ctrl+V"_s);
     other.hide();
 }
 
