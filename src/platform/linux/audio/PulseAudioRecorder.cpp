@@ -59,12 +59,6 @@ bool PulseAudioRecorder::prepareToRecord()
         return false;
     if (m_capture)
         return true;
-    auto file = AacFile::create(m_path, m_settings.encoderAudioQuality);
-    if (!file) {
-        fail(file.error());
-        return false;
-    }
-    m_file = std::move(*file);
     auto capture = PcmCapture::open(*m_connection,
         {[this](std::span<const qint16> block) { add(block); },
             [this](const Error& error) { fail(error); }});
@@ -72,6 +66,13 @@ bool PulseAudioRecorder::prepareToRecord()
         fail(capture.error());
         return false;
     }
+    // The device comes to life while the encoder is made.
+    auto file = AacFile::create(m_path, m_settings.encoderAudioQuality);
+    if (!file) {
+        fail(file.error());
+        return false;
+    }
+    m_file = std::move(*file);
     m_capture = std::move(*capture);
     return true;
 }

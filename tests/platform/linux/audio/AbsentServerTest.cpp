@@ -1,4 +1,3 @@
-#include "platform/linux/audio/AacFile.h"
 #include "platform/linux/audio/AudioDecoder.h"
 #include "platform/linux/audio/PulseAudioDevices.h"
 #include "platform/linux/audio/PulseAudioRecorder.h"
@@ -116,14 +115,6 @@ TEST_F(AbsentServerTest, ImpossibleSettingsAndPathsGetNoRecorder)
     }
     EXPECT_FALSE(recorders.createRecorder({}, settings));
     EXPECT_FALSE(recorders.createRecorder(folder.filePath("missing/a.m4a"), settings));
-}
-
-TEST_F(AbsentServerTest, AFileThatCannotBeMadeIsReported)
-{
-    PulseAudioRecorder recorder(connection, folder.path(), settings);
-
-    EXPECT_FALSE(recorder.prepareToRecord());
-    EXPECT_EQ(recorder.failure().code, AacFile::CannotCreate);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "audio/AudioEnvironment.h"
 #include "audio/AudioInputDevices.h"
 #include "platform/PreferenceKeys.h"
+#include "platform/linux/audio/AacFile.h"
 #include "platform/linux/audio/PrivatePipeWire.h"
 #include "platform/linux/audio/PrivatePulseAudio.h"
 #include "platform/linux/audio/SoundServerFixture.h"
@@ -221,6 +222,17 @@ TEST_F(PulseAudioFaultTest, WithoutAnyMicrophoneThereIsNoRecording)
     EXPECT_FALSE(recorder.prepareToRecord());
     EXPECT_EQ(recorder.failure().code, PcmCapture::NoMicrophone);
     EXPECT_TRUE(devices.devices().isEmpty());
+}
+
+TEST_F(PulseAudioFaultTest, AFileThatCannotBeMadeIsReported)
+{
+    PulseAudioRecorder nowhere(connection, folder.filePath("missing/recording.m4a"), settings);
+
+    EXPECT_FALSE(nowhere.prepareToRecord());
+    EXPECT_EQ(nowhere.failure().code, AacFile::CannotCreate);
+    EXPECT_FALSE(nowhere.failure().message.isEmpty());
+    nowhere.stop();
+    recordAWhile(recorder);
 }
 
 TEST_F(PulseAudioFaultTest, NamesMayBeEmptyOrTheSameOrFourKilobytesLong)
