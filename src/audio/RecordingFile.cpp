@@ -24,15 +24,20 @@ std::unique_ptr<QLockFile> claimOf(const QString& recording)
     return claim;
 }
 
+void take(QLockFile& claim)
+{
+    if (!claim.tryLock())
+        qCWarning(log::audio) << "cannot claim a recording file, error" << claim.error();
+}
+
 } // namespace
 
 RecordingFile::RecordingFile(const SystemInfo& systemInfo)
     : m_audioURL(u"%1/tavrin-%2.m4a"_s.arg(systemInfo.temporaryDirectory(),
         QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()))
     , m_claim(claimOf(m_audioURL))
+    , m_claiming(std::async(std::launch::async, [&claim = *m_claim] { take(claim); }))
 {
-    if (!m_claim->tryLock())
-        qCWarning(log::audio) << "cannot claim a recording file, error" << m_claim->error();
 }
 
 RecordingFile::~RecordingFile()
@@ -43,6 +48,7 @@ RecordingFile::~RecordingFile()
 RecordingFile::RecordingFile(RecordingFile&& other) noexcept
     : m_audioURL(std::exchange(other.m_audioURL, {}))
     , m_claim(std::move(other.m_claim))
+    , m_claiming(std::move(other.m_claiming))
 {
 }
 
@@ -52,6 +58,7 @@ RecordingFile& RecordingFile::operator=(RecordingFile&& other) noexcept
         remove();
         m_audioURL = std::exchange(other.m_audioURL, {});
         m_claim = std::move(other.m_claim);
+        m_claiming = std::move(other.m_claiming);
     }
     return *this;
 }
@@ -63,6 +70,7 @@ void RecordingFile::remove()
     if (QFile::exists(m_audioURL) && !QFile::remove(m_audioURL))
         qCWarning(log::audio) << "cannot delete a recording";
     m_audioURL.clear();
+    m_claiming.wait();
     m_claim.reset(); // Last: until here the recording counts as owned.
 }
 

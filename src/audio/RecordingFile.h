@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <future>
 #include <memory>
 
 class QLockFile;
@@ -24,7 +25,7 @@ inline constexpr AudioRecorderSettings recordingSettings{
 /// the file; it is deleted with this object at the latest. Main thread only.
 ///
 /// A lock file beside it says that a living process owns it, so that what a crashed one left can
-/// be told apart.
+/// be told apart. The lock waits for the disk: a thread of its own takes it.
 class RecordingFile {
 public:
     explicit RecordingFile(const SystemInfo& systemInfo);
@@ -44,6 +45,7 @@ public:
 private:
     QString m_audioURL;
     std::unique_ptr<QLockFile> m_claim;
+    std::future<void> m_claiming; ///< Uses m_claim.
 };
 
 /// Deletes the recordings that crashed processes of this user left; those of living ones stay.

@@ -4,9 +4,11 @@
 #include "support/QtPrinters.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QThread>
 #include <gtest/gtest.h>
 
 namespace tavrin {
@@ -105,6 +107,10 @@ TEST_F(RecordingFileTest, RecordingsOfLivingProcessesAndOtherFilesStay)
 {
     const RecordingFile recording(systemInfo);
     makeFile(recording.audioURL());
+    QElapsedTimer waited; // The lock is taken beside this thread.
+    waited.start();
+    while (!QFile::exists(recording.audioURL() + ".lock") && waited.elapsed() < 10'000)
+        QThread::msleep(1);
     for (const char* name : {"tavrin-notes.txt", "other.m4a", "tavrin.m4a", "my-tavrin-1.m4a"})
         makeFile(folder.filePath(name));
     const QStringList before = remaining();
