@@ -20,7 +20,7 @@ using namespace std::chrono_literals;
 namespace tavrin {
 namespace {
 
-constexpr Seconds speechDelay = 1s; // Until the window and the status item are there.
+constexpr Seconds warmUpDelay = 1s; // Until the window and the status item are there.
 constexpr Seconds firstRunDelay = 120ms; // Lets the window appear before the first alert.
 
 } // namespace
@@ -96,8 +96,7 @@ void AppDelegate::applicationDidFinishLaunching()
     m_platform.mainQueue->callLater(
         firstRunDelay, m_guard.bind([this] { m_firstRunNotice.showBetaOnboardingIfNeeded(); }));
     m_platform.mainQueue->post(m_guard.bind([this] { undoWhatACrashLeft(); }));
-    m_platform.mainQueue->callLater(
-        speechDelay, m_guard.bind([this] { m_platform.fileSpeechRecognizer->warmUp(); }));
+    m_platform.mainQueue->callLater(warmUpDelay, m_guard.bind([this] { warmUp(); }));
 }
 
 void AppDelegate::applicationDidBecomeActive()
@@ -204,6 +203,15 @@ void AppDelegate::toggleOperationMode(OperationMode mode)
 {
     m_historyStore.warmUp(); // Read while the user speaks.
     m_session->toggleOperationMode(mode);
+}
+
+/// Has everything ready before the first press of a key.
+void AppDelegate::warmUp()
+{
+    m_platform.audioRecorders->warmUp();
+    m_platform.workspace->warmUp();
+    static_cast<void>(m_historyStore.historyFileURL()); // Making the file waits for the disk.
+    m_platform.fileSpeechRecognizer->warmUp(); // Last: it is long at it.
 }
 
 void AppDelegate::undoWhatACrashLeft()

@@ -84,6 +84,7 @@ private:
     void createSession();
     void toggleOperationMode(OperationMode mode);
     void undoWhatACrashLeft();
+    void warmUp();
 
     Surroundings m_surroundings;
     Platform& m_platform;

@@ -61,6 +61,11 @@ class AudioRecorders {
 public:
     virtual ~AudioRecorders() = default;
 
+    /// Loads in the background what the first recording would otherwise wait for (Linux: libraries,
+    /// and the connection to the sound server). Called once, a little after the launch; recording
+    /// works without.
+    virtual void warmUp() = 0;
+
     /// A recorder for the file at @p path, not yet started; fails when the settings or the path
     /// are impossible.
     [[nodiscard]] virtual Result<std::unique_ptr<AudioRecorder>> createRecorder(

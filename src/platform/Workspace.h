@@ -31,6 +31,11 @@ class Workspace {
 public:
     virtual ~Workspace() = default;
 
+    /// Reads in the background what the first question would otherwise wait for (Linux: the names
+    /// of the installed programs). Called once, a little after the launch; every question is
+    /// answered without.
+    virtual void warmUp() = 0;
+
     /// The application whose window takes the keyboard; empty when there is none or it is unknown.
     [[nodiscard]] virtual std::optional<RunningApplication> frontmostApplication() const = 0;
 

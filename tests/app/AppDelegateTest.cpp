@@ -3,6 +3,7 @@
 #include "app/ControllerFixture.h"
 #include "dictionary/DictionaryStore.h"
 #include "support/InMemoryAccessibility.h"
+#include "support/InMemoryAudioRecorders.h"
 
 #include <QFile>
 
@@ -216,13 +217,20 @@ TEST_F(AppDelegateTest, AHeldShortcutIsOnePressAndTheNextOneFinishes)
     EXPECT_EQ(statusItem->title, u"…"_s);
 }
 
-TEST_F(AppDelegateTest, TheSpeechModelIsLoadedASecondAfterTheLaunch)
+TEST_F(AppDelegateTest, WhatTheFirstSessionNeedsIsLoadedASecondAfterTheLaunch)
 {
+    const auto& recorders =
+        dynamic_cast<testing::InMemoryAudioRecorders&>(*platform.audioRecorders);
+    const QString history = folder.filePath("Tavrin/TranscriptionHistory.json");
     launch();
     time.advance(999ms);
-    EXPECT_EQ(recognizer->warmUps, 0);
+    EXPECT_EQ(recognizer->warmUps + workspace.warmUps + recorders.warmUps, 0);
+    EXPECT_FALSE(QFile::exists(history));
     time.advance(1ms);
     EXPECT_EQ(recognizer->warmUps, 1);
+    EXPECT_EQ(workspace.warmUps, 1);
+    EXPECT_EQ(recorders.warmUps, 1);
+    EXPECT_TRUE(QFile::exists(history));
 }
 
 TEST_F(AppDelegateTest, ARecordingIsHeardWithTheMostUsedTermsOfTheDictionary)

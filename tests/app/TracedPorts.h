@@ -59,6 +59,8 @@ public:
     {
     }
 
+    void warmUp() override { m_inner.warmUp(); }
+
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override
     {
         m_note(QStringLiteral("capture target"));
@@ -117,6 +119,8 @@ public:
         , m_note(std::move(note))
     {
     }
+
+    void warmUp() override { m_inner.warmUp(); }
 
     [[nodiscard]] Result<std::unique_ptr<AudioRecorder>> createRecorder(
         const QString& path, const AudioRecorderSettings& settings) override

@@ -44,6 +44,10 @@ public:
 
     [[nodiscard]] Recording& last() const { return *recordings.last(); }
 
+    int warmUps = 0;
+
+    void warmUp() override { ++warmUps; }
+
     [[nodiscard]] Result<std::unique_ptr<AudioRecorder>> createRecorder(
         const QString& path, const AudioRecorderSettings& settings) override
     {

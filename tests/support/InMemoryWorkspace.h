@@ -22,11 +22,14 @@ public:
     QString ownIdentifier = QStringLiteral("tavrin");
 
     // What was asked of it.
+    int warmUps = 0;
     QList<RunningApplication> activations;
     int ownActivations = 0;
     std::function<void()> onOwnActivation;
     QList<QUrl> openedUrls;
     QStringList openedFolders;
+
+    void warmUp() override { ++warmUps; }
 
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override
     {

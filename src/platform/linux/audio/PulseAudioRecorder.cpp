@@ -2,6 +2,7 @@
 
 #include "base/Log.h"
 #include "platform/linux/audio/AacFile.h"
+#include "platform/linux/audio/Libav.h"
 
 #include <QFileInfo>
 
@@ -144,6 +145,12 @@ void PulseAudioRecorder::fail(const Error& error)
     const std::lock_guard lock(m_mutex);
     if (m_failure == Error{})
         m_failure = error;
+}
+
+void PulseAudioRecorders::warmUp()
+{
+    m_connection->warmUp();
+    m_encoder = std::async(std::launch::async, libav::load);
 }
 
 Result<std::unique_ptr<AudioRecorder>> PulseAudioRecorders::createRecorder(

@@ -3,6 +3,7 @@
 #include "platform/AudioRecorder.h"
 #include "platform/linux/audio/PcmCapture.h"
 
+#include <future>
 #include <mutex>
 #include <span>
 
@@ -63,12 +64,15 @@ public:
     {
     }
 
+    void warmUp() override;
+
     /// Only AAC of 16 kHz in mono can be recorded.
     [[nodiscard]] Result<std::unique_ptr<AudioRecorder>> createRecorder(
         const QString& path, const AudioRecorderSettings& settings) override;
 
 private:
     std::shared_ptr<PulseConnection> m_connection;
+    std::future<bool> m_encoder; ///< Being loaded; waits for that when it is destroyed.
 };
 
 } // namespace tavrin

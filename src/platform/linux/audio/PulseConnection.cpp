@@ -33,6 +33,11 @@ PulseConnection::Deadline PulseConnection::patience()
     return std::chrono::steady_clock::now() + 450ms;
 }
 
+void PulseConnection::warmUp()
+{
+    post([this] { whenConnected([](pa_context*) {}); });
+}
+
 void PulseConnection::post(std::function<void()> task)
 {
     {

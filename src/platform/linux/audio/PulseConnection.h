@@ -52,6 +52,9 @@ public:
     template <class Answer, class Start>
     [[nodiscard]] std::optional<Answer> ask(Deadline deadline, Start start);
 
+    /// Begins to connect, so that the first question need not wait for it.
+    void warmUp();
+
     /// Runs @p task on the connection's thread.
     void post(std::function<void()> task);
 

@@ -72,6 +72,26 @@ bool same(const QString& one, const QString& other)
     return !one.isEmpty() && one.compare(other, Qt::CaseInsensitive) == 0;
 }
 
+/// Appends what the folder holds to @p files.
+void readFolder(const QString& folder, const QStringList& locales, QList<DesktopFile>& files)
+{
+    QSet<QString> taken; // A file of a more important folder hides its namesakes.
+    for (const DesktopFile& file : std::as_const(files))
+        taken.insert(file.identifier);
+    QDirIterator entries(
+        folder, {QStringLiteral("*.desktop")}, QDir::Files, QDirIterator::Subdirectories);
+    while (entries.hasNext() && files.size() < mostFiles) {
+        QFile file(entries.next());
+        QString identifier = QDir(folder).relativeFilePath(file.fileName()).chopped(8);
+        identifier.replace(u'/', u'-');
+        if (taken.contains(identifier) || !file.open(QIODevice::ReadOnly))
+            continue;
+        const QString text = QString::fromUtf8(file.read(largestFile));
+        if (const auto parsed = parseDesktopFile(identifier, text, locales))
+            files.append(*parsed);
+    }
+}
+
 } // namespace
 
 std::optional<DesktopFile> parseDesktopFile(
@@ -113,39 +133,40 @@ std::optional<DesktopFile> DesktopFiles::find(const Window& window)
     return answer;
 }
 
-void DesktopFiles::refresh()
+QList<QDateTime> DesktopFiles::modificationsOf(const QStringList& folders)
 {
     QList<QDateTime> modified;
-    for (const QString& folder : m_folders)
+    for (const QString& folder : folders)
         modified.append(QFileInfo(folder).lastModified());
-    if (modified == m_modified)
-        return;
-    m_modified = modified;
-    m_files.clear();
-    m_answers.clear();
-    for (const QString& folder : m_folders)
-        readFolder(folder);
-    std::stable_partition(
-        m_files.begin(), m_files.end(), [](const DesktopFile& file) { return file.shown; });
+    return modified;
 }
 
-void DesktopFiles::readFolder(const QString& folder)
+DesktopFiles::Contents DesktopFiles::read(const QStringList& folders, const QStringList& locales)
 {
-    QSet<QString> taken; // A file of a more important folder hides its namesakes.
-    for (const DesktopFile& file : std::as_const(m_files))
-        taken.insert(file.identifier);
-    QDirIterator entries(
-        folder, {QStringLiteral("*.desktop")}, QDir::Files, QDirIterator::Subdirectories);
-    while (entries.hasNext() && m_files.size() < mostFiles) {
-        QFile file(entries.next());
-        QString identifier = QDir(folder).relativeFilePath(file.fileName()).chopped(8);
-        identifier.replace(u'/', u'-');
-        if (taken.contains(identifier) || !file.open(QIODevice::ReadOnly))
-            continue;
-        const QString text = QString::fromUtf8(file.read(largestFile));
-        if (const auto parsed = parseDesktopFile(identifier, text, m_locales))
-            m_files.append(*parsed);
+    Contents contents;
+    contents.modified = modificationsOf(folders); // First: what changes meanwhile is read again.
+    for (const QString& folder : folders)
+        readFolder(folder, locales, contents.files);
+    std::stable_partition(contents.files.begin(), contents.files.end(),
+        [](const DesktopFile& file) { return file.shown; });
+    return contents;
+}
+
+void DesktopFiles::readAhead()
+{
+    m_reading = std::async(std::launch::async, read, m_folders, m_locales);
+}
+
+void DesktopFiles::refresh()
+{
+    if (m_reading.valid()) {
+        m_contents = m_reading.get();
+        m_answers.clear();
     }
+    if (modificationsOf(m_folders) == m_contents.modified)
+        return;
+    m_contents = read(m_folders, m_locales);
+    m_answers.clear();
 }
 
 std::optional<DesktopFile> DesktopFiles::match(const Window& window) const
@@ -163,8 +184,8 @@ std::optional<DesktopFile> DesktopFiles::match(const Window& window) const
         },
     };
     for (const Rule& rule : rules) {
-        const auto found = std::find_if(m_files.begin(), m_files.end(), rule);
-        if (found != m_files.end())
+        const auto found = std::find_if(m_contents.files.begin(), m_contents.files.end(), rule);
+        if (found != m_contents.files.end())
             return *found;
     }
     return {};

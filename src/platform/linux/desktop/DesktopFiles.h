@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <future>
 #include <optional>
 
 namespace tavrin {
@@ -26,7 +27,7 @@ struct DesktopFile {
     const QString& identifier, const QString& text, const QStringList& locales);
 
 /// Finds the desktop file that a window belongs to. The folders are read on the first question and
-/// again when something in them was added or removed; answers are remembered.
+/// again when something in them was added or removed; answers are remembered. Of one thread.
 class DesktopFiles {
 public:
     /// What a window tells of its program; any part may be empty.
@@ -39,18 +40,28 @@ public:
     /// @p folders hold the folders "applications", the most important one first.
     DesktopFiles(const QStringList& folders, QStringList locales);
 
+    /// Begins to read the folders on another thread; a question that comes meanwhile waits for it.
+    void readAhead();
+
     [[nodiscard]] std::optional<DesktopFile> find(const Window& window);
 
 private:
+    /// What the folders held.
+    struct Contents {
+        QList<DesktopFile> files;
+        QList<QDateTime> modified; ///< When each folder was, before it was read.
+    };
+
+    [[nodiscard]] static QList<QDateTime> modificationsOf(const QStringList& folders);
+    [[nodiscard]] static Contents read(const QStringList& folders, const QStringList& locales);
     void refresh();
-    void readFolder(const QString& folder);
     [[nodiscard]] std::optional<DesktopFile> match(const Window& window) const;
 
     QStringList m_folders;
     QStringList m_locales;
-    QList<DesktopFile> m_files;
-    QList<QDateTime> m_modified; // Of the folders, when they were read.
+    Contents m_contents;
     QHash<QString, std::optional<DesktopFile>> m_answers;
+    std::future<Contents> m_reading;
 };
 
 } // namespace tavrin

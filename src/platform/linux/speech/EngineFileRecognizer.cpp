@@ -173,8 +173,7 @@ SpeechAvailability EngineFileRecognizer::availability() const
 
 void EngineFileRecognizer::warmUp()
 {
-    // Whatever comes first opens the engine. The recorder needs the libraries sooner than this
-    // does.
+    // Whatever comes first opens the engine.
     m_thread->post([] { AudioDecoder::warmUp(); });
 }
 

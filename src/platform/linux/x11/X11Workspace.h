@@ -13,6 +13,8 @@ class X11Workspace final : public Workspace {
 public:
     X11Workspace();
 
+    void warmUp() override { m_desktopFiles.readAhead(); }
+
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
     bool activate(const RunningApplication& application) override;
     [[nodiscard]] bool isActive(const RunningApplication& application) const override;

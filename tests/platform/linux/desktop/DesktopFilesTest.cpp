@@ -51,6 +51,18 @@ TEST_F(DesktopFilesTest, TheWindowClassThatAFileNamesIsTheSurestSign)
         QStringLiteral("writer"));
 }
 
+TEST_F(DesktopFilesTest, FoldersReadAheadAnswerAndAreReadAgainWhenTheyChange)
+{
+    add(user, QStringLiteral("kate"), "Name=Kate\n");
+    m_files.readAhead();
+    EXPECT_EQ(identifierFor({QStringLiteral("kate"), {}, {}}), QStringLiteral("kate"));
+    EXPECT_EQ(identifierFor({QStringLiteral("gedit"), {}, {}}), QString());
+
+    add(system, QStringLiteral("gedit"), "Name=Text Editor\n");
+    EXPECT_EQ(identifierFor({QStringLiteral("gedit"), {}, {}}), QStringLiteral("gedit"));
+    EXPECT_EQ(identifierFor({QStringLiteral("kate"), {}, {}}), QStringLiteral("kate"));
+}
+
 TEST_F(DesktopFilesTest, TheNameOfTheFileFollowsAlsoItsLastPart)
 {
     add(system, QStringLiteral("org.gnome.gedit"), "Name=Text Editor\nExec=gedit %U\n");
