@@ -24,7 +24,9 @@ constexpr double mostTime = 1.3; ///< Times the bare program's.
 constexpr double mostMemory = 15; ///< MB above the bare program's.
 constexpr double mostWakeUps =
     0.1; ///< A second above the bare program's: none of our own, but for noise.
-constexpr auto settling = std::chrono::seconds(1);
+/// Before the program gets ready for its first session, a second after the start: what it then
+/// holds is told apart.
+constexpr auto settling = std::chrono::milliseconds(500);
 
 /// What one start gave: milliseconds since the program was executed, and MB after it settled.
 struct Start {
@@ -72,7 +74,7 @@ std::array<Idle, 2> standIdle(
     const Process program(paths[1]);
     desktop.awaitAppearance(program.pid());
     // What follows the start, the first notice for one, is no idling.
-    std::this_thread::sleep_for(3 * settling);
+    std::this_thread::sleep_for(std::chrono::seconds(3));
 
     const std::array<const Process*, 2> processes{&bare, &program};
     std::array<long, 2> wakeUps{};
