@@ -153,6 +153,7 @@ StatusMenu::Actions AppDelegate::menuActions()
 ShortcutMonitor::Actions AppDelegate::shortcutActions()
 {
     return {
+        .coverModifierKey = [this] { m_platform.syntheticKeyboard->coverModifierKey(); },
         .isRecording =
             [this] { return m_session && m_session->state() == SessionState::Recording; },
         .handleEscape =

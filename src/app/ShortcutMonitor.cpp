@@ -38,25 +38,29 @@ ShortcutMonitor::~ShortcutMonitor() = default;
 void ShortcutMonitor::configureHotKey()
 {
     // The global handler runs on any thread: it only hands the event over.
-    auto onMainThread = m_guard.bind([this](const KeyEvent& event) { handle(event); });
+    auto onMainThread =
+        m_guard.bind([this](const KeyEvent& event) { handle(event, Keyboard::OfAnotherProgram); });
     m_monitors.globalMonitor =
         m_keyMonitor.addGlobalMonitor([&queue = m_mainQueue, onMainThread](const KeyEvent& event) {
             queue.post([onMainThread, event]() mutable { onMainThread(event); });
         });
-    m_monitors.localMonitor =
-        m_keyMonitor.addLocalMonitor([this](const KeyEvent& event) { return handle(event); });
+    m_monitors.localMonitor = m_keyMonitor.addLocalMonitor(
+        [this](const KeyEvent& event) { return handle(event, Keyboard::Ours); });
 }
 
-bool ShortcutMonitor::handle(const KeyEvent& event)
+bool ShortcutMonitor::handle(const KeyEvent& event, Keyboard keyboard)
 {
     if (isEscapeEvent(event)) {
         m_actions.handleEscape();
         return true;
     }
     const std::optional<OperationMode> mode = operationForHotKeyEvent(event);
-    if (mode)
-        m_actions.toggleOperationMode(*mode);
-    return mode.has_value();
+    if (!mode)
+        return false;
+    if (event.kind == KeyEvent::Kind::FlagsChanged && keyboard == Keyboard::OfAnotherProgram)
+        m_actions.coverModifierKey();
+    m_actions.toggleOperationMode(*mode);
+    return true;
 }
 
 bool ShortcutMonitor::isEscapeEvent(const KeyEvent& event) const

@@ -26,6 +26,8 @@ class ShortcutMonitor {
 public:
     /// What key presses lead to; all called on the main thread.
     struct Actions {
+        /// A modifier key alone was the shortcut, and reached another program: before what it does.
+        std::function<void()> coverModifierKey;
         std::function<bool()> isRecording;
         std::function<void()> handleEscape;
         std::function<void(OperationMode)> toggleOperationMode;
@@ -70,8 +72,11 @@ private:
         std::unique_ptr<KeyObservation> localMonitor;
     };
 
+    /// Who has the keyboard when an event comes.
+    enum class Keyboard { OfAnotherProgram, Ours };
+
     /// Acts on @p event; whether it meant anything.
-    bool handle(const KeyEvent& event);
+    bool handle(const KeyEvent& event, Keyboard keyboard);
     [[nodiscard]] QString shortcutIdentifierForEvent(const KeyEvent& event);
 
     KeyMonitor& m_keyMonitor;

@@ -23,6 +23,11 @@ public:
     /// keyboard, so that nothing is typed into the wrong place.
     virtual void postUnicodeText(const QStringList& chunks, const RunningApplication& target) = 0;
 
+    /// Keeps the program in front from taking the modifier key that the user is pressing for one
+    /// pressed alone: many of them open their menus then, and their text loses the keyboard. Linux:
+    /// presses and releases a key without a meaning. macOS has no such menus: does nothing.
+    virtual void coverModifierKey() = 0;
+
     /// Ends typing that still goes on; no key stays pressed or remapped afterwards.
     virtual void cancelTyping() = 0;
 };

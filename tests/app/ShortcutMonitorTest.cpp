@@ -54,12 +54,14 @@ protected:
     bool recording = false;
     int escapes = 0;
     QList<OperationMode> presses;
+    QList<qsizetype> covered; ///< How many presses there had been each time.
     std::optional<ShortcutMonitor> monitor;
 
     ShortcutMonitorTest()
     {
         monitor.emplace(keyboard, time, settings,
             ShortcutMonitor::Actions{
+                .coverModifierKey = [this] { covered.append(presses.size()); },
                 .isRecording = [this] { return recording; },
                 .handleEscape = [this] { ++escapes; },
                 .toggleOperationMode = [this](OperationMode mode) { presses.append(mode); },
@@ -305,6 +307,36 @@ TEST_F(ShortcutMonitorTest, AKeyPressedElsewhereAndHeldDoesNotCountAgainInAnOwnW
     EXPECT_FALSE(keyboard.sendToOwnWindow(flagsChanged(key_codes::rightOption, option)));
 
     EXPECT_EQ(presses, QList{OperationMode::Dictation});
+}
+
+TEST_F(ShortcutMonitorTest, AnOptionKeyThatAnotherProgramSawIsCoveredBeforeItActs)
+{
+    monitor->configureHotKey();
+
+    keyboard.sendToOtherProgram(flagsChanged(key_codes::rightOption, option));
+    time.advance(0s);
+    EXPECT_EQ(covered, QList<qsizetype>{0});
+    EXPECT_EQ(presses.size(), 1);
+
+    keyboard.sendToOtherProgram(flagsChanged(key_codes::rightOption, option));
+    keyboard.sendToOtherProgram(flagsChanged(key_codes::rightOption, noModifiers));
+    time.advance(0s);
+    EXPECT_EQ(covered.size(), 1);
+}
+
+TEST_F(ShortcutMonitorTest, OtherShortcutsAreNotCovered)
+{
+    monitor->configureHotKey();
+
+    keyboard.sendToOtherProgram(keyDown(key_codes::space, control | option));
+    time.advance(0s);
+    EXPECT_TRUE(keyboard.sendToOwnWindow(flagsChanged(key_codes::rightOption, option)));
+    assign({}, {}, {});
+    keyboard.sendToOtherProgram(flagsChanged(key_codes::leftOption, option));
+    time.advance(0s);
+
+    EXPECT_EQ(presses.size(), 2);
+    EXPECT_TRUE(covered.isEmpty());
 }
 
 TEST_F(ShortcutMonitorTest, AfterClearingEvenAHeldKeyCounts)

@@ -76,7 +76,7 @@ protected:
     Localization localization{preferences, workspace, KeyNames()};
     Settings settings{preferences, localization};
     ShortcutMonitor monitor{
-        keyboard, time, settings, {[] { return false; }, [] {}, [](OperationMode) {}}};
+        keyboard, time, settings, {[] {}, [] { return false; }, [] {}, [](OperationMode) {}}};
     QStringList calls;
     PaperControls controls;
     ShortcutSettings shortcuts{{alerts, probe, localization, preferences, settings, monitor},

@@ -93,6 +93,14 @@ TEST_P(SyntheticKeyboardContractTest, ChunksAreTypedOneAfterAnother)
     EXPECT_TRUE(TestClient::eventually([&] { return subject().text() == chunks.join(QString()); }));
 }
 
+TEST_P(SyntheticKeyboardContractTest, CoveringAModifierKeyTypesNothing)
+{
+    subject().keyboard().coverModifierKey();
+    subject().keyboard().postUnicodeText({QStringLiteral("after")}, subject().editor());
+    EXPECT_TRUE(
+        TestClient::eventually([&] { return subject().text() == QStringLiteral("after"); }));
+}
+
 TEST_P(SyntheticKeyboardContractTest, CancellingWhenNothingIsTypedDoesNothing)
 {
     subject().keyboard().cancelTyping();

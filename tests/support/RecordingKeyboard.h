@@ -15,6 +15,7 @@ public:
 
     QList<RunningApplication> pastes; ///< The targets of the paste shortcuts, in order.
     QList<QStringList> typed; ///< The chunks of each typed text, in order.
+    int covers = 0;
     int cancellations = 0;
 
     void postPasteShortcut(const RunningApplication& target) override
@@ -31,6 +32,8 @@ public:
         if (onTyping)
             onTyping(chunks.join(QString()));
     }
+
+    void coverModifierKey() override { ++covers; }
 
     void cancelTyping() override { ++cancellations; }
 };

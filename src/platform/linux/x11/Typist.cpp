@@ -59,6 +59,18 @@ void Typist::type(const QString& text, const RunningApplication& target)
     post([this, text, target, turn = m_turn.load()] { typeText(text, target, turn); });
 }
 
+void Typist::tapEmptyCode()
+{
+    post([this] {
+        const auto codes = KeyboardMap::read(connection()).emptyCodes();
+        if (codes.empty())
+            return;
+        fakeKey(codes.back(), true);
+        fakeKey(codes.back(), false);
+        xcb_flush(connection().get());
+    });
+}
+
 void Typist::cancel()
 {
     ++m_turn;

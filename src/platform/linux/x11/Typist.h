@@ -21,6 +21,8 @@ public:
     /// From the main thread; each returns at once and takes its turn.
     void paste(PasteShortcut shortcut, const RunningApplication& target);
     void type(const QString& text, const RunningApplication& target);
+    /// Presses a key code that has no symbol, whatever program is in front.
+    void tapEmptyCode();
 
     /// Ends what is being typed, and drops what waits to be.
     void cancel();

@@ -34,6 +34,11 @@ void X11SyntheticKeyboard::postUnicodeText(
     m_typist.type(chunks.join(QString()), target);
 }
 
+void X11SyntheticKeyboard::coverModifierKey()
+{
+    m_typist.tapEmptyCode();
+}
+
 void X11SyntheticKeyboard::cancelTyping()
 {
     m_typist.cancel();

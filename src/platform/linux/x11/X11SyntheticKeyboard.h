@@ -19,6 +19,7 @@ public:
 
     void postPasteShortcut(const RunningApplication& target) override;
     void postUnicodeText(const QStringList& chunks, const RunningApplication& target) override;
+    void coverModifierKey() override;
     void cancelTyping() override;
 
 private:

@@ -6,6 +6,9 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QKeyEvent>
+#include <QMainWindow>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -13,6 +16,30 @@
 
 namespace tavrin::testing {
 namespace {
+
+/// Counts the presses of keys that reach this program's windows.
+class KeyCounter final : public QObject {
+public:
+    explicit KeyCounter(int ignoredKey)
+        : m_ignoredKey(ignoredKey)
+    {
+        qApp->installEventFilter(this);
+    }
+
+    [[nodiscard]] int presses() const { return m_presses; }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override
+    {
+        if (event->type() == QEvent::KeyPress
+            && static_cast<QKeyEvent*>(event)->key() != m_ignoredKey)
+            ++m_presses;
+        return false;
+    }
+
+private:
+    int m_ignoredKey;
+    int m_presses = 0;
+};
 
 /// Types into an editor of Qt that stands in for another program.
 class X11SyntheticKeyboardTest : public ::testing::Test {
@@ -120,6 +147,34 @@ TEST_F(X11SyntheticKeyboardTest, HeldModifiersAreReleasedFirst)
     m_keyboard.postUnicodeText({QStringLiteral("plain")}, m_target);
     EXPECT_TRUE(eventuallyReads(QStringLiteral("plain"))) << text().toStdString();
     m_client.releaseKey(*alt);
+}
+
+TEST_F(X11SyntheticKeyboardTest, ACoveredAltOpensNoMenu)
+{
+    QMainWindow window;
+    window.menuBar()->addMenu(QStringLiteral("&File"))->addAction(QStringLiteral("New"));
+    auto* const editor = new QPlainTextEdit;
+    window.setCentralWidget(editor);
+    window.show();
+    editor->setFocus();
+    ASSERT_TRUE(TestClient::eventually([&] { return window.isActiveWindow(); }));
+    const auto alt = KeyboardMap::read(m_client.connection()).codeOf(keysyms::rightAlt);
+    ASSERT_TRUE(alt);
+
+    m_client.pressKey(*alt);
+    m_client.releaseKey(*alt);
+    EXPECT_TRUE(TestClient::eventually([&] { return window.menuBar()->hasFocus(); }));
+    m_client.tap(keysyms::escape);
+    ASSERT_TRUE(TestClient::eventually([&] { return editor->hasFocus(); }));
+
+    KeyCounter others(Qt::Key_Alt);
+    m_client.pressKey(*alt);
+    m_keyboard.coverModifierKey();
+    EXPECT_TRUE(TestClient::eventually([&] { return others.presses() > 0; }));
+    m_client.releaseKey(*alt);
+    m_client.tap(keysyms::v); // Would call an item of an open menu bar.
+    EXPECT_TRUE(TestClient::eventually([&] { return editor->toPlainText() == u"v"; }));
+    EXPECT_TRUE(editor->hasFocus());
 }
 
 TEST_F(X11SyntheticKeyboardTest, PastesNothingIntoAnotherProgram)
