@@ -27,6 +27,7 @@ public:
     virtual void setOperationShortcutName(const QString& name) = 0;
 
     /// Listening, with the level of @p recorder, which the session owns and may drop at any time.
+    /// Says why when the recorder fails meanwhile.
     virtual void showRecordingWithRecorder(std::weak_ptr<AudioRecorder> recorder) = 0;
 
     /// Replaces the live text; an empty one is ignored.

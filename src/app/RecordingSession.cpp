@@ -154,6 +154,7 @@ void RecordingSession::stopRecording()
 {
     m_neighbours.liveTranscriber.stop();
     m_recording.recorder->stop();
+    m_recording.failure = m_recording.recorder->failure();
     m_recording.recorder.reset();
     m_neighbours.audioEnvironment.restoreAudioEnvironment();
 }

@@ -113,6 +113,7 @@ private:
         std::shared_ptr<AudioRecorder> recorder; ///< Null once it is stopped. The panel watches it.
         std::optional<RecordingFile> file; ///< While recording and processing.
         Seconds currentAudioDuration{0}; ///< Taken when it is stopped.
+        Error failure; ///< Why capturing ended before that.
     };
 
     /// What was decided when the recording stopped, for as long as it is processed.

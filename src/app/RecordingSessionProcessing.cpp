@@ -56,7 +56,9 @@ void RecordingSession::transcribed(const Result<QString>& transcript)
 {
     endStage("recogniser");
     if (!transcript) {
-        finishWithError(transcript.error());
+        // A recording that broke off explains why nothing was understood.
+        const bool brokeOff = !m_recording.failure.message.isEmpty();
+        finishWithError(brokeOff ? m_recording.failure : transcript.error());
         return;
     }
     m_processing.transcript = *transcript;

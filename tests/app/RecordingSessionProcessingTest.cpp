@@ -251,6 +251,29 @@ TEST_F(RecordingSessionProcessingTest, AFailureRestoresWhatWasChangedOfTheSound)
     EXPECT_TRUE(trace.last().startsWith(u"alert: 语音处理失败 | "_s));
 }
 
+TEST_F(RecordingSessionProcessingTest, ARecordingThatBrokeOffExplainsWhyNothingWasUnderstood)
+{
+    record(OperationMode::Dictation, 10s);
+    recorders.last().failure = {u"TavrinAudio"_s, 12, u"麦克风已断开。"_s};
+    press(OperationMode::Dictation);
+    failRecognition({u"TavrinSpeech"_s, 3, u"没有识别到有效语音。"_s});
+
+    EXPECT_EQ(trace.last(), u"alert: 语音处理失败 | 麦克风已断开。"_s);
+}
+
+TEST_F(RecordingSessionProcessingTest, WhatABrokenOffRecordingHoldsIsDelivered)
+{
+    record(OperationMode::Dictation, 10s);
+    recorders.last().failure = {u"TavrinAudio"_s, 12, u"麦克风已断开。"_s};
+    press(OperationMode::Dictation);
+    recognise(u"um hello"_s);
+    answerCloud(u"Hello."_s);
+    deliver();
+
+    EXPECT_EQ(session->state(), SessionState::Idle);
+    EXPECT_EQ(history.saved.last().finalText, u"Hello."_s);
+}
+
 TEST_F(RecordingSessionProcessingTest, AtTheEndTheRecordingAndTheReferencesAreGone)
 {
     complete(OperationMode::Dictation, u"um hello"_s, u"Hello."_s);

@@ -75,6 +75,7 @@ void PanelRecordingHUD::showRecordingWithRecorder(std::weak_ptr<AudioRecorder> r
     m_timer.reset();
     m_recorder = std::move(recorder);
     m_phase.processing = false;
+    m_phase.brokenOff = false;
     m_phase.startedAt = m_neighbours.clock.uptime();
 
     const Localization& localization = m_neighbours.localization;
@@ -95,7 +96,7 @@ void PanelRecordingHUD::showRecordingWithRecorder(std::weak_ptr<AudioRecorder> r
 
 void PanelRecordingHUD::updateTranscript(const QString& text)
 {
-    if (text.isEmpty())
+    if (text.isEmpty() || m_phase.brokenOff)
         return;
     m_content.transcriptLabel = text;
     m_neighbours.panel.setContent(m_content);
@@ -192,6 +193,8 @@ void PanelRecordingHUD::updateMeter()
     if (const auto recorder = m_recorder.lock()) {
         recorder->updateMeters();
         power = static_cast<double>(recorder->averagePower(0));
+        if (const QString reason = recorder->failure().message; !reason.isEmpty())
+            tellThatRecordingBrokeOff(reason);
     }
     const Seconds elapsed = m_neighbours.clock.uptime() - m_phase.startedAt;
     if (!m_phase.processing) {
@@ -203,6 +206,14 @@ void PanelRecordingHUD::updateMeter()
     m_content.lightX = hud::lightX(elapsed, m_phase.processing);
     m_content.bars = hud::waveBars(elapsed, hud::barLevel(hud::levelForPower(power)));
     m_neighbours.panel.setContent(m_content);
+}
+
+/// So that nobody talks on to nobody. What was said until then is kept for the end.
+void PanelRecordingHUD::tellThatRecordingBrokeOff(const QString& reason)
+{
+    m_phase.brokenOff = true;
+    m_content.dot = hud::Dot::Attention;
+    m_content.transcriptLabel = reason;
 }
 
 void PanelRecordingHUD::confirmCancellation()

@@ -59,6 +59,7 @@ private:
     [[nodiscard]] const PhaseTexts& phaseTexts() const;
     void start(Seconds interval);
     void updateMeter();
+    void tellThatRecordingBrokeOff(const QString& reason);
     void confirmCancellation();
     void continueAfterCancelPrompt();
     void callOnce(Handler& handler);
@@ -71,6 +72,7 @@ private:
 
     struct Phase {
         bool processing = false;
+        bool brokenOff = false; // The recorder has failed, and the panel says so.
         Seconds startedAt{0}; // Uptime.
         Seconds estimatedDuration{0}; // 0 for none.
     };

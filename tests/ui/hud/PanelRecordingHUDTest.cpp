@@ -220,6 +220,24 @@ TEST_F(PanelRecordingHUDTest, LiveTextReplacesTheLineAndAnEmptyOneLeavesIt)
     EXPECT_EQ(panel.content.transcriptLabel, u"hello world"_s);
 }
 
+TEST_F(PanelRecordingHUDTest, ARecordingThatBreaksOffIsToldAtOnceAndStays)
+{
+    showRecording();
+    hud.updateTranscript(u"hello"_s);
+    recorders.last().failure = {u"TavrinAudio"_s, 12, u"麦克风已断开。"_s};
+
+    time.advance(100ms);
+    hud.updateTranscript(u"hello world"_s);
+
+    EXPECT_EQ(panel.content.transcriptLabel, u"麦克风已断开。"_s);
+    EXPECT_EQ(panel.content.dot, hud::Dot::Attention);
+
+    showRecording();
+    EXPECT_EQ(panel.content.dot, hud::Dot::Recording);
+    hud.updateTranscript(u"again"_s);
+    EXPECT_EQ(panel.content.transcriptLabel, u"again"_s);
+}
+
 TEST_F(PanelRecordingHUDTest, ProcessingWithAnEstimateShowsItsProgress)
 {
     showRecording();
