@@ -139,12 +139,14 @@ class Stage(Place):
         data = self.folder("service")
         run(service, "--data", data, "account", EMAIL, input=PASSWORD)
         model = ["--llm-url", self.model.url, "--llm-model", "stand-in"] if use_model else []
-        self.start(service, "--data", data, *model,
-                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        process = self.start(service, "--data", data, *model,
+                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         credentials = {"email": EMAIL, "password": PASSWORD, "deviceId": "test",
                        "deviceName": "test", "clientVersion": "0.8.0"}
 
         def sign_in():
+            if process.poll() is not None:
+                raise AssertionError("the text service has ended; does another one hold its port?")
             request = urllib.request.Request(
                 SERVICE + "/v1/auth/login", json.dumps(credentials).encode(),
                 {"Content-Type": "application/json"})
@@ -155,6 +157,7 @@ class Stage(Place):
                 return None
 
         self._session = wait_until("the text service", sign_in)
+        sign_in()  # Where another one answered, ours has ended by now.
 
     def _write_preferences(self, settings):
         folder = self.folder("config") / "Tavrin"
