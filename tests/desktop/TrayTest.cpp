@@ -1,0 +1,217 @@
+// The status item in a tray of the newer kind, which draws item and menu itself and speaks D-Bus.
+
+#include "support/QtPrinters.h"
+
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin::testing {
+namespace {
+
+constexpr int patience = 20'000; // Milliseconds; the machine may be busy.
+
+bool eventually(const std::function<bool()>& condition)
+{
+    QElapsedTimer waited;
+    waited.start();
+    while (!condition() && waited.elapsed() < patience)
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
+    return condition();
+}
+
+/// Says that there is a tray, and takes the items that announce themselves.
+class Watcher final : public QDBusVirtualObject {
+public:
+    QStringList items; ///< The bus names of those who announced one.
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+    {
+        const QVariantMap properties{{u"IsStatusNotifierHostRegistered"_s, true},
+            {u"ProtocolVersion"_s, 0}, {u"RegisteredStatusNotifierItems"_s, items}};
+        if (message.member() == "RegisterStatusNotifierItem"_L1) {
+            items.append(message.service());
+            return connection.send(message.createReply());
+        }
+        if (message.member() == "Get"_L1) {
+            const QVariant value = properties.value(message.arguments().value(1).toString());
+            return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(value))));
+        }
+        return message.member() == "GetAll"_L1
+            && connection.send(message.createReply(QVariant(properties)));
+    }
+
+    [[nodiscard]] QString introspect(const QString& /*path*/) const override
+    {
+        return uR"(<interface name="org.kde.StatusNotifierWatcher">
+            <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
+            <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
+            <property name="ProtocolVersion" type="i" access="read"/>
+            <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
+            </interface>)"_s;
+    }
+};
+
+struct MenuItem {
+    int id = 0;
+    QString label;
+    bool isMenu = false;
+};
+
+class TrayTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(m_bus.registerVirtualObject(u"/StatusNotifierWatcher"_s, &m_watcher));
+        ASSERT_TRUE(m_bus.registerService(u"org.kde.StatusNotifierWatcher"_s));
+        ASSERT_TRUE(QDir(m_folder.path()).mkpath(u"config/Tavrin"_s));
+        QFile preferences(m_folder.filePath(u"config/Tavrin/preferences.json"_s));
+        ASSERT_TRUE(preferences.open(QIODevice::WriteOnly));
+        preferences.write(R"({"interfaceLanguage": "en", "tavrinBetaOnboardingSeen": true,)"
+                          R"( "tavrinLastUpdateCheckAt": 32503680000})");
+        preferences.close();
+
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"XDG_CONFIG_HOME"_s, m_folder.filePath(u"config"_s));
+        environment.insert(u"XDG_DATA_HOME"_s, m_folder.filePath(u"data"_s));
+        m_program.setProcessEnvironment(environment);
+        m_program.setProcessChannelMode(QProcess::ForwardedChannels);
+        m_program.start(QStringLiteral(TAVRIN_PROGRAM), QStringList());
+        ASSERT_TRUE(eventually([this] { return !m_watcher.items.isEmpty(); }));
+    }
+
+    void TearDown() override
+    {
+        m_program.kill();
+        m_program.waitForFinished();
+        m_bus.unregisterService(u"org.kde.StatusNotifierWatcher"_s);
+    }
+
+    /// Calls the item without keeping it from calling back.
+    [[nodiscard]] QVariant ask(const QString& path, const QString& interface, const QString& method,
+        const QVariantList& arguments)
+    {
+        QDBusMessage call =
+            QDBusMessage::createMethodCall(m_watcher.items.first(), path, interface, method);
+        call.setArguments(arguments);
+        const QDBusPendingCall answer = m_bus.asyncCall(call);
+        EXPECT_TRUE(eventually([&] { return answer.isFinished(); }));
+        EXPECT_FALSE(answer.isError()) << answer.error().message().toStdString();
+        return answer.reply().arguments().value(method == "GetLayout"_L1 ? 1 : 0);
+    }
+
+    [[nodiscard]] QVariant property(const QString& name)
+    {
+        const QVariant answer = ask(u"/StatusNotifierItem"_s, u"org.freedesktop.DBus.Properties"_s,
+            u"Get"_s, {u"org.kde.StatusNotifierItem"_s, name});
+        return qvariant_cast<QDBusVariant>(answer).variant();
+    }
+
+    /// The lines of the menu; a separator has no label.
+    [[nodiscard]] QList<MenuItem> menu()
+    {
+        const QString path = qvariant_cast<QDBusObjectPath>(property(u"Menu"_s)).path();
+        const auto layout = qvariant_cast<QDBusArgument>(
+            ask(path, menuInterface, u"GetLayout"_s, {0, 1, QStringList()}));
+        QList<MenuItem> items;
+        int root = 0;
+        QVariantMap properties;
+        layout.beginStructure();
+        layout >> root >> properties;
+        layout.beginArray();
+        while (!layout.atEnd()) {
+            QDBusVariant child;
+            layout >> child;
+            const auto line = qvariant_cast<QDBusArgument>(child.variant());
+            MenuItem item;
+            line.beginStructure();
+            line >> item.id >> properties;
+            item.label = properties.value(u"label"_s).toString().remove(u'_');
+            item.isMenu = properties.value(u"children-display"_s) == u"submenu"_s;
+            items.append(item);
+        }
+        return items;
+    }
+
+    void click(const MenuItem& item)
+    {
+        const QString path = qvariant_cast<QDBusObjectPath>(property(u"Menu"_s)).path();
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            m_watcher.items.first(), path, menuInterface, u"Event"_s);
+        call.setArguments({item.id, u"clicked"_s, QVariant::fromValue(QDBusVariant(u""_s)), 0U});
+        m_bus.send(call);
+    }
+
+    [[nodiscard]] QProcess& program() { return m_program; }
+
+    const QString menuInterface = u"com.canonical.dbusmenu"_s;
+
+private:
+    QTemporaryDir m_folder;
+    QDBusConnection m_bus = QDBusConnection::sessionBus();
+    Watcher m_watcher;
+    QProcess m_program;
+};
+
+TEST_F(TrayTest, TheItemHasItsIconAndToolTip)
+{
+    EXPECT_EQ(property(u"Category"_s), u"ApplicationStatus"_s);
+
+    const auto icons = qvariant_cast<QDBusArgument>(property(u"IconPixmap"_s));
+    icons.beginArray();
+    ASSERT_FALSE(icons.atEnd());
+    int width = 0;
+    int height = 0;
+    QByteArray pixels;
+    icons.beginStructure();
+    icons >> width >> height >> pixels;
+    EXPECT_EQ(pixels.size(), qsizetype{width} * height * 4);
+    EXPECT_GT(pixels.size() - pixels.count('\0'), 0);
+
+    const auto toolTip = qvariant_cast<QDBusArgument>(property(u"ToolTip"_s));
+    QString iconName;
+    QString title;
+    toolTip.beginStructure();
+    toolTip >> iconName;
+    toolTip.beginArray();
+    toolTip.endArray();
+    toolTip >> title;
+    EXPECT_EQ(
+        title, u"Dictation Right Alt · Translation Alt+Space → English · Chat Shift+Super+Space"_s);
+}
+
+TEST_F(TrayTest, TheMenuHasItsLinesAndTheyAct)
+{
+    const QList<MenuItem> items = menu();
+    QStringList labels;
+    for (const MenuItem& item : items)
+        labels.append(item.isMenu ? item.label + u" >"_s : item.label);
+    EXPECT_EQ(labels,
+        QStringList({u"Start dictation (Right Alt)"_s, u"Start translation (Alt+Space → English)"_s,
+            u"Start chat (Shift+Super+Space)"_s, u"Writing style >"_s, u"Translation target >"_s,
+            u""_s, u"Show Tavrin"_s, u"History…"_s, u"Writing style settings…"_s,
+            u"Check for updates…"_s, u"Quit Tavrin"_s}));
+
+    ASSERT_FALSE(items.isEmpty());
+    click(items.last());
+    EXPECT_TRUE(eventually([this] { return program().state() == QProcess::NotRunning; }));
+    EXPECT_EQ(program().exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program().exitCode(), 0);
+}
+
+} // namespace
+} // namespace tavrin::testing
