@@ -140,10 +140,13 @@ protected:
             MenuItem item;
             line.beginStructure();
             line >> item.id >> properties;
+            line.endStructure();
             item.label = properties.value(u"label"_s).toString().remove(u'_');
             item.isMenu = properties.value(u"children-display"_s) == u"submenu"_s;
             items.append(item);
         }
+        layout.endArray();
+        layout.endStructure();
         return items;
     }
 
@@ -179,6 +182,8 @@ TEST_F(TrayTest, TheItemHasItsIconAndToolTip)
     QByteArray pixels;
     icons.beginStructure();
     icons >> width >> height >> pixels;
+    icons.endStructure();
+    icons.endArray();
     EXPECT_EQ(pixels.size(), qsizetype{width} * height * 4);
     EXPECT_GT(pixels.size() - pixels.count('\0'), 0);
 
@@ -190,6 +195,7 @@ TEST_F(TrayTest, TheItemHasItsIconAndToolTip)
     toolTip.beginArray();
     toolTip.endArray();
     toolTip >> title;
+    toolTip.endStructure();
     EXPECT_EQ(
         title, u"Dictation Right Alt · Translation Alt+Space → English · Chat Shift+Super+Space"_s);
 }
