@@ -7,6 +7,7 @@
 #include "platform/linux/x11/ClipboardPasteboard.h"
 #include "platform/linux/x11/X11SyntheticKeyboard.h"
 #include "platform/linux/x11/X11Workspace.h"
+#include "platform/qt/QtMainQueue.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -29,8 +30,11 @@ int main(int argc, char** argv)
         return EXIT_FAILURE;
     }
     tavrin::ClipboardPasteboard pasteboard;
-    tavrin::X11SyntheticKeyboard keyboard(pasteboard);
-    keyboard.postUnicodeText(tavrin::unicodeChunks(QString::fromUtf8(file.readAll())), *target);
+    tavrin::QtMainQueue mainQueue;
+    tavrin::X11SyntheticKeyboard keyboard(pasteboard, mainQueue);
+    tavrin::allowDroppedCompletions(true); // Nobody runs the queue.
+    keyboard.postUnicodeText(
+        tavrin::unicodeChunks(QString::fromUtf8(file.readAll())), *target, [](auto) {});
     while (std::getchar() != EOF) { }
     return EXIT_SUCCESS;
 }

@@ -17,5 +17,8 @@ inline constexpr SimplifiedText targetIsTavrin{u"开始录音时焦点仍在 Tav
 inline constexpr SimplifiedText targetNotActivated{u"无法重新激活目标应用"};
 inline constexpr SimplifiedText noTargetField{u"找不到目标输入框"};
 inline constexpr SimplifiedText directWriteNotAllowed{u"当前应用不允许辅助功能直接写入"};
+inline constexpr SimplifiedText keysNotPosted{u"无法向目标应用发送按键"};
+inline constexpr SimplifiedText pasteNotTaken{u"目标应用没有接收粘贴的文字"};
+inline constexpr SimplifiedText typingBroken{u"逐字输入被打断，文字不完整"};
 
 } // namespace tavrin::texts

@@ -6,9 +6,9 @@
 #include "delivery/UnicodeChunks.h"
 #include "platform/MainQueue.h"
 #include "platform/Pasteboard.h"
-#include "platform/SyntheticKeyboard.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -22,6 +22,15 @@ constexpr Seconds typingDelayBase = 260ms;
 constexpr Seconds longestTypingDelay = 1200ms;
 constexpr Seconds directWriteDelay = 180ms;
 
+// A target that needs longer than a paste usually takes is looked at again in such steps.
+constexpr Seconds lookAgainDelay = 100ms;
+// A busy program gets to its keys within that; one that hangs for longer pastes when it wakes.
+constexpr Seconds busyPatience = 4s;
+// The target has the text; some editors never show it.
+constexpr Seconds fetchedPatience = 2s;
+// Browsers fetch a while after they have taken the key.
+constexpr Seconds ignoredPatience = 1500ms;
+
 Seconds typingDelay(const QString& text)
 {
     const Seconds delay = typingDelayPerUnit * static_cast<double>(text.size()) + typingDelayBase;
@@ -33,9 +42,12 @@ Seconds typingDelay(const QString& text)
 struct TextDelivery::Delivery {
     QString text;
     Completion<DeliveryOutcome> completion;
-    ElementHandle element; // The editor; null when none could be found.
-    EditorObservation before;
-    std::optional<QString> expected; // The editor's whole text after a perfect insertion.
+    bool trusted = false; // When the target was activated.
+    ElementHandle element = nullptr; // The editor; null when none could be found.
+    EditorObservation before = {};
+    std::optional<QString> expected = std::nullopt; // The whole text after a perfect insertion.
+    bool fetched = false; // The keyboard has told so when it was to type.
+    Seconds waited{0}; // Since the first look after the paste.
 };
 
 TextDelivery::TextDelivery(const Ports& ports, TargetContext& target)
@@ -44,11 +56,15 @@ TextDelivery::TextDelivery(const Ports& ports, TargetContext& target)
 {
 }
 
+TextDelivery::~TextDelivery()
+{
+    if (m_delivery)
+        m_ports.keyboard.cancelTyping();
+}
+
 void TextDelivery::pasteText(const QString& text, Completion<DeliveryOutcome> completion)
 {
-    const auto fail = [&](const SimplifiedText& reason) {
-        completion(DeliveryOutcome{false, reason.toString()});
-    };
+    m_delivery = std::make_unique<Delivery>(Delivery{text, std::move(completion)});
     if (!m_ports.pasteboard.setString(text))
         return fail(texts::pasteboardRefused);
     const std::optional<RunningApplication>& target = m_target.targetApplication();
@@ -56,152 +72,146 @@ void TextDelivery::pasteText(const QString& text, Completion<DeliveryOutcome> co
         return fail(texts::noTargetApplication);
     if (target->bundleIdentifier == m_ports.workspace.bundleIdentifier())
         return fail(texts::targetIsTavrin);
-    const bool trusted = m_ports.accessibility.isProcessTrusted();
+    m_delivery->trusted = m_ports.accessibility.isProcessTrusted();
     if (!m_ports.workspace.activate(*target))
         return fail(texts::targetNotActivated);
-
-    const auto delivery =
-        std::make_shared<Delivery>(Delivery{text, std::move(completion), nullptr, {}, {}});
-    m_ports.mainQueue.callLater(activationDelay,
-        m_guard.bind([this, delivery, trusted] { takeSnapshotAndPaste(delivery, trusted); }));
+    after(activationDelay, &TextDelivery::takeSnapshotAndPaste);
 }
 
-void TextDelivery::takeSnapshotAndPaste(const DeliveryPointer& delivery, bool trusted)
+void TextDelivery::takeSnapshotAndPaste()
 {
     if (const AccessibleElement* const window = m_target.targetFocusedWindow())
         m_ports.accessibility.setFocusedWindow(target().processIdentifier, window);
-    if (trusted)
-        delivery->element = editorForDelivery();
-    if (delivery->element) {
-        delivery->before = observe(delivery->element.get());
-        if (delivery->before.range) {
-            delivery->expected =
-                expectedValueFrom(delivery->before.text, *delivery->before.range, delivery->text);
+    if (m_delivery->trusted)
+        m_delivery->element = editorForDelivery();
+    if (m_delivery->element) {
+        m_delivery->before = observe(m_delivery->element.get());
+        if (m_delivery->before.range) {
+            m_delivery->expected = expectedValueFrom(
+                m_delivery->before.text, *m_delivery->before.range, m_delivery->text);
         }
     }
     postCommandV();
-    after(pasteDelay, delivery, &TextDelivery::checkAfterPaste);
 }
 
-void TextDelivery::checkAfterPaste(const DeliveryPointer& delivery)
+void TextDelivery::afterPosting(KeyPosting posting)
 {
-    const AccessibleElement* const element = delivery->element.get();
-    if (verifyInsertionOfText(delivery->text, element, delivery->expected, delivery->before))
-        return finish(delivery, "paste, verified");
+    if (posting == KeyPosting::Refused)
+        return fail(texts::keysNotPosted);
+    after(pasteDelay, &TextDelivery::checkAfterPaste);
+}
+
+void TextDelivery::checkAfterPaste()
+{
+    if (m_delivery->fetched)
+        return concludeFrom(PasteReception::Fetched);
+    m_ports.keyboard.askForPasteReception(
+        m_guard.bind([this](PasteReception reception) { concludeFrom(reception); }));
+}
+
+void TextDelivery::concludeFrom(PasteReception reception)
+{
+    // A program that is busy is not asked what it shows: that would only wait for it.
+    if (reception == PasteReception::Waiting && waitOn(busyPatience))
+        return;
+    const Sight sight = look();
+    if (sight == Sight::Verified)
+        return finish("paste, verified");
+    switch (reception) {
+    case PasteReception::Ignored: // What has changed in the editor was not this text.
+        if (sight == Sight::Unchanged)
+            return type();
+        if (!waitOn(ignoredPatience))
+            fail(texts::pasteNotTaken);
+        return;
+    case PasteReception::Fetched:
+        if (sight == Sight::Unchanged && waitOn(fetchedPatience))
+            return;
+        break;
+    case PasteReception::Waiting: // Whatever it shows, the shortcut lies in its queue.
+        break;
+    case PasteReception::Unknown:
+    case PasteReception::FetchedElsewhere:
+        if (sight == Sight::Unchanged)
+            return type();
+        break;
+    }
+    finish(sight == Sight::Changed ? "paste, changed the editor" : "paste, unseen");
+}
+
+TextDelivery::Sight TextDelivery::look()
+{
+    const AccessibleElement* const element = m_delivery->element.get();
+    if (verifyInsertionOfText(m_delivery->text, element, m_delivery->expected, m_delivery->before))
+        return Sight::Verified;
     const EditorObservation now = observe(element);
-    if (hasVisibleChange(delivery->before, now))
-        return finish(delivery, "paste, changed the editor");
-    if (!isObservationComplete(delivery->before, now))
-        return finish(delivery, "paste, unseen");
-
-    // Everything could be seen and nothing has changed: the paste was swallowed.
-    postUnicodeText(delivery->text);
-    after(typingDelay(delivery->text), delivery, &TextDelivery::checkAfterTyping);
+    if (hasVisibleChange(m_delivery->before, now))
+        return Sight::Changed;
+    return isObservationComplete(m_delivery->before, now) ? Sight::Unchanged : Sight::Unseen;
 }
 
-void TextDelivery::checkAfterTyping(const DeliveryPointer& delivery)
+void TextDelivery::type()
 {
-    const AccessibleElement* const element = delivery->element.get();
-    if (verifyInsertionOfText(delivery->text, element, delivery->expected, delivery->before)
-        || hasVisibleChange(delivery->before, observe(element)))
-        return finish(delivery, "typing");
-
-    static_cast<void>(
-        insertText(delivery->text, element)); // The last means; its word changes nothing.
-    m_ports.mainQueue.callLater(
-        directWriteDelay, m_guard.bind([delivery] { finish(delivery, "direct write"); }));
+    postUnicodeText(m_delivery->text);
 }
 
-void TextDelivery::finish(const DeliveryPointer& delivery, const char* means)
+void TextDelivery::afterTyping(KeyPosting posting)
+{
+    switch (posting) {
+    case KeyPosting::Done:
+        return after(typingDelay(m_delivery->text), &TextDelivery::checkAfterTyping);
+    case KeyPosting::Unanswered: // Written directly as well, it would stand there twice.
+        return finish("typing, unseen");
+    case KeyPosting::Refused:
+        return fail(texts::keysNotPosted);
+    case KeyPosting::Broken:
+        return fail(texts::typingBroken);
+    case KeyPosting::Fetched:
+        m_delivery->fetched = true;
+        return checkAfterPaste();
+    }
+}
+
+void TextDelivery::checkAfterTyping()
+{
+    const Sight sight = look();
+    if (sight == Sight::Verified || sight == Sight::Changed)
+        return finish("typing");
+
+    // The last means; its word changes nothing.
+    static_cast<void>(insertText(m_delivery->text, m_delivery->element.get()));
+    m_ports.mainQueue.callLater(directWriteDelay, m_guard.bind([this] { finish("direct write"); }));
+}
+
+void TextDelivery::finish(const char* means)
 {
     qCInfo(log::delivery) << "delivered by" << means;
-    delivery->element.reset(); // Released before the caller hears of the outcome.
-    delivery->completion(DeliveryOutcome{true, {}});
+    complete({true, {}});
 }
 
-std::optional<QString> TextDelivery::textValueForElement(const AccessibleElement* element)
+void TextDelivery::fail(const SimplifiedText& reason)
 {
-    return m_ports.accessibility.value(element);
+    complete({false, reason.toString()});
 }
 
-std::optional<TextRange> TextDelivery::selectedRangeForElement(const AccessibleElement* element)
+void TextDelivery::complete(const DeliveryOutcome& outcome)
 {
-    return m_ports.accessibility.selectedTextRange(element);
-}
-
-std::optional<qint64> TextDelivery::numberOfCharactersForElement(const AccessibleElement* element)
-{
-    return m_ports.accessibility.numberOfCharacters(element);
-}
-
-std::optional<QString> TextDelivery::stringForRange(
-    TextRange range, const AccessibleElement* element)
-{
-    if (!element || range.location < 0 || range.length < 0)
-        return std::nullopt;
-    return m_ports.accessibility.stringForRange(range, element);
-}
-
-bool TextDelivery::verifyInsertionOfText(const QString& text, const AccessibleElement* element,
-    const std::optional<QString>& expected, const EditorObservation& before)
-{
-    const std::optional<RunningApplication>& target = m_target.targetApplication();
-    if (!element || !target || !m_ports.workspace.isActive(*target))
-        return false;
-    if (expected
-        && normalizedEditorText(textValueForElement(element)) == normalizedEditorText(expected))
-        return true;
-    if (!before.range)
-        return false;
-
-    const std::optional<QString> inserted =
-        stringForRange({before.range->location, text.size()}, element);
-    if (inserted && normalizedEditorText(inserted) == normalizedEditorText(text))
-        return true;
-
-    EditorObservation now;
-    now.range = selectedRangeForElement(element);
-    now.count = numberOfCharactersForElement(element);
-    return caretAndCountMatch(before, now, text.size());
-}
-
-std::optional<QString> TextDelivery::insertText(
-    const QString& text, const AccessibleElement* element)
-{
-    Accessibility& accessibility = m_ports.accessibility;
-    if (!element)
-        return texts::noTargetField.toString();
-    if (accessibility.isSelectedTextSettable(element)
-        && accessibility.setSelectedText(text, element))
-        return std::nullopt;
-    if (replaceSelectionInValue(text, element))
-        return std::nullopt;
-    return texts::directWriteNotAllowed.toString();
-}
-
-bool TextDelivery::replaceSelectionInValue(const QString& text, const AccessibleElement* element)
-{
-    Accessibility& accessibility = m_ports.accessibility;
-    const bool settable = accessibility.isValueSettable(element);
-    const std::optional<QString> value = textValueForElement(element);
-    const std::optional<TextRange> range = selectedRangeForElement(element);
-    if (!settable || !range)
-        return false;
-    const std::optional<QString> replaced = expectedValueFrom(value, *range, text);
-    if (!replaced || !accessibility.setValue(*replaced, element))
-        return false;
-    accessibility.setSelectedTextRange({range->location + text.size(), 0}, element);
-    return true;
+    // The element is released before the caller hears of the outcome and may begin anew.
+    const Completion<DeliveryOutcome> completion = std::move(m_delivery->completion);
+    m_delivery.reset();
+    completion(outcome);
 }
 
 void TextDelivery::postCommandV()
 {
-    m_ports.keyboard.postPasteShortcut(target());
+    m_ports.keyboard.postPasteShortcut(
+        target(), m_guard.bind([this](KeyPosting posting) { afterPosting(posting); }));
 }
 
 void TextDelivery::postUnicodeText(const QString& text)
 {
-    m_ports.keyboard.postUnicodeText(unicodeChunks(text), target());
+    m_ports.keyboard.postUnicodeText(unicodeChunks(text), target(),
+        m_guard.bind([this](KeyPosting posting) { afterTyping(posting); }));
 }
 
 RunningApplication TextDelivery::target() const
@@ -209,38 +219,18 @@ RunningApplication TextDelivery::target() const
     return m_target.targetApplication().value_or(RunningApplication());
 }
 
-ElementHandle TextDelivery::editorForDelivery()
+void TextDelivery::after(Seconds delay, Step step)
 {
-    Accessibility& accessibility = m_ports.accessibility;
-    const std::optional<RunningApplication>& target = m_target.targetApplication();
-    ElementHandle editor;
-    if (const AccessibleElement* const captured = m_target.targetFocusedElement()) {
-        const std::optional<qint64> process = accessibility.processIdentifier(captured);
-        accessibility.setFocused(captured);
-        const bool hasRole = accessibility.attribute(ElementAttribute::Role, captured).has_value();
-        if (hasRole && target && process == target->processIdentifier)
-            editor = accessibility.retain(*captured);
-    }
-    if (!editor)
-        editor = m_target.copyFocusedElementForTargetApplication().value_or(nullptr);
-    if (editor && accessibility.isProtected(editor.get()))
-        return nullptr; // A password field: nothing of it is read, before or after.
-    return editor;
+    m_ports.mainQueue.callLater(delay, m_guard.bind([this, step] { (this->*step)(); }));
 }
 
-EditorObservation TextDelivery::observe(const AccessibleElement* element)
+bool TextDelivery::waitOn(Seconds patience)
 {
-    if (!element)
-        return {};
-    return {textValueForElement(element), selectedRangeForElement(element),
-        numberOfCharactersForElement(element)};
-}
-
-void TextDelivery::after(
-    Seconds delay, DeliveryPointer delivery, void (TextDelivery::*step)(const DeliveryPointer&))
-{
-    m_ports.mainQueue.callLater(delay,
-        m_guard.bind([this, delivery = std::move(delivery), step] { (this->*step)(delivery); }));
+    if (m_delivery->waited >= patience)
+        return false;
+    m_delivery->waited += lookAgainDelay;
+    after(lookAgainDelay, &TextDelivery::checkAfterPaste);
+    return true;
 }
 
 } // namespace tavrin

@@ -2,9 +2,11 @@
 
 #include "base/CallbackGuard.h"
 #include "base/Completion.h"
+#include "base/LocalizedText.h"
 #include "base/Seconds.h"
 #include "delivery/EditorText.h"
 #include "platform/Accessibility.h"
+#include "platform/SyntheticKeyboard.h"
 #include "platform/Workspace.h"
 
 #include <QString>
@@ -16,7 +18,6 @@ namespace tavrin {
 
 class MainQueue;
 class Pasteboard;
-class SyntheticKeyboard;
 class TargetContext;
 
 /// How a delivery ended. `verified` means no more than that it is not known to have failed.
@@ -31,6 +32,10 @@ struct DeliveryOutcome {
 /// shortcut, and where an editor visibly swallowed that, typed, and at last written directly. In
 /// every outcome the text is on the pasteboard.
 ///
+/// Each step begins once the keys of the one before are really out. Where the desktop can tell what
+/// the target did about the paste, a text that the target has fetched is never typed too, a target
+/// that is only slow is waited for, and a text that nobody fetched is not called delivered.
+///
 /// One delivery at a time. Main thread only; everything passed in must outlive it.
 class TextDelivery {
 public:
@@ -43,6 +48,10 @@ public:
     };
 
     TextDelivery(const Ports& ports, TargetContext& target);
+    ~TextDelivery();
+
+    TextDelivery(const TextDelivery&) = delete;
+    TextDelivery& operator=(const TextDelivery&) = delete;
 
     /// Delivers @p text into the target that was captured at the start of the recording.
     void pasteText(const QString& text, Completion<DeliveryOutcome> completion);
@@ -68,13 +77,29 @@ public:
 private:
     /// One delivery under way, from the snapshot to the outcome.
     struct Delivery;
-    using DeliveryPointer = std::shared_ptr<Delivery>;
 
-    void takeSnapshotAndPaste(const DeliveryPointer& delivery, bool trusted);
-    void checkAfterPaste(const DeliveryPointer& delivery);
-    void checkAfterTyping(const DeliveryPointer& delivery);
+    /// What the editor shows after the paste.
+    enum class Sight {
+        Verified, ///< The text, where it was to go.
+        Changed, ///< Something else than before.
+        Unchanged, ///< Everything can be seen, and nothing has changed.
+        Unseen, ///< Too little to conclude from.
+    };
+
+    using Step = void (TextDelivery::*)();
+
+    void takeSnapshotAndPaste();
+    void afterPosting(KeyPosting posting);
+    void checkAfterPaste();
+    void concludeFrom(PasteReception reception);
+    [[nodiscard]] Sight look();
+    void type();
+    void afterTyping(KeyPosting posting);
+    void checkAfterTyping();
     /// @param means by which the text was brought, for the log.
-    static void finish(const DeliveryPointer& delivery, const char* means);
+    void finish(const char* means);
+    void fail(const SimplifiedText& reason);
+    void complete(const DeliveryOutcome& outcome);
 
     /// Presses the desktop's paste shortcut in the target.
     void postCommandV();
@@ -85,11 +110,13 @@ private:
     [[nodiscard]] EditorObservation observe(const AccessibleElement* element);
     [[nodiscard]] bool replaceSelectionInValue(
         const QString& text, const AccessibleElement* element);
-    void after(Seconds delay, DeliveryPointer delivery,
-        void (TextDelivery::*step)(const DeliveryPointer&));
+    void after(Seconds delay, Step step);
+    /// Looks again a little later, unless the delivery has waited for @p patience. False then.
+    bool waitOn(Seconds patience);
 
     Ports m_ports;
     TargetContext& m_target;
+    std::unique_ptr<Delivery> m_delivery; // Null between deliveries.
     CallbackGuard m_guard;
 };
 

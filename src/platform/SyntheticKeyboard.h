@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Completion.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -7,21 +9,47 @@ namespace tavrin {
 
 struct RunningApplication;
 
-/// Types into other programs. Main thread only; returns at once: where typing takes its time
-/// (Linux), it goes on in the background, in the order of the calls.
+/// How far the keys of one call got.
+enum class KeyPosting {
+    Done, ///< All are out; after typing, the program has taken them where it can tell.
+    Unanswered, ///< All are out, but the program does not answer: they wait in its queue.
+    Refused, ///< None is out, and none will be: another window has the keyboard, no key can do it.
+    Broken, ///< Typing: some are out, the others never will be.
+    Fetched, ///< Typing: none is out, because the program has fetched the pasteboard after all.
+};
+
+/// What became of the last paste shortcut.
+enum class PasteReception {
+    Unknown, ///< The desktop cannot tell (always on macOS).
+    Waiting, ///< The program has not got to it yet: it is busy or hangs.
+    Fetched, ///< The program has fetched the text.
+    FetchedElsewhere, ///< The program has got to it without; another program has fetched the text.
+    Ignored, ///< The program has got to it, and nobody has fetched the text.
+};
+
+/// Types into other programs. Main thread only; returns at once: where keys take their time
+/// (Linux), they go out in the background, in the order of the calls. Completions are called on
+/// the main thread, and dropped when the keyboard goes.
 class SyntheticKeyboard {
 public:
     virtual ~SyntheticKeyboard() = default;
 
     /// Presses and releases the paste shortcut of the program in front: Command-V on macOS; on
-    /// Linux Ctrl+V, in terminals Ctrl+Shift+V. @p target tells what program it is. Linux: does
-    /// nothing when another program has the keyboard, so that nothing gets into the wrong place.
-    virtual void postPasteShortcut(const RunningApplication& target) = 0;
+    /// Linux Ctrl+V, in terminals Ctrl+Shift+V. @p target tells what program it is. Linux: nothing
+    /// is pressed when another window has the keyboard, so that nothing gets into the wrong place.
+    virtual void postPasteShortcut(
+        const RunningApplication& target, Completion<KeyPosting> completion) = 0;
+
+    /// What the program did about the last paste shortcut.
+    virtual void askForPasteReception(Completion<PasteReception> completion) = 0;
 
     /// Types @p chunks, one after another, as Unicode text into @p target. Each chunk has at most
     /// 16 UTF-16 units and splits no surrogate pair. Linux: stops when another window takes the
-    /// keyboard, so that nothing is typed into the wrong place.
-    virtual void postUnicodeText(const QStringList& chunks, const RunningApplication& target) = 0;
+    /// keyboard, so that nothing is typed into the wrong place. From the first key until the
+    /// program has taken the last one it is not given the pasteboard, so that a paste that it gets
+    /// to late does not bring the text a second time.
+    virtual void postUnicodeText(const QStringList& chunks, const RunningApplication& target,
+        Completion<KeyPosting> completion) = 0;
 
     /// Keeps the program in front from taking the modifier key that the user is pressing for one
     /// pressed alone: many of them open their menus then, and their text loses the keyboard. Linux:

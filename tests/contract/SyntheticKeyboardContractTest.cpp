@@ -2,6 +2,7 @@
 #include "platform/linux/x11/ClipboardPasteboard.h"
 #include "platform/linux/x11/TestClient.h"
 #include "platform/linux/x11/X11SyntheticKeyboard.h"
+#include "platform/qt/QtMainQueue.h"
 #include "support/InMemoryPasteboard.h"
 #include "support/QtPrinters.h"
 #include "support/RecordingKeyboard.h"
@@ -66,10 +67,22 @@ public:
 private:
     QPlainTextEdit m_editor;
     ClipboardPasteboard m_pasteboard;
-    X11SyntheticKeyboard m_keyboard{m_pasteboard};
+    QtMainQueue m_mainQueue;
+    X11SyntheticKeyboard m_keyboard{m_pasteboard, m_mainQueue};
 };
 
-class SyntheticKeyboardContractTest : public ContractTest<KeyboardSubject> { };
+class SyntheticKeyboardContractTest : public ContractTest<KeyboardSubject> {
+protected:
+    /// Types, and waits until the keys are out.
+    void type(const QStringList& chunks)
+    {
+        std::optional<KeyPosting> posting;
+        subject().keyboard().postUnicodeText(
+            chunks, subject().editor(), [&](KeyPosting end) { posting = end; });
+        EXPECT_TRUE(TestClient::eventually([&] { return posting.has_value(); }));
+        EXPECT_EQ(posting, KeyPosting::Done);
+    }
+};
 
 INSTANTIATE_TEST_SUITE_P(Implementations, SyntheticKeyboardContractTest,
     ::testing::Values(Implementation<KeyboardSubject>{"Recording",
@@ -80,23 +93,34 @@ INSTANTIATE_TEST_SUITE_P(Implementations, SyntheticKeyboardContractTest,
 TEST_P(SyntheticKeyboardContractTest, ThePasteShortcutPastesThePasteboard)
 {
     ASSERT_TRUE(subject().pasteboard().setString(QStringLiteral("粘贴 paste")));
-    subject().keyboard().postPasteShortcut(subject().editor());
+    std::optional<KeyPosting> posting;
+    subject().keyboard().postPasteShortcut(
+        subject().editor(), [&](KeyPosting end) { posting = end; });
     EXPECT_TRUE(
         TestClient::eventually([&] { return subject().text() == QStringLiteral("粘贴 paste"); }));
+    EXPECT_TRUE(TestClient::eventually([&] { return posting.has_value(); }));
+    EXPECT_EQ(posting, KeyPosting::Done);
+}
+
+TEST_P(SyntheticKeyboardContractTest, TheReceptionOfAPasteIsTold)
+{
+    std::optional<PasteReception> reception;
+    subject().keyboard().askForPasteReception([&](PasteReception told) { reception = told; });
+    EXPECT_TRUE(TestClient::eventually([&] { return reception.has_value(); }));
 }
 
 TEST_P(SyntheticKeyboardContractTest, ChunksAreTypedOneAfterAnother)
 {
     const QStringList chunks{
         QStringLiteral("0123456789abcdef"), QStringLiteral("中文，😀"), QStringLiteral(" end.")};
-    subject().keyboard().postUnicodeText(chunks, subject().editor());
+    type(chunks);
     EXPECT_TRUE(TestClient::eventually([&] { return subject().text() == chunks.join(QString()); }));
 }
 
 TEST_P(SyntheticKeyboardContractTest, CoveringAModifierKeyTypesNothing)
 {
     subject().keyboard().coverModifierKey();
-    subject().keyboard().postUnicodeText({QStringLiteral("after")}, subject().editor());
+    type({QStringLiteral("after")});
     EXPECT_TRUE(
         TestClient::eventually([&] { return subject().text() == QStringLiteral("after"); }));
 }
@@ -104,7 +128,7 @@ TEST_P(SyntheticKeyboardContractTest, CoveringAModifierKeyTypesNothing)
 TEST_P(SyntheticKeyboardContractTest, CancellingWhenNothingIsTypedDoesNothing)
 {
     subject().keyboard().cancelTyping();
-    subject().keyboard().postUnicodeText({QStringLiteral("after")}, subject().editor());
+    type({QStringLiteral("after")});
     EXPECT_TRUE(
         TestClient::eventually([&] { return subject().text() == QStringLiteral("after"); }));
 }

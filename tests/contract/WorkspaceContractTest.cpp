@@ -1,5 +1,5 @@
 #include "contract/Subject.h"
-#include "platform/linux/x11/TestClient.h"
+#include "platform/linux/x11/OtherProgram.h"
 #include "platform/linux/x11/X11Workspace.h"
 #include "support/InMemoryWorkspace.h"
 #include "support/QtPrinters.h"
@@ -15,6 +15,7 @@ public:
     virtual ~WorkspaceSubject() = default;
     [[nodiscard]] virtual Workspace& workspace() = 0;
     [[nodiscard]] virtual RunningApplication first() = 0;
+    [[nodiscard]] virtual QString nameOfSecond() = 0;
     virtual void quitFirst() = 0;
 };
 
@@ -34,6 +35,8 @@ public:
         return {1, QStringLiteral("First"), QStringLiteral("first"), 0};
     }
 
+    [[nodiscard]] QString nameOfSecond() override { return QStringLiteral("Second"); }
+
     void quitFirst() override { m_workspace.activationSucceeds = false; }
 
 private:
@@ -42,24 +45,17 @@ private:
 
 class X11Subject final : public WorkspaceSubject {
 public:
-    X11Subject()
-    {
-        m_first = m_client.createWindow("first", "First", static_cast<quint32>(::getppid()));
-        (void)m_client.createWindow("second", "Second", 1);
-    }
-
     [[nodiscard]] Workspace& workspace() override { return m_workspace; }
 
-    [[nodiscard]] RunningApplication first() override
-    {
-        return {::getppid(), QStringLiteral("First"), QStringLiteral("First"), m_first};
-    }
+    [[nodiscard]] RunningApplication first() override { return m_first.application(); }
 
-    void quitFirst() override { m_client.destroyWindow(m_first); }
+    [[nodiscard]] QString nameOfSecond() override { return QStringLiteral("tavrin-test-editor"); }
+
+    void quitFirst() override { m_first.close(); }
 
 private:
-    TestClient m_client;
-    xcb_window_t m_first = XCB_WINDOW_NONE;
+    OtherProgram m_first{QStringLiteral(TAVRIN_TEST_EDITOR)};
+    OtherProgram m_second{QStringLiteral(TAVRIN_TEST_EDITOR)};
     X11Workspace m_workspace;
 };
 
@@ -75,7 +71,7 @@ TEST_P(WorkspaceContractTest, TheProgramInFrontIsActiveAndTheOtherIsNot)
 {
     const auto front = subject().workspace().frontmostApplication();
     ASSERT_TRUE(front);
-    EXPECT_EQ(front->localizedName, QStringLiteral("Second"));
+    EXPECT_EQ(front->localizedName, subject().nameOfSecond());
     EXPECT_TRUE(subject().workspace().isActive(*front));
     EXPECT_FALSE(subject().workspace().isActive(subject().first()));
 }

@@ -60,6 +60,15 @@ TEST_F(EditorAccessTest, AFieldThatLetsNothingBeWrittenSaysSo)
     EXPECT_EQ(delivery.insertText(u"Hi"_s, nullptr), u"找不到目标输入框"_s);
 }
 
+TEST_F(EditorAccessTest, ASelectionThatCannotBeWrittenAfterAllLeadsToTheValue)
+{
+    editor->selectedTextWritesSucceed = false;
+    const ElementHandle element = accessibility.focusedElement(editorProcess);
+    EXPECT_EQ(delivery.insertText(u"Anna"_s, element.get()), std::nullopt);
+    EXPECT_EQ(editor->text, u"Dear Anna"_s);
+    EXPECT_EQ(editor->selection, (TextRange{9, 0}));
+}
+
 // The strict verification.
 
 TEST_F(EditorAccessTest, WithoutAnElementNothingIsVerified)

@@ -98,11 +98,16 @@ TEST_F(TextDeliveryTest, TheCapturedWindowAndElementGetTheFocusBackFirst)
     EXPECT_EQ(accessibility.calls, (QStringList{u"setFocusedWindow 4711"_s, u"setFocused"_s}));
 }
 
-TEST_F(TextDeliveryTest, OnlyTheReferencesOfTheTargetRemainAfterwards)
+TEST_F(TextDeliveryTest, TheEditorIsReleasedBeforeTheOutcomeIsTold)
 {
     swallowPastes();
-    pasteToTheEnd(u"Anna"_s);
-    EXPECT_EQ(accessibility.liveReferences, 1);
+    int references = -1;
+    delivery.pasteText(
+        u"Anna"_s, [&](const DeliveryOutcome&) { references = accessibility.liveReferences; });
+    time.advance(untilPaste);
+    EXPECT_EQ(accessibility.liveReferences, 2);
+    time.advance(10s);
+    EXPECT_EQ(references, 1); // That of the target.
 }
 
 TEST_F(TextDeliveryTest, ACapturedElementOfAnotherProcessIsReplacedByTheOneInFocus)
@@ -144,6 +149,31 @@ TEST_F(TextDeliveryTest, WithoutTrustTheTextIsPastedAndNothingIsRead)
     EXPECT_EQ(editor->text, u"Dear Anna"_s);
 }
 
+TEST_F(TextDeliveryTest, WithoutTrustTheCapturedWindowGetsTheFocusAllTheSame)
+{
+    accessibility.focusedWindows[editorProcess] = std::make_shared<FakeElement>();
+    target.capture();
+    accessibility.calls.clear();
+    accessibility.trusted = false;
+    pasteToTheEnd(u"Anna"_s);
+    EXPECT_EQ(accessibility.calls, QStringList{u"setFocusedWindow 4711"_s});
+}
+
+TEST_F(TextDeliveryTest, TheTrustAtTheActivationCounts)
+{
+    accessibility.trusted = false;
+    paste(u"Anna"_s);
+    accessibility.trusted = true;
+    time.advance(10s);
+    expectVerifiedAt(780ms);
+    EXPECT_EQ(accessibility.reads, 0);
+
+    paste(u"Otto"_s);
+    accessibility.trusted = false;
+    time.advance(10s);
+    EXPECT_GT(accessibility.reads, 0);
+}
+
 TEST_F(TextDeliveryTest, NothingIsReadFromAPasswordField)
 {
     editor->isProtected = true;
@@ -178,8 +208,9 @@ TEST_F(TextDeliveryTest, AnIncompleteViewOfASwallowedPasteEndsTheLadder)
     }
 }
 
-TEST_F(TextDeliveryTest, LineEndsMayDiffer)
+TEST_F(TextDeliveryTest, LineEndsOfTheWholeTextMayDiffer)
 {
+    const testing::CapturedLog log;
     keyboard.onPaste = [this] { editor->text = u"Dear Anna\r\nHello"_s; };
     editor->claimedSelection = TextRange{5, 0};
     editor->claimedCount = 5;
@@ -188,6 +219,21 @@ TEST_F(TextDeliveryTest, LineEndsMayDiffer)
     pasteToTheEnd(u"Anna\nHello"_s);
 
     expectVerifiedAt(780ms);
+    EXPECT_EQ(testing::CapturedLog::lines(), QStringList{u"delivered by paste, verified"_s});
+}
+
+TEST_F(TextDeliveryTest, LineEndsOfTheTextAtItsPlaceMayDiffer)
+{
+    const testing::CapturedLog log;
+    keyboard.onPaste = [this] { editor->text = u"Dear Anna\rHi."_s; };
+    editor->claimedText = u"cut off"_s; // Only the place itself can tell.
+    editor->claimedSelection = TextRange{5, 0};
+    editor->claimedCount = 5;
+
+    pasteToTheEnd(u"Anna\nHi."_s);
+
+    expectVerifiedAt(780ms);
+    EXPECT_EQ(testing::CapturedLog::lines(), QStringList{u"delivered by paste, verified"_s});
 }
 
 TEST_F(TextDeliveryTest, APasteThatChangedTheTextOtherwiseIsNotTypedAgain)
@@ -218,11 +264,244 @@ TEST_F(TextDeliveryTest, AnyVisibleSignOfAPasteIsEnough)
 
 TEST_F(TextDeliveryTest, AnInactiveTargetLeavesTheVisibleChangeToDecide)
 {
+    const testing::CapturedLog log;
     paste(u"Anna"_s);
     time.advance(untilPaste);
     workspace.frontmost = RunningApplication{otherProcess, u"Other"_s, u"other"_s, 0};
     time.advance(untilFirstCheck);
     expectVerifiedAt(780ms);
+    EXPECT_EQ(
+        testing::CapturedLog::lines(), QStringList{u"delivered by paste, changed the editor"_s});
+}
+
+// Keys that take their time, or cannot go out.
+
+TEST_F(TextDeliveryTest, TheWaitForAPasteBeginsWhenItsKeysAreOut)
+{
+    keyboard.answersLater = true;
+    paste(u"Anna"_s);
+    time.advance(untilPaste + 700ms);
+    EXPECT_FALSE(outcome.has_value());
+    keyboard.answer();
+    time.advance(untilFirstCheck - 1ms);
+    EXPECT_FALSE(outcome.has_value());
+    time.advance(1ms);
+    expectVerifiedAt(260ms + 700ms + 520ms);
+}
+
+TEST_F(TextDeliveryTest, APasteThatCannotGoOutIsNoDelivery)
+{
+    keyboard.pasteEnds = KeyPosting::Refused;
+    pasteToTheEnd(u"Anna"_s);
+    EXPECT_EQ(outcome, (DeliveryOutcome{false, u"无法向目标应用发送按键"_s}));
+    EXPECT_EQ(finishedAt, untilPaste);
+    EXPECT_EQ(pasteboard.string(), u"Anna"_s);
+    EXPECT_TRUE(keyboard.typed.isEmpty());
+    EXPECT_EQ(editor->text, u"Dear "_s);
+}
+
+TEST_F(TextDeliveryTest, TheWaitForTypingBeginsWhenItsKeysAreOut)
+{
+    swallowPastes();
+    keyboard.onTyping = [this](const QString& text) { editor->insert(text); };
+    paste(u"Anna"_s);
+    time.advance(untilPaste);
+    keyboard.answersLater = true;
+    time.advance(untilFirstCheck + 3s);
+    EXPECT_FALSE(outcome.has_value());
+    keyboard.answer();
+    time.advance(10s);
+    expectVerifiedAt(780ms + 3s + 268ms);
+}
+
+TEST_F(TextDeliveryTest, TypingThatCannotBeginIsNoDelivery)
+{
+    swallowPastes();
+    keyboard.typingEnds = KeyPosting::Refused;
+    pasteToTheEnd(u"Anna"_s);
+    EXPECT_EQ(outcome, (DeliveryOutcome{false, u"无法向目标应用发送按键"_s}));
+    EXPECT_EQ(editor->text, u"Dear "_s);
+    EXPECT_EQ(pasteboard.string(), u"Anna"_s);
+}
+
+TEST_F(TextDeliveryTest, TypingThatIsBrokenOffIsNoDelivery)
+{
+    swallowPastes();
+    keyboard.typingEnds = KeyPosting::Broken;
+    keyboard.onTyping = [this](const QString&) { editor->insert(u"An"_s); };
+    pasteToTheEnd(u"Anna"_s);
+    EXPECT_EQ(outcome, (DeliveryOutcome{false, u"逐字输入被打断，文字不完整"_s}));
+    EXPECT_EQ(finishedAt, 780ms);
+    EXPECT_EQ(editor->text, u"Dear An"_s);
+    EXPECT_EQ(pasteboard.string(), u"Anna"_s);
+}
+
+TEST_F(TextDeliveryTest, WhatLiesInTheQueueOfASilentProgramIsNotWrittenToo)
+{
+    swallowPastes();
+    keyboard.typingEnds = KeyPosting::Unanswered;
+    pasteToTheEnd(u"Anna"_s);
+    expectVerifiedAt(780ms);
+    EXPECT_EQ(editor->text, u"Dear "_s);
+}
+
+TEST_F(TextDeliveryTest, ADeliveryThatEndsWithTheProgramEndsItsTyping)
+{
+    allowDroppedCompletions(true);
+    swallowPastes();
+    {
+        TextDelivery ended{{pasteboard, workspace, accessibility, keyboard, time}, target};
+        ended.pasteText(u"Anna"_s, [](const DeliveryOutcome&) {});
+        time.advance(untilPaste);
+        EXPECT_EQ(accessibility.liveReferences, 2);
+    }
+    EXPECT_EQ(keyboard.cancellations, 1);
+    EXPECT_EQ(accessibility.liveReferences, 1); // Before the desktop's ports go.
+    time.advance(10s);
+    allowDroppedCompletions(false);
+}
+
+// What the target did about the paste.
+
+TEST_F(TextDeliveryTest, ATextThatTheTargetHasFetchedIsWaitedForAndNotTyped)
+{
+    swallowPastes();
+    keyboard.reception = PasteReception::Fetched;
+    paste(u"Anna"_s);
+    time.advance(780ms + 450ms);
+    EXPECT_FALSE(outcome.has_value());
+    editor->insert(u"Anna"_s);
+    time.advance(10s);
+    expectVerifiedAt(780ms + 500ms);
+    EXPECT_TRUE(keyboard.typed.isEmpty());
+}
+
+TEST_F(TextDeliveryTest, AFetchedTextThatIsNeverShownCountsAsDelivered)
+{
+    swallowPastes();
+    keyboard.reception = PasteReception::Fetched;
+    pasteToTheEnd(u"Anna"_s);
+    expectVerifiedAt(780ms + 2s);
+    EXPECT_TRUE(keyboard.typed.isEmpty());
+    EXPECT_EQ(editor->text, u"Dear "_s);
+}
+
+TEST_F(TextDeliveryTest, AFetchedTextThatCannotBeSeenIsNotWaitedFor)
+{
+    keyboard.reception = PasteReception::Fetched;
+    editor->exposesText = false;
+    editor->exposesSelection = false;
+    pasteToTheEnd(u"Anna"_s);
+    expectVerifiedAt(780ms);
+}
+
+TEST_F(TextDeliveryTest, ABusyTargetIsWaitedForWithoutAskingWhatItShows)
+{
+    swallowPastes();
+    keyboard.reception = PasteReception::Waiting;
+    paste(u"Anna"_s);
+    time.advance(untilPaste);
+    const int reads = accessibility.reads;
+    time.advance(untilFirstCheck + 2950ms);
+    EXPECT_EQ(accessibility.reads, reads);
+    EXPECT_FALSE(outcome.has_value());
+
+    keyboard.reception = PasteReception::Fetched;
+    editor->insert(u"Anna"_s);
+    time.advance(10s);
+    expectVerifiedAt(780ms + 3s);
+    EXPECT_TRUE(keyboard.typed.isEmpty());
+}
+
+TEST_F(TextDeliveryTest, ATargetThatHangsIsNeverTypedInto)
+{
+    swallowPastes();
+    keyboard.reception = PasteReception::Waiting;
+    pasteToTheEnd(u"Anna"_s);
+    expectVerifiedAt(780ms + 4s);
+    EXPECT_TRUE(keyboard.typed.isEmpty());
+    EXPECT_EQ(editor->text, u"Dear "_s);
+}
+
+TEST_F(TextDeliveryTest, ATargetThatSwallowsAPasteInFullViewIsTypedIntoAtOnce)
+{
+    for (const auto reception : {PasteReception::Ignored, PasteReception::FetchedElsewhere}) {
+        putText(u"Dear "_s, {5, 0});
+        keyboard.typed.clear();
+        swallowPastes();
+        keyboard.onTyping = [this](const QString& text) { editor->insert(text); };
+        keyboard.reception = reception;
+        const Seconds begin = time.uptime();
+        pasteToTheEnd(u"Anna"_s);
+        EXPECT_EQ(keyboard.typed.size(), 1);
+        EXPECT_EQ(outcome, (DeliveryOutcome{true, {}}));
+        EXPECT_DOUBLE_EQ((finishedAt - begin).count(), 1.048);
+    }
+}
+
+TEST_F(TextDeliveryTest, ATextThatNobodyFetchedAndNobodySeesIsNoDelivery)
+{
+    swallowPastes();
+    editor->exposesText = false;
+    keyboard.reception = PasteReception::Ignored;
+    pasteToTheEnd(u"Anna"_s);
+    EXPECT_EQ(outcome, (DeliveryOutcome{false, u"目标应用没有接收粘贴的文字"_s}));
+    EXPECT_DOUBLE_EQ(finishedAt.count(), 2.28);
+    EXPECT_TRUE(keyboard.typed.isEmpty());
+    EXPECT_EQ(pasteboard.string(), u"Anna"_s);
+}
+
+TEST_F(TextDeliveryTest, AChangeWithoutAFetchWasNotThePaste)
+{
+    keyboard.onPaste = [this] { editor->text = u"Dear x"_s; };
+    keyboard.reception = PasteReception::Ignored;
+    pasteToTheEnd(u"Anna"_s);
+    EXPECT_EQ(outcome, (DeliveryOutcome{false, u"目标应用没有接收粘贴的文字"_s}));
+    EXPECT_TRUE(keyboard.typed.isEmpty());
+}
+
+TEST_F(TextDeliveryTest, AProgramThatFetchesALittleLateHasTheText)
+{
+    swallowPastes();
+    editor->exposesText = false;
+    keyboard.reception = PasteReception::Ignored;
+    paste(u"Anna"_s);
+    time.advance(780ms + 750ms);
+    keyboard.reception = PasteReception::Fetched;
+    time.advance(10s);
+    expectVerifiedAt(780ms + 800ms);
+}
+
+TEST_F(TextDeliveryTest, ATextInFullViewIsDeliveredWhoeverFetchedIt)
+{
+    keyboard.reception = PasteReception::Ignored;
+    pasteToTheEnd(u"Anna"_s);
+    expectVerifiedAt(780ms);
+}
+
+TEST_F(TextDeliveryTest, AnUnseenTextThatAnotherProgramFetchedCountsAsDelivered)
+{
+    editor->exposesText = false;
+    editor->exposesSelection = false;
+    editor->exposesCount = false;
+    keyboard.reception = PasteReception::FetchedElsewhere;
+    pasteToTheEnd(u"Anna"_s);
+    expectVerifiedAt(780ms);
+}
+
+TEST_F(TextDeliveryTest, APasteThatIsFetchedJustBeforeTypingIsWaitedFor)
+{
+    swallowPastes();
+    keyboard.reception = PasteReception::Ignored;
+    keyboard.typingEnds = KeyPosting::Fetched;
+    paste(u"Anna"_s);
+    time.advance(780ms + 250ms);
+    EXPECT_FALSE(outcome.has_value());
+    editor->insert(u"Anna"_s);
+    time.advance(10s);
+    expectVerifiedAt(780ms + 300ms);
+    EXPECT_EQ(keyboard.typed.size(), 1);
+    EXPECT_EQ(editor->text, u"Dear Anna"_s);
 }
 
 // Typing.

@@ -142,7 +142,8 @@ bool InMemoryAccessibility::setSelectedText(const QString& text, const Accessibl
 {
     calls.append(u"setSelectedText"_s);
     FakeElement* const field = target(element);
-    if (!field || !field->selectedTextSettable || !field->writesSucceed)
+    if (!field || !field->selectedTextSettable || !field->writesSucceed
+        || !field->selectedTextWritesSucceed)
         return false;
     field->insert(text);
     return true;

@@ -28,6 +28,7 @@ struct FakeElement {
     bool selectedTextSettable = true;
     bool valueSettable = true;
     bool writesSucceed = true;
+    bool selectedTextWritesSucceed = true;
 
     // Lies: answers that take the place of the true ones.
     std::optional<QString> claimedText;

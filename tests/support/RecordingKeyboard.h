@@ -4,38 +4,76 @@
 #include "platform/Workspace.h"
 
 #include <functional>
+#include <optional>
+#include <utility>
 
 namespace tavrin::testing {
 
-/// A keyboard that types nowhere by itself: the test says what a paste or typed text does.
+/// A keyboard that types nowhere by itself: the test says what a paste or typed text does, and how
+/// far the keys get.
 class RecordingKeyboard final : public SyntheticKeyboard {
 public:
     std::function<void()> onPaste;
     std::function<void(const QString&)> onTyping;
 
+    KeyPosting pasteEnds = KeyPosting::Done;
+    KeyPosting typingEnds = KeyPosting::Done;
+    PasteReception reception = PasteReception::Unknown;
+    bool answersLater = false; ///< Keys take their time: answer() says that they are out.
+
     QList<RunningApplication> pastes; ///< The targets of the paste shortcuts, in order.
     QList<QStringList> typed; ///< The chunks of each typed text, in order.
     int covers = 0;
     int cancellations = 0;
+    int questions = 0; ///< After the reception.
 
-    void postPasteShortcut(const RunningApplication& target) override
+    void postPasteShortcut(
+        const RunningApplication& target, Completion<KeyPosting> completion) override
     {
         pastes.append(target);
-        if (onPaste)
+        if (onPaste && pasteEnds != KeyPosting::Refused)
             onPaste();
+        finish(std::move(completion), pasteEnds);
     }
 
-    void postUnicodeText(const QStringList& chunks, const RunningApplication& target) override
+    void askForPasteReception(Completion<PasteReception> completion) override
+    {
+        ++questions;
+        completion(reception);
+    }
+
+    void postUnicodeText(const QStringList& chunks, const RunningApplication& target,
+        Completion<KeyPosting> completion) override
     {
         Q_UNUSED(target)
         typed.append(chunks);
-        if (onTyping)
+        const bool goesOut = typingEnds != KeyPosting::Refused && typingEnds != KeyPosting::Fetched;
+        if (onTyping && goesOut)
             onTyping(chunks.join(QString()));
+        finish(std::move(completion), typingEnds);
+    }
+
+    /// The keys of the last call are out, or not.
+    void answer()
+    {
+        const auto answer = std::exchange(m_answer, nullptr);
+        answer();
     }
 
     void coverModifierKey() override { ++covers; }
 
     void cancelTyping() override { ++cancellations; }
+
+private:
+    void finish(Completion<KeyPosting> completion, KeyPosting end)
+    {
+        if (answersLater)
+            m_answer = [completion = std::move(completion), end] { completion(end); };
+        else
+            completion(end);
+    }
+
+    std::function<void()> m_answer;
 };
 
 } // namespace tavrin::testing

@@ -44,7 +44,8 @@ Platform createPlatform()
     platform.workspace = std::make_unique<X11Workspace>();
     platform.accessibility = std::make_unique<AtspiAccessibility>(accessibilityPause);
     auto pasteboard = std::make_unique<ClipboardPasteboard>();
-    platform.syntheticKeyboard = std::make_unique<X11SyntheticKeyboard>(*pasteboard);
+    platform.syntheticKeyboard =
+        std::make_unique<X11SyntheticKeyboard>(*pasteboard, *platform.mainQueue);
     platform.pasteboard = std::move(pasteboard);
     platform.keyMonitor = std::make_unique<X11KeyMonitor>();
     platform.hotKeyProbe = std::make_unique<X11HotKeyProbe>();

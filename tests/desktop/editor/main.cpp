@@ -36,6 +36,8 @@ void addOptions(QCommandLineParser& options)
     options.addOption({u"swallow-paste"_s, u"A paste does nothing."_s});
     options.addOption({u"ignore-keys"_s, u"No key does anything."_s});
     options.addOption({u"tidy-paste"_s, u"Trims pasted lines, and makes their quotes curly."_s});
+    options.addOption({u"unmanaged"_s, u"A window that no window manager looks after."_s});
+    options.addOption({u"tell-window"_s, u"Says the number of its window instead of \"ready\"."_s});
     options.addOption(
         {u"lie"_s, u"Deceives accessibility: stale, read-only, negative, counts, huge or secret."_s,
             u"kind"_s});
@@ -104,6 +106,8 @@ int main(int argc, char** argv)
     window.setCentralWidget(field); // Which makes it the window's.
     window.setWindowTitle(options.value(u"window-title"_s));
     window.resize(600, 300);
+    if (options.isSet(u"unmanaged"_s))
+        window.setWindowFlag(Qt::X11BypassWindowManagerHint);
     window.show();
     field->setFocus();
 
@@ -112,6 +116,6 @@ int main(int argc, char** argv)
         if (!answer(*field))
             questions.setEnabled(false);
     });
-    printLine("ready");
+    printLine(options.isSet(u"tell-window"_s) ? QByteArray::number(window.winId()) : "ready");
     return QApplication::exec();
 }

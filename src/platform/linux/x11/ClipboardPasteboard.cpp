@@ -20,9 +20,4 @@ bool ClipboardPasteboard::setString(const QString& text)
     return m_server->offer(plain);
 }
 
-void ClipboardPasteboard::offerAsPrimary()
-{
-    m_server->offerAsPrimary();
-}
-
 } // namespace tavrin

@@ -22,9 +22,8 @@ public:
 
     bool setString(const QString& text) override;
 
-    /// Makes the same text what the middle mouse button pastes; for programs that know no other
-    /// way.
-    void offerAsPrimary();
+    /// What gives the text out; for the keyboard, which has to know who has fetched it.
+    [[nodiscard]] ClipboardServer& server() { return *m_server; }
 
 private:
     std::unique_ptr<ClipboardServer> m_server;

@@ -1,5 +1,7 @@
 #include "platform/linux/x11/ClipboardServer.h"
 
+#include "platform/linux/x11/X11Programs.h"
+
 #include <algorithm>
 #include <cstring>
 #include <future>
@@ -36,22 +38,62 @@ ClipboardServer::~ClipboardServer()
     stop();
 }
 
-bool ClipboardServer::offer(const QString& text)
+template <class Answer>
+Answer ClipboardServer::ask(std::function<Answer()> question, Answer otherwise)
 {
     if (m_window == XCB_WINDOW_NONE)
-        return false;
-    auto taken = std::make_shared<std::promise<bool>>();
-    auto answer = taken->get_future();
-    post([this, taken, bytes = text.toUtf8()] { taken->set_value(take(bytes)); });
-    return answer.wait_for(patience) == std::future_status::ready && answer.get();
+        return otherwise;
+    auto promise = std::make_shared<std::promise<Answer>>();
+    auto answer = promise->get_future();
+    post([promise, question = std::move(question)] { promise->set_value(question()); });
+    return answer.wait_for(patience) == std::future_status::ready ? answer.get() : otherwise;
 }
 
-void ClipboardServer::offerAsPrimary()
+bool ClipboardServer::offer(const QString& text)
 {
-    post([this] {
-        if (m_ownsClipboard)
-            (void)own(XCB_ATOM_PRIMARY);
-    });
+    return ask<bool>([this, bytes = text.toUtf8()] { return take(bytes); }, false);
+}
+
+bool ClipboardServer::watch(xcb_window_t window, bool asPrimary)
+{
+    return ask<bool>(
+        [this, window, asPrimary] {
+            m_watched = window;
+            m_fetchedByProgram = false;
+            return (m_clipboard.isOurs || own(atom("CLIPBOARD"), m_clipboard))
+                && (!asPrimary || own(XCB_ATOM_PRIMARY, m_primary));
+        },
+        false);
+}
+
+ClipboardServer::Fetching ClipboardServer::fetching()
+{
+    return ask<Fetching>(
+        [this] {
+            if (m_fetchedByProgram)
+                return Fetching::ByProgram;
+            if (!m_clipboard.isOurs)
+                return Fetching::Unknown;
+            return m_fetchedByOthers ? Fetching::ByOthers : Fetching::None;
+        },
+        Fetching::Unknown);
+}
+
+bool ClipboardServer::withholdFrom(xcb_window_t window)
+{
+    return ask<bool>(
+        [this, window] {
+            if (m_fetchedByProgram && isOfProgram(m_watched, window))
+                return false;
+            m_refused = window;
+            return true;
+        },
+        false);
+}
+
+void ClipboardServer::release()
+{
+    post([this] { m_refused = XCB_WINDOW_NONE; });
 }
 
 void ClipboardServer::handleEvent(const xcb_generic_event_t& event)
@@ -62,9 +104,9 @@ void ClipboardServer::handleEvent(const xcb_generic_event_t& event)
         break;
     case XCB_SELECTION_CLEAR: {
         const auto& lost = reinterpret_cast<const xcb_selection_clear_event_t&>(event);
-        const bool isOfNow = lost.time >= m_ownedSince; // Not of an earlier ownership.
-        if (isOfNow && lost.selection == atom("CLIPBOARD"))
-            m_ownsClipboard = false;
+        Ownership& ownership = lost.selection == XCB_ATOM_PRIMARY ? m_primary : m_clipboard;
+        if (lost.time >= ownership.since) // Not of an earlier ownership.
+            ownership.isOurs = false;
         break;
     }
     case XCB_SELECTION_NOTIFY:
@@ -93,18 +135,33 @@ void ClipboardServer::deadlinePassed()
 bool ClipboardServer::take(const QByteArray& text)
 {
     m_text = text;
-    m_ownsClipboard = own(atom("CLIPBOARD"));
-    return m_ownsClipboard;
+    m_watched = m_refused = XCB_WINDOW_NONE;
+    m_fetchedByProgram = m_fetchedByOthers = false;
+    return own(atom("CLIPBOARD"), m_clipboard);
 }
 
-bool ClipboardServer::own(xcb_atom_t selection)
+bool ClipboardServer::own(xcb_atom_t selection, Ownership& ownership)
 {
     xcb_connection_t* server = connection().get();
-    m_ownedSince = serverTime();
-    xcb_set_selection_owner(server, m_window, selection, m_ownedSince);
+    ownership.since = serverTime();
+    xcb_set_selection_owner(server, m_window, selection, ownership.since);
     const XcbPointer<xcb_get_selection_owner_reply_t> owner(
         xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, selection), nullptr));
-    return owner && owner->owner == m_window;
+    ownership.isOurs = owner && owner->owner == m_window;
+    return ownership.isOurs;
+}
+
+bool ClipboardServer::isOfProgram(xcb_window_t requestor, xcb_window_t window) const
+{
+    return window != XCB_WINDOW_NONE && isSameProgram(connection(), requestor, window);
+}
+
+void ClipboardServer::noteFetch(xcb_window_t requestor)
+{
+    if (isOfProgram(requestor, m_watched))
+        m_fetchedByProgram = true;
+    else
+        m_fetchedByOthers = true;
 }
 
 xcb_timestamp_t ClipboardServer::serverTime()
@@ -124,8 +181,8 @@ void ClipboardServer::answer(const xcb_selection_request_event_t& request)
     // Programs of old name no property; the target's name is meant then.
     const xcb_atom_t property =
         request.property == XCB_ATOM_NONE ? request.target : request.property;
-    const bool known = (request.selection == atom("CLIPBOARD") && m_ownsClipboard)
-        || request.selection == XCB_ATOM_PRIMARY;
+    const bool known = (request.selection == atom("CLIPBOARD") && m_clipboard.isOurs)
+        || (request.selection == XCB_ATOM_PRIMARY && m_primary.isOurs);
     const bool provided = known && provide(request.requestor, request.target, property);
     xcb_selection_notify_event_t reply{};
     reply.response_type = XCB_SELECTION_NOTIFY;
@@ -150,7 +207,7 @@ bool ClipboardServer::provide(xcb_window_t requestor, xcb_atom_t target, xcb_ato
         return true;
     }
     if (target == atom("TIMESTAMP")) {
-        setAtoms(requestor, property, XCB_ATOM_INTEGER, {m_ownedSince});
+        setAtoms(requestor, property, XCB_ATOM_INTEGER, {m_clipboard.since});
         return true;
     }
     if (target == atom("SAVE_TARGETS")) {
@@ -174,17 +231,20 @@ bool ClipboardServer::provideMany(xcb_window_t requestor, xcb_atom_t property)
     return !pairs.isEmpty();
 }
 
+bool ClipboardServer::isText(xcb_atom_t target) const
+{
+    return target == XCB_ATOM_STRING || target == atom("TEXT") || target == atom("UTF8_STRING")
+        || target == atom("text/plain;charset=utf-8") || target == atom("text/plain");
+}
+
 bool ClipboardServer::provideText(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property)
 {
-    QByteArray text = m_text;
-    xcb_atom_t type = target;
-    if (target == XCB_ATOM_STRING)
-        text = QString::fromUtf8(m_text).toLatin1();
-    else if (target == atom("TEXT"))
-        type = atom("UTF8_STRING");
-    else if (target != atom("UTF8_STRING") && target != atom("text/plain;charset=utf-8")
-        && target != atom("text/plain"))
+    if (!isText(target) || isOfProgram(requestor, m_refused))
         return false;
+    noteFetch(requestor);
+    const QByteArray text =
+        target == XCB_ATOM_STRING ? QString::fromUtf8(m_text).toLatin1() : m_text;
+    const xcb_atom_t type = target == atom("TEXT") ? atom("UTF8_STRING") : target;
     if (text.size() > pieceSize) {
         beginTransfer(requestor, property, type, text);
         return true;
@@ -199,6 +259,10 @@ void ClipboardServer::beginTransfer(
 {
     const quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(connection().get(), requestor, XCB_CW_EVENT_MASK, &events);
+    // Who asks again for the same place has given up what was on its way there.
+    m_transfers.remove_if([&](const Transfer& transfer) {
+        return transfer.requestor == requestor && transfer.property == property;
+    });
     setAtoms(requestor, property, atom("INCR"), {static_cast<quint32>(text.size())});
     m_transfers.push_back({requestor, property, type, text, 0, Clock::now() + transferPatience});
     setNextDeadline();
@@ -234,7 +298,7 @@ void ClipboardServer::setNextDeadline()
 
 void ClipboardServer::handOver()
 {
-    if (!m_ownsClipboard)
+    if (!m_clipboard.isOurs)
         return;
     xcb_connection_t* server = connection().get();
     const xcb_atom_t manager = atom("CLIPBOARD_MANAGER");
@@ -244,7 +308,8 @@ void ClipboardServer::handOver()
         return;
     const xcb_atom_t property = atom("TAVRIN_SAVE");
     setAtoms(m_window, property, XCB_ATOM_ATOM, {atom("UTF8_STRING")});
-    xcb_convert_selection(server, m_window, manager, atom("SAVE_TARGETS"), property, m_ownedSince);
+    xcb_convert_selection(
+        server, m_window, manager, atom("SAVE_TARGETS"), property, m_clipboard.since);
     xcb_flush(server);
     m_handedOver = false;
     const auto end = Clock::now() + patience;

@@ -1,5 +1,7 @@
 #include "platform/linux/x11/Typist.h"
 
+#include "base/Log.h"
+#include "platform/linux/x11/ClipboardServer.h"
 #include "platform/linux/x11/KeyTracker.h"
 
 #include <algorithm>
@@ -10,8 +12,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A program that has not answered by then is given up on: the keys are in its queue.
-constexpr auto programPatience = 400ms;
+// It looks symbols up when it gets to the keys: the map must stay until it has. A program that has
+// not answered by then hangs.
+constexpr auto programPatience = 4s;
 
 // For programs that do not answer at all.
 constexpr auto silentProgramPause = 80ms;
@@ -28,8 +31,9 @@ constexpr auto strokePause = 1ms;
 
 } // namespace
 
-Typist::Typist(const QString& stateFile)
+Typist::Typist(const QString& stateFile, ClipboardServer& clipboard)
     : m_spareCodes(connection(), stateFile)
+    , m_clipboard(clipboard)
 {
     if (!isAvailable())
         return;
@@ -45,18 +49,33 @@ Typist::Typist(const QString& stateFile)
 Typist::~Typist()
 {
     ++m_turn;
-    post([this] { m_spareCodes.restore(); });
+    post([this] { settle(); });
     stop();
 }
 
-void Typist::paste(PasteShortcut shortcut, const RunningApplication& target)
+void Typist::paste(PasteShortcut shortcut, const RunningApplication& target, Posted posted)
 {
-    post([this, shortcut, target] { pressPaste(shortcut, target); });
+    if (!isAvailable())
+        return posted(KeyPosting::Refused);
+    post([this, shortcut, target, posted = std::move(posted)] {
+        posted(pressPaste(shortcut, target));
+    });
 }
 
-void Typist::type(const QString& text, const RunningApplication& target)
+void Typist::askForReception(Received received)
 {
-    post([this, text, target, turn = m_turn.load()] { typeText(text, target, turn); });
+    if (!isAvailable())
+        return received(PasteReception::Unknown);
+    post([this, received = std::move(received)] { received(reception()); });
+}
+
+void Typist::type(const QString& text, const RunningApplication& target, Posted posted)
+{
+    if (!isAvailable())
+        return posted(KeyPosting::Refused);
+    post([this, text, target, posted = std::move(posted), turn = m_turn.load()] {
+        posted(typeText(text, target, turn));
+    });
 }
 
 void Typist::tapEmptyCode()
@@ -81,49 +100,113 @@ void Typist::handleEvent(const xcb_generic_event_t& event)
     if ((event.response_type & 0x7f) != XCB_CLIENT_MESSAGE)
         return;
     const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
-    if (message.type == connection().atom("WM_PROTOCOLS") && message.format == 32
-        && message.data.data32[0] == connection().atom("_NET_WM_PING"))
-        m_answeredPing = message.data.data32[1];
+    if (message.type != connection().atom("WM_PROTOCOLS") || message.format != 32
+        || message.data.data32[0] != connection().atom("_NET_WM_PING"))
+        return;
+    m_answeredPing = message.data.data32[1];
+    continueSeries(m_pasteWatch);
+    continueSeries(m_typingWatch);
+    if (m_settlesLater && m_typingWatch.isBehindKeys())
+        settle();
 }
 
-void Typist::pressPaste(PasteShortcut shortcut, const RunningApplication& target)
+KeyPosting Typist::pressPaste(PasteShortcut shortcut, const RunningApplication& target)
 {
-    if (takeAim(target) == XCB_WINDOW_NONE)
-        return;
+    const auto refuse = [](const char* reason) {
+        qCWarning(log::platform) << "The paste shortcut is not pressed:" << reason;
+        return KeyPosting::Refused;
+    };
+    m_pasteWatch = {};
+    const xcb_window_t window = takeAim(target);
+    if (window == XCB_WINDOW_NONE)
+        return refuse("another window has the keyboard");
     const KeyboardMap map = KeyboardMap::read(connection());
     const auto control = map.codeOf(keysyms::leftControl);
     const auto shift = map.codeOf(keysyms::leftShift);
     const auto key =
         map.codeOf(shortcut == PasteShortcut::ShiftInsert ? keysyms::insert : keysyms::v);
     if (!control || !shift || !key)
-        return;
-    releaseHeldModifiers(map);
-    switch (shortcut) {
-    case PasteShortcut::ControlV:
-        press({*control, *key});
-        break;
-    case PasteShortcut::ControlShiftV:
-        press({*control, *shift, *key});
-        break;
-    case PasteShortcut::ShiftInsert:
-        press({*shift, *key});
-        break;
-    }
+        return refuse("the keyboard has no key for it");
+    if (!releaseHeldModifiers(map))
+        return refuse("a modifier key is held");
+    if (!m_clipboard.watch(window, shortcut == PasteShortcut::ShiftInsert))
+        return refuse("the clipboard cannot be had");
+    std::vector<xcb_keycode_t> chord;
+    if (shortcut != PasteShortcut::ShiftInsert)
+        chord.push_back(*control);
+    if (shortcut != PasteShortcut::ControlV)
+        chord.push_back(*shift);
+    chord.push_back(*key);
+    if (!press(chord))
+        return refuse("another window took the keyboard");
+    static_cast<void>(focus()); // Once this is answered, the keys are out.
+    startSeries(m_pasteWatch, window);
+    return KeyPosting::Done;
 }
 
-void Typist::typeText(const QString& text, const RunningApplication& target, quint64 turn)
+PasteReception Typist::reception()
+{
+    // In this order: what the program has asked for, it has asked for before it answers.
+    const bool hasGotToIt = m_pasteWatch.isBehindKeys();
+    switch (m_clipboard.fetching()) {
+    case ClipboardServer::Fetching::ByProgram:
+        return PasteReception::Fetched;
+    case ClipboardServer::Fetching::Unknown:
+        return PasteReception::Unknown;
+    case ClipboardServer::Fetching::ByOthers:
+    case ClipboardServer::Fetching::None:
+        break;
+    }
+    if (m_pasteWatch.ping == 0)
+        return PasteReception::Unknown;
+    if (!hasGotToIt)
+        return PasteReception::Waiting;
+    return m_clipboard.fetching() == ClipboardServer::Fetching::None
+        ? PasteReception::Ignored
+        : PasteReception::FetchedElsewhere;
+}
+
+KeyPosting Typist::typeText(const QString& text, const RunningApplication& target, quint64 turn)
 {
     const xcb_window_t window = takeAim(target);
-    if (window == XCB_WINDOW_NONE)
-        return;
     const KeyboardMap map = KeyboardMap::read(connection());
-    releaseHeldModifiers(map);
-    const auto batches = planTyping(text, map, m_spareCodes.codes(map), keyboardState());
-    for (const TypingBatch& batch : batches) {
-        if (!typeBatch(batch, window, turn))
-            break;
+    if (window == XCB_WINDOW_NONE || !releaseHeldModifiers(map)) {
+        qCWarning(log::platform) << "Nothing is typed: another window has the keyboard, or a "
+                                    "modifier key is held";
+        return KeyPosting::Refused;
     }
+    if (!m_clipboard.withholdFrom(window)) {
+        return m_clipboard.fetching() == ClipboardServer::Fetching::ByProgram ? KeyPosting::Fetched
+                                                                              : KeyPosting::Refused;
+    }
+    m_settlesLater = false;
+    const auto batches = planTyping(text, map, m_spareCodes.codes(map), keyboardState());
+    const KeyPosting posting = typeBatches(batches, window, turn);
+    // What a program that hangs has in its queue means something only while the map stays.
+    m_settlesLater = posting == KeyPosting::Unanswered;
+    if (!m_settlesLater)
+        settle();
+    return posting;
+}
+
+KeyPosting Typist::typeBatches(
+    const std::vector<TypingBatch>& batches, xcb_window_t window, quint64 turn)
+{
+    m_anyKeyOut = false;
+    bool answered = true;
+    for (const TypingBatch& batch : batches) {
+        if (!answered || !typeBatch(batch, window, turn))
+            return m_anyKeyOut ? KeyPosting::Broken : KeyPosting::Refused;
+        answered = waitForProgram(window);
+    }
+    return answered ? KeyPosting::Done : KeyPosting::Unanswered;
+}
+
+void Typist::settle()
+{
+    m_settlesLater = false;
     m_spareCodes.restore();
+    m_clipboard.release();
 }
 
 xcb_window_t Typist::takeAim(const RunningApplication& target)
@@ -133,8 +216,8 @@ xcb_window_t Typist::takeAim(const RunningApplication& target)
         const xcb_window_t window = m_windows.active();
         m_aim = focus();
         // The window manager moves the focus first and tells of it afterwards: ask both.
-        const qint64 owner = m_windows.processAround(m_aim);
-        if (isInFront(window, target) && (owner == 0 || owner == target.processIdentifier))
+        if (isInFront(window, target)
+            && (m_aim <= XCB_INPUT_FOCUS_POINTER_ROOT || m_windows.isWithin(m_aim, window)))
             return window;
         if (Clock::now() >= end)
             return XCB_WINDOW_NONE;
@@ -146,9 +229,9 @@ bool Typist::isInFront(xcb_window_t window, const RunningApplication& target) co
 {
     if (window == XCB_WINDOW_NONE)
         return false;
-    return window == target.window
-        || (target.processIdentifier > 0
-            && m_windows.owner(window).processIdentifier == target.processIdentifier);
+    if (target.window != XCB_WINDOW_NONE)
+        return window == target.window;
+    return target.processIdentifier > 0 && m_windows.processOf(window) == target.processIdentifier;
 }
 
 bool Typist::typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 turn)
@@ -157,21 +240,22 @@ bool Typist::typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 tu
     if (!shift || !mayGoOn(window, turn))
         return false;
     m_spareCodes.assign(batch.assignments);
-    if (!batch.assignments.empty())
-        waitForProgram(window); // So that it knows the map before the first key.
+    // So that it knows the map before the first key.
+    if (!batch.assignments.empty() && !waitForProgram(window))
+        return false;
     for (const KeyStroke& stroke : batch.strokes) {
         if (!mayGoOn(window, turn))
             return false;
         if (!press(stroke.shift ? std::vector<xcb_keycode_t>{*shift, stroke.code}
                                 : std::vector<xcb_keycode_t>{stroke.code}))
             return false;
+        m_anyKeyOut = true;
         std::this_thread::sleep_for(strokePause);
     }
-    waitForProgram(window); // It looks the symbols up when it gets to the keys.
     return true;
 }
 
-void Typist::releaseHeldModifiers(const KeyboardMap& map)
+bool Typist::releaseHeldModifiers(const KeyboardMap& map)
 {
     const auto end = Clock::now() + fingerPatience;
     for (auto held = heldModifiers(map); !held.empty(); held = heldModifiers(map)) {
@@ -179,9 +263,10 @@ void Typist::releaseHeldModifiers(const KeyboardMap& map)
             fakeKey(code, false);
         xcb_flush(connection().get());
         if (Clock::now() >= end)
-            return;
+            return false;
         std::this_thread::sleep_for(fingerPause);
     }
+    return true;
 }
 
 std::vector<xcb_keycode_t> Typist::heldModifiers(const KeyboardMap& map) const
@@ -226,27 +311,54 @@ bool Typist::press(const std::vector<xcb_keycode_t>& chord)
     return isAimRight;
 }
 
-void Typist::waitForProgram(xcb_window_t window)
+bool Typist::waitForProgram(xcb_window_t window)
+{
+    startSeries(m_typingWatch, window);
+    if (m_typingWatch.ping == 0) {
+        std::this_thread::sleep_for(silentProgramPause);
+        return true;
+    }
+    const auto end = Clock::now() + programPatience;
+    while (!m_typingWatch.isBehindKeys() && handleEventsUntil(end)) { }
+    return m_typingWatch.isBehindKeys();
+}
+
+void Typist::startSeries(PingSeries& series, xcb_window_t window)
+{
+    series = {window, answersPings(window) ? ping(window) : 0, 0};
+}
+
+void Typist::continueSeries(PingSeries& series)
+{
+    if (series.ping == 0 || series.ping != m_answeredPing || series.isBehindKeys())
+        return;
+    ++series.answers;
+    if (!series.isBehindKeys())
+        series.ping = ping(series.window);
+}
+
+bool Typist::answersPings(xcb_window_t window) const
 {
     const X11Connection& server = connection();
-    const auto protocols = server.numbers(window, server.atom("WM_PROTOCOLS"));
-    if (!protocols.contains(server.atom("_NET_WM_PING"))) {
-        std::this_thread::sleep_for(silentProgramPause);
-        return;
-    }
-    xcb_client_message_event_t ping{};
-    ping.response_type = XCB_CLIENT_MESSAGE;
-    ping.format = 32;
-    ping.window = window;
-    ping.type = server.atom("WM_PROTOCOLS");
-    ping.data.data32[0] = server.atom("_NET_WM_PING");
-    ping.data.data32[1] = ++m_lastPing;
-    ping.data.data32[2] = window;
+    return server.numbers(window, server.atom("WM_PROTOCOLS"))
+        .contains(server.atom("_NET_WM_PING"));
+}
+
+quint32 Typist::ping(xcb_window_t window)
+{
+    const X11Connection& server = connection();
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = server.atom("WM_PROTOCOLS");
+    message.data.data32[0] = server.atom("_NET_WM_PING");
+    message.data.data32[1] = ++m_lastPing;
+    message.data.data32[2] = window;
     xcb_send_event(
-        server.get(), 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&ping));
+        server.get(), 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&message));
     xcb_flush(server.get());
-    const auto end = Clock::now() + programPatience;
-    while (m_answeredPing != m_lastPing && handleEventsUntil(end)) { }
+    return m_lastPing;
 }
 
 bool Typist::mayGoOn(xcb_window_t window, quint64 turn) const

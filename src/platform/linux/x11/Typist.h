@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/SyntheticKeyboard.h"
 #include "platform/Workspace.h"
 #include "platform/linux/x11/SpareCodes.h"
 #include "platform/linux/x11/TerminalPrograms.h"
@@ -8,19 +9,27 @@
 
 namespace tavrin {
 
+class ClipboardServer;
+
 /// Presses keys for other programs, on a thread of its own. Every stroke is pressed and released in
 /// one breath, so that no key can be left down, whatever ends this process.
 class Typist final : public X11Thread {
 public:
-    explicit Typist(const QString& stateFile);
+    /// Both are called on the thread, exactly once.
+    using Posted = std::function<void(KeyPosting)>;
+    using Received = std::function<void(PasteReception)>;
+
+    /// @p clipboard knows who has fetched the text; it must outlive the typist.
+    Typist(const QString& stateFile, ClipboardServer& clipboard);
     ~Typist() override;
 
     Typist(const Typist&) = delete;
     Typist& operator=(const Typist&) = delete;
 
     /// From the main thread; each returns at once and takes its turn.
-    void paste(PasteShortcut shortcut, const RunningApplication& target);
-    void type(const QString& text, const RunningApplication& target);
+    void paste(PasteShortcut shortcut, const RunningApplication& target, Posted posted);
+    void askForReception(Received received);
+    void type(const QString& text, const RunningApplication& target, Posted posted);
     /// Presses a key code that has no symbol, whatever program is in front.
     void tapEmptyCode();
 
@@ -31,21 +40,46 @@ protected:
     void handleEvent(const xcb_generic_event_t& event) override;
 
 private:
-    void pressPaste(PasteShortcut shortcut, const RunningApplication& target);
-    void typeText(const QString& text, const RunningApplication& target, quint64 turn);
-    /// Takes aim at the target's window that has the keyboard, and gives it; XCB_WINDOW_NONE when
-    /// another program has the keyboard.
-    xcb_window_t takeAim(const RunningApplication& target);
+    /// Pings that tell whether a program has got to the keys before them. It answers in the order
+    /// of its events, but some toolkits do so when they read them and act on keys a little later:
+    /// only the answer to a ping that was sent after the first answer comes from behind the keys.
+    struct PingSeries {
+        xcb_window_t window = XCB_WINDOW_NONE;
+        quint32 ping = 0; ///< The one that is out; 0 for none.
+        int answers = 0;
+
+        [[nodiscard]] bool isBehindKeys() const { return answers >= 2; }
+    };
+
+    [[nodiscard]] KeyPosting pressPaste(PasteShortcut shortcut, const RunningApplication& target);
+    [[nodiscard]] KeyPosting typeText(
+        const QString& text, const RunningApplication& target, quint64 turn);
+    [[nodiscard]] KeyPosting typeBatches(
+        const std::vector<TypingBatch>& batches, xcb_window_t window, quint64 turn);
+    [[nodiscard]] PasteReception reception();
+    /// Takes aim at the target's window when it has the keyboard; XCB_WINDOW_NONE when another
+    /// window, be it of the same program, has it.
+    [[nodiscard]] xcb_window_t takeAim(const RunningApplication& target);
     [[nodiscard]] bool isInFront(xcb_window_t window, const RunningApplication& target) const;
     /// False when typing has to end.
-    bool typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 turn);
-    void releaseHeldModifiers(const KeyboardMap& map);
+    [[nodiscard]] bool typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 turn);
+    /// Puts back what typing has borrowed.
+    void settle();
+    /// False when somebody keeps holding one.
+    [[nodiscard]] bool releaseHeldModifiers(const KeyboardMap& map);
     [[nodiscard]] std::vector<xcb_keycode_t> heldModifiers(const KeyboardMap& map) const;
     [[nodiscard]] KeyboardState keyboardState();
     /// False, and nothing pressed, when the keyboard is no longer where takeAim() found it.
     bool press(const std::vector<xcb_keycode_t>& chord);
-    /// Waits until the program has taken every key so far, or should have.
-    void waitForProgram(xcb_window_t window);
+    /// Waits until the program has taken every key so far, or should have where it cannot tell.
+    /// False when it does not answer.
+    [[nodiscard]] bool waitForProgram(xcb_window_t window);
+    [[nodiscard]] bool answersPings(xcb_window_t window) const;
+    /// Begins anew; without a ping where the program answers none.
+    void startSeries(PingSeries& series, xcb_window_t window);
+    void continueSeries(PingSeries& series);
+    /// The number that the answer will carry.
+    quint32 ping(xcb_window_t window);
     [[nodiscard]] bool mayGoOn(xcb_window_t window, quint64 turn) const;
     [[nodiscard]] xcb_window_t focus() const;
     void fakeKey(xcb_keycode_t code, bool down);
@@ -56,6 +90,11 @@ private:
     xcb_window_t m_aim = XCB_WINDOW_NONE; // The focus that the keys of this turn are meant for.
     quint32 m_lastPing = 0;
     quint32 m_answeredPing = 0;
+    PingSeries m_pasteWatch;
+    PingSeries m_typingWatch;
+    bool m_settlesLater = false; // Once the typed keys are taken.
+    bool m_anyKeyOut = false; // Of the text that is being typed.
+    ClipboardServer& m_clipboard;
 };
 
 } // namespace tavrin

@@ -1,13 +1,25 @@
 #include "platform/linux/x11/X11SyntheticKeyboard.h"
 
+#include "platform/MainQueue.h"
 #include "platform/linux/desktop/XdgFolders.h"
 #include "platform/linux/x11/ClipboardPasteboard.h"
 
 namespace tavrin {
+namespace {
 
-X11SyntheticKeyboard::X11SyntheticKeyboard(ClipboardPasteboard& pasteboard)
-    : m_pasteboard(pasteboard)
-    , m_typist(stateFile())
+/// Calls @p completion on the main thread.
+template <class Answer>
+std::function<void(Answer)> onMainThread(MainQueue& queue, Completion<Answer> completion)
+{
+    return [&queue, completion = std::move(completion)](
+               Answer answer) { queue.post([completion, answer] { completion(answer); }); };
+}
+
+} // namespace
+
+X11SyntheticKeyboard::X11SyntheticKeyboard(ClipboardPasteboard& pasteboard, MainQueue& mainQueue)
+    : m_mainQueue(mainQueue)
+    , m_typist(stateFile(), pasteboard.server())
 {
 }
 
@@ -20,18 +32,22 @@ QString X11SyntheticKeyboard::stateFile()
                             : folder + QStringLiteral("/tavrin-borrowed-keys") + display;
 }
 
-void X11SyntheticKeyboard::postPasteShortcut(const RunningApplication& target)
+void X11SyntheticKeyboard::postPasteShortcut(
+    const RunningApplication& target, Completion<KeyPosting> completion)
 {
-    const PasteShortcut shortcut = pasteShortcutOf(target);
-    if (shortcut == PasteShortcut::ShiftInsert)
-        m_pasteboard.offerAsPrimary();
-    m_typist.paste(shortcut, target);
+    m_typist.paste(
+        pasteShortcutOf(target), target, onMainThread(m_mainQueue, std::move(completion)));
+}
+
+void X11SyntheticKeyboard::askForPasteReception(Completion<PasteReception> completion)
+{
+    m_typist.askForReception(onMainThread(m_mainQueue, std::move(completion)));
 }
 
 void X11SyntheticKeyboard::postUnicodeText(
-    const QStringList& chunks, const RunningApplication& target)
+    const QStringList& chunks, const RunningApplication& target, Completion<KeyPosting> completion)
 {
-    m_typist.type(chunks.join(QString()), target);
+    m_typist.type(chunks.join(QString()), target, onMainThread(m_mainQueue, std::move(completion)));
 }
 
 void X11SyntheticKeyboard::coverModifierKey()

@@ -6,24 +6,28 @@
 namespace tavrin {
 
 class ClipboardPasteboard;
+class MainQueue;
 
-/// Types through the X server's test extension. Nothing is pressed while another program has the
+/// Types through the X server's test extension. Nothing is pressed while another window has the
 /// keyboard, typing ends when another window becomes active, and the keyboard's map is put back in
 /// every case, by the next start after a crash.
 class X11SyntheticKeyboard final : public SyntheticKeyboard {
 public:
-    explicit X11SyntheticKeyboard(ClipboardPasteboard& pasteboard);
+    X11SyntheticKeyboard(ClipboardPasteboard& pasteboard, MainQueue& mainQueue);
 
     /// Where the codes in use are noted; empty without a folder for run-time files.
     [[nodiscard]] static QString stateFile();
 
-    void postPasteShortcut(const RunningApplication& target) override;
-    void postUnicodeText(const QStringList& chunks, const RunningApplication& target) override;
+    void postPasteShortcut(
+        const RunningApplication& target, Completion<KeyPosting> completion) override;
+    void askForPasteReception(Completion<PasteReception> completion) override;
+    void postUnicodeText(const QStringList& chunks, const RunningApplication& target,
+        Completion<KeyPosting> completion) override;
     void coverModifierKey() override;
     void cancelTyping() override;
 
 private:
-    ClipboardPasteboard& m_pasteboard;
+    MainQueue& m_mainQueue;
     Typist m_typist;
 };
 

@@ -1,5 +1,9 @@
 #include "platform/linux/x11/X11Windows.h"
 
+#include "platform/linux/x11/X11Programs.h"
+
+#include <QSysInfo>
+
 #include <algorithm>
 #include <poll.h>
 
@@ -22,26 +26,34 @@ X11Windows::Owner X11Windows::owner(xcb_window_t window) const
     Owner owner;
     if (!m_connection.isOpen())
         return owner;
-    owner.processIdentifier = m_connection.number(window, m_connection.atom("_NET_WM_PID"));
+    owner.processIdentifier = processOf(window);
     const QList<QByteArray> parts = m_connection.bytes(window, XCB_ATOM_WM_CLASS).split('\0');
     owner.instance = QString::fromUtf8(parts.value(0));
     owner.className = QString::fromUtf8(parts.value(1));
     return owner;
 }
 
-qint64 X11Windows::processAround(xcb_window_t window) const
+qint64 X11Windows::processOf(xcb_window_t window) const
 {
-    if (!m_connection.isOpen())
+    if (!m_connection.isOpen() || window <= XCB_INPUT_FOCUS_POINTER_ROOT)
         return 0;
-    const auto pid = m_connection.atom("_NET_WM_PID");
-    while (window > XCB_INPUT_FOCUS_POINTER_ROOT && window != m_connection.root()) {
-        if (const qint64 process = m_connection.number(window, pid); process != 0)
-            return process;
+    if (const qint64 process = tavrin::processOf(m_connection, window); process > 0)
+        return process;
+    const QByteArray machine =
+        m_connection.bytes(window, XCB_ATOM_WM_CLIENT_MACHINE).split('\0').value(0);
+    if (machine != QSysInfo::machineHostName().toUtf8())
+        return 0;
+    return m_connection.number(window, m_connection.atom("_NET_WM_PID"));
+}
+
+bool X11Windows::isWithin(xcb_window_t inner, xcb_window_t outer) const
+{
+    while (m_connection.isOpen() && inner != outer && inner > XCB_INPUT_FOCUS_POINTER_ROOT) {
         const XcbPointer<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
-            m_connection.get(), xcb_query_tree(m_connection.get(), window), nullptr));
-        window = tree ? tree->parent : xcb_window_t{XCB_WINDOW_NONE};
+            m_connection.get(), xcb_query_tree(m_connection.get(), inner), nullptr));
+        inner = tree ? tree->parent : xcb_window_t{XCB_WINDOW_NONE};
     }
-    return 0;
+    return inner == outer && outer != XCB_WINDOW_NONE;
 }
 
 bool X11Windows::exists(xcb_window_t window) const
@@ -59,9 +71,8 @@ xcb_window_t X11Windows::topmostOf(qint64 processIdentifier) const
         return XCB_WINDOW_NONE;
     const auto windows =
         m_connection.numbers(m_connection.root(), m_connection.atom("_NET_CLIENT_LIST_STACKING"));
-    const auto pid = m_connection.atom("_NET_WM_PID");
     const auto found = std::find_if(windows.rbegin(), windows.rend(),
-        [&](xcb_window_t window) { return m_connection.number(window, pid) == processIdentifier; });
+        [&](xcb_window_t window) { return processOf(window) == processIdentifier; });
     return found == windows.rend() ? xcb_window_t{XCB_WINDOW_NONE} : *found;
 }
 
@@ -121,10 +132,9 @@ bool X11Windows::waitUntilActive(xcb_window_t window, std::chrono::milliseconds 
             m_connection.get(), m_connection.root(), XCB_CW_EVENT_MASK, &mask);
         xcb_flush(m_connection.get());
     };
-    const qint64 process = owner(window).processIdentifier;
     const auto end = Clock::now() + patience;
     listen(interest);
-    bool inFront = isInFront(window, process);
+    bool inFront = active() == window;
     while (!inFront && m_connection.isOpen()) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
         if (left.count() <= 0)
@@ -134,7 +144,7 @@ bool X11Windows::waitUntilActive(xcb_window_t window, std::chrono::milliseconds 
         pollfd changes{xcb_get_file_descriptor(m_connection.get()), POLLIN, 0};
         ::poll(&changes, 1, static_cast<int>(pause.count()));
         m_connection.discardEvents();
-        inFront = isInFront(window, process);
+        inFront = active() == window;
     }
     listen(none);
     m_connection.discardEvents();
@@ -145,15 +155,6 @@ bool X11Windows::isManaged() const
 {
     return m_connection.number(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"))
         != XCB_WINDOW_NONE;
-}
-
-bool X11Windows::isInFront(xcb_window_t window, qint64 processIdentifier) const
-{
-    const xcb_window_t front = active();
-    if (front == window)
-        return true;
-    return processIdentifier > 0 && front != XCB_WINDOW_NONE
-        && owner(front).processIdentifier == processIdentifier;
 }
 
 } // namespace tavrin

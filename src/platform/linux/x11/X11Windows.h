@@ -25,10 +25,14 @@ public:
     /// The window that takes the keyboard; 0 when there is none.
     [[nodiscard]] xcb_window_t active() const;
 
+    /// The process is the one that the server knows; what the window says of itself counts only
+    /// where the server knows none, and the window is of this machine.
     [[nodiscard]] Owner owner(xcb_window_t window) const;
 
-    /// The process of @p window, or of the nearest window around it that names one; 0 when unknown.
-    [[nodiscard]] qint64 processAround(xcb_window_t window) const;
+    [[nodiscard]] qint64 processOf(xcb_window_t window) const;
+
+    /// Whether @p inner is @p outer or stands somewhere in it.
+    [[nodiscard]] bool isWithin(xcb_window_t inner, xcb_window_t outer) const;
 
     [[nodiscard]] bool exists(xcb_window_t window) const;
 
@@ -39,7 +43,7 @@ public:
     /// comes back.
     void requestActivation(xcb_window_t window) const;
 
-    /// Waits until the active window is @p window or another one of its process.
+    /// Waits until @p window is the active one: another one of its program is another place.
     /// False when that has not happened within @p patience.
     [[nodiscard]] bool waitUntilActive(
         xcb_window_t window, std::chrono::milliseconds patience) const;
@@ -52,8 +56,6 @@ public:
 
 private:
     [[nodiscard]] bool isManaged() const;
-    [[nodiscard]] bool isInFront(xcb_window_t window, qint64 processIdentifier) const;
-
     X11Connection m_connection;
 };
 

@@ -74,11 +74,11 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() const
 
 bool X11Workspace::activate(const RunningApplication& application)
 {
-    if (isActive(application) && application.window == m_windows.active())
-        return true;
     const xcb_window_t window = windowOf(application);
     if (window == XCB_WINDOW_NONE)
         return false;
+    if (window == m_windows.active())
+        return true;
     m_windows.requestActivation(window);
     return m_windows.waitUntilActive(window, activationPatience);
 }
@@ -90,7 +90,7 @@ bool X11Workspace::isActive(const RunningApplication& application) const
         return false;
     if (application.processIdentifier <= 0)
         return front == application.window;
-    return m_windows.owner(front).processIdentifier == application.processIdentifier;
+    return m_windows.processOf(front) == application.processIdentifier;
 }
 
 void X11Workspace::activateThisApplication()
@@ -162,10 +162,13 @@ bool X11Workspace::prefersReducedMotion() const
 xcb_window_t X11Workspace::windowOf(const RunningApplication& application) const
 {
     const auto window = static_cast<xcb_window_t>(application.window);
-    // A window number is given out again once its program has quit.
-    const bool isStillTheirs = m_windows.exists(window)
-        && m_windows.owner(window).processIdentifier == application.processIdentifier;
-    return isStillTheirs ? window : m_windows.topmostOf(application.processIdentifier);
+    if (window == XCB_WINDOW_NONE)
+        return m_windows.topmostOf(application.processIdentifier);
+    // A window number is given out again once its program has quit. Another window of the program
+    // is another place: what was meant for a letter that is closed does not belong into the next.
+    const bool isStillTheirs =
+        m_windows.exists(window) && m_windows.processOf(window) == application.processIdentifier;
+    return isStillTheirs ? window : xcb_window_t{XCB_WINDOW_NONE};
 }
 
 } // namespace tavrin

@@ -1,5 +1,7 @@
 #include "platform/linux/x11/ClipboardPasteboard.h"
 
+#include "platform/linux/x11/ClipboardServer.h"
+#include "platform/linux/x11/OtherProgram.h"
 #include "platform/linux/x11/TestClient.h"
 #include "support/QtPrinters.h"
 
@@ -21,6 +23,7 @@ protected:
     }
 
     TestClient m_client;
+    xcb_window_t m_window = m_client.createHiddenWindow();
     ClipboardPasteboard m_pasteboard;
 };
 
@@ -147,9 +150,112 @@ TEST_F(ClipboardPasteboardTest, WhatAnotherProgramCopiesIsNotOursAnyMore)
 TEST_F(ClipboardPasteboardTest, TheSameTextCanBecomeThePrimarySelection)
 {
     ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("for old terminals")));
-    m_pasteboard.offerAsPrimary();
-    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("for old terminals"))); // Takes its turn.
+    EXPECT_EQ(m_client.convert("PRIMARY", "UTF8_STRING").bytes, "");
+    EXPECT_TRUE(m_pasteboard.server().watch(m_window, true));
     EXPECT_EQ(m_client.convert("PRIMARY", "UTF8_STRING").bytes, "for old terminals");
+}
+
+TEST_F(ClipboardPasteboardTest, ThePrimarySelectionFollowsAlsoWhenTheClipboardWasTaken)
+{
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("ours")));
+    ClipboardPasteboard other;
+    ASSERT_TRUE(other.setString(QStringLiteral("theirs")));
+    EXPECT_TRUE(m_pasteboard.server().watch(m_window, true));
+    EXPECT_EQ(m_client.convert("PRIMARY", "UTF8_STRING").bytes, "ours");
+    EXPECT_EQ(pasted(), QStringLiteral("ours"));
+}
+
+TEST_F(ClipboardPasteboardTest, APrimarySelectionThatAnotherProgramTookIsTheirs)
+{
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("ours")));
+    ASSERT_TRUE(m_pasteboard.server().watch(m_window, true));
+    ClipboardPasteboard other;
+    ASSERT_TRUE(other.setString(QStringLiteral("theirs")));
+    ASSERT_TRUE(other.server().watch(m_window, true));
+    EXPECT_EQ(m_client.convert("PRIMARY", "UTF8_STRING").bytes, "theirs");
+    EXPECT_TRUE(m_pasteboard.setString(QStringLiteral("again")));
+    EXPECT_EQ(m_client.convert("PRIMARY", "UTF8_STRING").bytes, "theirs");
+}
+
+TEST_F(ClipboardPasteboardTest, ItTellsWhetherTheProgramHasFetchedTheTextSinceItIsWatched)
+{
+    using Fetching = ClipboardServer::Fetching;
+    ClipboardServer& server = m_pasteboard.server();
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("watched")));
+    ASSERT_TRUE(server.watch(m_window, false));
+    EXPECT_EQ(server.fetching(), Fetching::None);
+    static_cast<void>(m_client.convert("CLIPBOARD", "TARGETS"));
+    EXPECT_EQ(server.fetching(), Fetching::None); // It has only looked what there is.
+    EXPECT_EQ(pasted("STRING"), QStringLiteral("watched"));
+    EXPECT_EQ(server.fetching(), Fetching::ByProgram);
+
+    ASSERT_TRUE(server.watch(m_window, false));
+    EXPECT_EQ(server.fetching(), Fetching::None);
+}
+
+TEST_F(ClipboardPasteboardTest, ItTellsWhenOnlyOthersHaveFetchedTheText)
+{
+    const OtherProgram watched(QStringLiteral(TAVRIN_TEST_EDITOR));
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("for all")));
+    ASSERT_TRUE(m_pasteboard.server().watch(watched.window(), false));
+    EXPECT_EQ(pasted(), QStringLiteral("for all"));
+    EXPECT_EQ(m_pasteboard.server().fetching(), ClipboardServer::Fetching::ByOthers);
+}
+
+TEST_F(ClipboardPasteboardTest, AClipboardOfAnotherProgramTellsNothing)
+{
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("ours")));
+    ASSERT_TRUE(m_pasteboard.server().watch(m_window, false));
+    ClipboardPasteboard other;
+    ASSERT_TRUE(other.setString(QStringLiteral("theirs")));
+    EXPECT_EQ(pasted(), QStringLiteral("theirs"));
+    EXPECT_TRUE(TestClient::eventually(
+        [this] { return m_pasteboard.server().fetching() == ClipboardServer::Fetching::Unknown; }));
+}
+
+TEST_F(ClipboardPasteboardTest, ATextIsWithheldFromTheProgramThatItIsTypedInto)
+{
+    ClipboardServer& server = m_pasteboard.server();
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("typed")));
+    ASSERT_TRUE(server.watch(m_window, false));
+    ASSERT_TRUE(server.withholdFrom(m_window));
+    for (const char* target : {"UTF8_STRING", "text/plain;charset=utf-8", "STRING"})
+        EXPECT_EQ(m_client.convert("CLIPBOARD", target).type, XCB_ATOM_NONE) << target;
+    EXPECT_EQ(server.fetching(), ClipboardServer::Fetching::None);
+    server.release();
+    EXPECT_EQ(pasted(), QStringLiteral("typed"));
+
+    ASSERT_TRUE(server.watch(m_window, false));
+    ASSERT_TRUE(server.withholdFrom(m_window));
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("new")));
+    EXPECT_EQ(pasted(), QStringLiteral("new"));
+}
+
+TEST_F(ClipboardPasteboardTest, WhatIsWithheldFromOneProgramOthersGet)
+{
+    const OtherProgram other(QStringLiteral(TAVRIN_TEST_EDITOR));
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("for others")));
+    ASSERT_TRUE(m_pasteboard.server().withholdFrom(other.window()));
+    EXPECT_EQ(pasted(), QStringLiteral("for others"));
+}
+
+TEST_F(ClipboardPasteboardTest, WhatTheProgramHasFetchedCannotBeWithheld)
+{
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("fetched")));
+    ASSERT_TRUE(m_pasteboard.server().watch(m_window, false));
+    EXPECT_EQ(pasted(), QStringLiteral("fetched"));
+    EXPECT_FALSE(m_pasteboard.server().withholdFrom(m_window));
+    EXPECT_EQ(pasted(), QStringLiteral("fetched"));
+}
+
+TEST_F(ClipboardPasteboardTest, WhoAsksAgainForTheSamePlaceGetsTheTextFromItsBeginning)
+{
+    const QString large = QStringLiteral("0123456789").repeated(60'000);
+    ASSERT_TRUE(m_pasteboard.setString(large));
+    TestClient::Request request = m_client.request("CLIPBOARD", "UTF8_STRING");
+    ASSERT_TRUE(m_client.takePiece(request)); // One piece, and then it asks anew.
+    m_client.requestAgain(request, "CLIPBOARD", "UTF8_STRING");
+    EXPECT_TRUE(m_client.takeAll(request) == large.toUtf8());
 }
 
 TEST_F(ClipboardPasteboardTest, TheClipboardManagerIsGivenTheTextWhenTheProgramQuits)

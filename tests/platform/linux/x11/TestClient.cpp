@@ -46,7 +46,18 @@ void TestClient::destroyWindow(xcb_window_t window)
 {
     xcb_destroy_window(m_connection.get(), window);
     xcb_flush(m_connection.get());
-    eventually([&] { return activeWindow() != window; });
+    // The window manager may go on calling it the active one when there is no other.
+    eventually([&] {
+        return !m_connection.numbers(m_connection.root(), m_connection.atom("_NET_CLIENT_LIST"))
+                    .contains(window);
+    });
+}
+
+void TestClient::setProperty(xcb_window_t window, const char* name, quint32 number)
+{
+    const auto set = xcb_change_property_checked(m_connection.get(), XCB_PROP_MODE_REPLACE, window,
+        m_connection.atom(name), XCB_ATOM_CARDINAL, 32, 1, &number);
+    const XcbPointer<xcb_generic_error_t> error(xcb_request_check(m_connection.get(), set));
 }
 
 void TestClient::minimize(xcb_window_t window)
@@ -59,57 +70,91 @@ void TestClient::minimize(xcb_window_t window)
 TestClient::Selection TestClient::convert(const char* selection, const char* target)
 {
     xcb_connection_t* server = m_connection.get();
-    const xcb_window_t window = xcb_generate_id(server);
-    const quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_create_window(server, XCB_COPY_FROM_PARENT, window, m_connection.root(), 0, 0, 1, 1, 0,
-        XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
-    const xcb_atom_t property = m_connection.atom("TEST_PROPERTY");
-    xcb_convert_selection(server, window, m_connection.atom(selection), m_connection.atom(target),
-        property, XCB_CURRENT_TIME);
-    xcb_flush(server);
-    const auto notice = nextEvent(XCB_SELECTION_NOTIFY);
+    Request place{createHiddenWindow(), m_connection.atom("TEST_PROPERTY"), {}};
     Selection result;
-    if (!notice
-        || reinterpret_cast<const xcb_selection_notify_event_t&>(*notice).property == XCB_ATOM_NONE)
-        return result;
-    const XcbPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(server,
-        xcb_get_property(server, 1, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1U << 28),
-        nullptr));
-    if (!reply)
-        return result;
-    result.type = reply->type;
-    if (reply->type == m_connection.atom("INCR")) {
-        result.incremental = true;
-        result.bytes = receivePieces(window, property);
-    } else {
-        result.bytes = {static_cast<const char*>(xcb_get_property_value(reply.get())),
-            xcb_get_property_value_length(reply.get())};
+    if (ask(place, selection, target)) {
+        const XcbPointer<xcb_get_property_reply_t> reply = takeProperty(place);
+        result.type = reply ? reply->type : xcb_atom_t{XCB_ATOM_NONE};
+        result.incremental = result.type == m_connection.atom("INCR");
+        result.bytes = result.incremental ? takeAll(place) : valueOf(reply);
     }
-    xcb_destroy_window(server, window);
+    xcb_destroy_window(server, place.window);
     xcb_flush(server);
     return result;
 }
 
-QByteArray TestClient::receivePieces(xcb_window_t window, xcb_atom_t property)
+TestClient::Request TestClient::request(const char* selection, const char* target)
 {
-    QByteArray all;
+    Request place{createHiddenWindow(), m_connection.atom("TEST_PROPERTY"), {}};
+    requestAgain(place, selection, target);
+    return place;
+}
+
+void TestClient::requestAgain(Request& request, const char* selection, const char* target)
+{
+    request.bytes.clear();
+    if (ask(request, selection, target))
+        static_cast<void>(takeProperty(request)); // The announcement.
+}
+
+bool TestClient::takePiece(Request& request)
+{
     while (const auto event = nextEvent(XCB_PROPERTY_NOTIFY)) {
         const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
-        if (change.window != window || change.atom != property
+        if (change.window != request.window || change.atom != request.property
             || change.state != XCB_PROPERTY_NEW_VALUE)
             continue;
-        const XcbPointer<xcb_get_property_reply_t> piece(xcb_get_property_reply(m_connection.get(),
-            xcb_get_property(
-                m_connection.get(), 1, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1U << 28),
-            nullptr));
+        const XcbPointer<xcb_get_property_reply_t> piece = takeProperty(request);
         if (!piece || piece->type == m_connection.atom("INCR"))
             continue; // The announcement, seen again.
-        const int size = xcb_get_property_value_length(piece.get());
-        if (size == 0)
-            return all;
-        all.append(static_cast<const char*>(xcb_get_property_value(piece.get())), size);
+        const QByteArray bytes = valueOf(piece);
+        request.bytes += bytes;
+        return !bytes.isEmpty();
     }
-    return all;
+    return false;
+}
+
+QByteArray TestClient::takeAll(Request& request)
+{
+    while (takePiece(request)) { }
+    return request.bytes;
+}
+
+xcb_window_t TestClient::createHiddenWindow()
+{
+    xcb_connection_t* server = m_connection.get();
+    const xcb_window_t window = xcb_generate_id(server);
+    const quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_create_window(server, XCB_COPY_FROM_PARENT, window, m_connection.root(), 0, 0, 1, 1, 0,
+        XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    xcb_flush(server);
+    return window;
+}
+
+bool TestClient::ask(const Request& request, const char* selection, const char* target)
+{
+    xcb_convert_selection(m_connection.get(), request.window, m_connection.atom(selection),
+        m_connection.atom(target), request.property, XCB_CURRENT_TIME);
+    xcb_flush(m_connection.get());
+    const auto notice = nextEvent(XCB_SELECTION_NOTIFY);
+    return notice
+        && reinterpret_cast<const xcb_selection_notify_event_t&>(*notice).property != XCB_ATOM_NONE;
+}
+
+XcbPointer<xcb_get_property_reply_t> TestClient::takeProperty(const Request& request) const
+{
+    return XcbPointer<xcb_get_property_reply_t>(xcb_get_property_reply(m_connection.get(),
+        xcb_get_property(m_connection.get(), 1, request.window, request.property,
+            XCB_GET_PROPERTY_TYPE_ANY, 0, 1U << 28),
+        nullptr));
+}
+
+QByteArray TestClient::valueOf(const XcbPointer<xcb_get_property_reply_t>& reply)
+{
+    if (!reply)
+        return {};
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+        xcb_get_property_value_length(reply.get())};
 }
 
 xcb_window_t TestClient::activeWindow() const
@@ -117,9 +162,10 @@ xcb_window_t TestClient::activeWindow() const
     return m_connection.number(m_connection.root(), m_connection.atom("_NET_ACTIVE_WINDOW"));
 }
 
-bool TestClient::eventually(const std::function<bool()>& condition)
+bool TestClient::eventually(
+    const std::function<bool()>& condition, std::chrono::milliseconds patience)
 {
-    const auto end = Clock::now() + 2s;
+    const auto end = Clock::now() + patience;
     while (!condition()) {
         if (Clock::now() > end)
             return false;
@@ -138,7 +184,7 @@ void TestClient::fakeKey(xcb_keycode_t code, bool down)
 
 XcbPointer<xcb_generic_event_t> TestClient::nextEvent(int type)
 {
-    const auto end = Clock::now() + 2s;
+    const auto end = Clock::now() + 5s;
     while (Clock::now() < end) {
         XcbPointer<xcb_generic_event_t> event(xcb_poll_for_event(m_connection.get()));
         if (event && (event->response_type & 0x7f) == type)

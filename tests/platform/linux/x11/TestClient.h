@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <chrono>
 #include <functional>
 
 namespace tavrin::testing {
@@ -26,6 +27,7 @@ public:
         const QByteArray& instance, const QByteArray& className, quint32 processIdentifier);
 
     void destroyWindow(xcb_window_t window);
+    void setProperty(xcb_window_t window, const char* name, quint32 number);
     void minimize(xcb_window_t window);
 
     /// What the owner of @p selection gives for @p target; empty type when it refuses.
@@ -37,16 +39,38 @@ public:
 
     [[nodiscard]] Selection convert(const char* selection, const char* target);
 
+    /// The same step by step: a place that a selection is to be put into, and what has come so far.
+    struct Request {
+        xcb_window_t window = XCB_WINDOW_NONE;
+        xcb_atom_t property = XCB_ATOM_NONE;
+        QByteArray bytes;
+    };
+
+    /// Asks, and waits until the owner has announced that the text comes in pieces.
+    [[nodiscard]] Request request(const char* selection, const char* target);
+    void requestAgain(Request& request, const char* selection, const char* target);
+    /// False when none comes.
+    bool takePiece(Request& request);
+    /// What has come once the owner says that this was all.
+    [[nodiscard]] QByteArray takeAll(Request& request);
+
+    /// A window that is never shown.
+    [[nodiscard]] xcb_window_t createHiddenWindow();
+
     [[nodiscard]] xcb_window_t activeWindow() const;
 
-    /// Waits until @p condition holds; false after two seconds.
-    static bool eventually(const std::function<bool()>& condition);
+    /// Waits until @p condition holds; false when that takes longer than @p patience, which is far
+    /// more than anything needs on a quiet machine.
+    static bool eventually(const std::function<bool()>& condition,
+        std::chrono::milliseconds patience = std::chrono::seconds(5));
 
 private:
     void fakeKey(xcb_keycode_t code, bool down);
+    /// False when the owner refuses.
+    [[nodiscard]] bool ask(const Request& request, const char* selection, const char* target);
+    [[nodiscard]] XcbPointer<xcb_get_property_reply_t> takeProperty(const Request& request) const;
+    [[nodiscard]] static QByteArray valueOf(const XcbPointer<xcb_get_property_reply_t>& reply);
     [[nodiscard]] XcbPointer<xcb_generic_event_t> nextEvent(int type);
-    [[nodiscard]] QByteArray receivePieces(xcb_window_t window, xcb_atom_t property);
-
     X11Connection m_connection;
 };
 

@@ -1,7 +1,9 @@
 #include "platform/linux/x11/X11SyntheticKeyboard.h"
 
 #include "platform/linux/x11/ClipboardPasteboard.h"
+#include "platform/linux/x11/OtherProgram.h"
 #include "platform/linux/x11/TestClient.h"
+#include "platform/qt/QtMainQueue.h"
 #include "support/QtPrinters.h"
 
 #include <QCoreApplication>
@@ -13,6 +15,9 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+
+#include <chrono>
+#include <optional>
 
 namespace tavrin::testing {
 namespace {
@@ -55,6 +60,38 @@ protected:
 
     [[nodiscard]] QString text() const { return m_editor.toPlainText(); }
 
+    /// Presses the paste shortcut, and waits until it is out or cannot be.
+    KeyPosting paste(const RunningApplication& target)
+    {
+        std::optional<KeyPosting> posting;
+        m_keyboard.postPasteShortcut(target, [&](KeyPosting end) { posting = end; });
+        EXPECT_TRUE(TestClient::eventually([&] { return posting.has_value(); }));
+        return posting.value_or(KeyPosting::Broken);
+    }
+
+    /// Types, and waits until the keys are out or cannot be.
+    KeyPosting type(const QString& text, const RunningApplication& target)
+    {
+        std::optional<KeyPosting> posting;
+        m_keyboard.postUnicodeText({text}, target, [&](KeyPosting end) { posting = end; });
+        EXPECT_TRUE(
+            TestClient::eventually([&] { return posting.has_value(); }, std::chrono::seconds(20)));
+        return posting.value_or(KeyPosting::Broken);
+    }
+
+    PasteReception reception()
+    {
+        std::optional<PasteReception> reception;
+        m_keyboard.askForPasteReception([&](PasteReception told) { reception = told; });
+        EXPECT_TRUE(TestClient::eventually([&] { return reception.has_value(); }));
+        return reception.value_or(PasteReception::Unknown);
+    }
+
+    bool eventuallyReceives(PasteReception expected)
+    {
+        return TestClient::eventually([&] { return reception() == expected; });
+    }
+
     [[nodiscard]] bool eventuallyReads(const QString& expected) const
     {
         return TestClient::eventually([&] { return text() == expected; });
@@ -79,23 +116,109 @@ protected:
     TestClient m_client;
     QPlainTextEdit m_editor;
     RunningApplication m_target;
+    QtMainQueue m_mainQueue;
     ClipboardPasteboard m_pasteboard;
-    X11SyntheticKeyboard m_keyboard{m_pasteboard};
+    X11SyntheticKeyboard m_keyboard{m_pasteboard, m_mainQueue};
 };
 
 TEST_F(X11SyntheticKeyboardTest, PastesWithControlV)
 {
     ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("你好, world 😀")));
-    m_keyboard.postPasteShortcut(m_target);
+    EXPECT_EQ(paste(m_target), KeyPosting::Done);
     EXPECT_TRUE(eventuallyReads(QStringLiteral("你好, world 😀"))) << text().toStdString();
+    EXPECT_EQ(reception(), PasteReception::Fetched);
+}
+
+TEST_F(X11SyntheticKeyboardTest, AProgramThatDoesNothingAboutAPasteIgnoresIt)
+{
+    QWidget picture;
+    picture.resize(200, 100);
+    picture.show();
+    ASSERT_TRUE(TestClient::eventually([&] { return picture.isActiveWindow(); }));
+    RunningApplication target = m_target;
+    target.window = picture.winId();
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("unwanted")));
+    EXPECT_EQ(paste(target), KeyPosting::Done);
+    EXPECT_TRUE(eventuallyReceives(PasteReception::Ignored));
+}
+
+TEST_F(X11SyntheticKeyboardTest, WhatAnotherProgramFetchesIsFetchedElsewhere)
+{
+    QWidget picture;
+    picture.resize(200, 100);
+    picture.show();
+    ASSERT_TRUE(TestClient::eventually([&] { return picture.isActiveWindow(); }));
+    RunningApplication target = m_target;
+    target.window = picture.winId();
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("for the collector")));
+    QProcess collector;
+    collector.start(QStringLiteral("xclip"),
+        {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o")});
+    ASSERT_TRUE(TestClient::eventually([&] { return collector.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(collector.readAllStandardOutput(), "for the collector");
+    EXPECT_EQ(paste(target), KeyPosting::Done);
+    EXPECT_TRUE(eventuallyReceives(PasteReception::FetchedElsewhere));
+}
+
+TEST_F(X11SyntheticKeyboardTest, AClipboardThatAnotherProgramTookIsTakenBackForThePaste)
+{
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("ours")));
+    ClipboardPasteboard other;
+    ASSERT_TRUE(other.setString(QStringLiteral("theirs")));
+    EXPECT_EQ(paste(m_target), KeyPosting::Done);
+    EXPECT_TRUE(eventuallyReads(QStringLiteral("ours"))) << text().toStdString();
+}
+
+TEST_F(X11SyntheticKeyboardTest, ABusyProgramIsWaitedForAndGetsTheTextOnce)
+{
+    OtherProgram program(QStringLiteral(TAVRIN_TEST_EDITOR));
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("once")));
+    program.pause();
+    EXPECT_EQ(paste(program.application()), KeyPosting::Done);
+    EXPECT_EQ(reception(), PasteReception::Waiting);
+    program.resume();
+    EXPECT_TRUE(eventuallyReceives(PasteReception::Fetched));
+    EXPECT_TRUE(TestClient::eventually([&] { return program.text() == u"once"; }));
+    EXPECT_EQ(type(QStringLiteral("once"), program.application()), KeyPosting::Fetched);
+    EXPECT_EQ(program.text(), QStringLiteral("once"));
+}
+
+TEST_F(X11SyntheticKeyboardTest, APasteThatComesLateBringsNothingBesideTheTypedText)
+{
+    OtherProgram program(QStringLiteral(TAVRIN_TEST_EDITOR));
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("twice?")));
+    program.pause();
+    EXPECT_EQ(paste(program.application()), KeyPosting::Done);
+    // Characters of the keyboard's own need no answer of the program before they go out.
+    std::optional<KeyPosting> posting;
+    m_keyboard.postUnicodeText(
+        {QStringLiteral("twice?")}, program.application(), [&](KeyPosting end) { posting = end; });
+    EXPECT_FALSE(TestClient::eventually(
+        [&] { return posting.has_value(); }, std::chrono::milliseconds(300)));
+    program.resume();
+    EXPECT_TRUE(TestClient::eventually([&] { return posting.has_value(); }));
+    EXPECT_EQ(posting, KeyPosting::Done);
+    EXPECT_TRUE(TestClient::eventually([&] { return program.text() == u"twice?"; }));
+    // And afterwards it may paste again.
+    EXPECT_EQ(paste(program.application()), KeyPosting::Done);
+    EXPECT_TRUE(TestClient::eventually([&] { return program.text() == u"twice?twice?"; }));
+}
+
+TEST_F(X11SyntheticKeyboardTest, AProgramThatHangsWhileItIsTypedIntoKeepsTheKeyboardsMap)
+{
+    OtherProgram program(QStringLiteral(TAVRIN_TEST_EDITOR));
+    program.pause();
+    EXPECT_EQ(type(QStringLiteral("plain"), program.application()), KeyPosting::Unanswered);
+    program.resume();
+    EXPECT_TRUE(TestClient::eventually([&] { return program.text() == u"plain"; }));
 }
 
 TEST_F(X11SyntheticKeyboardTest, TypesCharactersOfEveryKind)
 {
     const QString mixed = QStringLiteral(
         "Hello, 世界! ÀÉ ß € «x» 😀👍🏽 Ωж\nline two\t{a}[b]~^`\"'");
-    m_keyboard.postUnicodeText({mixed}, m_target);
-    EXPECT_TRUE(eventuallyReads(mixed)) << text().toStdString();
+    EXPECT_EQ(type(mixed, m_target), KeyPosting::Done);
+    EXPECT_EQ(text(), mixed); // The program has taken all of it by then.
 }
 
 TEST_F(X11SyntheticKeyboardTest, TypesMoreDifferentCharactersThanThereAreSpareKeys)
@@ -104,7 +227,7 @@ TEST_F(X11SyntheticKeyboardTest, TypesMoreDifferentCharactersThanThereAreSpareKe
     QString many;
     for (char16_t unit = 0x4e00; unit < 0x4e00 + 200; ++unit)
         many += QChar(unit);
-    m_keyboard.postUnicodeText({many}, m_target);
+    EXPECT_EQ(type(many, m_target), KeyPosting::Done);
     EXPECT_TRUE(eventuallyReads(many)) << text().toStdString();
     EXPECT_TRUE(TestClient::eventually([&] { return emptyCodes() == before; }));
     EXPECT_TRUE(
@@ -125,7 +248,7 @@ TEST_F(X11SyntheticKeyboardTest, KeysOfManyLayoutsStayAsTheyAre)
     QString many;
     for (char16_t unit = 0x4e00; unit < 0x4e00 + 100; ++unit)
         many += QChar(unit);
-    m_keyboard.postUnicodeText({many}, m_target);
+    EXPECT_EQ(type(many, m_target), KeyPosting::Done);
 
     EXPECT_TRUE(eventuallyReads(many)) << text().toStdString();
     EXPECT_TRUE(TestClient::eventually([&] { return wholeMap() == before; }));
@@ -135,17 +258,31 @@ TEST_F(X11SyntheticKeyboardTest, KeysOfManyLayoutsStayAsTheyAre)
 
 TEST_F(X11SyntheticKeyboardTest, TypesInTheOrderOfTheCalls)
 {
-    m_keyboard.postUnicodeText({QStringLiteral("一二"), QStringLiteral("三")}, m_target);
-    m_keyboard.postUnicodeText({QStringLiteral("four")}, m_target);
+    int posted = 0;
+    const auto count = [&](KeyPosting) { ++posted; };
+    m_keyboard.postUnicodeText({QStringLiteral("一二"), QStringLiteral("三")}, m_target, count);
+    m_keyboard.postUnicodeText({QStringLiteral("four")}, m_target, count);
+    EXPECT_TRUE(TestClient::eventually([&] { return posted == 2; }));
     EXPECT_TRUE(eventuallyReads(QStringLiteral("一二三four"))) << text().toStdString();
 }
 
-TEST_F(X11SyntheticKeyboardTest, HeldModifiersAreReleasedFirst)
+TEST_F(X11SyntheticKeyboardTest, HeldModifiersAreReleasedBeforeTyping)
+{
+    // With Control held, letters are commands.
+    const auto control = KeyboardMap::read(m_client.connection()).codeOf(keysyms::leftControl);
+    m_client.pressKey(*control);
+    EXPECT_EQ(type(QStringLiteral("plain"), m_target), KeyPosting::Done);
+    EXPECT_TRUE(eventuallyReads(QStringLiteral("plain"))) << text().toStdString();
+    m_client.releaseKey(*control);
+}
+
+TEST_F(X11SyntheticKeyboardTest, HeldModifiersAreReleasedBeforeAPaste)
 {
     const auto alt = KeyboardMap::read(m_client.connection()).codeOf(keysyms::leftAlt);
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("pasted")));
     m_client.pressKey(*alt);
-    m_keyboard.postUnicodeText({QStringLiteral("plain")}, m_target);
-    EXPECT_TRUE(eventuallyReads(QStringLiteral("plain"))) << text().toStdString();
+    EXPECT_EQ(paste(m_target), KeyPosting::Done);
+    EXPECT_TRUE(eventuallyReads(QStringLiteral("pasted"))) << text().toStdString();
     m_client.releaseKey(*alt);
 }
 
@@ -177,37 +314,63 @@ TEST_F(X11SyntheticKeyboardTest, ACoveredAltOpensNoMenu)
     EXPECT_TRUE(editor->hasFocus());
 }
 
-TEST_F(X11SyntheticKeyboardTest, PastesNothingIntoAnotherProgram)
+TEST_F(X11SyntheticKeyboardTest, NothingGoesIntoAnotherProgram)
 {
     RunningApplication other = m_target;
     other.processIdentifier = 1;
     other.window = 1;
     ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("secret")));
-    m_keyboard.postPasteShortcut(other);
-    m_keyboard.postUnicodeText({QStringLiteral("mine")}, m_target);
+    EXPECT_EQ(paste(other), KeyPosting::Refused);
+    EXPECT_EQ(type(QStringLiteral("secret"), other), KeyPosting::Refused);
+    EXPECT_EQ(type(QStringLiteral("mine"), m_target), KeyPosting::Done);
     EXPECT_TRUE(eventuallyReads(QStringLiteral("mine"))) << text().toStdString();
 }
 
-TEST_F(X11SyntheticKeyboardTest, TypesNothingIntoAnotherProgram)
+TEST_F(X11SyntheticKeyboardTest, NothingGoesIntoAnotherWindowOfTheProgram)
 {
-    RunningApplication other = m_target;
-    other.processIdentifier = 1;
-    other.window = 1;
-    m_keyboard.postUnicodeText({QStringLiteral("secret")}, other);
-    m_keyboard.postUnicodeText({QStringLiteral("mine")}, m_target);
-    EXPECT_TRUE(eventuallyReads(QStringLiteral("mine"))) << text().toStdString();
+    QPlainTextEdit other;
+    other.show();
+    ASSERT_TRUE(TestClient::eventually([&] { return other.isActiveWindow(); }));
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("secret")));
+    EXPECT_EQ(paste(m_target), KeyPosting::Refused);
+    EXPECT_EQ(type(QStringLiteral("secret"), m_target), KeyPosting::Refused);
+    RunningApplication second = m_target;
+    second.window = other.winId();
+    EXPECT_EQ(type(QStringLiteral("mine"), second), KeyPosting::Done);
+    EXPECT_EQ(other.toPlainText(), QStringLiteral("mine"));
+    EXPECT_EQ(text(), QString());
+}
+
+TEST_F(X11SyntheticKeyboardTest, NothingIsPressedWhileAnotherProgramHoldsTheFocusItself)
+{
+    // A menu or a lock takes the focus without the window manager's knowledge.
+    OtherProgram menu(QStringLiteral(TAVRIN_TEST_EDITOR), {QStringLiteral("--unmanaged")});
+    ASSERT_TRUE(TestClient::eventually([&] { return menu.window() != XCB_WINDOW_NONE; }));
+    xcb_connection_t* const server = m_client.connection().get();
+    xcb_set_input_focus(server, XCB_INPUT_FOCUS_PARENT, menu.window(), XCB_CURRENT_TIME);
+    xcb_flush(server);
+    ASSERT_EQ(m_client.activeWindow(), m_editor.winId());
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("secret")));
+    EXPECT_EQ(paste(m_target), KeyPosting::Refused);
+    EXPECT_EQ(type(QStringLiteral("secret"), m_target), KeyPosting::Refused);
+    EXPECT_EQ(menu.text(), QString());
+    EXPECT_EQ(text(), QString());
 }
 
 TEST_F(X11SyntheticKeyboardTest, StopsWhenAnotherWindowTakesTheKeyboard)
 {
     const auto before = emptyCodes();
     const QString endless = QStringLiteral("字").repeated(3000);
-    m_keyboard.postUnicodeText({endless}, m_target);
+    std::optional<KeyPosting> posting;
+    m_keyboard.postUnicodeText({endless}, m_target, [&](KeyPosting end) { posting = end; });
     ASSERT_TRUE(TestClient::eventually([this] { return text().size() > 20; }));
+    EXPECT_FALSE(posting.has_value());
     QPlainTextEdit other;
     other.show();
     ASSERT_TRUE(TestClient::eventually([&] { return other.isActiveWindow(); }));
     EXPECT_TRUE(TestClient::eventually([&] { return emptyCodes() == before; }));
+    EXPECT_TRUE(TestClient::eventually([&] { return posting.has_value(); }));
+    EXPECT_EQ(posting, KeyPosting::Broken);
     EXPECT_LT(text().size(), endless.size());
     EXPECT_EQ(other.toPlainText(), QString());
 }
@@ -215,9 +378,13 @@ TEST_F(X11SyntheticKeyboardTest, StopsWhenAnotherWindowTakesTheKeyboard)
 TEST_F(X11SyntheticKeyboardTest, CancellingLeavesNoKeyPressedOrRemapped)
 {
     const auto before = emptyCodes();
-    m_keyboard.postUnicodeText({QStringLiteral("大Ａ").repeated(2000)}, m_target);
+    std::optional<KeyPosting> posting;
+    m_keyboard.postUnicodeText(
+        {QStringLiteral("大Ａ").repeated(2000)}, m_target, [&](KeyPosting end) { posting = end; });
     ASSERT_TRUE(TestClient::eventually([this] { return text().size() > 20; }));
     m_keyboard.cancelTyping();
+    EXPECT_TRUE(TestClient::eventually([&] { return posting.has_value(); }));
+    EXPECT_EQ(posting, KeyPosting::Broken);
     EXPECT_TRUE(TestClient::eventually([&] { return emptyCodes() == before; }));
     EXPECT_LT(text().size(), 4000);
     const XcbPointer<xcb_query_keymap_reply_t> keys(xcb_query_keymap_reply(
@@ -235,7 +402,7 @@ TEST_F(X11SyntheticKeyboardTest, WhatACrashLeftBehindIsPutBackByTheNextStart)
         crashed.assign({{before[0], 0x0100'4e00, 0x0100'4e01}, {before[1], 0x0100'4e02, 0}});
     }
     ASSERT_NE(emptyCodes(), before);
-    const X11SyntheticKeyboard next(m_pasteboard);
+    const X11SyntheticKeyboard next(m_pasteboard, m_mainQueue);
     EXPECT_TRUE(TestClient::eventually([&] { return emptyCodes() == before; }));
     EXPECT_TRUE(
         TestClient::eventually([] { return !QFile::exists(X11SyntheticKeyboard::stateFile()); }));

@@ -1,37 +1,27 @@
 #include "platform/linux/x11/X11Workspace.h"
 
+#include "platform/linux/x11/OtherProgram.h"
 #include "platform/linux/x11/TestClient.h"
 #include "support/QtPrinters.h"
 
+#include <QCoreApplication>
 #include <QUrl>
 #include <QWidget>
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <memory>
 #include <unistd.h>
 
 namespace tavrin::testing {
 namespace {
 
-/// A desktop with one window each of two other programs.
+/// A desktop with one window each of two other programs, the second one in front.
 class X11WorkspaceTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        m_first = m_client.createWindow("sample-editor", "Sample-editor", m_process);
-        m_second = m_client.createWindow("unknown-tool", "UnknownTool", m_otherProcess);
-    }
-
-    [[nodiscard]] RunningApplication first() const
-    {
-        return {m_process, QStringLiteral("Editor"), QStringLiteral("editor"), m_first};
-    }
-
-    TestClient m_client; // Its windows go with it.
-    const quint32 m_process = static_cast<quint32>(::getppid());
-    const quint32 m_otherProcess = 1;
-    xcb_window_t m_first = XCB_WINDOW_NONE;
-    xcb_window_t m_second = XCB_WINDOW_NONE;
+    TestClient m_client;
+    OtherProgram m_first{QStringLiteral(TAVRIN_TEST_EDITOR)};
+    OtherProgram m_second{QStringLiteral(TAVRIN_TEST_EDITOR)};
     X11Workspace m_workspace;
 };
 
@@ -39,37 +29,76 @@ TEST_F(X11WorkspaceTest, TheFrontmostApplicationIsThatOfTheActiveWindow)
 {
     const auto front = m_workspace.frontmostApplication();
     ASSERT_TRUE(front);
-    EXPECT_EQ(front->processIdentifier, m_otherProcess);
-    EXPECT_EQ(front->window, m_second);
-    EXPECT_EQ(front->bundleIdentifier, QStringLiteral("UnknownTool"));
-    EXPECT_EQ(front->localizedName, QStringLiteral("UnknownTool"));
+    EXPECT_EQ(front->processIdentifier, m_second.application().processIdentifier);
+    EXPECT_EQ(front->window, m_second.window());
+    EXPECT_EQ(front->bundleIdentifier, QStringLiteral("tavrin-test-editor"));
+    EXPECT_EQ(front->localizedName, QStringLiteral("tavrin-test-editor"));
     EXPECT_TRUE(m_workspace.isActive(*front));
-    EXPECT_FALSE(m_workspace.isActive(first()));
+    EXPECT_FALSE(m_workspace.isActive(m_first.application()));
+}
+
+TEST_F(X11WorkspaceTest, TheProcessIsNotTheOneThatAWindowOnlyClaims)
+{
+    // As a program does that has been put into a process namespace of its own.
+    m_client.setProperty(m_second.window(), "_NET_WM_PID", 2);
+    const auto front = m_workspace.frontmostApplication();
+    ASSERT_TRUE(front);
+    EXPECT_EQ(front->processIdentifier, m_second.application().processIdentifier);
+    EXPECT_TRUE(m_workspace.isActive(m_second.application()));
 }
 
 TEST_F(X11WorkspaceTest, ActivatingBringsTheVeryWindowToTheFront)
 {
-    EXPECT_TRUE(m_workspace.activate(first()));
-    EXPECT_EQ(m_client.activeWindow(), m_first);
-    EXPECT_TRUE(m_workspace.isActive(first()));
+    EXPECT_TRUE(m_workspace.activate(m_first.application()));
+    EXPECT_EQ(m_client.activeWindow(), m_first.window());
+    EXPECT_TRUE(m_workspace.isActive(m_first.application()));
+}
+
+TEST_F(X11WorkspaceTest, AnotherWindowOfTheSameProgramIsNotTakenForIt)
+{
+    QWidget first;
+    first.show();
+    ASSERT_TRUE(TestClient::eventually([&] { return m_client.activeWindow() == first.winId(); }));
+    const auto application = m_workspace.frontmostApplication();
+    ASSERT_TRUE(application);
+    QWidget second;
+    second.show();
+    ASSERT_TRUE(TestClient::eventually([&] { return m_client.activeWindow() == second.winId(); }));
+    EXPECT_TRUE(m_workspace.isActive(*application));
+    EXPECT_TRUE(m_workspace.activate(*application));
+    EXPECT_EQ(m_client.activeWindow(), first.winId());
 }
 
 TEST_F(X11WorkspaceTest, AMinimisedWindowComesBack)
 {
-    ASSERT_TRUE(m_workspace.activate(first()));
-    m_client.minimize(m_first);
-    ASSERT_NE(m_client.activeWindow(), m_first);
-    EXPECT_TRUE(m_workspace.activate(first()));
-    EXPECT_EQ(m_client.activeWindow(), m_first);
+    ASSERT_TRUE(m_workspace.activate(m_first.application()));
+    m_client.minimize(m_first.window());
+    ASSERT_NE(m_client.activeWindow(), m_first.window());
+    EXPECT_TRUE(m_workspace.activate(m_first.application()));
+    EXPECT_EQ(m_client.activeWindow(), m_first.window());
 }
 
-TEST_F(X11WorkspaceTest, AnotherWindowOfTheProgramTakesThePlaceOfAClosedOne)
+TEST_F(X11WorkspaceTest, NoOtherWindowOfTheProgramTakesThePlaceOfAClosedOne)
 {
-    const RunningApplication application = first();
-    const xcb_window_t dialog = m_client.createWindow("sample-editor", "Sample-editor", m_process);
-    m_client.destroyWindow(m_first);
+    auto closed = std::make_unique<QWidget>();
+    closed->show();
+    ASSERT_TRUE(TestClient::eventually([&] { return m_client.activeWindow() == closed->winId(); }));
+    const auto application = m_workspace.frontmostApplication();
+    ASSERT_TRUE(application);
+    QWidget other;
+    other.show();
+    ASSERT_TRUE(TestClient::eventually([&] { return m_client.activeWindow() == other.winId(); }));
+    closed.reset();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(m_workspace.activate(*application));
+}
+
+TEST_F(X11WorkspaceTest, AProgramWithoutAKnownWindowComesBackWithItsTopmostOne)
+{
+    RunningApplication application = m_first.application();
+    application.window = 0;
     EXPECT_TRUE(m_workspace.activate(application));
-    EXPECT_EQ(m_client.activeWindow(), dialog);
+    EXPECT_EQ(m_client.activeWindow(), m_first.window());
 }
 
 TEST_F(X11WorkspaceTest, AProgramThatIsGoneCannotBeActivatedAndCostsNoTime)
@@ -83,10 +112,10 @@ TEST_F(X11WorkspaceTest, AProgramThatIsGoneCannotBeActivatedAndCostsNoTime)
 
 TEST_F(X11WorkspaceTest, AWindowNumberThatWasGivenOutAgainIsSomebodyElses)
 {
-    RunningApplication application = first();
+    RunningApplication application = m_first.application();
     application.processIdentifier = 4'000'000;
     EXPECT_FALSE(m_workspace.activate(application));
-    EXPECT_NE(m_client.activeWindow(), m_first);
+    EXPECT_NE(m_client.activeWindow(), m_first.window());
 }
 
 TEST_F(X11WorkspaceTest, ItsOwnWindowsAreThisApplication)
