@@ -68,6 +68,12 @@ public:
     /// Whether windows may have transparent parts at the moment (Linux: a compositor runs).
     [[nodiscard]] virtual bool isCompositing() const = 0;
 
+    /// Whether every program of the session can be watched and written into. Linux: not in a
+    /// Wayland session. There only programs on XWayland are reached; while another one is in front,
+    /// no key is heard, and whether the pasteboard, a paste or a text read back is that program's
+    /// cannot be told. Does not change while the program runs.
+    [[nodiscard]] virtual bool reachesEveryProgram() const = 0;
+
     /// The user asked the system for less animation.
     [[nodiscard]] virtual bool prefersReducedMotion() const = 0;
 };

@@ -102,6 +102,11 @@ public:
 
     [[nodiscard]] bool isCompositing() const override { return m_inner.isCompositing(); }
 
+    [[nodiscard]] bool reachesEveryProgram() const override
+    {
+        return m_inner.reachesEveryProgram();
+    }
+
     [[nodiscard]] bool prefersReducedMotion() const override
     {
         return m_inner.prefersReducedMotion();

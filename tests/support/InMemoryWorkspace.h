@@ -17,6 +17,7 @@ public:
     bool openingSucceeds = true;
     bool reducedMotion = false;
     bool compositing = true;
+    bool everyProgramReached = true;
     std::optional<QPoint> workedAt;
     QStringList languages;
     QString ownIdentifier = QStringLiteral("tavrin");
@@ -75,6 +76,8 @@ public:
     [[nodiscard]] std::optional<QPoint> frontmostPoint() const override { return workedAt; }
 
     [[nodiscard]] bool isCompositing() const override { return compositing; }
+
+    [[nodiscard]] bool reachesEveryProgram() const override { return everyProgramReached; }
 
     [[nodiscard]] bool prefersReducedMotion() const override { return reducedMotion; }
 };

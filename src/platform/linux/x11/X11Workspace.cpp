@@ -1,6 +1,7 @@
 #include "platform/linux/x11/X11Workspace.h"
 
 #include "platform/linux/desktop/LocaleLanguages.h"
+#include "platform/linux/desktop/SessionType.h"
 #include "platform/linux/desktop/XdgFolders.h"
 
 #include <QCoreApplication>
@@ -47,6 +48,7 @@ bool takesKeyboard(const QWindow& window)
 
 X11Workspace::X11Workspace()
     : m_desktopFiles(xdg::dataFolders(), preferredLocales(environmentVariable))
+    , m_reachesEveryProgram(!isWaylandSession(environmentVariable))
 {
 }
 

@@ -25,6 +25,9 @@ public:
     [[nodiscard]] QStringList preferredLanguages() const override;
     [[nodiscard]] std::optional<QPoint> frontmostPoint() const override;
     [[nodiscard]] bool isCompositing() const override;
+
+    [[nodiscard]] bool reachesEveryProgram() const override { return m_reachesEveryProgram; }
+
     [[nodiscard]] bool prefersReducedMotion() const override;
 
 private:
@@ -33,6 +36,7 @@ private:
     X11Windows m_windows;
     mutable DesktopFiles m_desktopFiles; // Remembers what it found.
     ReducedMotion m_reducedMotion;
+    bool m_reachesEveryProgram;
 };
 
 } // namespace tavrin

@@ -131,6 +131,18 @@ TEST_F(X11WorkspaceTest, ItsOwnWindowsAreThisApplication)
     EXPECT_EQ(front->processIdentifier, ::getpid());
 }
 
+TEST_F(X11WorkspaceTest, ItReachesEveryProgramUnlessTheSessionIsAWaylandOne)
+{
+    for (const char* variable : {"WAYLAND_DISPLAY", "XDG_SESSION_TYPE"}) {
+        const QByteArray before = qgetenv(variable);
+        qunsetenv(variable);
+        EXPECT_TRUE(X11Workspace().reachesEveryProgram());
+        qputenv(variable, "wayland");
+        EXPECT_FALSE(X11Workspace().reachesEveryProgram()) << variable;
+        qputenv(variable, before);
+    }
+}
+
 TEST_F(X11WorkspaceTest, WhatCannotBeOpenedIsRefused)
 {
     EXPECT_FALSE(m_workspace.openUrl(QUrl()));
