@@ -51,6 +51,33 @@ std::optional<QByteArray> defaultSource(
         });
 }
 
+/// Whether the source hands out what an output plays.
+std::optional<bool> isMonitor(
+    PulseConnection& connection, const QByteArray& source, PulseConnection::Deadline deadline)
+{
+    return connection.ask<bool>(
+        deadline, [source](pa_context* context, PulseConnection::Question<bool>* question) {
+            return pa_context_get_source_info_by_name(
+                context, source.constData(),
+                [](pa_context*, const pa_source_info* info, int, void* data) {
+                    auto& asked = *static_cast<PulseConnection::Question<bool>*>(data);
+                    if (info)
+                        asked.answer() = info->monitor_of_sink != PA_INVALID_INDEX;
+                    else
+                        asked.finish(); // After the one source, or instead of it.
+                },
+                question);
+        });
+}
+
+/// A server without a microphone offers what its outputs play: nobody has said that.
+std::optional<QByteArray> defaultMicrophone(
+    PulseConnection& connection, PulseConnection::Deadline deadline)
+{
+    auto source = defaultSource(connection, deadline);
+    return source && isMonitor(connection, *source, deadline) == false ? source : std::nullopt;
+}
+
 } // namespace
 
 /// Carries blocks from the connection's thread to the handlers, on a thread of its own.
@@ -250,7 +277,7 @@ PcmCapture::PcmCapture(
 Result<std::unique_ptr<PcmCapture>> PcmCapture::open(PulseConnection& connection, Handlers handlers)
 {
     const auto deadline = PulseConnection::patience();
-    const auto device = defaultSource(connection, deadline);
+    const auto device = defaultMicrophone(connection, deadline);
     if (!device)
         return failure(error(NoMicrophone));
 

@@ -11,16 +11,17 @@ namespace tavrin {
 
 /// Captures the default microphone as 16 kHz mono, in blocks of some 20 ms.
 ///
-/// The device is the default source of the moment of open(). Nothing is handed out before start();
-/// the first block then may begin up to 20 ms before the call. One thread calls open(), start(),
-/// pause() and destroys the capture; none of that waits longer than half a second for the sound
-/// server. Errors have the domain "TavrinAudio" and a message ready to show.
+/// The device is the default source of the moment of open(); the monitor of an output is none.
+/// Nothing is handed out before start(); the first block then may begin up to 20 ms before the
+/// call. One thread calls open(), start(), pause() and destroys the capture; none of that waits
+/// longer than half a second for the sound server. Errors have the domain "TavrinAudio" and a
+/// message ready to show.
 class PcmCapture {
 public:
     static constexpr int sampleRate = 16'000;
 
     enum ErrorCode {
-        NoMicrophone = 11, ///< No server, no source, or one that cannot be opened.
+        NoMicrophone = 11, ///< No server, no microphone, or one that cannot be opened.
         MicrophoneLost = 12, ///< The device or the server went away while capturing.
         Overrun = 13, ///< The handler fell a minute behind.
     };

@@ -3,6 +3,8 @@
 #include "platform/AudioDevices.h"
 #include "platform/SpeechRecognizer.h"
 
+#include <algorithm>
+
 namespace tavrin {
 namespace {
 
@@ -21,7 +23,9 @@ LinuxPermissions::LinuxPermissions(AudioDevices& devices, const FileSpeechRecogn
 
 AuthorizationStatus LinuxPermissions::microphoneStatus() const
 {
-    return statusOf(!m_devices.devices().isEmpty());
+    const QList<AudioDeviceId> devices = m_devices.devices();
+    return statusOf(std::ranges::any_of(devices,
+        [this](AudioDeviceId device) { return m_devices.inputChannels(device).value_or(0) > 0; }));
 }
 
 void LinuxPermissions::requestMicrophone(Completion<AuthorizationStatus> completion)

@@ -74,10 +74,10 @@ public:
         });
     }
 
-    bool makeDefault(const QString& microphone)
+    bool makeDefault(const QString& source) override
     {
         // The session manager may not be there yet.
-        return comesTrue([&] { return runs({"set-default-source", microphone}); });
+        return comesTrue([&] { return runs({"set-default-source", source}); });
     }
 
 private:

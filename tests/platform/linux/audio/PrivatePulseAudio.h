@@ -38,6 +38,11 @@ public:
         return runs({"load-module", "module-null-sink", "sink_name=" + name});
     }
 
+    bool makeDefault(const QString& source) override
+    {
+        return runs({"set-default-source", source});
+    }
+
 private:
     std::unique_ptr<ChildProcess> m_process;
 };

@@ -35,6 +35,9 @@ public:
 
     virtual bool addOutput(const QString& name) = 0;
 
+    /// Makes this source, which may be any, the default one.
+    virtual bool makeDefault(const QString& source) = 0;
+
 protected:
     PrivateSoundServer() = default;
 

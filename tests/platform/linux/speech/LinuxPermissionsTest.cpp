@@ -15,10 +15,12 @@ protected:
     LinuxPermissions permissions{devices, recognizer};
 };
 
-TEST_F(LinuxPermissionsTest, TheMicrophoneIsAuthorisedWhileASoundServerAnswers)
+TEST_F(LinuxPermissionsTest, TheMicrophoneIsAuthorisedWhileThereIsOne)
 {
     EXPECT_EQ(permissions.microphoneStatus(), AuthorizationStatus::Denied);
     devices.addLoudspeaker(1, "speakers");
+    EXPECT_EQ(permissions.microphoneStatus(), AuthorizationStatus::Denied);
+    devices.addMicrophone(2, "Microphone", "mic");
     EXPECT_EQ(permissions.microphoneStatus(), AuthorizationStatus::Authorized);
 }
 
