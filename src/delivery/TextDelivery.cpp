@@ -117,6 +117,12 @@ void TextDelivery::concludeFrom(PasteReception reception)
     const Sight sight = look();
     if (sight == Sight::Verified)
         return finish("paste, verified");
+    // Where the pasteboard may be another one than the target's, a change may be another text.
+    if (!m_ports.workspace.reachesEveryProgram() && reception != PasteReception::Fetched) {
+        if (!waitOn(ignoredPatience))
+            fail(texts::pasteNotTaken);
+        return;
+    }
     switch (reception) {
     case PasteReception::Ignored: // What has changed in the editor was not this text.
         if (sight == Sight::Unchanged)

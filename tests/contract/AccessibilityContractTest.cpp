@@ -21,6 +21,7 @@ struct Field {
     TextRange selection{0, 0};
     bool singleLine = false;
     bool password = false;
+    QString lie = {}; ///< By which it deceives those who read it; empty for none.
 };
 
 /// A port together with the means to put a field before it.
@@ -78,6 +79,8 @@ public:
             arguments.append(u"--single-line"_s);
         if (field.password)
             arguments.append(u"--password"_s);
+        if (!field.lie.isEmpty())
+            arguments += {u"--lie"_s, field.lie};
         m_editor = std::make_unique<testing::ChildProcess>(
             QString::fromUtf8(TAVRIN_TEST_EDITOR), arguments);
         const auto end = std::chrono::steady_clock::now() + 10s;
@@ -288,6 +291,56 @@ TEST(AtspiAccessibilityTest, AnElementOfAnEndedProgramReadsAsUnknown)
 
     EXPECT_EQ(desktop.port().value(element.get()), std::nullopt);
     EXPECT_FALSE(desktop.port().setSelectedText(u"x"_s, element.get()));
+}
+
+TEST(AtspiAccessibilityTest, ATextThatCannotBeInsertedCostsNothingOfTheSelection)
+{
+    RealDesktop desktop;
+    Field field{u"Dear Anna, hello"_s, {5, 4}};
+    field.lie = u"stuck-insert"_s;
+    const qint64 process = desktop.open(field);
+    const ElementHandle element = desktop.port().focusedElement(process);
+    ASSERT_NE(element, nullptr);
+    EXPECT_FALSE(desktop.port().setSelectedText(u"Zoë"_s, element.get()));
+
+    const auto end = std::chrono::steady_clock::now() + 15s;
+    std::optional<QString> value;
+    while (!value && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(100ms);
+        value = desktop.port().value(element.get());
+    }
+    EXPECT_EQ(value, u"Dear Anna, hello"_s);
+}
+
+TEST(AtspiAccessibilityTest, TheSystemsFocusIsThatOfTheProgramThatGotItLast)
+{
+    RealDesktop first;
+    const qint64 firstProcess = first.open({u"one"_s});
+    Accessibility& port = first.port();
+    EXPECT_EQ(port.processIdentifier(port.systemFocusedElement().get()), firstProcess);
+    const testing::ChildProcess second(QString::fromUtf8(TAVRIN_TEST_EDITOR), {});
+    const auto end = std::chrono::steady_clock::now() + 10s;
+    std::optional<qint64> process;
+    while (process != second.id() && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(20ms);
+        process = port.processIdentifier(port.systemFocusedElement().get());
+    }
+    EXPECT_EQ(process, second.id());
+}
+
+TEST(AtspiAccessibilityTest, TextOfSeveralBytesACharacterIsWrittenWholeIntoAProgramOfGtk)
+{
+    AtspiAccessibility port;
+    const testing::ChildProcess editor(u"mousepad"_s, {u"--disable-server"_s});
+    const auto end = std::chrono::steady_clock::now() + 20s;
+    ElementHandle element;
+    while (!element && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(20ms);
+        element = port.focusedElement(editor.id());
+    }
+    ASSERT_NE(element, nullptr);
+    EXPECT_TRUE(port.setSelectedText(u"你好，Zoë — 😀"_s, element.get()));
+    EXPECT_EQ(port.value(element.get()), u"你好，Zoë — 😀"_s);
 }
 
 } // namespace

@@ -489,6 +489,31 @@ TEST_F(TextDeliveryTest, AnUnseenTextThatAnotherProgramFetchedCountsAsDelivered)
     expectVerifiedAt(780ms);
 }
 
+TEST_F(TextDeliveryTest, WhereNotEveryProgramIsReachedOnlyTheTextItselfOrItsFetchIsASuccess)
+{
+    workspace.everyProgramReached = false;
+    const auto outcomeOf = [this](PasteReception reception, std::function<void()> onPaste) {
+        putText(u"Dear "_s, {5, 0});
+        keyboard.reception = reception;
+        keyboard.onPaste = std::move(onPaste);
+        pasteToTheEnd(u"Anna"_s);
+        return outcome;
+    };
+    const DeliveryOutcome delivered{true, {}};
+    const DeliveryOutcome unknown{false, u"目标应用没有接收粘贴的文字"_s};
+    const auto another = [this] { editor->insert(u"an old text"_s); };
+    const auto ours = [this] { editor->insert(pasteboard.string()); };
+    const auto nothing = [] {};
+    for (const auto reception : {PasteReception::Unknown, PasteReception::Waiting,
+             PasteReception::FetchedElsewhere, PasteReception::Ignored}) {
+        EXPECT_EQ(outcomeOf(reception, another), unknown);
+        EXPECT_EQ(outcomeOf(reception, nothing), unknown);
+        EXPECT_EQ(outcomeOf(reception, ours), delivered);
+    }
+    EXPECT_EQ(outcomeOf(PasteReception::Fetched, another), delivered);
+    EXPECT_TRUE(keyboard.typed.isEmpty());
+}
+
 TEST_F(TextDeliveryTest, APasteThatIsFetchedJustBeforeTypingIsWaitedFor)
 {
     swallowPastes();

@@ -1,6 +1,7 @@
 #include "LyingAccessible.h"
 
 #include <QHash>
+#include <QThread>
 
 using namespace Qt::StringLiterals;
 
@@ -39,7 +40,7 @@ std::optional<Lie> lieNamed(const QString& name)
 {
     static const QHash<QString, Lie> lies{{u"stale"_s, Lie::Stale}, {u"read-only"_s, Lie::ReadOnly},
         {u"negative"_s, Lie::Negative}, {u"counts"_s, Lie::Counts}, {u"huge"_s, Lie::Huge},
-        {u"secret"_s, Lie::Secret}};
+        {u"secret"_s, Lie::Secret}, {u"stuck-insert"_s, Lie::StuckInsert}};
     const auto found = lies.find(name);
     return found == lies.end() ? std::nullopt : std::optional(*found);
 }
@@ -125,6 +126,7 @@ int LyingAccessible::cursorPosition() const
     case Lie::Huge:
         return hugeCount + 1;
     case Lie::ReadOnly:
+    case Lie::StuckInsert:
     case Lie::Secret:
         break;
     }
@@ -162,6 +164,7 @@ int LyingAccessible::characterCount() const
     case Lie::Huge:
         return hugeCount;
     case Lie::ReadOnly:
+    case Lie::StuckInsert:
     case Lie::Secret:
         break;
     }
@@ -193,6 +196,11 @@ void LyingAccessible::deleteText(int startOffset, int endOffset)
 
 void LyingAccessible::insertText(int offset, const QString& text)
 {
+    if (m_lie == Lie::StuckInsert) {
+        constexpr unsigned long longerThanAnybodyWaits = 2;
+        QThread::sleep(longerThanAnybodyWaits);
+        return;
+    }
     replaceText(offset, offset, text);
 }
 

@@ -15,6 +15,7 @@ enum class Lie {
     Negative, ///< Reports a caret, a selection and a count below zero.
     Counts, ///< Reports a count and a caret far beyond its text.
     Huge, ///< Reports 50 million characters, and answers every question with all of them.
+    StuckInsert, ///< Reports the truth; hangs when it is to insert something, and inserts nothing.
     Secret, ///< A password field that would tell its text.
 };
 

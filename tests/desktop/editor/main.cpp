@@ -38,9 +38,9 @@ void addOptions(QCommandLineParser& options)
     options.addOption({u"tidy-paste"_s, u"Trims pasted lines, and makes their quotes curly."_s});
     options.addOption({u"unmanaged"_s, u"A window that no window manager looks after."_s});
     options.addOption({u"tell-window"_s, u"Says the number of its window instead of \"ready\"."_s});
-    options.addOption(
-        {u"lie"_s, u"Deceives accessibility: stale, read-only, negative, counts, huge or secret."_s,
-            u"kind"_s});
+    options.addOption({u"lie"_s,
+        u"Deceives accessibility: stale, read-only, negative, counts, huge, stuck-insert or secret."_s,
+        u"kind"_s});
 }
 
 QString initialText(const QCommandLineParser& options)

@@ -149,16 +149,16 @@ bool AtspiTextReader::replaceSelection(AtspiAccessible* element, const QString& 
         return false;
     clear();
 
+    // Behind the selection first: what cannot be inserted must not cost the user what he selected.
     const int start = static_cast<int>(range->location);
-    if (range->length > 0
-        && !atspi_editable_text_delete_text(
-            editor.get(), start, static_cast<int>(range->location + range->length), nullptr))
-        return false;
+    const int end = static_cast<int>(range->location + range->length);
     // How long the text is: Qt takes the number as characters, everybody else as bytes.
     const QByteArray bytes = text.toUtf8();
     const qsizetype length = toolkitOf(element) == "Qt" ? text.size() : bytes.size();
     if (!atspi_editable_text_insert_text(
-            editor.get(), start, bytes.constData(), static_cast<int>(length), nullptr))
+            editor.get(), end, bytes.constData(), static_cast<int>(length), nullptr))
+        return false;
+    if (end > start && !atspi_editable_text_delete_text(editor.get(), start, end, nullptr))
         return false;
 
     const Snapshot* const now = read(element);
