@@ -11,7 +11,14 @@ namespace tavrin {
 namespace keysyms {
 inline constexpr xcb_keysym_t none = 0;
 inline constexpr xcb_keysym_t space = 0x20;
+inline constexpr xcb_keysym_t quote = 0x22;
+inline constexpr xcb_keysym_t plus = 0x2b;
+inline constexpr xcb_keysym_t capitalP = 0x50;
+inline constexpr xcb_keysym_t backslash = 0x5c;
+inline constexpr xcb_keysym_t g = 0x67;
+inline constexpr xcb_keysym_t o = 0x6f;
 inline constexpr xcb_keysym_t v = 0x76;
+inline constexpr xcb_keysym_t levelThreeShift = 0xfe03;
 inline constexpr xcb_keysym_t tab = 0xff09;
 inline constexpr xcb_keysym_t enter = 0xff0d;
 inline constexpr xcb_keysym_t escape = 0xff1b;

@@ -53,7 +53,7 @@ Typist::~Typist()
     stop();
 }
 
-void Typist::paste(PasteShortcut shortcut, const RunningApplication& target, Posted posted)
+void Typist::paste(const PasteShortcut& shortcut, const RunningApplication& target, Posted posted)
 {
     if (!isAvailable())
         return posted(KeyPosting::Refused);
@@ -110,7 +110,7 @@ void Typist::handleEvent(const xcb_generic_event_t& event)
         settle();
 }
 
-KeyPosting Typist::pressPaste(PasteShortcut shortcut, const RunningApplication& target)
+KeyPosting Typist::pressPaste(const PasteShortcut& shortcut, const RunningApplication& target)
 {
     const auto refuse = [](const char* reason) {
         qCWarning(log::platform) << "The paste shortcut is not pressed:" << reason;
@@ -121,23 +121,18 @@ KeyPosting Typist::pressPaste(PasteShortcut shortcut, const RunningApplication& 
     if (window == XCB_WINDOW_NONE)
         return refuse("another window has the keyboard");
     const KeyboardMap map = KeyboardMap::read(connection());
-    const auto control = map.codeOf(keysyms::leftControl);
-    const auto shift = map.codeOf(keysyms::leftShift);
-    const auto key =
-        map.codeOf(shortcut == PasteShortcut::ShiftInsert ? keysyms::insert : keysyms::v);
-    if (!control || !shift || !key)
-        return refuse("the keyboard has no key for it");
+    const KeyboardState state = keyboardState();
+    std::vector<std::vector<xcb_keycode_t>> chords;
+    for (const KeyChord& chord : shortcut.chords) {
+        chords.push_back(codesOf(chord, map, state));
+        if (chords.back().empty()) // A part of a shortcut is another shortcut.
+            return refuse("the keyboard has no key for it");
+    }
     if (!releaseHeldModifiers(map))
         return refuse("a modifier key is held");
-    if (!m_clipboard.watch(window, shortcut == PasteShortcut::ShiftInsert))
+    if (!m_clipboard.watch(window, shortcut.pastesPrimary))
         return refuse("the clipboard cannot be had");
-    std::vector<xcb_keycode_t> chord;
-    if (shortcut != PasteShortcut::ShiftInsert)
-        chord.push_back(*control);
-    if (shortcut != PasteShortcut::ControlV)
-        chord.push_back(*shift);
-    chord.push_back(*key);
-    if (!press(chord))
+    if (!press(chords))
         return refuse("another window took the keyboard");
     static_cast<void>(focus()); // Once this is answered, the keys are out.
     startSeries(m_pasteWatch, window);
@@ -246,8 +241,8 @@ bool Typist::typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 tu
     for (const KeyStroke& stroke : batch.strokes) {
         if (!mayGoOn(window, turn))
             return false;
-        if (!press(stroke.shift ? std::vector<xcb_keycode_t>{*shift, stroke.code}
-                                : std::vector<xcb_keycode_t>{stroke.code}))
+        if (!press({stroke.shift ? std::vector<xcb_keycode_t>{*shift, stroke.code}
+                                 : std::vector<xcb_keycode_t>{stroke.code}}))
             return false;
         m_anyKeyOut = true;
         std::this_thread::sleep_for(strokePause);
@@ -295,12 +290,14 @@ KeyboardState Typist::keyboardState()
     return {pointer->mask >> groupShift & 3, (pointer->mask & XCB_MOD_MASK_LOCK) != 0};
 }
 
-bool Typist::press(const std::vector<xcb_keycode_t>& chord)
+bool Typist::press(const std::vector<std::vector<xcb_keycode_t>>& chords)
 {
     // Between the look at the focus and the keys nobody else gets a word in.
     xcb_grab_server(connection().get());
     const bool isAimRight = focus() == m_aim;
-    if (isAimRight) {
+    for (const auto& chord : chords) {
+        if (!isAimRight)
+            break;
         for (const xcb_keycode_t code : chord)
             fakeKey(code, true);
         std::for_each(

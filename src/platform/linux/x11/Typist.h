@@ -2,8 +2,8 @@
 
 #include "platform/SyntheticKeyboard.h"
 #include "platform/Workspace.h"
+#include "platform/linux/x11/PasteShortcuts.h"
 #include "platform/linux/x11/SpareCodes.h"
-#include "platform/linux/x11/TerminalPrograms.h"
 #include "platform/linux/x11/X11Thread.h"
 #include "platform/linux/x11/X11Windows.h"
 
@@ -27,7 +27,7 @@ public:
     Typist& operator=(const Typist&) = delete;
 
     /// From the main thread; each returns at once and takes its turn.
-    void paste(PasteShortcut shortcut, const RunningApplication& target, Posted posted);
+    void paste(const PasteShortcut& shortcut, const RunningApplication& target, Posted posted);
     void askForReception(Received received);
     void type(const QString& text, const RunningApplication& target, Posted posted);
     /// Presses a key code that has no symbol, whatever program is in front.
@@ -51,7 +51,8 @@ private:
         [[nodiscard]] bool isBehindKeys() const { return answers >= 2; }
     };
 
-    [[nodiscard]] KeyPosting pressPaste(PasteShortcut shortcut, const RunningApplication& target);
+    [[nodiscard]] KeyPosting pressPaste(
+        const PasteShortcut& shortcut, const RunningApplication& target);
     [[nodiscard]] KeyPosting typeText(
         const QString& text, const RunningApplication& target, quint64 turn);
     [[nodiscard]] KeyPosting typeBatches(
@@ -69,8 +70,9 @@ private:
     [[nodiscard]] bool releaseHeldModifiers(const KeyboardMap& map);
     [[nodiscard]] std::vector<xcb_keycode_t> heldModifiers(const KeyboardMap& map) const;
     [[nodiscard]] KeyboardState keyboardState();
-    /// False, and nothing pressed, when the keyboard is no longer where takeAim() found it.
-    bool press(const std::vector<xcb_keycode_t>& chord);
+    /// The chords in one breath. False, and nothing pressed, when the keyboard is no longer where
+    /// takeAim() found it.
+    bool press(const std::vector<std::vector<xcb_keycode_t>>& chords);
     /// Waits until the program has taken every key so far, or should have where it cannot tell.
     /// False when it does not answer.
     [[nodiscard]] bool waitForProgram(xcb_window_t window);
