@@ -61,17 +61,35 @@ Head readHead(ondemand::object object)
     return head;
 }
 
-/// The record with the keys that it lacks; empty where it holds a number too small for a double,
-/// for which it cannot be taken apart.
-std::optional<HistoryRecord> mended(std::string_view json, const Head& head)
+QString newID()
 {
-    QJsonObject object =
-        QJsonDocument::fromJson(QByteArray(json.data(), static_cast<qsizetype>(json.size())))
-            .object();
-    if (object.isEmpty() && json.find('"') != std::string_view::npos)
-        return std::nullopt;
+    return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+}
+
+/// The record with the keys that it lacks behind the others, where they count, and each of the
+/// others as it is written.
+HistoryRecord extended(QByteArray json, const Head& head)
+{
+    const QString id = head.id.value_or(newID());
+    json.chop(1);
     if (!head.id)
-        object.insert("id"_L1, QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper());
+        json.append(R"(,"id":")" + id.toUtf8() + '"');
+    if (!head.hasMode)
+        json.append(R"(,"mode":"dictation")");
+    json.append('}');
+    const auto buffer = std::make_shared<const QByteArray>(std::move(json));
+    return {buffer, 0, buffer->size(), id, head.timestamp};
+}
+
+/// The record with the keys that it lacks.
+HistoryRecord mended(const QByteArray& json, const Head& head)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(json);
+    if (document.isNull() || withNumbersInRange(json) != json)
+        return extended(json, head); // Written anew, it would lose what a double cannot hold.
+    QJsonObject object = document.object();
+    if (!head.id)
+        object.insert("id"_L1, newID());
     if (!head.hasMode)
         object.insert("mode"_L1, u"dictation"_s);
     return HistoryRecord::fromObject(object);
@@ -102,8 +120,9 @@ bool isArray(const simdjson::padded_string_view& text)
         && root.is_array();
 }
 
-void readElement(ondemand::value element, const std::shared_ptr<const QByteArray>& buffer,
-    ParsedHistory& history)
+/// @param element is read in a text that differs from @p kept in numbers only.
+void readElement(ondemand::value element, const char* textBegin,
+    const std::shared_ptr<const QByteArray>& kept, ParsedHistory& history)
 {
     if (element.type() != ondemand::json_type::object) {
         history.changed = true;
@@ -114,15 +133,14 @@ void readElement(ondemand::value element, const std::shared_ptr<const QByteArray
     object.reset();
     std::string_view json = object.raw_json();
     json.remove_suffix(json.size() - 1 - json.find_last_of('}')); // It may end in white space.
-    if (!head.id || !head.hasMode) {
-        if (const std::optional<HistoryRecord> record = mended(json, head)) {
-            history.records.append(*record);
-            history.changed = true;
-            return;
-        }
+    const qsizetype offset = json.data() - textBegin;
+    const auto length = static_cast<qsizetype>(json.size());
+    if (head.id && head.hasMode) {
+        history.records.append(HistoryRecord(kept, offset, length, *head.id, head.timestamp));
+        return;
     }
-    history.records.append(HistoryRecord(buffer, json.data() - buffer->constData(),
-        static_cast<qsizetype>(json.size()), head.id.value_or(QString()), head.timestamp));
+    history.records.append(mended(kept->sliced(offset, length), head));
+    history.changed = true;
 }
 
 } // namespace
@@ -132,20 +150,23 @@ std::optional<ParsedHistory> parseHistory(QByteArray text)
     constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
     if (text.startsWith(byteOrderMark))
         text.remove(0, byteOrderMark.size());
-    PaddedText whole = padded(text);
+    PaddedText kept = padded(text);
+    PaddedText read = kept;
     ParsedHistory history;
-    if (!isArray(whole.view)) {
-        whole = padded(withoutLoneSurrogates(text));
-        history.changed = true;
-        if (!isArray(whole.view))
+    if (!isArray(kept.view)) {
+        const QByteArray repaired = withoutLoneSurrogates(text);
+        history.changed = repaired != text;
+        kept = padded(repaired);
+        read = padded(withNumbersInRange(repaired));
+        if (!isArray(read.view))
             return std::nullopt;
     }
 
     try {
         ondemand::parser parser;
-        ondemand::document document = parser.iterate(whole.view);
+        ondemand::document document = parser.iterate(read.view);
         for (ondemand::value element : document.get_array())
-            readElement(element, whole.buffer, history);
+            readElement(element, read.buffer->constData(), kept.buffer, history);
     } catch (const simdjson::simdjson_error&) {
         return std::nullopt; // Stays within this function: the library reports errors this way.
     }

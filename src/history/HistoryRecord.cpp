@@ -43,8 +43,12 @@ QByteArrayView HistoryRecord::json() const
 
 QJsonObject HistoryRecord::object() const
 {
-    const QByteArrayView text = json();
-    return QJsonDocument::fromJson(QByteArray::fromRawData(text.data(), text.size())).object();
+    const QByteArrayView view = json();
+    const QByteArray text = QByteArray::fromRawData(view.data(), view.size());
+    QJsonDocument document = QJsonDocument::fromJson(text);
+    if (document.isNull())
+        document = QJsonDocument::fromJson(withNumbersInRange(text));
+    return document.object();
 }
 
 } // namespace tavrin

@@ -29,7 +29,8 @@ public:
     /// The JSON object's text.
     [[nodiscard]] QByteArrayView json() const;
 
-    /// All keys of the record. Readers treat every key as optional.
+    /// All keys of the record. Readers treat every key as optional. A number that no double holds
+    /// is the nearest one that does.
     [[nodiscard]] QJsonObject object() const;
 
 private:

@@ -15,4 +15,9 @@ namespace tavrin {
 /// half: strict readers refuse the whole document for one.
 [[nodiscard]] QByteArray withoutLoneSurrogates(QByteArray json);
 
+/// @p json, every byte at its place, with the nearest number that readers take for each one that
+/// they refuse the whole document for: an integer of more than 64 bits, a number that is too large
+/// or too small for a double. Equal to @p json when there is none.
+[[nodiscard]] QByteArray withNumbersInRange(QByteArray json);
+
 } // namespace tavrin

@@ -138,13 +138,72 @@ TEST(HistoryJsonTest, OfAKeyThatStandsTwiceTheLastOneCounts)
     EXPECT_EQ(history->records[1].id(), u"B"_s);
 }
 
-TEST(HistoryJsonTest, ARecordThatCannotBeMendedStaysAsItIs)
+TEST(HistoryJsonTest, ANumberThatNoReaderTakesStaysAsItIsAndHarmsNoRecord)
 {
-    const auto history = parseHistory(R"([{"finalText":"a","tiny":1e-400}])"_ba);
+    for (const QByteArray& number :
+        {"123456789012345678901234567890"_ba, "-123456789012345678901"_ba, "1e400"_ba,
+            "-1.5E+400"_ba, "1e-400"_ba, QByteArray(400, '7')}) {
+        const QByteArray odd =
+            R"({"id":"B","mode":"chat","timestamp":2,"finalText":"b","x":)" + number + "}";
+        const QByteArray file = R"([{"id":"A","mode":"m"}, )" + odd + R"(, {"id":"C","mode":"m"}])";
 
-    ASSERT_EQ(history->records.size(), 1);
-    EXPECT_EQ(history->records[0].json(), QByteArrayView(R"({"finalText":"a","tiny":1e-400})"));
-    EXPECT_FALSE(history->changed);
+        const auto history = parseHistory(file);
+
+        ASSERT_TRUE(history.has_value()) << number.constData();
+        EXPECT_FALSE(history->changed) << number.constData();
+        ASSERT_EQ(history->records.size(), 3) << number.constData();
+        EXPECT_EQ(history->records[1].json(), QByteArrayView(odd));
+        EXPECT_EQ(history->records[1].timestamp(), 2);
+        EXPECT_EQ(history->records[1].object().value("finalText"_L1).toString(), u"b"_s)
+            << number.constData();
+        EXPECT_EQ(history->records[2].id(), u"C"_s);
+        EXPECT_TRUE(parseHistory(text(history->records)).has_value());
+    }
+}
+
+TEST(HistoryJsonTest, ATimestampBeyondEveryNumberIsALateOne)
+{
+    const auto history = parseHistory(R"([
+        {"id":"A","mode":"m","timestamp":1e400},
+        {"id":"B","mode":"m","timestamp":123456789012345678901}])"_ba);
+
+    ASSERT_TRUE(history.has_value());
+    EXPECT_GT(history->records[0].timestamp(), 1e300);
+    EXPECT_DOUBLE_EQ(history->records[1].timestamp(), 123456789012345678901.0);
+}
+
+TEST(HistoryJsonTest, AMendedRecordKeepsItsNumbersToTheLastDigit)
+{
+    for (const QByteArray& number :
+        {"1e-400"_ba, "1e400"_ba, "123456789012345678901234567890"_ba}) {
+        const auto history =
+            parseHistory(R"([{"finalText":"a","timestamp":3,"id":7,"x":)" + number + " }]");
+
+        ASSERT_TRUE(history.has_value()) << number.constData();
+        ASSERT_EQ(history->records.size(), 1);
+        EXPECT_TRUE(history->changed);
+        const HistoryRecord& record = history->records[0];
+        EXPECT_TRUE(record.json().toByteArray().contains("\"x\":" + number));
+        EXPECT_EQ(record.id().size(), 36);
+        EXPECT_EQ(record.timestamp(), 3);
+        EXPECT_EQ(record.object().value("id"_L1).toString(), record.id());
+        EXPECT_EQ(record.object().value("mode"_L1).toString(), u"dictation"_s);
+        EXPECT_EQ(record.object().value("finalText"_L1).toString(), u"a"_s);
+        const auto again = parseHistory(text(history->records));
+        EXPECT_FALSE(again->changed);
+        EXPECT_EQ(again->records[0].id(), record.id());
+    }
+}
+
+TEST(HistoryJsonTest, HalvesOfPairsAndNumbersBeyondAllReadersGoTogether)
+{
+    const auto history =
+        parseHistory(R"([{"id":"A","mode":"m","finalText":"\ud83d","x":1e400}])"_ba);
+
+    ASSERT_TRUE(history.has_value());
+    EXPECT_TRUE(history->changed);
+    EXPECT_EQ(history->records[0].object().value("finalText"_L1).toString(), u"\uFFFD"_s);
+    EXPECT_TRUE(history->records[0].json().toByteArray().contains("1e400"));
 }
 
 TEST(HistoryJsonTest, HalvesOfSurrogatePairsDoNotSpoilTheFile)
@@ -167,7 +226,9 @@ TEST(HistoryJsonTest, AFileCutOffAnywhereIsNoHistory)
 TEST(HistoryJsonTest, WhatIsNoArrayIsNoHistory)
 {
     for (const char* file : {"", " ", "{}", "7", "null", R"("a")", "[", "[]x", "[{]", "[tru]",
-             R"([{"id":"A","mode":"m","x":tru}])", R"([{"a":1,}])", "\xFF\xFE", "[\"\xC3\"]"})
+             R"([{"id":"A","mode":"m","x":tru}])", R"([{"a":1,}])", "[{\"a\":01e400}]",
+             "[{\"a\":1.e400}]", "[{\"a\":1e+}]", "[{\"a\":-}]", "[{\"a\":+1e400}]",
+             "[{\"a\":1e400e1}]", "\xFF\xFE", "[\"\xC3\"]"})
         EXPECT_FALSE(parseHistory(file).has_value()) << file;
 }
 

@@ -26,6 +26,31 @@ TEST(PortableJsonTest, OtherEscapesStay)
         EXPECT_EQ(withoutLoneSurrogates(json), json);
 }
 
+TEST(PortableJsonTest, NumbersOutOfRangeAreReplacedInTheirPlace)
+{
+    const QList<std::pair<QByteArray, QByteArray>> rows{
+        {"[18446744073709551616]", "[18446744073709551e3 ]"},
+        {"[-9223372036854775809,1]", "[-92233720368547758e2,1]"},
+        {"{\"a\":1e400 , \"b\":-1e+400}", "{\"a\":1e308 , \"b\":-1e308 }"},
+        {"[1.25E-400]", "[0        ]"},
+        {"123456789012345678901", "12345678901234567e4  "},
+        {'[' + QByteArray(310, '1') + ']', "[1e308" + QByteArray(305, ' ') + ']'},
+    };
+    for (const auto& [json, expected] : rows) {
+        EXPECT_EQ(withNumbersInRange(json), expected);
+        EXPECT_FALSE(QJsonDocument::fromJson('[' + expected + ']').isNull()) << expected.data();
+    }
+}
+
+TEST(PortableJsonTest, OtherNumbersAndWhatIsNoNumberStay)
+{
+    for (const QByteArray json :
+        {"[0,-0,1.5,-2e3,1E+5,18446744073709551615]", "[-9223372036854775808,9223372036854775807]",
+            R"({"1e400":"1e400 \" 1e400"})", "[01e400]", "[1.e400]", "[.1e400]", "[1e400e1]",
+            "[+1e400]", "[1e]", "[-]", "\"1e400", "\"\\", "true", "null", ""})
+        EXPECT_EQ(withNumbersInRange(json), json);
+}
+
 TEST(PortableJsonTest, AnyTextIsReadBackAsItWas)
 {
     for (const QString& text : {QString(QChar(0xFEFF)) + u"a"_s, u"a\u202Eb\u200F"_s,
