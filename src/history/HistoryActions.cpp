@@ -46,10 +46,8 @@ void HistoryActions::copy(const QString& text)
 
 void HistoryActions::deleteHistoryRecord(const QString& id)
 {
-    HistoryRecords records = m_neighbours.store.historyRecords();
-    records.removeIf([&](const HistoryRecord& record) { return record.id() == id; });
     m_expandedHistoryRecordIDs.remove(id);
-    m_neighbours.store.writeHistoryRecords(records);
+    m_neighbours.store.removeHistoryRecord(id);
     m_neighbours.refreshHistoryView();
 }
 
@@ -80,7 +78,7 @@ void HistoryActions::clearHistory()
     m_neighbours.alerts.show(alert, m_guard.bind([this](const AlertAnswer& answer) {
         if (answer.button != 0)
             return;
-        m_neighbours.store.writeHistoryRecords({});
+        m_neighbours.store.clear();
         m_neighbours.refreshHistoryView();
     }));
 }

@@ -1,13 +1,13 @@
 #include "history/HistoryStore.h"
 
 #include "base/Log.h"
-#include "history/HistoryJson.h"
+#include "history/HistoryFile.h"
 #include "history/HistoryRetention.h"
 #include "history/PortableJson.h"
 #include "platform/BackgroundQueue.h"
 #include "platform/Clock.h"
 #include "platform/PreferenceKeys.h"
-#include "platform/Preferences.h"
+#include "platform/PreferenceValues.h"
 #include "platform/SystemInfo.h"
 
 #include <QDateTime>
@@ -36,30 +36,6 @@ const QString& historyFileName()
     return name;
 }
 
-/// Replaces the file by what @p content writes into it, or leaves it as it was.
-bool replaceFile(const QString& path, const std::function<bool(QSaveFile&)>& content)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.setPermissions(privateFile);
-    return content(file) && file.commit();
-}
-
-bool replaceFile(const QString& path, const QByteArray& content)
-{
-    return replaceFile(
-        path, [&](QSaveFile& file) { return file.write(content) == content.size(); });
-}
-
-double oldestOf(const HistoryRecords& records)
-{
-    double oldest = std::numeric_limits<double>::infinity();
-    for (const HistoryRecord& record : records)
-        oldest = std::min(oldest, record.timestamp());
-    return oldest;
-}
-
 HistoryRecord recordOf(const NewHistoryRecord& result, Seconds now)
 {
     QJsonObject object{
@@ -81,20 +57,6 @@ HistoryRecord recordOf(const NewHistoryRecord& result, Seconds now)
 }
 
 } // namespace
-
-/// What a read of the file gave.
-struct HistoryStore::Loaded {
-    Stamp stamp;
-    ParsedHistory history;
-    double oldest = 0;
-    bool readable = false;
-};
-
-/// How a write ended.
-struct HistoryStore::Written {
-    bool succeeded = false;
-    Stamp stamp;
-};
 
 HistoryStore::HistoryStore(const Ports& ports)
     : m_ports(ports)
@@ -122,32 +84,42 @@ void HistoryStore::migrate(const QString& path)
         QFile::setPermissions(path, privateFile);
         return;
     }
-    const QVariant stored = m_ports.preferences.value(keys::transcriptionHistory);
-    const QJsonArray legacy = stored.typeId() == QMetaType::QVariantList
-        ? QJsonArray::fromVariantList(stored.toList())
-        : QJsonArray();
-    if (legacy.isEmpty()) {
-        replaceFile(path, "[]"_ba);
-    } else if (replaceFile(path, portableJson(QJsonDocument(legacy)))) {
+    const std::optional<QVariantList> stored =
+        storedArray(m_ports.preferences, keys::transcriptionHistory);
+    const bool isLegacy = stored && !stored->isEmpty();
+    const QByteArray content =
+        isLegacy ? portableJson(QJsonDocument(QJsonArray::fromVariantList(*stored))) : "[]"_ba;
+    const bool written =
+        replaceFile(path, [&](QSaveFile& file) { return file.write(content) == content.size(); });
+    if (written && isLegacy)
         m_ports.preferences.remove(keys::transcriptionHistory);
-    }
 }
 
 HistoryRecords HistoryStore::historyRecords()
 {
     const QString path = historyFileURL();
     if (!isCurrent(path))
-        adopt(load(path));
+        adopt(loadHistory(path));
     const double cutoff = retentionCutoff(retention(), m_ports.clock.sinceEpoch());
+    if (!m_oldestUnreadable || *m_oldestUnreadable < cutoff)
+        m_oldestUnreadable = removeUnreadableFiles(path, cutoff);
     bool changed = std::exchange(m_mended, false);
     if (cutoff > 0 && m_oldest < cutoff)
         changed = pruneHistory(m_records, cutoff) || changed;
     if (changed)
-        writeHistoryRecords(HistoryRecords(m_records));
+        write(HistoryRecords(m_records));
     return m_records;
 }
 
 bool HistoryStore::writeHistoryRecords(const HistoryRecords& records)
+{
+    m_replacesAll = true;
+    m_unreadable = false;
+    m_pending = {};
+    return write(records);
+}
+
+bool HistoryStore::write(const HistoryRecords& records)
 {
     m_records = records;
     m_oldest = oldestOf(records);
@@ -159,7 +131,7 @@ bool HistoryStore::writeHistoryRecords(const HistoryRecords& records)
     const QFileInfo folder(QFileInfo(historyFileURL()).path());
     if (!folder.isDir() || !folder.isWritable()) {
         qCWarning(log::history) << "The history's folder cannot be written";
-        m_stamp = {};
+        forget();
         return false;
     }
     startWriting();
@@ -172,10 +144,27 @@ void HistoryStore::saveHistoryTranscript(const NewHistoryRecord& result)
         return;
     HistoryRecords records = historyRecords();
     m_records = {}; // So that the list is not copied for the sake of one record.
-    records.prepend(recordOf(result, m_ports.clock.sinceEpoch()));
-    writeHistoryRecords(records);
+    const HistoryRecord record = recordOf(result, m_ports.clock.sinceEpoch());
+    records.prepend(record);
+    m_pending.added.prepend(record);
+    write(records);
     if (m_saved)
         m_saved();
+}
+
+void HistoryStore::removeHistoryRecord(const QString& id)
+{
+    HistoryRecords records = historyRecords();
+    records.removeIf([&](const HistoryRecord& record) { return record.id() == id; });
+    m_pending.removed.insert(id);
+    write(records);
+}
+
+void HistoryStore::clear()
+{
+    writeHistoryRecords({});
+    m_oldestUnreadable =
+        removeUnreadableFiles(historyFileURL(), std::numeric_limits<double>::infinity());
 }
 
 std::optional<HistoryRecord> HistoryStore::historyRecordWithID(const QString& id)
@@ -190,9 +179,9 @@ void HistoryStore::warmUp()
     const QString path = historyFileURL();
     if (isCurrent(path))
         return;
-    const auto loaded = std::make_shared<Loaded>();
+    const auto loaded = std::make_shared<LoadedHistory>();
     m_ports.backgroundQueue.run(
-        [path, loaded] { *loaded = load(path); }, m_guard.bind([this, path, loaded] {
+        [path, loaded] { *loaded = loadHistory(path); }, m_guard.bind([this, path, loaded] {
             if (!isCurrent(path) && loaded->stamp == stampOf(path))
                 adopt(std::move(*loaded));
         }));
@@ -211,69 +200,77 @@ QString HistoryStore::retention() const
 
 bool HistoryStore::isCurrent(const QString& path) const
 {
-    return m_writing || (m_stamp.size >= 0 && m_stamp == stampOf(path));
+    return m_writing || (m_stamp && !m_unreadable && *m_stamp == stampOf(path));
 }
 
-void HistoryStore::adopt(Loaded loaded)
+void HistoryStore::adopt(LoadedHistory loaded)
 {
     m_records = std::move(loaded.history.records);
     m_oldest = loaded.oldest;
     m_mended = loaded.history.changed;
-    m_stamp = loaded.readable ? loaded.stamp : Stamp();
+    m_stamp = loaded.stamp;
+    m_unreadable = !loaded.readable;
+    m_oldestUnreadable.reset();
+}
+
+void HistoryStore::forget()
+{
+    m_stamp.reset();
+    m_pending = {};
 }
 
 void HistoryStore::startWriting()
 {
     m_writing = true;
     m_writeAgain = false;
-    const auto written = std::make_shared<Written>();
-    const QString path = historyFileURL();
+    const bool replacesAll = std::exchange(m_replacesAll, false);
+    const HistoryWrite write{m_records, replacesAll ? std::nullopt : m_stamp, m_unreadable};
+    const auto written = std::make_shared<WrittenHistory>();
     m_ports.backgroundQueue.run(
-        [path, records = m_records, written] { *written = store(path, records); },
-        m_guard.bind([this, written] {
+        [path = historyFileURL(), write, written] { *written = storeHistory(path, write); },
+        m_guard.bind([this, written, begun = std::exchange(m_pending, {})] {
             m_writing = false;
-            m_stamp = written->stamp;
-            if (m_writeAgain)
-                startWriting();
-            else if (!written->succeeded)
-                qCWarning(log::history) << "The history could not be written";
+            finishWriting(*written, begun);
         }));
 }
 
-HistoryStore::Stamp HistoryStore::stampOf(const QString& path)
+void HistoryStore::finishWriting(WrittenHistory& written, const Changes& begun)
 {
-    const QFileInfo file(path);
-    if (!file.exists())
-        return {};
-    return {file.size(), file.lastModified().toMSecsSinceEpoch()};
+    m_oldestUnreadable.reset();
+    if (written.outcome == WrittenHistory::Outcome::Written) {
+        m_stamp = written.stamp;
+        m_unreadable = false;
+    } else if (!m_replacesAll) {
+        m_pending.added.append(begun.added);
+        m_pending.removed.unite(begun.removed);
+    }
+    if (written.outcome == WrittenHistory::Outcome::Edited && !m_replacesAll) {
+        merge(std::move(written.found));
+    } else if (m_writeAgain) {
+        startWriting();
+    } else if (written.outcome == WrittenHistory::Outcome::Failed) {
+        qCWarning(log::history) << "The history could not be written";
+        forget();
+    }
 }
 
-HistoryStore::Loaded HistoryStore::load(const QString& path)
+void HistoryStore::merge(LoadedHistory found)
 {
-    Loaded loaded;
-    loaded.stamp = stampOf(path);
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return loaded;
-    std::optional<ParsedHistory> history = parseHistory(file.readAll());
-    if (!history)
-        return loaded;
-    loaded.readable = true;
-    loaded.oldest = oldestOf(history->records);
-    loaded.history = *std::move(history);
-    return loaded;
-}
-
-HistoryStore::Written HistoryStore::store(const QString& path, const HistoryRecords& records)
-{
-    Written written;
-    written.succeeded = replaceFile(path, [&](QSaveFile& file) {
-        return writeHistory(
-            records, [&](const QByteArray& piece) { return file.write(piece) == piece.size(); });
-    });
-    if (written.succeeded)
-        written.stamp = stampOf(path);
-    return written;
+    const bool vanished = found.stamp == FileStamp();
+    if (!found.readable && !vanished) {
+        m_stamp = found.stamp;
+        m_unreadable = true;
+        startWriting();
+        return;
+    }
+    found.readable = true;
+    adopt(std::move(found));
+    if (m_pending.added.isEmpty() && m_pending.removed.isEmpty())
+        return;
+    HistoryRecords records = m_pending.added + m_records;
+    records.removeIf(
+        [&](const HistoryRecord& record) { return m_pending.removed.contains(record.id()); });
+    write(records);
 }
 
 } // namespace tavrin

@@ -2,8 +2,9 @@
 
 #include "base/CallbackGuard.h"
 #include "base/Seconds.h"
-#include "history/HistoryRecord.h"
+#include "history/HistoryFile.h"
 
+#include <QSet>
 #include <QString>
 #include <QVariantMap>
 
@@ -34,7 +35,10 @@ struct NewHistoryRecord {
 ///
 /// What was read is kept and used again while the file is the same and no record has grown too old,
 /// and the file is written in the background; until that has ended, reads show what is being
-/// written. A write that fails leaves the file as it was. Main thread only.
+/// written. A write that fails leaves the file as it was. When the file was edited by hand since it
+/// was read, what was added and removed here is done to the edited file. A file that cannot be read
+/// is kept beside the one that replaces it, `TranscriptionHistory.unreadable.json`, for as long as
+/// its records would have been. Main thread only.
 class HistoryStore {
 public:
     struct Ports {
@@ -60,11 +64,18 @@ public:
     /// Every record that is still to be kept, newest first; none when the file cannot be read.
     [[nodiscard]] HistoryRecords historyRecords();
 
-    /// Makes @p records the history. False when the folder cannot be written.
+    /// Makes @p records the history, whatever the file holds. False when the folder cannot be
+    /// written.
     bool writeHistoryRecords(const HistoryRecords& records);
 
     /// Puts a result in front, unless the user keeps no history.
     void saveHistoryTranscript(const NewHistoryRecord& result);
+
+    /// Removes every record with exactly this id.
+    void removeHistoryRecord(const QString& id);
+
+    /// Removes everything that was ever kept, files that could not be read included.
+    void clear();
 
     /// The first record with exactly this id.
     [[nodiscard]] std::optional<HistoryRecord> historyRecordWithID(const QString& id);
@@ -76,24 +87,20 @@ public:
     void flush();
 
 private:
-    /// Tells one state of the file from another.
-    struct Stamp {
-        qint64 size = -1;
-        qint64 modified = 0; // Milliseconds since 1970.
-
-        friend bool operator==(const Stamp&, const Stamp&) = default;
+    /// What was done to the records since the file was in the state of m_stamp.
+    struct Changes {
+        HistoryRecords added; // Newest first.
+        QSet<QString> removed; // Their ids.
     };
 
-    struct Loaded;
-    struct Written;
-
-    [[nodiscard]] static Stamp stampOf(const QString& path);
-    [[nodiscard]] static Loaded load(const QString& path);
-    [[nodiscard]] static Written store(const QString& path, const HistoryRecords& records);
     [[nodiscard]] QString retention() const;
     [[nodiscard]] bool isCurrent(const QString& path) const;
-    void adopt(Loaded loaded);
+    void adopt(LoadedHistory loaded);
+    void forget();
+    bool write(const HistoryRecords& records);
     void startWriting();
+    void finishWriting(WrittenHistory& written, const Changes& begun);
+    void merge(LoadedHistory found);
     void migrate(const QString& path);
 
     Ports m_ports;
@@ -101,10 +108,18 @@ private:
 
     HistoryRecords m_records;
     double m_oldest = 0; // The least timestamp among the records.
-    Stamp m_stamp; // Of the file that m_records stands for; that of no file before the first read.
+    // Of the file that m_records and m_pending come from. Empty before the first read and after a
+    // failed write.
+    std::optional<FileStamp> m_stamp;
+    bool m_unreadable = false; // That file is no history.
+    Changes m_pending; // Not in that file, nor in the running write.
     bool m_mended = false; // The records differ from the file, which is to be written.
+    // When the oldest unreadable file was edited, in seconds since 1970; empty when that is
+    // unknown.
+    std::optional<double> m_oldestUnreadable;
     bool m_writing = false;
     bool m_writeAgain = false; // The records have changed since the running write began.
+    bool m_replacesAll = false; // The next write replaces whatever the file holds.
     CallbackGuard m_guard;
 };
 

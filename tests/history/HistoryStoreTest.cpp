@@ -23,8 +23,8 @@ protected:
 
     void putAges()
     {
-        putFile("[" + aged("new", 0.5) + "," + aged("week", 8) + "," + aged("month", 31) + ","
-            + aged("quarter", 91) + R"(,{"id":"none","mode":"chat"}])");
+        putFile("[" + aged("new", 0.5) + "," + aged("week", 8) + "," + aged("fortnight", 15) + ","
+            + aged("month", 31) + "," + aged("quarter", 91) + R"(,{"id":"none","mode":"chat"}])");
     }
 
     void keep(const QString& retention) { preferences.setValue(keys::historyRetention, retention); }
@@ -139,17 +139,17 @@ TEST_F(HistoryStoreTest, TheFileIsTheUsersAlone)
 TEST_F(HistoryStoreTest, WithoutASettingRecordsLiveThirtyDays)
 {
     putAges();
-    EXPECT_EQ(ids(), (QStringList{u"new"_s, u"week"_s}));
+    EXPECT_EQ(ids(), (QStringList{u"new"_s, u"week"_s, u"fortnight"_s}));
 }
 
 TEST_F(HistoryStoreTest, EachSettingKeepsWhatItSays)
 {
     const QList<std::pair<QString, QStringList>> rows{
         {u"7"_s, {u"new"_s}},
-        {u"30"_s, {u"new"_s, u"week"_s}},
-        {u"90"_s, {u"new"_s, u"week"_s, u"month"_s}},
+        {u"30"_s, {u"new"_s, u"week"_s, u"fortnight"_s}},
+        {u"90"_s, {u"new"_s, u"week"_s, u"fortnight"_s, u"month"_s}},
         {u"14"_s, {u"new"_s, u"week"_s}},
-        {u"forever"_s, {u"new"_s, u"week"_s, u"month"_s, u"quarter"_s, u"none"_s}},
+        {u"forever"_s, {u"new"_s, u"week"_s, u"fortnight"_s, u"month"_s, u"quarter"_s, u"none"_s}},
         {u"abc"_s, {}},
         {u"none"_s, {}},
     };

@@ -24,12 +24,15 @@ public:
     /// Pieces of work that have not run yet.
     [[nodiscard]] std::size_t pending() const { return m_waiting.size(); }
 
-    void runNext()
+    void runNext() { runWork()(); }
+
+    /// Runs the next piece of work, and hands back what is to be done on the main thread after it.
+    [[nodiscard]] Task runWork()
     {
         const auto [work, done] = std::move(m_waiting.front());
         m_waiting.pop_front();
         work();
-        done();
+        return done;
     }
 
 private:
