@@ -21,6 +21,8 @@ namespace tavrin {
 namespace {
 
 constexpr Seconds warmUpDelay = 1s; // Until the window and the status item are there.
+// By then a desktop that was still coming up at login has its keys.
+constexpr Seconds desktopSettles = 30s;
 constexpr Seconds firstRunDelay = 120ms; // Lets the window appear before the first alert.
 
 } // namespace
@@ -29,7 +31,7 @@ AppDelegate::AppDelegate(Surroundings surroundings)
     : m_surroundings(std::move(surroundings))
     , m_platform(*m_surroundings.platform)
     , m_localization(*m_platform.preferences, *m_platform.workspace, m_platform.keyNames)
-    , m_settings(*m_platform.preferences, m_localization)
+    , m_settings(*m_platform.preferences, m_localization, m_platform.hotKeyProbe.get())
     , m_errorAlert(*m_platform.alerts, m_localization)
     , m_sounds(*m_platform.soundPlayer)
     , m_estimator(*m_platform.preferences)
@@ -97,6 +99,8 @@ void AppDelegate::applicationDidFinishLaunching()
         firstRunDelay, m_guard.bind([this] { m_firstRunNotice.showBetaOnboardingIfNeeded(); }));
     m_platform.mainQueue->post(m_guard.bind([this] { undoWhatACrashLeft(); }));
     m_platform.mainQueue->callLater(warmUpDelay, m_guard.bind([this] { warmUp(); }));
+    for (const Seconds delay : {warmUpDelay, desktopSettles})
+        m_platform.mainQueue->callLater(delay, m_guard.bind([this] { lookForTakenShortcuts(); }));
 }
 
 void AppDelegate::applicationDidBecomeActive()
@@ -213,6 +217,16 @@ void AppDelegate::warmUp()
     m_platform.workspace->warmUp();
     static_cast<void>(m_historyStore.historyFileURL()); // Making the file waits for the disk.
     m_platform.fileSpeechRecognizer->warmUp(); // Last: it is long at it.
+}
+
+void AppDelegate::lookForTakenShortcuts()
+{
+    if (m_settings.lookAtDesktop()) {
+        m_shortcutSettings.refreshShortcutControls();
+        m_statusMenu.refreshUI();
+        m_userInterface->mainWindow().refreshShortcuts();
+    }
+    m_shortcutSettings.updateShortcutStatus();
 }
 
 void AppDelegate::undoWhatACrashLeft()

@@ -82,6 +82,7 @@ private:
     [[nodiscard]] ShortcutMonitor::Actions shortcutActions();
     [[nodiscard]] QStringList contextualTerms() const;
     void createSession();
+    void lookForTakenShortcuts();
     void toggleOperationMode(OperationMode mode);
     void undoWhatACrashLeft();
     void warmUp();

@@ -18,6 +18,9 @@ public:
     virtual void hide() = 0;
     [[nodiscard]] virtual bool isVisible() const = 0;
 
+    /// Shows the shortcuts of the moment, where it shows them.
+    virtual void refreshShortcuts() = 0;
+
     /// Shows @p page as if its sidebar button had been pressed.
     virtual void selectSettingsPage(SettingsPage page) = 0;
 };

@@ -5,6 +5,7 @@
 #include "app/SettingsTexts.h"
 #include "app/ShortcutItemTable.h"
 #include "app/TranslationTargets.h"
+#include "platform/HotKeyProbe.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/PreferenceValues.h"
 
@@ -38,10 +39,28 @@ bool isShortcut(const QString& identifier)
 
 } // namespace
 
-Settings::Settings(Preferences& preferences, const Localization& localization)
+Settings::Settings(Preferences& preferences, const Localization& localization, HotKeyProbe* probe)
     : m_preferences(preferences)
     , m_localization(localization)
+    , m_probe(probe)
 {
+    m_optionSpaceIsKept = isOptionSpaceKept();
+}
+
+bool Settings::lookAtDesktop()
+{
+    if (storedArray(m_preferences, keys::translationShortcutIdentifiers))
+        return false;
+    const QStringList before = defaultTranslationShortcut();
+    m_optionSpaceIsKept = isOptionSpaceKept();
+    return defaultTranslationShortcut() != before;
+}
+
+std::optional<bool> Settings::isOptionSpaceKept() const
+{
+    if (!m_probe || storedArray(m_preferences, keys::translationShortcutIdentifiers))
+        return false;
+    return m_probe->isKeptByDesktop(key_codes::space, KeyModifier::Option);
 }
 
 QString Settings::OutputStyle()
@@ -140,10 +159,20 @@ QStringList Settings::TranslationShortcutIdentifiers()
     if (const auto stored = storedArray(m_preferences, keys::translationShortcutIdentifiers))
         return SanitizedShortcutIdentifiers(*stored);
 
-    const bool taken = DictationShortcutIdentifiers().contains("optionSpace"_L1);
-    QStringList identifiers{taken ? u"controlOptionSpace"_s : u"optionSpace"_s};
-    m_preferences.setValue(keys::translationShortcutIdentifiers, identifiers);
+    QStringList identifiers = defaultTranslationShortcut();
+    if (m_optionSpaceIsKept.has_value()) // Otherwise the answer may be another one next time.
+        m_preferences.setValue(keys::translationShortcutIdentifiers, identifiers);
     return identifiers;
+}
+
+QStringList Settings::defaultTranslationShortcut()
+{
+    const QStringList dictation = DictationShortcutIdentifiers();
+    // A combination that the window manager reacts to as well is better than one of dictation's.
+    const bool kept =
+        m_optionSpaceIsKept.value_or(false) && !dictation.contains("controlOptionSpace"_L1);
+    const bool taken = kept || dictation.contains("optionSpace"_L1);
+    return {taken ? u"controlOptionSpace"_s : u"optionSpace"_s};
 }
 
 QStringList Settings::ChatShortcutIdentifiers()
@@ -157,7 +186,8 @@ QStringList Settings::ChatShortcutIdentifiers()
         identifiers = {u"commandShiftSpace"_s};
     else if (!taken.contains("controlOptionSpace"_L1))
         identifiers = {u"controlOptionSpace"_s};
-    m_preferences.setValue(keys::chatShortcutIdentifiers, identifiers);
+    if (storedArray(m_preferences, keys::translationShortcutIdentifiers)) // What it has avoided.
+        m_preferences.setValue(keys::chatShortcutIdentifiers, identifiers);
     return identifiers;
 }
 

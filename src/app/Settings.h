@@ -5,8 +5,11 @@
 #include <QStringList>
 #include <QVariantList>
 
+#include <optional>
+
 namespace tavrin {
 
+class HotKeyProbe;
 class Localization;
 class Preferences;
 
@@ -19,12 +22,18 @@ struct SettingChoice {
 };
 
 /// Reads the settings that menus, pages and sessions share, fills in what is missing and brings old
-/// values up to date. Nothing is cached; a value of the wrong type counts as absent. Titles are in
+/// values up to date. No value is cached; a value of the wrong type counts as absent. Titles are in
 /// the interface language of the moment. Main thread only.
 class Settings {
 public:
     /// @param preferences, localization must outlive this object.
-    Settings(Preferences& preferences, const Localization& localization);
+    /// @param probe too; it is asked at once. Without one the desktop keeps no combination.
+    Settings(
+        Preferences& preferences, const Localization& localization, HotKeyProbe* probe = nullptr);
+
+    /// Asks the desktop again which combinations it keeps, while the user has none of his own.
+    /// True when an operation has another default by it.
+    bool lookAtDesktop();
 
     /// The identifier of the writing style, unknown ones as stored. Stores the present name of a
     /// style that was stored under an old one.
@@ -55,14 +64,21 @@ public:
     [[nodiscard]] static QStringList SanitizedShortcutIdentifiers(const QVariantList& stored);
 
     /// The shortcuts of the three operations, at most two each; an empty list stays empty. Each
-    /// stores its default when nothing is stored yet; the defaults avoid each other.
+    /// stores its default when nothing is stored yet; the defaults avoid each other and what the
+    /// desktop keeps. Where it may still come to keep one, the default is found anew at every
+    /// start.
     [[nodiscard]] QStringList DictationShortcutIdentifiers();
     [[nodiscard]] QStringList TranslationShortcutIdentifiers();
     [[nodiscard]] QStringList ChatShortcutIdentifiers();
 
 private:
+    [[nodiscard]] std::optional<bool> isOptionSpaceKept() const;
+    [[nodiscard]] QStringList defaultTranslationShortcut();
+
     Preferences& m_preferences;
     const Localization& m_localization;
+    HotKeyProbe* m_probe;
+    std::optional<bool> m_optionSpaceIsKept; ///< What the desktop said last; empty: not for good.
 };
 
 } // namespace tavrin

@@ -8,6 +8,7 @@
 #include "app/ShortcutMonitor.h"
 #include "app/ShortcutTexts.h"
 #include "app/TableIndex.h"
+#include "base/Log.h"
 #include "platform/Alerts.h"
 #include "platform/HotKeyProbe.h"
 #include "platform/PreferenceKeys.h"
@@ -77,9 +78,11 @@ void ShortcutSettings::refreshShortcutControls()
 
 void ShortcutSettings::updateShortcutStatus()
 {
-    const bool taken = anyCombinationIsTaken();
+    const QStringList identifiers = takenCombinations();
+    logTaken(identifiers);
     if (!m_controls)
         return;
+    const bool taken = !identifiers.isEmpty();
     m_controls->setShortcutStatus(
         m_neighbours.localization.LT(taken ? texts::shortcutConflict : texts::noShortcutConflict),
         taken ? ShortcutStatus::Conflict : ShortcutStatus::NoConflict);
@@ -135,13 +138,29 @@ void ShortcutSettings::refuse()
     refreshShortcutControls();
 }
 
-bool ShortcutSettings::anyCombinationIsTaken()
+QStringList ShortcutSettings::takenCombinations()
 {
     const Choices stored = storedChoices();
-    return std::ranges::any_of(spaceShortcuts, [&](const SpaceShortcut& shortcut) {
-        return std::ranges::count(stored, shortcut.identifier) > 0
-            && !m_neighbours.hotKeyProbe.isAvailable(key_codes::space, shortcut.modifiers);
-    });
+    QStringList identifiers;
+    for (const SpaceShortcut& shortcut : spaceShortcuts) {
+        if (std::ranges::count(stored, shortcut.identifier) > 0
+            && !m_neighbours.hotKeyProbe.isAvailable(key_codes::space, shortcut.modifiers))
+            identifiers.append(shortcut.identifier.toString());
+    }
+    return identifiers;
+}
+
+void ShortcutSettings::logTaken(const QStringList& identifiers)
+{
+    if (identifiers == m_loggedAsTaken)
+        return;
+    m_loggedAsTaken = identifiers;
+    for (const QString& identifier : identifiers)
+        qCWarning(log::app).noquote()
+            << "Another program holds the shortcut"
+            << m_neighbours.settings.ShortcutDisplayNameForIdentifier(identifier);
+    if (identifiers.isEmpty())
+        qCInfo(log::app) << "No other program holds the shortcuts any more.";
 }
 
 } // namespace tavrin

@@ -47,7 +47,8 @@ public:
     /// Shows the stored shortcuts in the controls and in the tool tip.
     void refreshShortcutControls();
 
-    /// Shows whether another program holds one of the stored combinations.
+    /// Finds out whether another program holds one of the combinations in use, and shows it;
+    /// without controls, and with them too, the log tells what is held whenever that has changed.
     void updateShortcutStatus();
 
 private:
@@ -58,11 +59,13 @@ private:
     [[nodiscard]] Choices storedChoices();
     void store(const Choices& choices);
     void refuse();
-    [[nodiscard]] bool anyCombinationIsTaken();
+    [[nodiscard]] QStringList takenCombinations();
+    void logTaken(const QStringList& identifiers);
 
     Neighbours m_neighbours;
     Actions m_actions;
     ShortcutControls* m_controls = nullptr;
+    QStringList m_loggedAsTaken;
 };
 
 } // namespace tavrin

@@ -2,6 +2,8 @@
 
 #include "platform/KeyMonitor.h"
 
+#include <optional>
+
 namespace tavrin {
 
 /// Finds out whether another program holds a key combination. Main thread only.
@@ -12,6 +14,12 @@ public:
     /// Registers the combination and gives it back at once. False when it could not be registered:
     /// somebody else holds it. Linux also knows Alt+Space as the window menu of its managers.
     [[nodiscard]] virtual bool isAvailable(int keyCode, KeyModifiers modifiers) = 0;
+
+    /// Whether the desktop keeps the combination for itself, so that it suits no default. Linux:
+    /// true while somebody holds it, most often the window manager; empty otherwise, as one that
+    /// comes later at login may still take it. macOS keeps none of those that Tavrin has: false.
+    [[nodiscard]] virtual std::optional<bool> isKeptByDesktop(
+        int keyCode, KeyModifiers modifiers) = 0;
 };
 
 } // namespace tavrin

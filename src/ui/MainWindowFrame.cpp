@@ -66,7 +66,7 @@ void MainWindowFrame::show()
     // The fonts are read while the window manager makes place: it draws nothing before that.
     if (!m_instructionLabel)
         buildContents();
-    refreshInstruction();
+    refreshShortcuts();
     m_window->raise();
     m_window->activateWindow();
 }
@@ -79,6 +79,17 @@ void MainWindowFrame::hide()
 bool MainWindowFrame::isVisible() const
 {
     return m_window && m_window->isVisible();
+}
+
+void MainWindowFrame::refreshShortcuts()
+{
+    if (!m_instructionLabel)
+        return;
+    Settings& settings = m_neighbours.settings;
+    m_instructionLabel->setText(m_neighbours.localization.LT(texts::shortcutSummary,
+        firstShortcutName(settings, OperationMode::Dictation),
+        firstShortcutName(settings, OperationMode::Translation),
+        firstShortcutName(settings, OperationMode::Chat)));
 }
 
 void MainWindowFrame::selectSettingsPage(SettingsPage /*page*/)
@@ -128,15 +139,6 @@ void MainWindowFrame::centreOnScreen()
     QRect frame(QPoint(), windowSize);
     frame.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
     m_window->move(frame.topLeft());
-}
-
-void MainWindowFrame::refreshInstruction()
-{
-    Settings& settings = m_neighbours.settings;
-    m_instructionLabel->setText(m_neighbours.localization.LT(texts::shortcutSummary,
-        firstShortcutName(settings, OperationMode::Dictation),
-        firstShortcutName(settings, OperationMode::Translation),
-        firstShortcutName(settings, OperationMode::Chat)));
 }
 
 } // namespace tavrin

@@ -33,6 +33,7 @@ public:
     void show() override;
     void hide() override;
     [[nodiscard]] bool isVisible() const override;
+    void refreshShortcuts() override;
     void selectSettingsPage(SettingsPage page) override;
 
     void refreshAccountUI() override { }
@@ -49,7 +50,6 @@ public:
 private:
     void buildContents();
     void centreOnScreen();
-    void refreshInstruction();
 
     UserInterfaceNeighbours m_neighbours;
     std::unique_ptr<QWidget> m_window;

@@ -2,6 +2,7 @@
 
 #include "app/ControllerFixture.h"
 #include "dictionary/DictionaryStore.h"
+#include "support/CapturedLog.h"
 #include "support/InMemoryAccessibility.h"
 #include "support/InMemoryAudioRecorders.h"
 
@@ -231,6 +232,38 @@ TEST_F(AppDelegateTest, WhatTheFirstSessionNeedsIsLoadedASecondAfterTheLaunch)
     EXPECT_EQ(workspace.warmUps, 1);
     EXPECT_EQ(recorders.warmUps, 1);
     EXPECT_TRUE(QFile::exists(history));
+}
+
+TEST_F(AppDelegateTest, ADefaultMovesAsideOnceTheDesktopHasItsKeys)
+{
+    preferences.remove(keys::translationShortcutIdentifiers);
+    preferences.remove(keys::chatShortcutIdentifiers);
+    probe->keptUnlessHeld = std::nullopt;
+    launch();
+    EXPECT_EQ(statusItem->menu[1].title, u"Start translation (⌥ Space → English)"_s);
+    time.advance(1s);
+    takeTrace();
+
+    probe->heldByOthers = {{key_codes::space, KeyModifier::Option}};
+    time.advance(28999ms);
+    EXPECT_EQ(statusItem->menu[1].title, u"Start translation (⌥ Space → English)"_s);
+    time.advance(1ms);
+    EXPECT_EQ(statusItem->menu[1].title, u"Start translation (⌃⌥ Space → English)"_s);
+    EXPECT_EQ(
+        statusItem->toolTip, u"Dictation Right Option · Translation ⌃⌥ Space · Chat ⇧⌘ Space"_s);
+    EXPECT_TRUE(trace.contains("refresh shortcuts"));
+}
+
+TEST_F(AppDelegateTest, AfterTheLaunchTheLogTellsWhichShortcutsAreHeld)
+{
+    const testing::CapturedLog log;
+    probe->heldByOthers = {{key_codes::space, KeyModifier::Option}};
+    launch();
+    time.advance(999ms);
+    const QString line = u"Another program holds the shortcut ⌥ Space"_s;
+    EXPECT_FALSE(log.lines().contains(line));
+    time.advance(1ms);
+    EXPECT_TRUE(log.lines().contains(line));
 }
 
 TEST_F(AppDelegateTest, ARecordingIsHeardWithTheMostUsedTermsOfTheDictionary)

@@ -1,7 +1,6 @@
 #include "app/ControllerFixture.h"
 
 #include "support/InMemoryAccessibility.h"
-#include "support/InMemoryHotKeyProbe.h"
 #include "support/InMemoryPasteboard.h"
 #include "support/InMemoryPermissions.h"
 #include "support/InMemorySpeechRecognizers.h"
@@ -82,7 +81,7 @@ ControllerFixture::ControllerFixture()
     platform.pasteboard = std::make_unique<InMemoryPasteboard>();
     platform.syntheticKeyboard = std::make_unique<RecordingKeyboard>();
     keyboard = own(platform.keyMonitor, std::make_unique<InMemoryKeyMonitor>());
-    platform.hotKeyProbe = std::make_unique<InMemoryHotKeyProbe>();
+    probe = own(platform.hotKeyProbe, std::make_unique<InMemoryHotKeyProbe>());
     devices = own(platform.audioDevices, std::make_unique<InMemoryAudioDevices>());
     devices->addMicrophone(builtInMicrophone, u"Built-in"_s, u"built-in"_s);
     devices->addMicrophone(headset, u"Headset"_s, u"headset"_s);

@@ -9,6 +9,7 @@
 #include "support/InMemoryAudioDevices.h"
 #include "support/InMemoryAudioRecorders.h"
 #include "support/InMemoryBackgroundQueue.h"
+#include "support/InMemoryHotKeyProbe.h"
 #include "support/InMemoryHttpTransport.h"
 #include "support/InMemoryKeyMonitor.h"
 #include "support/InMemoryPreferences.h"
@@ -68,6 +69,7 @@ protected:
     InMemoryStatusItem* statusItem = nullptr;
     InMemoryAudioDevices* devices = nullptr;
     InMemoryKeyMonitor* keyboard = nullptr;
+    InMemoryHotKeyProbe* probe = nullptr;
     ScriptedAlerts* alerts = nullptr;
     InMemoryFileSpeechRecognizer* recognizer = nullptr;
     InMemoryBackgroundQueue* background = nullptr;

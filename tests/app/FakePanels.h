@@ -22,6 +22,8 @@ public:
 
     [[nodiscard]] bool isVisible() const override { return visible; }
 
+    void refreshShortcuts() override { }
+
     void selectSettingsPage(SettingsPage page) override { selectedPages.append(page); }
 };
 

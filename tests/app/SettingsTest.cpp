@@ -3,6 +3,7 @@
 #include "app/Localization.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxKeyNames.h"
+#include "support/InMemoryHotKeyProbe.h"
 #include "support/InMemoryPreferences.h"
 #include "support/InMemoryWorkspace.h"
 #include "support/QtPrinters.h"
@@ -325,6 +326,88 @@ TEST_F(SettingsTest, ChatStartsWithoutAShortcutWhenBothAreTaken)
 
     EXPECT_EQ(settings.ChatShortcutIdentifiers(), QStringList());
     EXPECT_EQ(preferences.value(keys::chatShortcutIdentifiers), QVariant(QStringList()));
+}
+
+/// A desktop that gives its combinations to whoever asks first, and Alt+Space among them.
+class DesktopDefaultsTest : public SettingsTest {
+protected:
+    testing::InMemoryHotKeyProbe probe;
+
+    DesktopDefaultsTest()
+    {
+        probe.keptUnlessHeld = std::nullopt;
+        probe.heldByOthers = {{key_codes::space, KeyModifier::Option}};
+    }
+
+    Settings start() { return {preferences, localization, &probe}; }
+
+    QVariant stored(const QString& key) const { return preferences.value(key); }
+};
+
+TEST_F(DesktopDefaultsTest, TranslationLeavesTheDesktopItsCombinationForGood)
+{
+    Settings first = start();
+    EXPECT_EQ(first.TranslationShortcutIdentifiers(), QStringList{u"controlOptionSpace"_s});
+    EXPECT_EQ(first.ChatShortcutIdentifiers(), QStringList{u"commandShiftSpace"_s});
+    EXPECT_EQ(stored(keys::translationShortcutIdentifiers), QStringList{u"controlOptionSpace"_s});
+    EXPECT_EQ(stored(keys::chatShortcutIdentifiers), QStringList{u"commandShiftSpace"_s});
+
+    probe.heldByOthers.clear();
+    EXPECT_EQ(start().TranslationShortcutIdentifiers(), QStringList{u"controlOptionSpace"_s});
+}
+
+TEST_F(DesktopDefaultsTest, ACombinationThatIsStillFreeAtLoginIsNotYetStored)
+{
+    probe.heldByOthers.clear();
+    Settings early = start();
+    EXPECT_EQ(early.ChatShortcutIdentifiers(), QStringList{u"commandShiftSpace"_s});
+    EXPECT_EQ(early.TranslationShortcutIdentifiers(), QStringList{u"optionSpace"_s});
+    EXPECT_FALSE(early.lookAtDesktop());
+    EXPECT_FALSE(stored(keys::translationShortcutIdentifiers).isValid());
+    EXPECT_FALSE(stored(keys::chatShortcutIdentifiers).isValid());
+
+    probe.heldByOthers = {{key_codes::space, KeyModifier::Option}};
+    EXPECT_EQ(early.TranslationShortcutIdentifiers(), QStringList{u"optionSpace"_s});
+    EXPECT_TRUE(early.lookAtDesktop());
+    EXPECT_EQ(early.TranslationShortcutIdentifiers(), QStringList{u"controlOptionSpace"_s});
+    EXPECT_EQ(stored(keys::translationShortcutIdentifiers), QStringList{u"controlOptionSpace"_s});
+    EXPECT_FALSE(early.lookAtDesktop());
+}
+
+TEST_F(DesktopDefaultsTest, ChatGivesWayToATranslationThatMovesLate)
+{
+    preferences.setValue(keys::dictationShortcutIdentifiers, QStringList{u"commandShiftSpace"_s});
+    probe.heldByOthers.clear();
+    Settings early = start();
+    EXPECT_EQ(early.ChatShortcutIdentifiers(), QStringList{u"controlOptionSpace"_s});
+
+    probe.heldByOthers = {{key_codes::space, KeyModifier::Option}};
+    EXPECT_TRUE(early.lookAtDesktop());
+    EXPECT_EQ(early.TranslationShortcutIdentifiers(), QStringList{u"controlOptionSpace"_s});
+    EXPECT_EQ(early.ChatShortcutIdentifiers(), QStringList());
+}
+
+TEST_F(DesktopDefaultsTest, TheDesktopsCombinationIsBetterThanOneOfDictation)
+{
+    preferences.setValue(keys::dictationShortcutIdentifiers, QStringList{u"controlOptionSpace"_s});
+    EXPECT_EQ(start().TranslationShortcutIdentifiers(), QStringList{u"optionSpace"_s});
+}
+
+TEST_F(DesktopDefaultsTest, WhatIsStoredStaysAndAsksNobody)
+{
+    preferences.setValue(keys::translationShortcutIdentifiers, QStringList{u"optionSpace"_s});
+    Settings settled = start();
+    EXPECT_FALSE(settled.lookAtDesktop());
+    EXPECT_EQ(settled.TranslationShortcutIdentifiers(), QStringList{u"optionSpace"_s});
+    EXPECT_EQ(probe.questionsForTheDesktop, 0);
+}
+
+TEST_F(DesktopDefaultsTest, ADesktopThatKeepsNothingStoresTheDefaultAtOnce)
+{
+    probe.keptUnlessHeld = false;
+    probe.heldByOthers.clear();
+    EXPECT_EQ(start().TranslationShortcutIdentifiers(), QStringList{u"optionSpace"_s});
+    EXPECT_EQ(stored(keys::translationShortcutIdentifiers), QStringList{u"optionSpace"_s});
 }
 
 TEST_F(SettingsTest, StoredListsAreAuthoritativeAndLeftAlone)

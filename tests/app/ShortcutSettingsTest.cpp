@@ -4,6 +4,7 @@
 #include "app/Settings.h"
 #include "app/ShortcutMonitor.h"
 #include "platform/PreferenceKeys.h"
+#include "support/CapturedLog.h"
 #include "support/InMemoryHotKeyProbe.h"
 #include "support/InMemoryKeyMonitor.h"
 #include "support/InMemoryPreferences.h"
@@ -317,6 +318,26 @@ TEST_F(ShortcutSettingsTest, ACombinationThatAnotherProgramHoldsIsAConflict)
         shortcuts.updateShortcutStatus();
         EXPECT_EQ(controls.status, ShortcutStatus::NoConflict);
     }
+}
+
+TEST_F(ShortcutSettingsTest, TheLogTellsOnceWhichCombinationsAreHeld)
+{
+    const testing::CapturedLog log;
+    shortcuts.setControls(nullptr);
+    assign({u"rightOption"_s}, {u"optionSpace"_s}, {u"commandShiftSpace"_s});
+    shortcuts.updateShortcutStatus();
+    EXPECT_EQ(log.lines(), QStringList());
+
+    probe.heldByOthers = {{key_codes::space, option}, {key_codes::space, controlOption}};
+    shortcuts.updateShortcutStatus();
+    shortcuts.updateShortcutStatus();
+    EXPECT_EQ(log.lines(), QStringList{u"Another program holds the shortcut ⌥ Space"_s});
+
+    probe.heldByOthers = {{key_codes::space, option}, {key_codes::space, commandShift}};
+    shortcuts.updateShortcutStatus();
+    EXPECT_EQ(log.lines().sliced(1),
+        (QStringList{u"Another program holds the shortcut ⌥ Space"_s,
+            u"Another program holds the shortcut ⇧⌘ Space"_s}));
 }
 
 TEST_F(ShortcutSettingsTest, TheStatusIsExplainedInTheInterfaceLanguage)

@@ -34,6 +34,8 @@ public:
 
     [[nodiscard]] bool isVisible() const override { return visible; }
 
+    void refreshShortcuts() override { m_note(QStringLiteral("refresh shortcuts")); }
+
     void selectSettingsPage(SettingsPage page) override
     {
         m_note(QStringLiteral("select page %1").arg(static_cast<int>(page)));

@@ -70,5 +70,12 @@ TEST_P(HotKeyProbeContractTest, ACombinationThatAnotherProgramHoldsIsNot)
     EXPECT_TRUE(subject().probe().isAvailable(key_codes::space, controlOption));
 }
 
+TEST_P(HotKeyProbeContractTest, TheDesktopKeepsWhatSomebodyHolds)
+{
+    EXPECT_FALSE(subject().probe().isKeptByDesktop(key_codes::space, commandShift).value_or(false));
+    subject().takeCommandShiftSpace();
+    EXPECT_EQ(subject().probe().isKeptByDesktop(key_codes::space, commandShift), true);
+}
+
 } // namespace
 } // namespace tavrin::testing

@@ -15,13 +15,24 @@ public:
 
     QList<Combination> heldByOthers;
 
+    /// What isKeptByDesktop() says of a combination that nobody holds.
+    std::optional<bool> keptUnlessHeld = false;
+
     /// Every combination that was asked for, in order.
     QList<Combination> probed;
+
+    int questionsForTheDesktop = 0;
 
     [[nodiscard]] bool isAvailable(int keyCode, KeyModifiers modifiers) override
     {
         probed.append({keyCode, modifiers});
         return !heldByOthers.contains({keyCode, modifiers});
+    }
+
+    [[nodiscard]] std::optional<bool> isKeptByDesktop(int keyCode, KeyModifiers modifiers) override
+    {
+        ++questionsForTheDesktop;
+        return heldByOthers.contains({keyCode, modifiers}) ? true : keptUnlessHeld;
     }
 };
 

@@ -1,6 +1,6 @@
 """Press, speak, press: whole sessions on a real desktop.
 
-usage: session_test.py PROGRAM SERVICE CASE     CASE: dictation, chat, or the name of an editor
+usage: session_test.py PROGRAM SERVICE CASE     CASE: dictation, chat, defaults, or an editor's name
 """
 
 import os
@@ -67,10 +67,31 @@ def test_chat(stage):
     check_outcome(stage, record, editor, "chat")
 
 
+def test_defaults(stage):
+    """The keys of a fresh installation, under a window manager that has Alt+Space for its menus."""
+    editor = EDITORS["mousepad"](stage)
+    editor.bring_to_front()
+    everything = ""
+    for key, mode in ((RIGHT_ALT, "dictation"), ("ctrl+alt+space", "translation"),
+                      ("shift+super+space", "chat")):
+        stage.model.answer = f"This is the {mode}."
+        record = stage.dictate(key, SENTENCE)
+        check(record["mode"] == mode, key, "started", record["mode"])
+        everything += stage.model.answer
+    # A program may write a space of its own at a press of the space bar with Shift and Super.
+    check(editor.text().replace(" ", "") == everything.replace(" ", ""), "the editor holds",
+          repr(editor.text()))
+    check(stage.preference("translationShortcutIdentifiers") == ["controlOptionSpace"],
+          "translation has", stage.preference("translationShortcutIdentifiers"))
+
+
 def main():
     program, service, case = sys.argv[1:]
     dictation = case == "dictation"
-    settings = {"muteDuringRecording": True, "preferredMicrophoneUID": "virtmic"} if dictation else {}
+    settings = {
+        "dictation": {"muteDuringRecording": True, "preferredMicrophoneUID": "virtmic"},
+        "defaults": {"translationShortcutIdentifiers": None, "chatShortcutIdentifiers": None},
+    }.get(case, {})
     started = time.monotonic()
     stage = Stage(program, service, settings, use_model=not dictation)
     try:
@@ -78,6 +99,8 @@ def main():
             test_dictation(stage)
         elif case == "chat":
             test_chat(stage)
+        elif case == "defaults":
+            test_defaults(stage)
         else:
             test_editor(stage, case)
     except BaseException:

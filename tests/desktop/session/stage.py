@@ -169,6 +169,7 @@ class Stage(Place):
             "cloudRefreshToken": self._session["refreshToken"],
             "translationShortcutIdentifiers": ["leftOption"],
             "chatShortcutIdentifiers": ["controlOptionSpace"], **settings}
+        preferences = {key: value for key, value in preferences.items() if value is not None}
         self._preferences_file = folder / "preferences.json"
         self._preferences_file.write_text(json.dumps(preferences))
         self.history_file = self.folder("data") / "Tavrin/TranscriptionHistory.json"

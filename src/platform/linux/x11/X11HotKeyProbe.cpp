@@ -37,12 +37,22 @@ xcb_keycode_t codeOf(const KeyboardMap& map, int keyCode)
 bool X11HotKeyProbe::isAvailable(int keyCode, KeyModifiers modifiers)
 {
     const xcb_keycode_t code = codeOf(KeyboardMap::read(m_connection), keyCode);
-    if (code == 0)
-        return false;
+    return code != 0 && canGrabWithAnyLock(code, modifierMask(modifiers));
+}
+
+std::optional<bool> X11HotKeyProbe::isKeptByDesktop(int keyCode, KeyModifiers modifiers)
+{
+    const xcb_keycode_t code = codeOf(KeyboardMap::read(m_connection), keyCode);
+    if (code == 0 || canGrabWithAnyLock(code, modifierMask(modifiers)))
+        return std::nullopt;
+    return true;
+}
+
+bool X11HotKeyProbe::canGrabWithAnyLock(xcb_keycode_t code, quint16 mask) const
+{
     // A program that takes the combination takes it with Caps Lock and Num Lock too.
     constexpr std::array<unsigned, 4> locks{0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2,
         unsigned{XCB_MOD_MASK_LOCK} | unsigned{XCB_MOD_MASK_2}};
-    const quint16 mask = modifierMask(modifiers);
     return std::all_of(locks.begin(), locks.end(),
         [&](unsigned lock) { return canGrab(code, static_cast<quint16>(mask | lock)); });
 }

@@ -9,8 +9,10 @@ namespace tavrin {
 class X11HotKeyProbe final : public HotKeyProbe {
 public:
     [[nodiscard]] bool isAvailable(int keyCode, KeyModifiers modifiers) override;
+    [[nodiscard]] std::optional<bool> isKeptByDesktop(int keyCode, KeyModifiers modifiers) override;
 
 private:
+    [[nodiscard]] bool canGrabWithAnyLock(xcb_keycode_t code, quint16 mask) const;
     [[nodiscard]] bool canGrab(xcb_keycode_t code, quint16 mask) const;
 
     X11Connection m_connection;

@@ -33,12 +33,14 @@ TEST(X11HotKeyProbeTest, TheWindowMenuOfTheManagerHoldsAltSpace)
 {
     X11HotKeyProbe probe;
     EXPECT_FALSE(probe.isAvailable(key_codes::space, KeyModifier::Option));
+    EXPECT_EQ(probe.isKeptByDesktop(key_codes::space, KeyModifier::Option), true);
 }
 
 TEST(X11HotKeyProbeTest, AnUnknownKeyIsNotAvailable)
 {
     X11HotKeyProbe probe;
     EXPECT_FALSE(probe.isAvailable(-1, KeyModifier::Option));
+    EXPECT_EQ(probe.isKeptByDesktop(-1, KeyModifier::Option), std::nullopt);
 }
 
 } // namespace
