@@ -91,7 +91,7 @@ void TextDelivery::takeSnapshotAndPaste()
                 m_delivery->before.text, *m_delivery->before.range, m_delivery->text);
         }
     }
-    postCommandV();
+    postCommandV(m_delivery->element.get());
 }
 
 void TextDelivery::afterPosting(KeyPosting posting)
@@ -208,10 +208,10 @@ void TextDelivery::complete(const DeliveryOutcome& outcome)
     completion(outcome);
 }
 
-void TextDelivery::postCommandV()
+void TextDelivery::postCommandV(const AccessibleElement* element)
 {
-    m_ports.keyboard.postPasteShortcut(
-        target(), m_guard.bind([this](KeyPosting posting) { afterPosting(posting); }));
+    m_ports.keyboard.postPasteShortcut({target(), m_ports.accessibility.isTerminal(element)},
+        m_guard.bind([this](KeyPosting posting) { afterPosting(posting); }));
 }
 
 void TextDelivery::postUnicodeText(const QString& text)

@@ -101,8 +101,8 @@ private:
     void fail(const SimplifiedText& reason);
     void complete(const DeliveryOutcome& outcome);
 
-    /// Presses the desktop's paste shortcut in the target.
-    void postCommandV();
+    /// Presses what pastes into @p element of the target; null when it is not known.
+    void postCommandV(const AccessibleElement* element);
     void postUnicodeText(const QString& text);
     [[nodiscard]] RunningApplication target() const;
 

@@ -71,6 +71,9 @@ public:
     /// A field that hides what is typed into it. Nothing of it may be read.
     [[nodiscard]] virtual bool isProtected(const AccessibleElement* element) = 0;
 
+    /// A terminal, be it a part of a program that is something else. False when unknown.
+    [[nodiscard]] virtual bool isTerminal(const AccessibleElement* element) = 0;
+
     /// The whole text; an attributed text as plain text. Empty optional when unreadable, and for a
     /// protected element.
     [[nodiscard]] virtual std::optional<QString> value(const AccessibleElement* element) = 0;

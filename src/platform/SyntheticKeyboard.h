@@ -1,13 +1,18 @@
 #pragma once
 
 #include "base/Completion.h"
+#include "platform/Workspace.h"
 
 #include <QString>
 #include <QStringList>
 
 namespace tavrin {
 
-struct RunningApplication;
+/// What the paste shortcut depends on.
+struct PasteTarget {
+    RunningApplication application;
+    bool isTerminal = false; ///< The element with the keyboard, whatever it is part of.
+};
 
 /// How far the keys of one call got.
 enum class KeyPosting {
@@ -35,10 +40,10 @@ public:
     virtual ~SyntheticKeyboard() = default;
 
     /// Presses and releases the paste shortcut of the program in front: Command-V on macOS; on
-    /// Linux Ctrl+V, in terminals Ctrl+Shift+V. @p target tells what program it is. Linux: nothing
+    /// Linux Ctrl+V, or what pastes in programs to which that is something else. Linux: nothing
     /// is pressed when another window has the keyboard, so that nothing gets into the wrong place.
     virtual void postPasteShortcut(
-        const RunningApplication& target, Completion<KeyPosting> completion) = 0;
+        const PasteTarget& target, Completion<KeyPosting> completion) = 0;
 
     /// What the program did about the last paste shortcut.
     virtual void askForPasteReception(Completion<PasteReception> completion) = 0;

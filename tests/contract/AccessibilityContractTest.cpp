@@ -49,6 +49,7 @@ public:
         element->text = field.text;
         element->selection = field.selection;
         element->isProtected = field.password;
+        element->isTerminal = field.lie == u"terminal"_s;
         element->role = field.singleLine || field.password ? u"AXTextField"_s : u"AXTextArea"_s;
         m_port.focusedElements[process] = element;
         m_port.systemFocus = element;
@@ -121,6 +122,7 @@ TEST_P(AccessibilityContractTest, TheFocusedFieldOfAProgramIsFound)
     EXPECT_EQ(port.processIdentifier(element.get()), process);
     EXPECT_EQ(port.attribute(ElementAttribute::Role, element.get()), u"AXTextArea"_s);
     EXPECT_FALSE(port.isProtected(element.get()));
+    EXPECT_FALSE(port.isTerminal(element.get()));
     EXPECT_NE(port.systemFocusedElement(), nullptr);
 }
 
@@ -199,6 +201,14 @@ TEST_P(AccessibilityContractTest, NothingIsReadFromAPasswordField)
     EXPECT_EQ(port.stringForRange({0, 1}, element.get()), std::nullopt);
 }
 
+TEST_P(AccessibilityContractTest, ATerminalIsTold)
+{
+    const ElementHandle element = open({u"$ "_s, {2, 0}, false, false, u"terminal"_s});
+
+    EXPECT_TRUE(port.isTerminal(element.get()));
+    EXPECT_FALSE(port.isProtected(element.get()));
+}
+
 TEST_P(AccessibilityContractTest, NoElementReadsAsUnknown)
 {
     EXPECT_EQ(port.value(nullptr), std::nullopt);
@@ -208,6 +218,7 @@ TEST_P(AccessibilityContractTest, NoElementReadsAsUnknown)
     EXPECT_EQ(port.processIdentifier(nullptr), std::nullopt);
     EXPECT_EQ(port.attribute(ElementAttribute::Role, nullptr), std::nullopt);
     EXPECT_FALSE(port.isProtected(nullptr));
+    EXPECT_FALSE(port.isTerminal(nullptr));
     EXPECT_FALSE(port.isSelectedTextSettable(nullptr));
     EXPECT_FALSE(port.setSelectedText(u"x"_s, nullptr));
     EXPECT_FALSE(port.setValue(u"x"_s, nullptr));

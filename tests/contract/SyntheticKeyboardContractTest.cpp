@@ -95,7 +95,7 @@ TEST_P(SyntheticKeyboardContractTest, ThePasteShortcutPastesThePasteboard)
     ASSERT_TRUE(subject().pasteboard().setString(QStringLiteral("粘贴 paste")));
     std::optional<KeyPosting> posting;
     subject().keyboard().postPasteShortcut(
-        subject().editor(), [&](KeyPosting end) { posting = end; });
+        {subject().editor()}, [&](KeyPosting end) { posting = end; });
     EXPECT_TRUE(
         TestClient::eventually([&] { return subject().text() == QStringLiteral("粘贴 paste"); }));
     EXPECT_TRUE(TestClient::eventually([&] { return posting.has_value(); }));

@@ -75,7 +75,7 @@ TEST_F(TextDeliveryTest, APasteThatShowsIsVerifiedAtTheFirstCheck)
     EXPECT_TRUE(keyboard.pastes.isEmpty());
     time.advance(1ms);
     ASSERT_EQ(keyboard.pastes.size(), 1);
-    EXPECT_EQ(keyboard.pastes.first().processIdentifier, editorProcess);
+    EXPECT_EQ(keyboard.pastes.first().application.processIdentifier, editorProcess);
 
     time.advance(untilFirstCheck - 1ms);
     EXPECT_FALSE(outcome.has_value());
@@ -172,6 +172,16 @@ TEST_F(TextDeliveryTest, TheTrustAtTheActivationCounts)
     accessibility.trusted = false;
     time.advance(10s);
     EXPECT_GT(accessibility.reads, 0);
+}
+
+TEST_F(TextDeliveryTest, ThePasteShortcutIsThatOfTheFocusedElement)
+{
+    pasteToTheEnd(u"Anna"_s);
+    editor->isTerminal = true;
+    pasteToTheEnd(u"Bob"_s);
+    ASSERT_EQ(keyboard.pastes.size(), 2);
+    EXPECT_FALSE(keyboard.pastes.first().isTerminal);
+    EXPECT_TRUE(keyboard.pastes.last().isTerminal);
 }
 
 TEST_F(TextDeliveryTest, NothingIsReadFromAPasswordField)

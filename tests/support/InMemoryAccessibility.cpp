@@ -93,6 +93,12 @@ bool InMemoryAccessibility::isProtected(const AccessibleElement* element)
     return field && field->isProtected;
 }
 
+bool InMemoryAccessibility::isTerminal(const AccessibleElement* element)
+{
+    const FakeElement* const field = target(element);
+    return field && field->isTerminal;
+}
+
 std::optional<QString> InMemoryAccessibility::value(const AccessibleElement* element)
 {
     ++reads;

@@ -15,6 +15,7 @@ struct FakeElement {
     std::optional<QString> role = QStringLiteral("AXTextArea");
     std::optional<QString> title;
     bool isProtected = false;
+    bool isTerminal = false;
 
     QString text;
     TextRange selection{0, 0};
@@ -67,6 +68,7 @@ public:
     [[nodiscard]] std::optional<QString> attribute(
         ElementAttribute name, const AccessibleElement* element) override;
     [[nodiscard]] bool isProtected(const AccessibleElement* element) override;
+    [[nodiscard]] bool isTerminal(const AccessibleElement* element) override;
     [[nodiscard]] std::optional<QString> value(const AccessibleElement* element) override;
     [[nodiscard]] std::optional<TextRange> selectedTextRange(
         const AccessibleElement* element) override;

@@ -21,14 +21,13 @@ public:
     PasteReception reception = PasteReception::Unknown;
     bool answersLater = false; ///< Keys take their time: answer() says that they are out.
 
-    QList<RunningApplication> pastes; ///< The targets of the paste shortcuts, in order.
+    QList<PasteTarget> pastes; ///< The targets of the paste shortcuts, in order.
     QList<QStringList> typed; ///< The chunks of each typed text, in order.
     int covers = 0;
     int cancellations = 0;
     int questions = 0; ///< After the reception.
 
-    void postPasteShortcut(
-        const RunningApplication& target, Completion<KeyPosting> completion) override
+    void postPasteShortcut(const PasteTarget& target, Completion<KeyPosting> completion) override
     {
         pastes.append(target);
         if (onPaste && pasteEnds != KeyPosting::Refused)

@@ -40,7 +40,8 @@ std::optional<Lie> lieNamed(const QString& name)
 {
     static const QHash<QString, Lie> lies{{u"stale"_s, Lie::Stale}, {u"read-only"_s, Lie::ReadOnly},
         {u"negative"_s, Lie::Negative}, {u"counts"_s, Lie::Counts}, {u"huge"_s, Lie::Huge},
-        {u"secret"_s, Lie::Secret}, {u"stuck-insert"_s, Lie::StuckInsert}};
+        {u"secret"_s, Lie::Secret}, {u"stuck-insert"_s, Lie::StuckInsert},
+        {u"terminal"_s, Lie::Terminal}};
     const auto found = lies.find(name);
     return found == lies.end() ? std::nullopt : std::optional(*found);
 }
@@ -78,7 +79,7 @@ void* LyingAccessible::interface_cast(QAccessible::InterfaceType type)
 
 QAccessible::Role LyingAccessible::role() const
 {
-    return QAccessible::EditableText;
+    return m_lie == Lie::Terminal ? QAccessible::Terminal : QAccessible::EditableText;
 }
 
 QAccessible::State LyingAccessible::state() const
@@ -128,6 +129,7 @@ int LyingAccessible::cursorPosition() const
     case Lie::ReadOnly:
     case Lie::StuckInsert:
     case Lie::Secret:
+    case Lie::Terminal:
         break;
     }
     return m_field.textCursor().position();
@@ -166,6 +168,7 @@ int LyingAccessible::characterCount() const
     case Lie::ReadOnly:
     case Lie::StuckInsert:
     case Lie::Secret:
+    case Lie::Terminal:
         break;
     }
     return static_cast<int>(m_field.toPlainText().size());

@@ -17,6 +17,7 @@ enum class Lie {
     Huge, ///< Reports 50 million characters, and answers every question with all of them.
     StuckInsert, ///< Reports the truth; hangs when it is to insert something, and inserts nothing.
     Secret, ///< A password field that would tell its text.
+    Terminal, ///< Is called a terminal.
 };
 
 /// The lie of that name, as the command line has it; empty when there is none.

@@ -39,7 +39,8 @@ void addOptions(QCommandLineParser& options)
     options.addOption({u"unmanaged"_s, u"A window that no window manager looks after."_s});
     options.addOption({u"tell-window"_s, u"Says the number of its window instead of \"ready\"."_s});
     options.addOption({u"lie"_s,
-        u"Deceives accessibility: stale, read-only, negative, counts, huge, stuck-insert or secret."_s,
+        u"Deceives accessibility: stale, read-only, negative, counts, huge, secret, terminal or "
+        u"stuck-insert."_s,
         u"kind"_s});
 }
 

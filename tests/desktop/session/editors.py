@@ -110,6 +110,27 @@ class GnomeTerminal(Terminal):
         run("gnome-terminal", "--", keeper)
 
 
+class KateTerminal(Terminal):
+    """The terminal below the text of an editor."""
+
+    def __init__(self, stage):
+        Editor.__init__(self, stage, ["kate", "--new", str(document(stage))], "kate",
+                        {"SHELL": self._keeper(stage)})
+
+    def bring_to_front(self, patience=PATIENCE):
+        Editor.bring_to_front(self, patience)
+        xdotool("key", "F4")
+        # The editor types what brings a shell into the document's folder.
+        wait_until("the program in the terminal", lambda: self._so_far().endswith("\n"), patience)
+        self._greeting = self._so_far()
+
+    def _so_far(self):
+        return self._typed.read_text() if self._typed.exists() else ""
+
+    def text(self):
+        return super().text().removeprefix(self._greeting)
+
+
 def document(stage):
     file = stage.folder("documents") / "letter.txt"
     file.touch()
@@ -187,5 +208,6 @@ EDITORS = {
     "libreoffice-calc": lambda stage: office(stage, "calc"),
     "xterm": lambda stage: Terminal(stage, ["xterm", "-u8", "-class", "XTerm", "-e"], "XTerm"),
     "gnome-terminal": GnomeTerminal,
+    "kate-terminal": KateTerminal,
     "konsole": lambda stage: Terminal(stage, ["konsole", "-e"], "konsole"),
 }

@@ -134,6 +134,16 @@ bool AtspiAccessibility::isProtected(const AccessibleElement* element)
         .value_or(true); // A program that does not answer is not to be read either.
 }
 
+bool AtspiAccessibility::isTerminal(const AccessibleElement* element)
+{
+    return m_connection
+        ->ask<bool>(element,
+            [](AtspiTextReader&, AtspiAccessible* accessible) {
+                return atspi_accessible_get_role(accessible, nullptr) == ATSPI_ROLE_TERMINAL;
+            })
+        .value_or(false);
+}
+
 std::optional<QString> AtspiAccessibility::value(const AccessibleElement* element)
 {
     return readText<QString>(

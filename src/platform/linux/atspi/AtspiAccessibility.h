@@ -37,6 +37,7 @@ public:
     [[nodiscard]] std::optional<QString> attribute(
         ElementAttribute name, const AccessibleElement* element) override;
     [[nodiscard]] bool isProtected(const AccessibleElement* element) override;
+    [[nodiscard]] bool isTerminal(const AccessibleElement* element) override;
     [[nodiscard]] std::optional<QString> value(const AccessibleElement* element) override;
     [[nodiscard]] std::optional<TextRange> selectedTextRange(
         const AccessibleElement* element) override;

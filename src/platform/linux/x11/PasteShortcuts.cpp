@@ -25,6 +25,9 @@ constexpr PasteShortcut inOldTerminals{.chords = shiftInsert, .pastesPrimary = t
 // Yanks the clipboard, also where cua-mode, Viper or Evil have given Ctrl+Y another meaning.
 constexpr PasteShortcut inEmacs{shiftInsert};
 constexpr PasteShortcut inVim{vimPaste};
+// Ctrl+V is a character to the terminal inside, which does not say that it has the keyboard. This
+// pastes there and in every editor, the primary selection or the clipboard.
+constexpr PasteShortcut inCodeEditors{.chords = shiftInsert, .pastesPrimary = true};
 
 struct Program {
     QStringView name; // The last part of the desktop file's name or the window class, lower case.
@@ -36,10 +39,15 @@ constexpr auto programs = std::to_array<Program>({
     {u"alacritty", inTerminals},
     {u"aterm", inOldTerminals},
     {u"blackbox", inTerminals},
+    {u"code", inCodeEditors},
+    {u"code-insiders", inCodeEditors},
+    {u"code-oss", inCodeEditors},
+    {u"codium", inCodeEditors},
     {u"console", inTerminals},
     {u"contour", inTerminals},
     {u"cool-retro-term", inTerminals},
     {u"cosmicterm", inTerminals},
+    {u"cursor", inCodeEditors},
     {u"debian-uxterm", inOldTerminals},
     {u"debian-xterm", inOldTerminals},
     {u"deepin-terminal", inTerminals},
@@ -90,7 +98,9 @@ constexpr auto programs = std::to_array<Program>({
     {u"urxvt", inOldTerminals},
     {u"uxterm", inOldTerminals},
     {u"vim", inVim},
+    {u"vscodium", inCodeEditors},
     {u"wezterm", inTerminals},
+    {u"windsurf", inCodeEditors},
     {u"xemacs", inEmacs},
     {u"xfce4-terminal", inTerminals},
     {u"xterm", inOldTerminals},
@@ -100,9 +110,11 @@ constexpr auto programs = std::to_array<Program>({
 
 } // namespace
 
-PasteShortcut pasteShortcutOf(const RunningApplication& application)
+PasteShortcut pasteShortcutOf(const PasteTarget& target)
 {
-    const QString name = application.bundleIdentifier.section(u'.', -1).toLower();
+    if (target.isTerminal)
+        return inTerminals;
+    const QString name = target.application.bundleIdentifier.section(u'.', -1).toLower();
     const auto found = std::find_if(
         programs.begin(), programs.end(), [&](const Program& row) { return row.name == name; });
     return found == programs.end() ? usual : found->shortcut;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Workspace.h"
+#include "platform/SyntheticKeyboard.h"
 #include "platform/linux/x11/KeyChords.h"
 
 #include <span>
@@ -13,6 +13,6 @@ struct PasteShortcut {
     bool pastesPrimary = false; ///< What the mouse has selected, not what was copied.
 };
 
-[[nodiscard]] PasteShortcut pasteShortcutOf(const RunningApplication& application);
+[[nodiscard]] PasteShortcut pasteShortcutOf(const PasteTarget& target);
 
 } // namespace tavrin

@@ -33,10 +33,10 @@ QString X11SyntheticKeyboard::stateFile()
 }
 
 void X11SyntheticKeyboard::postPasteShortcut(
-    const RunningApplication& target, Completion<KeyPosting> completion)
+    const PasteTarget& target, Completion<KeyPosting> completion)
 {
-    m_typist.paste(
-        pasteShortcutOf(target), target, onMainThread(m_mainQueue, std::move(completion)));
+    m_typist.paste(pasteShortcutOf(target), target.application,
+        onMainThread(m_mainQueue, std::move(completion)));
 }
 
 void X11SyntheticKeyboard::askForPasteReception(Completion<PasteReception> completion)

@@ -18,8 +18,7 @@ public:
     /// Where the codes in use are noted; empty without a folder for run-time files.
     [[nodiscard]] static QString stateFile();
 
-    void postPasteShortcut(
-        const RunningApplication& target, Completion<KeyPosting> completion) override;
+    void postPasteShortcut(const PasteTarget& target, Completion<KeyPosting> completion) override;
     void askForPasteReception(Completion<PasteReception> completion) override;
     void postUnicodeText(const QStringList& chunks, const RunningApplication& target,
         Completion<KeyPosting> completion) override;

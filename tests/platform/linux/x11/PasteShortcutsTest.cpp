@@ -6,9 +6,10 @@ namespace tavrin::testing {
 namespace {
 
 /// What is pressed in the program, as a person would write it down; "primary" where that is pasted.
-std::string pasteOf(const QString& identifier)
+std::string pasteOf(const QString& identifier, bool isTerminal = false)
 {
-    const PasteShortcut shortcut = pasteShortcutOf({1, QStringLiteral("Name"), identifier, 1});
+    const PasteShortcut shortcut =
+        pasteShortcutOf({{1, QStringLiteral("Name"), identifier, 1}, isTerminal});
     std::string keys;
     for (const KeyChord& chord : shortcut.chords) {
         keys += keys.empty() ? "" : " ";
@@ -40,6 +41,19 @@ TEST(PasteShortcutsTest, TerminalsOfOldPasteThePrimarySelection)
 {
     for (const auto& identifier : {QStringLiteral("XTerm"), QStringLiteral("debian-xterm"),
              QStringLiteral("UXTerm"), QStringLiteral("URxvt"), QStringLiteral("mlterm")})
+        EXPECT_EQ(pasteOf(identifier), "Shift+Insert (primary)") << identifier.toStdString();
+}
+
+TEST(PasteShortcutsTest, ATerminalInsideAnyProgramPastesAsTerminalsDo)
+{
+    for (const auto& identifier : {QStringLiteral("org.kde.kate"), QString()})
+        EXPECT_EQ(pasteOf(identifier, true), "Ctrl+Shift+v") << identifier.toStdString();
+}
+
+TEST(PasteShortcutsTest, CodeEditorsPasteWhateverPartOfThemHasTheKeyboard)
+{
+    for (const auto& identifier : {QStringLiteral("code"), QStringLiteral("Code"),
+             QStringLiteral("com.visualstudio.code"), QStringLiteral("codium")})
         EXPECT_EQ(pasteOf(identifier), "Shift+Insert (primary)") << identifier.toStdString();
 }
 

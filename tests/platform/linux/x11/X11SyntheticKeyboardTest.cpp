@@ -64,7 +64,7 @@ protected:
     KeyPosting paste(const RunningApplication& target)
     {
         std::optional<KeyPosting> posting;
-        m_keyboard.postPasteShortcut(target, [&](KeyPosting end) { posting = end; });
+        m_keyboard.postPasteShortcut({target}, [&](KeyPosting end) { posting = end; });
         EXPECT_TRUE(TestClient::eventually([&] { return posting.has_value(); }));
         return posting.value_or(KeyPosting::Broken);
     }
