@@ -16,6 +16,19 @@ namespace {
 
 const QString lockSuffix = QStringLiteral(".lock");
 
+QString recordingName(const QUuid& id)
+{
+    return u"tavrin-%1.m4a"_s.arg(id.toString(QUuid::WithoutBraces).toUpper());
+}
+
+/// Whether a recording of ours may be called so: what a person named is nobody's leavings.
+bool isRecordingName(const QString& name)
+{
+    const QString digits = name.section(u'-', 1).section(u'.', 0, 0);
+    const QUuid id = QUuid::fromString(digits);
+    return !id.isNull() && name == recordingName(id);
+}
+
 /// Locks of dead processes give way at once; those of living ones never do, however old.
 std::unique_ptr<QLockFile> claimOf(const QString& recording)
 {
@@ -33,8 +46,7 @@ void take(QLockFile& claim)
 } // namespace
 
 RecordingFile::RecordingFile(const SystemInfo& systemInfo)
-    : m_audioURL(u"%1/tavrin-%2.m4a"_s.arg(systemInfo.temporaryDirectory(),
-        QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()))
+    : m_audioURL(systemInfo.temporaryDirectory() + u'/' + recordingName(QUuid::createUuid()))
     , m_claim(claimOf(m_audioURL))
     , m_claiming(std::async(std::launch::async, [&claim = *m_claim] { take(claim); }))
 {
@@ -83,7 +95,7 @@ void removeAbandonedRecordings(const SystemInfo& systemInfo)
     for (QString name : names) {
         if (name.endsWith(lockSuffix))
             name.chop(lockSuffix.size());
-        if (!name.startsWith("tavrin-"_L1) || !name.endsWith(".m4a"_L1))
+        if (!isRecordingName(name))
             continue;
         const QString recording = folder.filePath(name);
         if (const auto claim = claimOf(recording); claim->tryLock())

@@ -27,6 +27,13 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     }
 
+    /// The path of one that this program could have made.
+    QString recordingNamed(char digit) const
+    {
+        return folder.filePath(
+            QStringLiteral("tavrin-3F2504E0-4F89-41D3-9A0C-0305E82C330%1.m4a").arg(digit));
+    }
+
     QStringList remaining() const { return QDir(folder.path()).entryList(QDir::Files); }
 };
 
@@ -89,14 +96,14 @@ TEST_F(RecordingFileTest, MovingKeepsTheRecordingAndDeletesTheReplacedOne)
 
 TEST_F(RecordingFileTest, WhatDeadProcessesLeftIsDeletedAtTheStart)
 {
-    makeFile(folder.filePath("tavrin-0A.m4a"));
+    makeFile(recordingNamed('A'));
     // No process has this number: it is above the largest that systems give.
-    QFile lock(folder.filePath("tavrin-0B.m4a.lock"));
+    QFile lock(recordingNamed('B') + ".lock");
     ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
     lock.write("2147483646\nTavrin\n\n\n\n");
     lock.close();
-    makeFile(folder.filePath("tavrin-0B.m4a"));
-    QFile::copy(lock.fileName(), folder.filePath("tavrin-0C.m4a.lock"));
+    makeFile(recordingNamed('B'));
+    QFile::copy(lock.fileName(), recordingNamed('C') + ".lock");
 
     removeAbandonedRecordings(systemInfo);
 
@@ -111,7 +118,13 @@ TEST_F(RecordingFileTest, RecordingsOfLivingProcessesAndOtherFilesStay)
     waited.start();
     while (!QFile::exists(recording.audioURL() + ".lock") && waited.elapsed() < 10'000)
         QThread::msleep(1);
-    for (const char* name : {"tavrin-notes.txt", "other.m4a", "tavrin.m4a", "my-tavrin-1.m4a"})
+    for (const char* name : {"tavrin-notes.txt", "other.m4a", "tavrin.m4a", "my-tavrin-1.m4a",
+             "tavrin-interview.m4a", "tavrin-.m4a", "tavrin-0A.m4a", "tavrin-interview.m4a.lock",
+             "tavrin-3F2504E0-4F89-41D3-9A0C-0305E82C3301 (copy).m4a",
+             "tavrin-3f2504e0-4f89-41d3-9a0c-0305e82c3301.m4a",
+             "tavrin-{3F2504E0-4F89-41D3-9A0C-0305E82C3301}.m4a",
+             "tavrin-3F2504E04F8941D39A0C0305E82C3301.m4a",
+             "tavrin-3F2504E0-4F89-41D3-9A0C-0305E82C3301.m4a.bak"})
         makeFile(folder.filePath(name));
     const QStringList before = remaining();
 
