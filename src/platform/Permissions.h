@@ -13,8 +13,8 @@ enum class AuthorizationStatus {
 };
 
 /// What the user allowed this program. Called on the main thread; a completion may run on any
-/// thread. Linux asks nobody: the microphone is authorised while there is one, speech while an
-/// engine is installed; "denied" says that it is not there.
+/// thread. Linux asks nobody: the microphone is authorised while there is one and "denied"
+/// otherwise, speech is always authorised.
 class Permissions {
 public:
     virtual ~Permissions() = default;

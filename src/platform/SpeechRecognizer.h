@@ -35,7 +35,8 @@ struct SpeechResult {
     friend bool operator==(const SpeechResult&, const SpeechResult&) = default;
 };
 
-/// How a recogniser stands, in words for the user: what it hears with, or what it lacks.
+/// How a recogniser stands, in words for the user: what it hears with, or what it lacks. The text
+/// is empty where it knows nothing beyond that it is not available.
 struct SpeechAvailability {
     bool isAvailable = false;
     LocalizedText text;
@@ -62,7 +63,7 @@ public:
     /// Whether a request can be served now.
     [[nodiscard]] virtual bool isAvailable() const = 0;
 
-    /// The same with its reason, for the health page.
+    /// The same with its reason.
     [[nodiscard]] virtual SpeechAvailability availability() const = 0;
 
     /// Loads in the background what the first request would otherwise wait for (Linux: an engine's

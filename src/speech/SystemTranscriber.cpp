@@ -18,6 +18,17 @@ Error speechError(int code, const SimplifiedText& message)
     return {u"TavrinSpeech"_s, code, message.toString()};
 }
 
+/// What the recogniser lacks, where it can tell.
+Error unavailable(const SpeechAvailability& availability)
+{
+    if (availability.text.zhHans.isEmpty())
+        return speechError(recognizerUnavailable, texts::speechUnavailable);
+    Error error = speechError(recognizerUnavailable, {availability.text.zhHans});
+    if (!availability.argument.isEmpty())
+        error.message = error.message.arg(availability.argument);
+    return error;
+}
+
 Result<QString> transcriptOf(const SpeechResult& result)
 {
     const QString text = result.formattedString.trimmed();
@@ -58,7 +69,7 @@ void SystemTranscriber::recognize(
 {
     std::erase_if(m_runs, [](const Run& run) { return run.reported->load(); });
     if (!m_recognizer.isAvailable()) {
-        completion(failure(speechError(recognizerUnavailable, texts::speechUnavailable)));
+        completion(failure(unavailable(m_recognizer.availability())));
         return;
     }
     const SpeechRequest request{

@@ -78,6 +78,18 @@ TEST_F(SystemTranscriberTest, AnUnavailableRecognizerIsCodeTen)
     EXPECT_TRUE(recognizer.calls.empty());
 }
 
+TEST_F(SystemTranscriberTest, AnUnavailableRecognizerThatKnowsWhatItLacksSaysIt)
+{
+    recognizer.available = false;
+    recognizer.availabilityText = LocalizedText{u"语音模型无法加载：%1", u"語音模型無法載入：%1"};
+    recognizer.availabilityArgument = "/models/100%2";
+
+    transcribe();
+
+    EXPECT_EQ(onlyError(),
+        (Error{"TavrinSpeech", 10, QStringLiteral("语音模型无法加载：/models/100%2")}));
+}
+
 TEST_F(SystemTranscriberTest, TheRecordingIsRecognizedAsPunctuatedDictationWithTheTermsOfTheMoment)
 {
     terms.append("Boris");

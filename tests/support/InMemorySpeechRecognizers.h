@@ -40,6 +40,8 @@ private:
 class InMemoryFileSpeechRecognizer final : public FileSpeechRecognizer {
 public:
     bool available = true;
+    LocalizedText availabilityText{u""};
+    QString availabilityArgument;
     std::vector<RecognitionCall> calls; ///< Oldest first.
     int warmUps = 0;
 
@@ -47,7 +49,7 @@ public:
 
     [[nodiscard]] SpeechAvailability availability() const override
     {
-        return {available, LocalizedText{u"识别器", u"辨識器", u"Recogniser"}, {}};
+        return {available, availabilityText, availabilityArgument};
     }
 
     void warmUp() override { ++warmUps; }

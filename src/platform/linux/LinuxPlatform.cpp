@@ -59,8 +59,7 @@ Platform createPlatform()
     platform.soundPlayer = std::make_unique<PulseSoundPlayer>(QStringLiteral(":/Sounds"));
     platform.statusItem = std::make_unique<QtStatusItem>();
     platform.alerts = std::make_unique<QtAlerts>();
-    platform.permissions =
-        std::make_unique<LinuxPermissions>(*platform.audioDevices, *platform.fileSpeechRecognizer);
+    platform.permissions = std::make_unique<LinuxPermissions>(*platform.audioDevices);
     platform.wordBreaker = std::make_unique<IcuWordBreaker>();
     return platform;
 }

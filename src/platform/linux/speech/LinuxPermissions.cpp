@@ -1,31 +1,30 @@
 #include "platform/linux/speech/LinuxPermissions.h"
 
 #include "platform/AudioDevices.h"
-#include "platform/SpeechRecognizer.h"
 
 #include <algorithm>
 
 namespace tavrin {
 namespace {
 
-AuthorizationStatus statusOf(bool isThere)
+bool isMicrophone(AudioDevices& devices, AudioDeviceId device)
 {
-    return isThere ? AuthorizationStatus::Authorized : AuthorizationStatus::Denied;
+    return devices.inputChannels(device).value_or(0) > 0;
 }
 
 } // namespace
 
-LinuxPermissions::LinuxPermissions(AudioDevices& devices, const FileSpeechRecognizer& recognizer)
+LinuxPermissions::LinuxPermissions(AudioDevices& devices)
     : m_devices(devices)
-    , m_recognizer(recognizer)
 {
 }
 
 AuthorizationStatus LinuxPermissions::microphoneStatus() const
 {
     const QList<AudioDeviceId> devices = m_devices.devices();
-    return statusOf(std::ranges::any_of(devices,
-        [this](AudioDeviceId device) { return m_devices.inputChannels(device).value_or(0) > 0; }));
+    const bool isThere = std::ranges::any_of(
+        devices, [this](AudioDeviceId device) { return isMicrophone(m_devices, device); });
+    return isThere ? AuthorizationStatus::Authorized : AuthorizationStatus::Denied;
 }
 
 void LinuxPermissions::requestMicrophone(Completion<AuthorizationStatus> completion)
@@ -35,7 +34,7 @@ void LinuxPermissions::requestMicrophone(Completion<AuthorizationStatus> complet
 
 AuthorizationStatus LinuxPermissions::speechStatus() const
 {
-    return statusOf(m_recognizer.isAvailable());
+    return AuthorizationStatus::Authorized; // A missing engine tells what it lacks by itself.
 }
 
 void LinuxPermissions::requestSpeech(Completion<AuthorizationStatus> completion)

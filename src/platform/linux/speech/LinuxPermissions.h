@@ -5,14 +5,13 @@
 namespace tavrin {
 
 class AudioDevices;
-class FileSpeechRecognizer;
 
-/// Linux asks nobody for permission: what is there may be used, and what is not there is "denied".
-/// Completions are called at once.
+/// Linux asks nobody for permission: speech may always be recognised, and a microphone that is
+/// there may be used; without one it is "denied". Completions are called at once.
 class LinuxPermissions final : public Permissions {
 public:
-    /// Both must outlive the permissions.
-    LinuxPermissions(AudioDevices& devices, const FileSpeechRecognizer& recognizer);
+    /// @param devices must outlive the permissions.
+    explicit LinuxPermissions(AudioDevices& devices);
 
     [[nodiscard]] AuthorizationStatus microphoneStatus() const override;
     void requestMicrophone(Completion<AuthorizationStatus> completion) override;
@@ -21,7 +20,6 @@ public:
 
 private:
     AudioDevices& m_devices;
-    const FileSpeechRecognizer& m_recognizer;
 };
 
 } // namespace tavrin
