@@ -3,7 +3,7 @@
 #include "audio/AudioTexts.h"
 #include "base/Log.h"
 #include "platform/PreferenceKeys.h"
-#include "platform/Preferences.h"
+#include "platform/PreferenceValues.h"
 #include "platform/SystemInfo.h"
 
 #include <algorithm>
@@ -22,7 +22,7 @@ constexpr float stillSilent = 0.001F; // At most this is what we set; above it t
 
 bool MuteDuringRecordingEnabled(const Preferences& preferences)
 {
-    return preferences.value(keys::muteDuringRecording).toBool();
+    return storedBool(preferences, keys::muteDuringRecording).value_or(false);
 }
 
 AudioEnvironment::AudioEnvironment(AudioDevices& devices, Preferences& preferences,
@@ -38,7 +38,8 @@ void AudioEnvironment::applyPreferredMicrophoneForRecording()
 {
     undoAbandonedChanges();
     m_input.didOverrideInputDevice = false;
-    const QString preferred = m_preferences.value(keys::preferredMicrophoneUID).toString();
+    const QString preferred =
+        storedString(m_preferences, keys::preferredMicrophoneUID).value_or(QString());
     if (preferred.isEmpty())
         return;
     const QList<AudioInputDevice> devices = AudioInputDevices(m_devices);
@@ -185,7 +186,7 @@ MicrophoneControls AudioEnvironment::refreshMicrophoneControls(const Localize& l
 {
     m_availableInputDevices = AudioInputDevices(m_devices);
     return microphoneControls(m_availableInputDevices,
-        m_preferences.value(keys::preferredMicrophoneUID).toString(),
+        storedString(m_preferences, keys::preferredMicrophoneUID).value_or(QString()),
         localize(texts::followSystemDefault));
 }
 

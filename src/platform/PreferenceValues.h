@@ -49,4 +49,15 @@ namespace tavrin {
     }
 }
 
+/// A switch: true or false, or a number that is not 0.
+[[nodiscard]] inline std::optional<bool> storedBool(
+    const Preferences& preferences, const QString& key)
+{
+    const QVariant value = preferences.value(key);
+    if (value.typeId() == QMetaType::Bool)
+        return value.toBool();
+    const std::optional<double> number = storedNumber(value);
+    return number ? std::optional(*number != 0) : std::nullopt;
+}
+
 } // namespace tavrin

@@ -63,7 +63,8 @@ TEST_F(AudioEnvironmentTest, ThePreferredMicrophoneIsTheDefaultForOneRecording)
 
 TEST_F(AudioEnvironmentTest, WithoutAPreferenceTheDefaultInputIsLeftAlone)
 {
-    for (const QVariant& unset : {QVariant(), QVariant(QString())}) {
+    devices.addMicrophone(4, "Seven", "7");
+    for (const QVariant& unset : {QVariant(), QVariant(QString()), QVariant(7)}) {
         preferences.setValue(keys::preferredMicrophoneUID, unset);
 
         environment.applyPreferredMicrophoneForRecording();

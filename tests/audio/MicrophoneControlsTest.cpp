@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace tavrin {
 namespace {
 
@@ -108,6 +110,7 @@ TEST_F(MicrophoneControlsTest, ChoosingAMicrophoneStoresItsUidAtOnce)
     environment.selectPreferredMicrophone("usb-webcam");
 
     EXPECT_EQ(preferences.value(keys::preferredMicrophoneUID), QVariant("usb-webcam"));
+    EXPECT_EQ(preferences.flushed(keys::preferredMicrophoneUID), QVariant("usb-webcam"));
     EXPECT_EQ(preferences.synchronizations(), 1);
 }
 
@@ -118,6 +121,7 @@ TEST_F(MicrophoneControlsTest, ChoosingTheSystemsDefaultRemovesTheStoredUid)
     environment.selectPreferredMicrophone({});
 
     EXPECT_FALSE(preferences.value(keys::preferredMicrophoneUID).isValid());
+    EXPECT_FALSE(preferences.flushed(keys::preferredMicrophoneUID).isValid());
     EXPECT_EQ(preferences.synchronizations(), 2);
 }
 
@@ -127,12 +131,39 @@ TEST_F(MicrophoneControlsTest, TheMuteSwitchIsOffUntilItIsTurnedOn)
 
     environment.toggleMuteDuringRecording(true);
     EXPECT_TRUE(MuteDuringRecordingEnabled(preferences));
+    EXPECT_EQ(preferences.flushed(keys::muteDuringRecording), QVariant(true));
     EXPECT_EQ(preferences.synchronizations(), 1);
 
     environment.toggleMuteDuringRecording(false);
     EXPECT_FALSE(MuteDuringRecordingEnabled(preferences));
     EXPECT_EQ(preferences.value(keys::muteDuringRecording), QVariant(false));
     EXPECT_EQ(preferences.synchronizations(), 2);
+}
+
+TEST_F(MicrophoneControlsTest, AMuteSwitchOfAnotherTypeIsOff)
+{
+    for (const QVariant& wrong : {QVariant("no"), QVariant("true"), QVariant(""),
+             QVariant(QVariantList{true}), QVariant(std::nan(""))}) {
+        preferences.setValue(keys::muteDuringRecording, wrong);
+        EXPECT_FALSE(MuteDuringRecordingEnabled(preferences)) << wrong.toString().toStdString();
+    }
+}
+
+TEST_F(MicrophoneControlsTest, AMuteSwitchMayBeStoredAsANumber)
+{
+    preferences.setValue(keys::muteDuringRecording, 1);
+    EXPECT_TRUE(MuteDuringRecordingEnabled(preferences));
+
+    preferences.setValue(keys::muteDuringRecording, 0.0);
+    EXPECT_FALSE(MuteDuringRecordingEnabled(preferences));
+}
+
+TEST_F(MicrophoneControlsTest, AMicrophoneStoredInAnotherTypeSelectsTheSystemsDefault)
+{
+    devices.addMicrophone(1, "A", "7");
+    preferences.setValue(keys::preferredMicrophoneUID, 7);
+
+    EXPECT_EQ(refresh().selected, 0);
 }
 
 } // namespace
