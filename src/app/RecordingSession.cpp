@@ -9,6 +9,7 @@
 #include "app/SoundEffects.h"
 #include "app/StatusMenu.h"
 #include "audio/AudioEnvironment.h"
+#include "base/Log.h"
 #include "cloud/StoredSession.h"
 #include "delivery/TargetContext.h"
 #include "platform/Alerts.h"
@@ -27,11 +28,6 @@ namespace {
 
 /// Lets the start sound be heard before the output is silenced.
 constexpr Seconds muteDelay = 220ms;
-
-Result<void> failureWithoutMessage()
-{
-    return failure({u"TavrinRecorder"_s, 0, {}});
-}
 
 } // namespace
 
@@ -99,7 +95,7 @@ Result<void> RecordingSession::startRecorder()
     m_recording.recorder = std::move(*recorder);
     m_recording.recorder->setMeteringEnabled(true);
     if (!m_recording.recorder->prepareToRecord() || !m_recording.recorder->record())
-        return failureWithoutMessage();
+        return failure(m_recording.recorder->failure());
     return {};
 }
 
@@ -146,7 +142,9 @@ void RecordingSession::continueCurrentRecording()
     if (m_state != SessionState::Recording)
         return;
     m_recording.cancellationPending = false;
-    m_recording.recorder->record();
+    // One that cannot go on has a failure(), which the panel shows: what was said is still there.
+    if (!m_recording.recorder->record())
+        qCWarning(log::app) << "a recording cannot go on";
     showRecording();
 }
 

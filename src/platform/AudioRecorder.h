@@ -32,10 +32,12 @@ public:
     /// Turns averagePower() on. Off after creation.
     virtual void setMeteringEnabled(bool enabled) = 0;
 
-    /// Creates the file and makes the device ready. False when either is impossible.
+    /// Creates the file and makes the device ready. False when either is impossible; failure() then
+    /// tells the reason, if there is one to tell.
     virtual bool prepareToRecord() = 0;
 
-    /// Starts, or goes on after pause() in the same file. False when it cannot.
+    /// Starts, or goes on after pause() in the same file. False when it cannot, with the reason in
+    /// failure(): nothing is captured any more.
     virtual bool record() = 0;
 
     virtual void pause() = 0;
@@ -52,7 +54,7 @@ public:
     /// Mean power of @p channel in dBFS, from -160 (silence) to 0 (full scale).
     [[nodiscard]] virtual float averagePower(int channel) const = 0;
 
-    /// Why capturing ended early; empty message while nothing went wrong.
+    /// Why capturing ended early or could not begin; empty message while nothing went wrong.
     [[nodiscard]] virtual Error failure() const = 0;
 };
 

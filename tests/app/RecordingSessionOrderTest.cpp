@@ -40,6 +40,7 @@ QStringList startOf(const QString& operation, const QString& shortcut, const QSt
         u"capture target"_s,
         u"input 2"_s,
         u"create recorder"_s,
+        u"meter on"_s,
         u"prepare recorder"_s,
         u"record"_s,
         u"status "_s + status,
@@ -208,8 +209,8 @@ TEST_F(RecordingSessionOrderTest, AStartWhoseRecorderCannotPrepare)
     press(OperationMode::Dictation);
 
     expectTrace({u"finish learning and analyze"_s, u"capture target"_s, u"input 2"_s,
-        u"create recorder"_s, u"prepare recorder"_s, u"drop recorder"_s, u"input 1"_s,
-        u"alert: 无法开始录音 | 请检查麦克风权限。"_s});
+        u"create recorder"_s, u"meter on"_s, u"prepare recorder"_s, u"drop recorder"_s,
+        u"input 1"_s, u"alert: 无法开始录音 | 请检查麦克风权限。"_s});
 }
 
 TEST_F(RecordingSessionOrderTest, AStartWhoseRecorderCannotRecord)
@@ -219,8 +220,21 @@ TEST_F(RecordingSessionOrderTest, AStartWhoseRecorderCannotRecord)
     press(OperationMode::Dictation);
 
     expectTrace({u"finish learning and analyze"_s, u"capture target"_s, u"input 2"_s,
-        u"create recorder"_s, u"prepare recorder"_s, u"record"_s, u"drop recorder"_s, u"input 1"_s,
-        u"alert: 无法开始录音 | 请检查麦克风权限。"_s});
+        u"create recorder"_s, u"meter on"_s, u"prepare recorder"_s, u"record"_s, u"drop recorder"_s,
+        u"input 1"_s, u"alert: 无法开始录音 | 请检查麦克风权限。"_s});
+}
+
+TEST_F(RecordingSessionOrderTest, AStartWhoseRecorderTellsWhatItLacks)
+{
+    recorders.refusal = {u"TavrinAudio"_s, 11, u"没有可用的麦克风。"_s};
+    for (bool* const step : {&recorders.preparationSucceeds, &recorders.recordingSucceeds}) {
+        *step = false;
+        press(OperationMode::Dictation);
+
+        EXPECT_EQ(trace.last(), u"alert: 无法开始录音 | 没有可用的麦克风。"_s);
+        EXPECT_EQ(session->state(), SessionState::Idle);
+        *step = true;
+    }
 }
 
 TEST_F(RecordingSessionOrderTest, ARecordingThatIsCancelledAfterTheQuestion)

@@ -379,6 +379,23 @@ TEST_F(RecordingSessionTest, AContinuedRecordingUsesTheSameFileAndFreshLiveText)
     failRecognition({});
 }
 
+TEST_F(RecordingSessionTest, ARecordingThatCannotGoOnKeepsWhatWasSaidAndTellsWhy)
+{
+    const Error lost{u"TavrinAudio"_s, 12, u"麦克风已断开。"_s};
+    record(OperationMode::Dictation, 2s);
+    session->handleEscape();
+    recorders.recordingSucceeds = false;
+    recorders.refusal = lost;
+
+    session->continueCurrentRecording();
+
+    EXPECT_EQ(session->state(), SessionState::Recording);
+    EXPECT_EQ(hud.recorder.lock()->failure(), lost); // The panel shows it.
+    press(OperationMode::Dictation);
+    failRecognition({u"TavrinSpeech"_s, 11, u"没有识别到有效语音，请再试一次。"_s});
+    EXPECT_EQ(trace.last(), u"alert: 语音处理失败 | 麦克风已断开。"_s);
+}
+
 TEST_F(RecordingSessionTest, AfterContinuingEscapeAsksAgain)
 {
     record(OperationMode::Dictation, 2s);

@@ -151,7 +151,11 @@ private:
         Recorder(const Recorder&) = delete;
         Recorder& operator=(const Recorder&) = delete;
 
-        void setMeteringEnabled(bool enabled) override { m_inner->setMeteringEnabled(enabled); }
+        void setMeteringEnabled(bool enabled) override
+        {
+            m_note(enabled ? QStringLiteral("meter on") : QStringLiteral("meter off"));
+            m_inner->setMeteringEnabled(enabled);
+        }
 
         bool prepareToRecord() override
         {

@@ -38,6 +38,7 @@ public:
     std::optional<Error> creationError;
     bool preparationSucceeds = true;
     bool recordingSucceeds = true;
+    Error refusal; ///< The failure() of one that could not prepare or record.
 
     /// Every recording so far, oldest first.
     QList<std::shared_ptr<Recording>> recordings;
@@ -87,6 +88,8 @@ private:
             QFile file(m_recording->path);
             m_prepared = m_owner.preparationSucceeds && !m_recording->stopped
                 && file.open(QIODevice::WriteOnly);
+            if (!m_prepared)
+                m_recording->failure = m_owner.refusal;
             return m_prepared;
         }
 
@@ -94,8 +97,10 @@ private:
         {
             m_recording->calls.append(QStringLiteral("record"));
             if (!m_owner.recordingSucceeds || m_recording->stopped
-                || (!m_prepared && !prepareToRecord()))
+                || (!m_prepared && !prepareToRecord())) {
+                m_recording->failure = m_owner.refusal;
                 return false;
+            }
             if (!m_recording->recording) {
                 m_recording->since = m_owner.m_clock.uptime();
                 m_recording->recording = true;
