@@ -39,6 +39,7 @@ AppDelegate::AppDelegate(Surroundings surroundings)
           {.localize = m_localization.localize(),
               .translationTarget = [this] { return m_settings.TranslationTarget(); }})
     , m_audioEnvironment(*m_platform.audioDevices, *m_platform.preferences, *m_platform.systemInfo,
+          *m_platform.mainQueue,
           [this] { return m_session && m_session->state() == SessionState::Recording; })
     , m_transcriber(*m_platform.fileSpeechRecognizer, *m_platform.permissions,
           *m_platform.mainQueue, [this] { return contextualTerms(); })

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLockFile>
@@ -15,25 +16,24 @@ using namespace Qt::StringLiterals;
 namespace tavrin {
 namespace {
 
-constexpr qint64 largestNote = 65'536; // Bytes. Three UIDs of a few KB at most.
+constexpr qint64 largestNote = 65'536; // Bytes. A handful of UIDs of a few KB at most.
 
 QJsonObject toJson(const AudioChanges& changes)
 {
-    QJsonObject note;
-    if (changes.output) {
-        QJsonObject output{{u"uid"_s, changes.output->uid}};
-        if (changes.output->previousMute)
-            output.insert(u"mute"_s, static_cast<qint64>(*changes.output->previousMute));
-        if (changes.output->previousVolume)
-            output.insert(u"volume"_s, static_cast<double>(*changes.output->previousVolume));
-        note.insert(u"output"_s, output);
+    QJsonArray outputs;
+    for (const AudioChanges::Output& change : changes.outputs) {
+        QJsonObject output{{u"uid"_s, change.uid}};
+        if (change.previousMute)
+            output.insert(u"mute"_s, static_cast<qint64>(*change.previousMute));
+        if (change.previousVolume)
+            output.insert(u"volume"_s, static_cast<double>(*change.previousVolume));
+        outputs.append(output);
     }
-    if (changes.input) {
-        note.insert(u"input"_s,
-            QJsonObject{{u"previous"_s, changes.input->previousUid},
-                {u"preferred"_s, changes.input->preferredUid}});
-    }
-    return note;
+    QJsonArray inputs;
+    for (const AudioChanges::Input& change : changes.inputs)
+        inputs.append(QJsonObject{
+            {u"previous"_s, change.previousUid}, {u"preferred"_s, change.preferredUid}});
+    return {{u"outputs"_s, outputs}, {u"inputs"_s, inputs}};
 }
 
 std::optional<AudioChanges::Output> outputIn(const QJsonObject& json)
@@ -59,6 +59,20 @@ std::optional<AudioChanges::Input> inputIn(const QJsonObject& json)
     return input;
 }
 
+AudioChanges changesIn(const QJsonObject& note)
+{
+    AudioChanges changes;
+    for (const QJsonValue& each : note.value(u"outputs"_s).toArray()) {
+        if (auto output = outputIn(each.toObject()))
+            changes.outputs.append(std::move(*output));
+    }
+    for (const QJsonValue& each : note.value(u"inputs"_s).toArray()) {
+        if (auto input = inputIn(each.toObject()))
+            changes.inputs.append(std::move(*input));
+    }
+    return changes;
+}
+
 } // namespace
 
 AudioChangeNote::AudioChangeNote(const QString& folder)
@@ -79,11 +93,14 @@ void AudioChangeNote::write(const AudioChanges& changes)
         }
         return;
     }
+    if (m_claim->isLocked() && changes == m_written)
+        return;
     QDir().mkpath(QFileInfo(m_path).path());
     if (!m_claim->isLocked() && !m_claim->tryLock()) {
         qCWarning(log::audio) << "no note of audio changes, lock error" << m_claim->error();
         return;
     }
+    m_written = changes;
     QSaveFile file(m_path);
     if (!file.open(QIODevice::WriteOnly)
         || !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)
@@ -100,10 +117,10 @@ AudioChanges AudioChangeNote::adopt()
     QJsonObject note;
     if (file.open(QIODevice::ReadOnly) && file.size() <= largestNote)
         note = QJsonDocument::fromJson(file.read(largestNote)).object();
-    AudioChanges changes{
-        outputIn(note.value(u"output"_s).toObject()), inputIn(note.value(u"input"_s).toObject())};
+    const AudioChanges changes = changesIn(note);
     if (changes.isEmpty())
         write({});
+    m_written = changes;
     return changes;
 }
 

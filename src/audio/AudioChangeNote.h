@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 #include <memory>
@@ -28,10 +29,10 @@ struct AudioChanges {
         friend bool operator==(const Input&, const Input&) = default;
     };
 
-    std::optional<Output> output;
-    std::optional<Input> input;
+    QList<Output> outputs;
+    QList<Input> inputs;
 
-    [[nodiscard]] bool isEmpty() const { return !output && !input; }
+    [[nodiscard]] bool isEmpty() const { return outputs.isEmpty() && inputs.isEmpty(); }
 
     friend bool operator==(const AudioChanges&, const AudioChanges&) = default;
 };
@@ -61,6 +62,7 @@ public:
 private:
     QString m_path;
     std::unique_ptr<QLockFile> m_claim;
+    AudioChanges m_written; ///< While it is claimed.
 };
 
 } // namespace tavrin

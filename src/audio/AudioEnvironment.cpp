@@ -2,6 +2,7 @@
 
 #include "audio/AudioTexts.h"
 #include "base/Log.h"
+#include "platform/MainQueue.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/PreferenceValues.h"
 #include "platform/SystemInfo.h"
@@ -10,6 +11,7 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace tavrin {
 namespace {
@@ -17,6 +19,10 @@ namespace {
 constexpr quint32 muted = 1;
 constexpr float silent = 0;
 constexpr float stillSilent = 0.001F; // At most this is what we set; above it the user raised it.
+
+// While the sound server is silent it is asked again, less and less often.
+constexpr Seconds firstRetryDelay = 1s;
+constexpr Seconds longestRetryDelay = 60s;
 
 } // namespace
 
@@ -26,17 +32,21 @@ bool MuteDuringRecordingEnabled(const Preferences& preferences)
 }
 
 AudioEnvironment::AudioEnvironment(AudioDevices& devices, Preferences& preferences,
-    const SystemInfo& systemInfo, std::function<bool()> isRecording)
+    const SystemInfo& systemInfo, MainQueue& mainQueue, std::function<bool()> isRecording)
     : m_devices(devices)
     , m_preferences(preferences)
+    , m_mainQueue(mainQueue)
     , m_isRecording(std::move(isRecording))
     , m_note(systemInfo.applicationSupportDirectory() + u"/Tavrin"_s)
+    , m_retryDelay(firstRetryDelay)
 {
 }
 
+AudioEnvironment::~AudioEnvironment() = default;
+
 void AudioEnvironment::applyPreferredMicrophoneForRecording()
 {
-    undoAbandonedChanges();
+    undoOwedChanges();
     m_input.didOverrideInputDevice = false;
     const QString preferred =
         storedString(m_preferences, keys::preferredMicrophoneUID).value_or(QString());
@@ -51,12 +61,12 @@ void AudioEnvironment::applyPreferredMicrophoneForRecording()
         return;
 
     if (const auto uid = m_devices.uid(*current)) {
-        m_changes.input = {*uid, preferred};
-        m_note.write(m_changes);
+        m_changes.inputs = {{*uid, preferred}};
+        writeNote();
     }
     if (!m_devices.setDefaultInputDevice(device->id)) {
-        m_changes.input.reset();
-        m_note.write(m_changes);
+        m_changes.inputs.clear();
+        writeNote();
         return;
     }
     m_input = {.didOverrideInputDevice = true,
@@ -86,88 +96,144 @@ void AudioEnvironment::muteSystemAudioForRecordingIfNeeded()
 void AudioEnvironment::muteOutput(quint32 current)
 {
     m_output.previousOutputMute = current;
-    noteOutput(AudioChanges::Output{{}, current, {}});
+    noteOutput({{}, current, {}});
     m_output.didCaptureOutputMute = m_devices.setOutputMute(m_output.isolatedOutputDevice, muted);
-    if (!m_output.didCaptureOutputMute)
-        noteOutput({});
+    if (!m_output.didCaptureOutputMute) {
+        m_changes.outputs.clear();
+        writeNote();
+    }
 }
 
 void AudioEnvironment::silenceOutput(float current)
 {
     m_output.previousOutputVolume = current;
-    noteOutput(AudioChanges::Output{{}, {}, current});
+    noteOutput({{}, {}, current});
     m_output.didCaptureOutputVolume =
         m_devices.setOutputVolume(m_output.isolatedOutputDevice, silent);
-    if (!m_output.didCaptureOutputVolume)
-        noteOutput({});
+    if (!m_output.didCaptureOutputVolume) {
+        m_changes.outputs.clear();
+        writeNote();
+    }
 }
 
-void AudioEnvironment::noteOutput(std::optional<AudioChanges::Output> output)
+void AudioEnvironment::noteOutput(AudioChanges::Output output)
 {
-    m_changes.output = std::move(output);
-    if (m_changes.output)
-        m_changes.output->uid = m_devices.uid(m_output.isolatedOutputDevice).value_or(QString());
-    m_note.write(m_changes);
+    const auto uid = m_devices.uid(m_output.isolatedOutputDevice);
+    if (!uid)
+        return;
+    output.uid = *uid;
+    m_changes.outputs = {std::move(output)};
+    writeNote();
+}
+
+void AudioEnvironment::writeNote()
+{
+    m_note.write({m_owed.outputs + m_changes.outputs, m_owed.inputs + m_changes.inputs});
 }
 
 void AudioEnvironment::restoreAudioEnvironment()
 {
-    restoreOutput();
-    restoreInput();
+    if (!restoreOutput())
+        m_owed.outputs += m_changes.outputs;
+    if (!restoreInput())
+        m_owed.inputs += m_changes.inputs;
     m_changes = {};
-    m_note.write(m_abandoned);
+    undoOwedChanges();
 }
 
-void AudioEnvironment::restoreOutput()
+bool AudioEnvironment::restoreOutput()
 {
     const OutputIsolation output = std::exchange(m_output, {});
     const AudioDeviceId device = output.isolatedOutputDevice;
-    if (device == 0)
-        return;
-    if (output.didCaptureOutputMute && m_devices.outputMute(device) == muted)
-        m_devices.setOutputMute(device, output.previousOutputMute);
-    if (output.didCaptureOutputVolume && m_devices.outputVolume(device).value_or(1) <= stillSilent)
-        m_devices.setOutputVolume(device, output.previousOutputVolume);
+    if (device != 0 && output.didCaptureOutputMute) {
+        const auto mute = m_devices.outputMute(device);
+        if (mute == muted)
+            m_devices.setOutputMute(device, output.previousOutputMute);
+        return mute.has_value();
+    }
+    if (device != 0 && output.didCaptureOutputVolume) {
+        const auto volume = m_devices.outputVolume(device);
+        if (volume && *volume <= stillSilent)
+            m_devices.setOutputVolume(device, output.previousOutputVolume);
+        return volume.has_value();
+    }
+    return true;
 }
 
-void AudioEnvironment::restoreInput()
+bool AudioEnvironment::restoreInput()
 {
     const InputOverride input = std::exchange(m_input, {});
-    if (input.didOverrideInputDevice && input.previousInputDevice != 0
-        && m_devices.defaultInputDevice() == input.activePreferredInputDevice)
+    if (!input.didOverrideInputDevice)
+        return true;
+    const auto current = m_devices.defaultInputDevice();
+    if (!current)
+        return false;
+    if (current != input.activePreferredInputDevice && current != input.previousInputDevice)
+        // The user's choice, unless a device had to stand in for one that is away.
+        return m_devices.devices().contains(input.activePreferredInputDevice);
+    // Also when the switch has not shown yet: it would come after this.
+    if (input.previousInputDevice != 0)
         m_devices.setDefaultInputDevice(input.previousInputDevice);
+    return input.previousInputDevice != 0;
 }
 
 void AudioEnvironment::restoreAfterCrash()
 {
-    m_abandoned = m_note.adopt();
-    undoAbandonedChanges();
+    m_owed = m_note.adopt();
+    if (!m_owed.isEmpty())
+        qCInfo(log::audio) << "undoing the audio changes of a process that died";
+    undoOwedChanges();
 }
 
-void AudioEnvironment::undoAbandonedChanges()
+void AudioEnvironment::undoOwedChanges()
 {
-    if (m_abandoned.isEmpty() || m_devices.devices().isEmpty())
+    const bool inForce = m_input.didOverrideInputDevice || m_output.didCaptureOutputMute
+        || m_output.didCaptureOutputVolume;
+    if (inForce)
         return;
-    qCInfo(log::audio) << "undoing the audio changes of a process that died";
-
-    // The same steps and guards as after a recording, on the devices as they are called today.
-    if (const auto& output = m_abandoned.output) {
-        m_output.isolatedOutputDevice = deviceWithUid(output->uid, false);
-        m_output.didCaptureOutputMute = output->previousMute.has_value();
-        m_output.previousOutputMute = output->previousMute.value_or(0);
-        m_output.didCaptureOutputVolume = output->previousVolume.has_value();
-        m_output.previousOutputVolume = output->previousVolume.value_or(0);
+    if (!m_owed.isEmpty() && !m_devices.devices().isEmpty()) {
+        m_owed.outputs.removeIf(
+            [this](const AudioChanges::Output& change) { return restoreOwed(change); });
+        m_owed.inputs.removeIf(
+            [this](const AudioChanges::Input& change) { return restoreOwed(change); });
     }
-    if (const auto& input = m_abandoned.input) {
-        m_input.activePreferredInputDevice = deviceWithUid(input->preferredUid, true);
-        m_input.previousInputDevice = deviceWithUid(input->previousUid, true);
-        m_input.didOverrideInputDevice = m_input.activePreferredInputDevice != 0;
-    }
-    m_abandoned = {};
-    restoreAudioEnvironment();
+    m_note.write(m_owed);
+    tryAgainWhileNothingCanBeRead();
 }
 
-/// The device with this UID; 0 when there is none. A microphone and a loudspeaker may share one.
+/// The same steps and guards as after a recording, on the devices as they are called today.
+bool AudioEnvironment::restoreOwed(const AudioChanges::Output& change)
+{
+    m_output = {.isolatedOutputDevice = deviceWithUid(change.uid, false),
+        .didCaptureOutputMute = change.previousMute.has_value(),
+        .previousOutputMute = change.previousMute.value_or(0),
+        .didCaptureOutputVolume = change.previousVolume.has_value(),
+        .previousOutputVolume = change.previousVolume.value_or(0)};
+    const bool isThere = m_output.isolatedOutputDevice != 0;
+    return restoreOutput() && isThere;
+}
+
+bool AudioEnvironment::restoreOwed(const AudioChanges::Input& change)
+{
+    m_input = {.didOverrideInputDevice = true,
+        .previousInputDevice = deviceWithUid(change.previousUid, true),
+        .activePreferredInputDevice = deviceWithUid(change.preferredUid, true)};
+    return restoreInput();
+}
+
+void AudioEnvironment::tryAgainWhileNothingCanBeRead()
+{
+    if (m_owed.isEmpty() || !m_devices.devices().isEmpty()) {
+        m_retry.reset();
+        m_retryDelay = firstRetryDelay;
+        return;
+    }
+    m_retry = m_mainQueue.after(m_retryDelay, [this] {
+        m_retryDelay = std::min(2 * m_retryDelay, longestRetryDelay);
+        undoOwedChanges();
+    });
+}
+
 AudioDeviceId AudioEnvironment::deviceWithUid(const QString& uid, bool input)
 {
     AudioDeviceId found = 0;

@@ -4,13 +4,17 @@
 #include "audio/AudioInputDevices.h"
 #include "audio/MicrophoneControls.h"
 #include "base/LocalizedText.h"
+#include "base/Seconds.h"
 
 #include <functional>
+#include <memory>
 
 namespace tavrin {
 
+class MainQueue;
 class Preferences;
 class SystemInfo;
+class Timer;
 
 /// Whether other sound is silenced while the user speaks; off until the user turns it on.
 [[nodiscard]] bool MuteDuringRecordingEnabled(const Preferences& preferences);
@@ -20,16 +24,21 @@ class SystemInfo;
 ///
 /// A change that the user made meanwhile is never overwritten. Every failure is silent: the
 /// recording goes on with whatever devices there are. Changes in force are noted on disk, so that
-/// the next start undoes them when this process dies. Main thread only.
+/// the next start undoes them when this process dies. What cannot be told at the end of a
+/// recording, because the devices cannot be read or one of them is away, is owed: it is undone once
+/// they can, by the next process if need be. Main thread only.
 class AudioEnvironment {
 public:
     /// @param isRecording whether a recording is under way now (not: being processed).
     /// The ports must outlive the environment.
     AudioEnvironment(AudioDevices& devices, Preferences& preferences, const SystemInfo& systemInfo,
-        std::function<bool()> isRecording);
+        MainQueue& mainQueue, std::function<bool()> isRecording);
+    ~AudioEnvironment();
 
-    /// Undoes what a process changed that died before it could. Called once, at the start; while
-    /// the devices cannot be read it is tried again before each recording.
+    AudioEnvironment(const AudioEnvironment&) = delete;
+    AudioEnvironment& operator=(const AudioEnvironment&) = delete;
+
+    /// Undoes what a process changed that died before it could. Called once, at the start.
     void restoreAfterCrash();
 
     /// Called before the recorder is created: it records the default input.
@@ -76,14 +85,23 @@ private:
 
     void muteOutput(quint32 current);
     void silenceOutput(float current);
-    void restoreOutput();
-    void restoreInput();
-    void noteOutput(std::optional<AudioChanges::Output> output);
-    void undoAbandonedChanges();
+    void noteOutput(AudioChanges::Output output);
+    void writeNote();
+
+    /// Both end what is in force. False when it cannot be told what is to be done.
+    bool restoreOutput();
+    bool restoreInput();
+    bool restoreOwed(const AudioChanges::Output& change);
+    bool restoreOwed(const AudioChanges::Input& change);
+
+    /// Undoes what is owed and can be told now; does nothing while changes are in force.
+    void undoOwedChanges();
+    void tryAgainWhileNothingCanBeRead();
     [[nodiscard]] AudioDeviceId deviceWithUid(const QString& uid, bool input);
 
     AudioDevices& m_devices;
     Preferences& m_preferences;
+    MainQueue& m_mainQueue;
     std::function<bool()> m_isRecording;
 
     QList<AudioInputDevice> m_availableInputDevices;
@@ -91,9 +109,12 @@ private:
     InputOverride m_input;
     OutputIsolation m_output;
 
-    AudioChangeNote m_note;
-    AudioChanges m_changes; ///< In force; what m_note says.
-    AudioChanges m_abandoned; ///< A dead process's, still to be undone.
+    AudioChangeNote m_note; ///< Of both that follow.
+    AudioChanges m_changes; ///< In force, one of each kind at most.
+    AudioChanges m_owed; ///< Still to be undone.
+
+    std::unique_ptr<Timer> m_retry;
+    Seconds m_retryDelay;
 };
 
 } // namespace tavrin

@@ -14,7 +14,9 @@ using AudioDeviceId = quint32;
 ///
 /// Main thread only. No call waits longer than half a second, also when the sound server hangs; a
 /// server that is absent or dies reads as "unknown" everywhere and is found again when it returns.
-/// An empty optional means that the device lacks the property or that it cannot be read.
+/// An empty optional means that the device lacks the property or that it cannot be read. A change
+/// that answers false is not made, now or later; one that answers true is made, or was asked for
+/// and may show late.
 /// Linux: a source is an input device, a sink an output device; monitor sources are left out, and
 /// the source or sink name is the UID.
 class AudioDevices {

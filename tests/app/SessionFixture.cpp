@@ -40,7 +40,7 @@ SessionFixture::SessionFixture()
         CloudSettings{.localize = localization.localize(),
             .translationTarget = [this] { return settings.TranslationTarget(); },
             .baseUrl = u"https://service.invalid"_s});
-    audioEnvironment.emplace(devices, tracedPreferences, systemInfo,
+    audioEnvironment.emplace(devices, tracedPreferences, systemInfo, time,
         [this] { return session->state() == SessionState::Recording; });
     session.emplace(RecordingSession::Neighbours{accountPanel, alerts, *api, *audioEnvironment,
         tracedRecorders, time, correctionLearning, delivery, errorAlert, estimator, healthPanel,

@@ -36,19 +36,19 @@ protected:
 TEST_F(AudioChangeNoteTest, EveryKindOfChangeSurvives)
 {
     const QString longUid = QString::fromUtf8("设备🎧").repeated(500);
-    const AudioChanges muted{AudioChanges::Output{longUid, 1U, {}}, {}};
-    const AudioChanges silenced{AudioChanges::Output{"speakers", {}, 0.25F}, {}};
-    const AudioChanges switched{{}, AudioChanges::Input{"before", longUid}};
-    const AudioChanges both{muted.output, switched.input};
+    const AudioChanges muted{{{longUid, 1U, {}}}, {}};
+    const AudioChanges silenced{{{"speakers", {}, 0.25F}}, {}};
+    const AudioChanges switched{{}, {{"before", longUid}}};
+    const AudioChanges all{muted.outputs + silenced.outputs, switched.inputs + switched.inputs};
 
-    for (const AudioChanges& changes : {muted, silenced, switched, both})
+    for (const AudioChanges& changes : {muted, silenced, switched, all})
         EXPECT_EQ(afterACrashWith(changes), changes);
 }
 
 TEST_F(AudioChangeNoteTest, OnlyItsOwnerMayReadIt)
 {
     AudioChangeNote note(folder.path());
-    note.write({{}, AudioChanges::Input{"a", "b"}});
+    note.write({{}, {{"a", "b"}}});
 
     const auto readableByOthers = QFileDevice::ReadGroup | QFileDevice::WriteGroup
         | QFileDevice::ReadOther | QFileDevice::WriteOther;
@@ -57,7 +57,7 @@ TEST_F(AudioChangeNoteTest, OnlyItsOwnerMayReadIt)
 
 TEST_F(AudioChangeNoteTest, AnAdoptedNoteStaysUntilItIsReplaced)
 {
-    const AudioChanges changes{{}, AudioChanges::Input{"a", "b"}};
+    const AudioChanges changes{{}, {{"a", "b"}}};
     AudioChangeNote(folder.path()).write(changes);
 
     AudioChangeNote next(folder.path());
@@ -72,11 +72,11 @@ TEST_F(AudioChangeNoteTest, AnAdoptedNoteStaysUntilItIsReplaced)
 TEST_F(AudioChangeNoteTest, AnotherProcessesNoteIsNeitherReadNorOverwrittenNorRemoved)
 {
     AudioChangeNote living(folder.path());
-    living.write({{}, AudioChanges::Input{"a", "b"}});
+    living.write({{}, {{"a", "b"}}});
     AudioChangeNote other(folder.path());
 
     EXPECT_TRUE(other.adopt().isEmpty());
-    other.write({{}, AudioChanges::Input{"c", "d"}});
+    other.write({{}, {{"c", "d"}}});
     other.write({});
 
     QFile file(notePath());
@@ -86,12 +86,14 @@ TEST_F(AudioChangeNoteTest, AnotherProcessesNoteIsNeitherReadNorOverwrittenNorRe
 
 TEST_F(AudioChangeNoteTest, UnreadableNotesAreRemoved)
 {
-    for (const char* content : {"", "garbage", "[]", R"({"output":)", R"({"output":7,"input":[]})",
-             R"({"output":{"uid":"a"}})", R"({"output":{"uid":"a","mute":7}})",
-             R"({"output":{"uid":"a","mute":0.5}})", R"({"output":{"uid":"a","volume":1e30}})",
-             R"({"output":{"uid":"a","volume":-0.1}})", R"({"output":{"uid":3,"mute":1}})",
-             R"({"output":{"mute":1}})", R"({"input":{"previous":"a"}})",
-             R"({"input":{"previous":"a","preferred":""}})"}) {
+    for (const char* content :
+        {"", "garbage", "[]", R"({"outputs":)", R"({"outputs":7,"inputs":{}})",
+            R"({"outputs":[7],"inputs":[[]]})", R"({"outputs":[{"uid":"a"}]})",
+            R"({"outputs":[{"uid":"a","mute":7}]})", R"({"outputs":[{"uid":"a","mute":0.5}]})",
+            R"({"outputs":[{"uid":"a","volume":1e30}]})",
+            R"({"outputs":[{"uid":"a","volume":-0.1}]})", R"({"outputs":[{"uid":3,"mute":1}]})",
+            R"({"outputs":[{"mute":1}]})", R"({"inputs":[{"previous":"a"}]})",
+            R"({"inputs":[{"previous":"a","preferred":""}]})"}) {
         EXPECT_TRUE(afterFinding(content).isEmpty()) << content;
         EXPECT_TRUE(QDir(folder.path()).isEmpty()) << content;
     }
@@ -101,7 +103,8 @@ TEST_F(AudioChangeNoteTest, AnOversizedNoteIsRemovedUnread)
 {
     const QByteArray padding(qsizetype(100) * 1024, ' ');
 
-    EXPECT_TRUE(afterFinding(padding + R"({"input":{"previous":"a","preferred":"b"}})").isEmpty());
+    EXPECT_TRUE(
+        afterFinding(padding + R"({"inputs":[{"previous":"a","preferred":"b"}]})").isEmpty());
 }
 
 } // namespace

@@ -1,55 +1,9 @@
-#include "audio/AudioEnvironment.h"
-
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryAudioDevices.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemorySystemInfo.h"
-#include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
-
-#include <QDir>
-#include <QTemporaryDir>
-#include <gtest/gtest.h>
-
-using namespace std::chrono_literals;
+#include "audio/AudioEnvironmentFixture.h"
 
 namespace tavrin {
 namespace {
 
-constexpr AudioDeviceId builtIn = 1;
-constexpr AudioDeviceId headset = 2;
-constexpr AudioDeviceId speakers = 3;
-
-class AudioEnvironmentTest : public ::testing::Test {
-protected:
-    QTemporaryDir folder;
-    testing::InMemoryAudioDevices devices;
-    testing::InMemoryPreferences preferences;
-    testing::InMemorySystemInfo systemInfo;
-    bool recording = true;
-
-    AudioEnvironmentTest()
-    {
-        systemInfo.supportFolder = folder.path();
-        devices.addMicrophone(builtIn, "Built-in", "pci-built-in");
-        devices.addMicrophone(headset, "Headset", "usb-headset");
-        devices.addLoudspeaker(speakers, "pci-speakers");
-        devices.defaultInput = builtIn;
-        devices.defaultOutput = speakers;
-        preferences.setValue(keys::preferredMicrophoneUID, "usb-headset");
-        preferences.setValue(keys::muteDuringRecording, true);
-    }
-
-    AudioEnvironment environment{devices, preferences, withFolder(), [this] { return recording; }};
-
-    testing::InMemorySystemInfo& withFolder()
-    {
-        systemInfo.supportFolder = folder.path();
-        return systemInfo;
-    }
-
-    testing::InMemoryAudioDevices::Device& output() { return devices.device(speakers); }
-};
+using AudioEnvironmentTest = testing::AudioEnvironmentFixture;
 
 TEST_F(AudioEnvironmentTest, ThePreferredMicrophoneIsTheDefaultForOneRecording)
 {
@@ -122,6 +76,27 @@ TEST_F(AudioEnvironmentTest, OfTwoMicrophonesWithTheSameUidTheFirstByNameIsUsed)
     EXPECT_EQ(devices.defaultInput, AudioDeviceId{4});
 }
 
+TEST_F(AudioEnvironmentTest, WithoutADefaultInputBeforeThereIsNothingToPutBack)
+{
+    devices.defaultInput = AudioDeviceId{0};
+
+    environment.applyPreferredMicrophoneForRecording();
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(devices.writes, QStringList{"input 2"});
+}
+
+TEST_F(AudioEnvironmentTest, ASwitchThatHasNotShownByTheEndIsTakenBackAllTheSame)
+{
+    devices.switchesShow = false;
+    environment.applyPreferredMicrophoneForRecording();
+    EXPECT_EQ(devices.defaultInput, builtIn);
+
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(devices.writes, (QStringList{"input 2", "input 1"}));
+}
+
 TEST_F(AudioEnvironmentTest, AFailedSwitchIsNotRestored)
 {
     devices.switchingSucceeds = false;
@@ -177,15 +152,15 @@ TEST_F(AudioEnvironmentTest, OutputIsNotTouchedUnlessTheUserAskedForIt)
 
 TEST_F(AudioEnvironmentTest, AMuteThatComesAfterTheRecordingEndedDoesNothing)
 {
-    testing::VirtualTime time;
-    time.callLater(220ms, [this] { environment.muteSystemAudioForRecordingIfNeeded(); });
-
-    time.advance(219ms);
+    environment.applyPreferredMicrophoneForRecording();
+    environment.restoreAudioEnvironment();
+    devices.writes.clear();
     recording = false;
-    time.advance(1ms);
 
-    EXPECT_EQ(time.pending(), 0U);
+    environment.muteSystemAudioForRecordingIfNeeded();
+
     EXPECT_EQ(devices.writes, QStringList());
+    EXPECT_EQ(output().mute, 0U);
 }
 
 TEST_F(AudioEnvironmentTest, ASecondMuteDuringACaptureDoesNothing)
@@ -282,6 +257,17 @@ TEST_F(AudioEnvironmentTest, AVolumeStillNearZeroIsPutBackAndOneRaisedMeanwhileI
     output().volume = 0.0011F;
     environment.restoreAudioEnvironment();
     EXPECT_EQ(output().volume, 0.0011F);
+}
+
+TEST_F(AudioEnvironmentTest, AVolumeThatCanNoLongerBeReadIsNotWritten)
+{
+    output().mute = std::nullopt;
+    environment.muteSystemAudioForRecordingIfNeeded();
+
+    output().volume = std::nullopt;
+    environment.restoreAudioEnvironment();
+
+    EXPECT_EQ(devices.writes, QStringList{"volume 3 0"});
 }
 
 TEST_F(AudioEnvironmentTest, WhenTheMuteWriteFailsNothingIsCapturedAndVolumeIsNotTried)

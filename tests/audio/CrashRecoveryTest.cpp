@@ -4,6 +4,7 @@
 #include "support/InMemoryPreferences.h"
 #include "support/InMemorySystemInfo.h"
 #include "support/QtPrinters.h"
+#include "support/VirtualTime.h"
 
 #include <QDir>
 #include <QFile>
@@ -27,6 +28,7 @@ protected:
     testing::InMemoryAudioDevices devices;
     testing::InMemoryPreferences preferences;
     testing::InMemorySystemInfo systemInfo;
+    testing::VirtualTime time;
     std::unique_ptr<AudioEnvironment> environment;
 
     CrashRecoveryTest()
@@ -45,7 +47,7 @@ protected:
     std::unique_ptr<AudioEnvironment> newEnvironment()
     {
         return std::make_unique<AudioEnvironment>(
-            devices, preferences, systemInfo, [] { return true; });
+            devices, preferences, systemInfo, time, [] { return true; });
     }
 
     void startRecording()
@@ -114,18 +116,72 @@ TEST_F(CrashRecoveryTest, DevicesAreFoundByUidBecauseIdsChange)
     EXPECT_EQ(devices.writes, (QStringList{"mute 13 0", "input 11"}));
 }
 
-TEST_F(CrashRecoveryTest, DevicesThatAreGoneAreForgotten)
+TEST_F(CrashRecoveryTest, DevicesThatAreAwayAreRememberedUntilTheyReturn)
 {
     startRecording();
     crash();
+    const auto all = devices.all;
     devices.all.clear();
     devices.addMicrophone(20, "New", "new");
     devices.defaultInput = 20;
 
     environment->restoreAfterCrash();
-
     EXPECT_EQ(devices.writes, QStringList());
+    EXPECT_TRUE(QFile::exists(notePath()));
+    EXPECT_EQ(time.pending(), 0U); // The server answers: there is nothing to wait for.
+
+    crash();
+    devices.all = all;
+    devices.defaultInput = headset;
+    environment->restoreAfterCrash();
+    EXPECT_EQ(devices.writes, (QStringList{"mute 3 0", "input 1"}));
     EXPECT_FALSE(QFile::exists(notePath()));
+}
+
+TEST_F(CrashRecoveryTest, OnePresentDeviceDoesNotMakeTheOthersForgotten)
+{
+    startRecording();
+    crash();
+    const testing::InMemoryAudioDevices::Device away = devices.device(speakers);
+    std::erase_if(devices.all, [](const auto& device) { return device.id == speakers; });
+    environment->restoreAfterCrash();
+    EXPECT_EQ(devices.writes, QStringList{"input 1"});
+
+    // A whole recording, and the next crash, with the loudspeakers still away.
+    environment->applyPreferredMicrophoneForRecording();
+    crash();
+    devices.all.push_back(away);
+    environment->restoreAfterCrash();
+
+    EXPECT_EQ(devices.writes, (QStringList{"mute 3 0", "input 1"}));
+    EXPECT_FALSE(QFile::exists(notePath()));
+}
+
+TEST_F(CrashRecoveryTest, AProcessThatEndsWhileTheServerIsSilentLeavesItsNoteToTheNext)
+{
+    startRecording();
+    devices.answers = false;
+    environment->restoreAudioEnvironment();
+    crash();
+
+    devices.answers = true;
+    environment->restoreAfterCrash();
+
+    EXPECT_EQ(devices.writes, (QStringList{"mute 3 0", "input 1"}));
+}
+
+TEST_F(CrashRecoveryTest, AfterACrashASilentServerIsAskedAgain)
+{
+    startRecording();
+    crash();
+    devices.answers = false;
+    environment->restoreAfterCrash();
+    EXPECT_EQ(devices.writes, QStringList());
+
+    devices.answers = true;
+    time.advance(Seconds{1});
+
+    EXPECT_EQ(devices.writes, (QStringList{"mute 3 0", "input 1"}));
 }
 
 TEST_F(CrashRecoveryTest, WhileTheSoundServerIsAwayTheNoteIsKeptForTheNextRecording)

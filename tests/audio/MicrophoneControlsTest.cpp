@@ -5,6 +5,7 @@
 #include "support/InMemoryPreferences.h"
 #include "support/InMemorySystemInfo.h"
 #include "support/QtPrinters.h"
+#include "support/VirtualTime.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -27,7 +28,8 @@ protected:
     testing::InMemoryAudioDevices devices;
     testing::InMemoryPreferences preferences;
     testing::InMemorySystemInfo systemInfo;
-    AudioEnvironment environment{devices, preferences, systemInfo, [] { return false; }};
+    testing::VirtualTime time;
+    AudioEnvironment environment{devices, preferences, systemInfo, time, [] { return false; }};
 
     MicrophoneControls refresh() { return environment.refreshMicrophoneControls(inEnglish); }
 };

@@ -9,6 +9,7 @@
 #include "support/InMemorySystemInfo.h"
 #include "support/QtPrinters.h"
 #include "support/Sounds.h"
+#include "support/VirtualTime.h"
 
 #include <QDir>
 #include <QFile>
@@ -30,6 +31,7 @@ protected:
     QTemporaryDir folder;
     testing::InMemorySystemInfo systemInfo;
     testing::InMemoryPreferences preferences;
+    testing::VirtualTime time;
     std::shared_ptr<PulseConnection> connection = std::make_shared<PulseConnection>();
     PulseAudioDevices devices{connection};
     PulseAudioRecorders recorders{connection};
@@ -52,7 +54,7 @@ protected:
         preferences.setValue(keys::preferredMicrophoneUID, "usbmic");
         preferences.setValue(keys::muteDuringRecording, true);
         environment = std::make_unique<AudioEnvironment>(
-            devices, preferences, systemInfo, [] { return true; });
+            devices, preferences, systemInfo, time, [] { return true; });
     }
 
     void SetUp() override

@@ -31,6 +31,8 @@ public:
     std::optional<AudioDeviceId> defaultInput;
     std::optional<AudioDeviceId> defaultOutput;
     bool switchingSucceeds = true;
+    bool switchesShow = true; ///< Else a switch is accepted, and comes when the test says so.
+    bool answers = true; ///< Else the sound server is silent: nothing can be read or written.
 
     /// Every change that was asked for, in order: "input 2", "mute 3 1", "volume 3 0".
     QStringList writes;
@@ -65,6 +67,8 @@ public:
     [[nodiscard]] QList<AudioDeviceId> devices() override
     {
         QList<AudioDeviceId> ids;
+        if (!answers)
+            return ids;
         for (const Device& each : all)
             ids.append(each.id);
         return ids;
@@ -87,22 +91,23 @@ public:
 
     [[nodiscard]] std::optional<AudioDeviceId> defaultInputDevice() override
     {
-        return defaultInput;
+        return answers ? defaultInput : std::nullopt;
     }
 
     bool setDefaultInputDevice(AudioDeviceId id) override
     {
         note(QStringLiteral("input %1").arg(id));
         const Device* found = find(id);
-        if (!switchingSucceeds || !found || found->inputChannels.value_or(0) == 0)
+        if (!answers || !switchingSucceeds || !found || found->inputChannels.value_or(0) == 0)
             return false;
-        defaultInput = id;
+        if (switchesShow)
+            defaultInput = id;
         return true;
     }
 
     [[nodiscard]] std::optional<AudioDeviceId> defaultOutputDevice() override
     {
-        return defaultOutput;
+        return answers ? defaultOutput : std::nullopt;
     }
 
     [[nodiscard]] std::optional<quint32> outputMute(AudioDeviceId id) override
@@ -113,7 +118,7 @@ public:
     [[nodiscard]] bool isOutputMuteSettable(AudioDeviceId id) override
     {
         const Device* found = find(id);
-        return found && found->mute && found->muteSettable;
+        return answers && found && found->mute && found->muteSettable;
     }
 
     bool setOutputMute(AudioDeviceId id, quint32 mute) override
@@ -134,7 +139,7 @@ public:
     [[nodiscard]] bool isOutputVolumeSettable(AudioDeviceId id) override
     {
         const Device* found = find(id);
-        return found && found->volume && found->volumeSettable;
+        return answers && found && found->volume && found->volumeSettable;
     }
 
     bool setOutputVolume(AudioDeviceId id, float volume) override
@@ -165,7 +170,7 @@ private:
     std::optional<Value> read(AudioDeviceId id, std::optional<Value> Device::*property)
     {
         const Device* found = find(id);
-        return found ? found->*property : std::nullopt;
+        return answers && found ? found->*property : std::nullopt;
     }
 };
 

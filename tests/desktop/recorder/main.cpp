@@ -10,6 +10,7 @@
 #include "platform/linux/audio/PulseAudioRecorder.h"
 #include "support/InMemoryPreferences.h"
 #include "support/InMemorySystemInfo.h"
+#include "support/VirtualTime.h"
 
 #include <QFile>
 
@@ -28,7 +29,8 @@ int main(int count, char** arguments)
 
     const auto connection = std::make_shared<PulseConnection>();
     PulseAudioDevices devices(connection);
-    AudioEnvironment environment(devices, preferences, systemInfo, [] { return true; });
+    testing::VirtualTime time;
+    AudioEnvironment environment(devices, preferences, systemInfo, time, [] { return true; });
     PulseAudioRecorders recorders(connection);
     const RecordingFile file(systemInfo);
 

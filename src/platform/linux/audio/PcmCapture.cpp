@@ -180,6 +180,9 @@ public:
     /// Takes what is there and lets the device go.
     void close();
 
+    /// Throws away what comes until it is wanted again.
+    void discard() { m_isWanted = false; }
+
     pa_operation* cork(bool corked, pa_stream_success_cb_t done, void* data)
     {
         m_isWanted = m_isWanted || !corked;
@@ -199,7 +202,7 @@ private:
     std::shared_ptr<Delivery> m_delivery;
     pa_stream* m_stream = nullptr;
     Opening* m_opening = nullptr; ///< Until the stream is ready or has failed.
-    bool m_isWanted = false; ///< Until the first start, what comes is thrown away.
+    bool m_isWanted = false; ///< Else what comes is thrown away, as before the first start.
 };
 
 bool PcmCapture::Stream::open(pa_context* context, const QByteArray& device, Opening* opening)
@@ -305,31 +308,32 @@ PcmCapture::~PcmCapture()
     m_delivery->finish();
 }
 
-bool PcmCapture::start()
+Error PcmCapture::start()
 {
-    return setCorked(false);
+    return setCorked(false) ? Error{} : error(MicrophoneLost);
 }
 
 void PcmCapture::pause()
 {
-    setCorked(true);
+    // What was said before is still on its way while the server answers.
+    if (!setCorked(true))
+        m_connection.post([stream = m_stream] { stream->discard(); });
 }
 
 bool PcmCapture::setCorked(bool corked)
 {
-    return m_connection
-        .ask<bool>(PulseConnection::patience(),
-            [stream = m_stream, corked](pa_context*, PulseConnection::Question<bool>* question) {
-                return stream->cork(
-                    corked,
-                    [](pa_stream*, int success, void* data) {
-                        auto& asked = *static_cast<PulseConnection::Question<bool>*>(data);
-                        asked.answer() = success != 0;
-                        asked.finish();
-                    },
-                    question);
-            })
-        .value_or(false);
+    return m_connection.order(PulseConnection::patience(),
+               [stream = m_stream, corked](pa_context*, PulseConnection::Question<bool>* question) {
+                   return stream->cork(
+                       corked,
+                       [](pa_stream*, int success, void* data) {
+                           auto& asked = *static_cast<PulseConnection::Question<bool>*>(data);
+                           asked.answer() = success != 0;
+                           asked.finish();
+                       },
+                       question);
+               })
+        == PulseConnection::Order::CarriedOut;
 }
 
 } // namespace tavrin

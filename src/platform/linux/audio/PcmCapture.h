@@ -43,9 +43,10 @@ public:
     PcmCapture(const PcmCapture&) = delete;
     PcmCapture& operator=(const PcmCapture&) = delete;
 
-    /// Starts to capture, or goes on after pause(). False when the device is gone.
-    bool start();
+    /// Starts to capture, or goes on after pause(). The error, or an empty one: then it captures.
+    Error start();
 
+    /// What is said from now on is not captured, even when the server does not hear of the pause.
     void pause();
 
 private:

@@ -109,23 +109,21 @@ std::optional<SinkState> askSink(PulseConnection& connection, const QByteArray& 
         });
 }
 
-/// Whether the server carried a change out.
 template <class Start>
-bool change(PulseConnection& connection, PulseConnection::Deadline deadline, Start start)
+PulseConnection::Order change(
+    PulseConnection& connection, PulseConnection::Deadline deadline, Start start)
 {
-    return connection
-        .ask<bool>(deadline,
-            [start](pa_context* context, PulseConnection::Question<bool>* question) {
-                return start(
-                    context,
-                    [](pa_context*, int success, void* data) {
-                        auto& asked = questionIn<bool>(data);
-                        asked.answer() = success != 0;
-                        asked.finish();
-                    },
-                    question);
-            })
-        .value_or(false);
+    return connection.order(
+        deadline, [start](pa_context* context, PulseConnection::Question<bool>* question) {
+            return start(
+                context,
+                [](pa_context*, int success, void* data) {
+                    auto& asked = questionIn<bool>(data);
+                    asked.answer() = success != 0;
+                    asked.finish();
+                },
+                question);
+        });
 }
 
 } // namespace
@@ -172,19 +170,14 @@ bool PulseAudioDevices::setDefaultInputDevice(AudioDeviceId device)
     if (kind != Kind::Source)
         return false;
     const Deadline deadline = PulseConnection::patience();
-    const bool accepted = change(*m_connection, deadline,
+    const auto order = change(*m_connection, deadline,
         [name = name](pa_context* context, pa_context_success_cb_t done, void* data) {
             return pa_context_set_default_source(context, name.constData(), done, data);
         });
     // PipeWire says yes before it has switched: a recorder opened now would take the old device.
-    while (accepted) {
-        const quint64 seen = m_connection->changes();
-        if (defaultName(Kind::Source, deadline) == name)
-            return true;
-        if (!m_connection->waitForChange(seen, deadline))
-            return false;
-    }
-    return false;
+    if (order == PulseConnection::Order::CarriedOut)
+        waitForDefaultSource(name, deadline);
+    return order != PulseConnection::Order::Refused;
 }
 
 std::optional<AudioDeviceId> PulseAudioDevices::defaultOutputDevice()
@@ -209,10 +202,11 @@ bool PulseAudioDevices::setOutputMute(AudioDeviceId device, quint32 mute)
     const QByteArray name = sinkName(device);
     return !name.isEmpty()
         && change(*m_connection, PulseConnection::patience(),
-            [name, mute](pa_context* context, pa_context_success_cb_t done, void* data) {
-                return pa_context_set_sink_mute_by_name(
-                    context, name.constData(), mute != 0 ? 1 : 0, done, data);
-            });
+               [name, mute](pa_context* context, pa_context_success_cb_t done, void* data) {
+                   return pa_context_set_sink_mute_by_name(
+                       context, name.constData(), mute != 0 ? 1 : 0, done, data);
+               })
+        != PulseConnection::Order::Refused;
 }
 
 std::optional<float> PulseAudioDevices::outputVolume(AudioDeviceId device)
@@ -239,10 +233,11 @@ bool PulseAudioDevices::setOutputVolume(AudioDeviceId device, float volume)
     pa_cvolume volumes = sink->volume;
     pa_cvolume_scale(&volumes, static_cast<pa_volume_t>(wanted)); // Keeps the balance.
     return change(*m_connection, PulseConnection::patience(),
-        [name, volumes](pa_context* context, pa_context_success_cb_t done, void* data) {
-            return pa_context_set_sink_volume_by_name(
-                context, name.constData(), &volumes, done, data);
-        });
+               [name, volumes](pa_context* context, pa_context_success_cb_t done, void* data) {
+                   return pa_context_set_sink_volume_by_name(
+                       context, name.constData(), &volumes, done, data);
+               })
+        != PulseConnection::Order::Refused;
 }
 
 AudioDeviceId PulseAudioDevices::idOf(Kind kind, const QByteArray& name)
@@ -293,6 +288,16 @@ QByteArray PulseAudioDevices::sinkName(AudioDeviceId device) const
 {
     const auto [kind, name] = m_names.value(device, {Kind::Source, {}});
     return kind == Kind::Sink ? name : QByteArray();
+}
+
+void PulseAudioDevices::waitForDefaultSource(const QByteArray& name, Deadline deadline)
+{
+    while (true) {
+        const quint64 seen = m_connection->changes();
+        if (defaultName(Kind::Source, deadline) == name
+            || !m_connection->waitForChange(seen, deadline))
+            return;
+    }
 }
 
 std::optional<QByteArray> PulseAudioDevices::defaultName(Kind kind, Deadline deadline)

@@ -53,6 +53,7 @@ private:
     /// The server's name of a sink; empty when the id is not one.
     [[nodiscard]] QByteArray sinkName(AudioDeviceId device) const;
     [[nodiscard]] std::optional<QByteArray> defaultName(Kind kind, Deadline deadline);
+    void waitForDefaultSource(const QByteArray& name, Deadline deadline);
 
     std::shared_ptr<PulseConnection> m_connection;
 

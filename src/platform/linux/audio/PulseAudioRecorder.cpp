@@ -80,7 +80,12 @@ bool PulseAudioRecorder::prepareToRecord()
 
 bool PulseAudioRecorder::record()
 {
-    return prepareToRecord() && failure() == Error{} && m_capture->start();
+    if (!prepareToRecord() || failure() != Error{})
+        return false;
+    const Error error = m_capture->start();
+    if (error != Error{})
+        fail(error);
+    return error == Error{};
 }
 
 void PulseAudioRecorder::pause()

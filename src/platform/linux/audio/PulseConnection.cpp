@@ -201,8 +201,10 @@ void PulseConnection::begin(const std::shared_ptr<QuestionBase>& question, pa_op
 
 void PulseConnection::begin(const std::shared_ptr<QuestionBase>& question, bool begun)
 {
-    if (begun)
-        m_open.emplace(question.get(), question);
+    if (!begun)
+        return;
+    question->m_fate->isBegun = true;
+    m_open.emplace(question.get(), question);
 }
 
 void PulseConnection::close(QuestionBase* question)

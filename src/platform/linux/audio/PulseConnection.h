@@ -52,6 +52,17 @@ public:
     template <class Answer, class Start>
     [[nodiscard]] std::optional<Answer> ask(Deadline deadline, Start start);
 
+    /// What became of an order.
+    enum class Order {
+        Refused, ///< Not carried out, now or later.
+        CarriedOut,
+        UnderWay, ///< The server has it and has not answered in time: it may come yet.
+    };
+
+    /// Orders by @p start, as ask() asks; the answer tells whether it was carried out.
+    template <class Start>
+    [[nodiscard]] Order order(Deadline deadline, Start start);
+
     /// Begins to connect, so that the first question need not wait for it.
     void warmUp();
 
@@ -66,6 +77,16 @@ public:
 
 private:
     using WhenConnected = std::function<void(pa_context*)>;
+
+    /// What came of a question: its answer, or else whether the server has it.
+    template <class Answer>
+    struct Outcome {
+        std::optional<Answer> answer;
+        bool isBegun = false;
+    };
+
+    template <class Answer, class Start>
+    [[nodiscard]] Outcome<Answer> put(Deadline deadline, Start start);
 
     // On the connection's thread.
     void run();
@@ -110,7 +131,7 @@ public:
 
     virtual ~QuestionBase()
     {
-        if (m_wait->exchange(Wait::Over) == Wait::Abandoned)
+        if (m_fate->wait.exchange(Wait::Over) == Wait::Abandoned)
             --m_connection.m_unanswered;
     }
 
@@ -123,10 +144,19 @@ public:
 private:
     friend class PulseConnection;
 
-    enum class Wait { Waiting, Abandoned, Over };
+    enum class Wait { Waiting, Begun, Abandoned, Over };
+
+    /// Shared by the question and the one who asks: either may be gone first.
+    struct Fate {
+        std::atomic<Wait> wait = Wait::Waiting;
+        std::atomic<bool> isBegun = false; ///< The server has the question.
+
+        /// Turns @p from into @p to; false when it is something else by now.
+        bool turn(Wait from, Wait to) { return wait.compare_exchange_strong(from, to); }
+    };
 
     PulseConnection& m_connection;
-    std::shared_ptr<std::atomic<Wait>> m_wait = std::make_shared<std::atomic<Wait>>(Wait::Waiting);
+    std::shared_ptr<Fate> m_fate = std::make_shared<Fate>();
 };
 
 template <class Answer>
@@ -147,25 +177,47 @@ private:
 };
 
 template <class Answer, class Start>
-std::optional<Answer> PulseConnection::ask(Deadline deadline, Start start)
+PulseConnection::Outcome<Answer> PulseConnection::put(Deadline deadline, Start start)
 {
+    using Wait = QuestionBase::Wait;
     if (m_unanswered > 0)
-        return std::nullopt;
+        return {};
     auto question = std::make_shared<Question<Answer>>(*this);
     auto answer = question->m_promise.get_future();
-    const auto wait = question->m_wait;
+    const auto fate = question->m_fate;
     post([this, question = std::move(question), start = std::move(start)]() mutable {
         whenConnected([this, question = std::move(question), start](pa_context* context) {
-            if (context)
+            // What nobody waits for any more is not begun: its owner may be gone.
+            if (context && question->m_fate->turn(Wait::Waiting, Wait::Begun))
                 begin(question, start(context, question.get()));
         });
     });
-    if (answer.wait_until(deadline) == std::future_status::ready)
-        return answer.get();
-    auto waiting = QuestionBase::Wait::Waiting;
-    if (wait->compare_exchange_strong(waiting, QuestionBase::Wait::Abandoned))
-        ++m_unanswered;
-    return std::nullopt;
+    if (answer.wait_until(deadline) != std::future_status::ready) {
+        if (fate->turn(Wait::Waiting, Wait::Abandoned)) {
+            ++m_unanswered;
+            return {};
+        }
+        if (fate->turn(Wait::Begun, Wait::Abandoned)) {
+            ++m_unanswered;
+            return {std::nullopt, true};
+        }
+    } // Else it has been answered just now.
+    return {answer.get(), fate->isBegun};
+}
+
+template <class Answer, class Start>
+std::optional<Answer> PulseConnection::ask(Deadline deadline, Start start)
+{
+    return put<Answer>(deadline, std::move(start)).answer;
+}
+
+template <class Start>
+PulseConnection::Order PulseConnection::order(Deadline deadline, Start start)
+{
+    const Outcome<bool> outcome = put<bool>(deadline, std::move(start));
+    if (outcome.answer)
+        return *outcome.answer ? Order::CarriedOut : Order::Refused;
+    return outcome.isBegun ? Order::UnderWay : Order::Refused;
 }
 
 } // namespace tavrin

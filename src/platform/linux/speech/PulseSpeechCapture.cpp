@@ -36,7 +36,8 @@ OpenSpeechCapture pulseSpeechCapture(std::shared_ptr<PulseConnection> connection
             auto capture = PcmCapture::open(*connection, {std::move(handler), noteEnd});
             if (!capture)
                 return failure(capture.error());
-            (*capture)->start(); // A device that is gone by now ends the capture by itself.
+            // A device that is gone by now ends the capture by itself.
+            static_cast<void>((*capture)->start());
             return std::make_unique<PulseSpeechCapture>(connection, std::move(*capture));
         };
 }

@@ -46,6 +46,10 @@ public:
 
     void killManager() { m_manager->kill(); }
 
+    void suspendManager() { m_manager->suspend(); }
+
+    void resumeManager() { m_manager->resume(); }
+
     void startFront() { m_front = launch(quietly("pipewire-pulse")); }
 
     void killFront() { m_front->kill(); }

@@ -5,6 +5,7 @@
 #include "platform/linux/audio/EitherServer.h"
 #include "support/InMemoryPreferences.h"
 #include "support/InMemorySystemInfo.h"
+#include "support/VirtualTime.h"
 
 namespace tavrin {
 namespace {
@@ -89,7 +90,8 @@ TEST_P(ServerFaultTest, MuteAndMicrophoneOfALostServerAreGivenUpAtOnce)
     systemInfo.supportFolder = folder.path();
     preferences.setValue(keys::preferredMicrophoneUID, "second");
     preferences.setValue(keys::muteDuringRecording, true);
-    AudioEnvironment environment(devices, preferences, systemInfo, [] { return true; });
+    testing::VirtualTime time;
+    AudioEnvironment environment(devices, preferences, systemInfo, time, [] { return true; });
     environment.applyPreferredMicrophoneForRecording();
     EXPECT_EQ(devices.uid(devices.defaultInputDevice().value_or(0)), "second");
     environment.muteSystemAudioForRecordingIfNeeded();
@@ -113,8 +115,9 @@ TEST_P(ServerFaultTest, AServerThatHangsWhileRecordingHoldsNobodyUp)
     const AudioDeviceId before = microphone();
     server->suspend();
 
+    // It has been asked for and may come yet.
     EXPECT_LT(
-        millisecondsOf([&] { EXPECT_FALSE(devices.setDefaultInputDevice(before)); }), halfASecond);
+        millisecondsOf([&] { EXPECT_TRUE(devices.setDefaultInputDevice(before)); }), halfASecond);
     // The server is known to hang now: nothing waits for it any more.
     EXPECT_LT(millisecondsOf([&] {
         EXPECT_TRUE(devices.devices().isEmpty());
@@ -124,6 +127,8 @@ TEST_P(ServerFaultTest, AServerThatHangsWhileRecordingHoldsNobodyUp)
         recorder.stop();
     }),
         halfASecond);
+    EXPECT_EQ(recorder.failure().code, PcmCapture::MicrophoneLost);
+    EXPECT_EQ(recorder.failure().message, QString::fromUtf8("麦克风已断开。"));
     EXPECT_GT(decodedSeconds(path), 0.5);
 
     server->resume();
@@ -139,6 +144,25 @@ TEST_P(ServerFaultTest, AServerThatHangsDoesNotHoldUpTheEndOfARecording)
 
     EXPECT_GT(decodedSeconds(path), 0.5);
     server->resume();
+}
+
+TEST_P(ServerFaultTest, WhatComesInAPauseThatTheServerDidNotHearOfIsNotRecorded)
+{
+    recordAWhile(recorder);
+    server->suspend();
+    recorder.pause();
+    Seconds atPause{-1};
+    ASSERT_TRUE(waitUntil([&] { // What it had sent by then.
+        return std::exchange(atPause, recorder.currentTime()) == recorder.currentTime();
+    }));
+
+    server->resume();
+    ASSERT_TRUE(waitUntil([&] { return !devices.devices().isEmpty(); }));
+    EXPECT_EQ(recorder.currentTime(), atPause);
+
+    EXPECT_TRUE(recorder.record());
+    EXPECT_TRUE(waitUntil([&] { return recorder.currentTime() > atPause + Seconds{0.2}; }));
+    EXPECT_EQ(recorder.failure(), Error{});
 }
 
 TEST_P(ServerFaultTest, WhatWasRecordedBeforeTheMicrophoneWasUnpluggedIsKept)
@@ -334,8 +358,12 @@ TEST_F(PipeWireFaultTest, WithoutASessionManagerThereIsNoMicrophone)
     EXPECT_LT(millisecondsOf([&] { EXPECT_FALSE(recorder.record()); }), halfASecond);
     EXPECT_EQ(recorder.failure().code, PcmCapture::NoMicrophone);
 
+    // It names the microphone before it leads anybody there, which takes a busy machine its time.
     server.startManager();
-    ASSERT_TRUE(waitUntil([&] { return devices.defaultInputDevice().has_value(); }));
+    ASSERT_TRUE(waitUntil([&] {
+        PulseAudioRecorder next(connection, folder.filePath("next.m4a"), settings);
+        return next.prepareToRecord();
+    }));
     nextRecordingWorks();
 }
 

@@ -17,12 +17,8 @@ namespace tavrin::testing {
 /// The product's microphones and recorders on a sound server of the test's own.
 template <class Base>
 class SoundServerFixture : public Base {
-protected:
+public:
     static constexpr AudioRecorderSettings settings{1633772320, 16'000, 1, 96};
-    /// Half a second for everything, and work for a busy machine. In milliseconds.
-    static constexpr qint64 halfASecond = 500 + 200;
-
-    QTemporaryDir folder;
 
     static bool waitUntil(const std::function<bool()>& condition)
     {
@@ -31,6 +27,12 @@ protected:
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         return condition();
     }
+
+protected:
+    /// Half a second for everything, and work for a busy machine. In milliseconds.
+    static constexpr qint64 halfASecond = 500 + 200;
+
+    QTemporaryDir folder;
 
     static void recordAWhile(AudioRecorder& recorder)
     {
