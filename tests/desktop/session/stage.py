@@ -51,6 +51,46 @@ def gdbus(bus, destination, path, method, *arguments):
                *arguments)
 
 
+def accessible_texts(process, depth=4):
+    """What the windows of a process tell accessibility that they show, so many levels down: names,
+    descriptions and texts."""
+    bus = gdbus("--session", "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress")
+    address = re.search("'(.*)'", bus).group(1)
+
+    def ask(destination, path, method, *arguments):
+        return gdbus("--address=" + address, destination, path, method, *arguments)
+
+    def ask_in_vain(*question):
+        try:
+            return ask(*question)
+        except subprocess.CalledProcessError:  # It has gone meanwhile, or has no text.
+            return ""
+
+    def children(destination, path):
+        answer = ask_in_vain(destination, path, "org.a11y.atspi.Accessible.GetChildren")
+        return re.findall(r"'([^']*)', (?:objectpath )?'([^']*)'", answer)
+
+    def texts(name, path, levels):
+        get = "org.freedesktop.DBus.Properties.Get"
+        for each in ("Name", "Description"):
+            yield ask_in_vain(name, path, get, "org.a11y.atspi.Accessible", each)
+        length = re.search(r"\d+", ask_in_vain(name, path, get, "org.a11y.atspi.Text",
+                                               "CharacterCount"))
+        if length:
+            yield ask_in_vain(name, path, "org.a11y.atspi.Text.GetText", "0", length.group())
+        if levels > 1:
+            for child in children(name, path):
+                yield from texts(*child, levels - 1)
+
+    root = "/org/a11y/atspi/accessible/root"
+    for name, path in children("org.a11y.atspi.Registry", root):
+        owner = ask("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                    "org.freedesktop.DBus.GetConnectionUnixProcessID", name)
+        if f"uint32 {process}," in owner:
+            for window in children(name, path):
+                yield from texts(*window, depth)
+
+
 class Model:
     """A stand-in for a language model: answers every request with `answer`, after it has called
     `before_answer`."""
@@ -203,26 +243,7 @@ class Stage(Place):
 
     def panel_shows(self, text):
         """Whether the panel tells accessibility that it shows `text`."""
-        bus = gdbus("--session", "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress")
-        address = re.search("'(.*)'", bus).group(1)
-
-        def ask(destination, path, method, *arguments):
-            return gdbus("--address=" + address, destination, path, method, *arguments)
-
-        def children(destination, path):
-            answer = ask(destination, path, "org.a11y.atspi.Accessible.GetChildren")
-            return re.findall(r"'([^']*)', (?:objectpath )?'([^']*)'", answer)
-
-        root = "/org/a11y/atspi/accessible/root"
-        for name, path in children("org.a11y.atspi.Registry", root):
-            owner = ask("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                        "org.freedesktop.DBus.GetConnectionUnixProcessID", name)
-            if f"uint32 {self.program.pid}," not in owner:
-                continue
-            return any(text in ask(name, window, "org.freedesktop.DBus.Properties.Get",
-                                   "org.a11y.atspi.Accessible", "Description")
-                       for _, window in children(name, path))
-        return False
+        return any(text in shown for shown in accessible_texts(self.program.pid, depth=1))
 
     def preference(self, key):
         return json.loads(self._preferences_file.read_text()).get(key)

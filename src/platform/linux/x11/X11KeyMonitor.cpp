@@ -30,8 +30,18 @@ X11KeyMonitor::X11KeyMonitor()
     : m_isOwnWindowActive(
         std::make_shared<std::atomic<bool>>(QGuiApplication::focusWindow() != nullptr))
 {
+    const auto follow = [active = m_isOwnWindowActive] {
+        *active = QGuiApplication::focusWindow() != nullptr;
+    };
     QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &m_focusFollower,
-        [active = m_isOwnWindowActive](const QWindow* window) { *active = window != nullptr; });
+        [this, follow](const QWindow* window) {
+            follow();
+            // One that is deleted with the focus, as an alert is, loses it without that signal.
+            QObject::disconnect(m_deletion);
+            if (window)
+                m_deletion =
+                    QObject::connect(window, &QObject::destroyed, &m_focusFollower, follow);
+        });
 }
 
 std::unique_ptr<KeyObservation> X11KeyMonitor::addGlobalMonitor(GlobalHandler handler)

@@ -19,7 +19,8 @@ public:
 
 private:
     std::shared_ptr<std::atomic<bool>> m_isOwnWindowActive; // Shared with the threads.
-    QObject m_focusFollower; // Ends the connection that keeps it up to date.
+    QMetaObject::Connection m_deletion; ///< Of the window that has the focus.
+    QObject m_focusFollower; // Ends the connections that keep it up to date.
 };
 
 } // namespace tavrin
