@@ -4,8 +4,9 @@
 #include "support/QtPrinters.h"
 #include "ui/hud/HudTexts.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QImage>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <gtest/gtest.h>
@@ -112,7 +113,7 @@ TEST_F(HudWidgetTest, ItStands54PointsAboveTheBottomInTheMiddleOfTheFreeArea)
 {
     widget.positionAndShow();
 
-    const QRect free = QGuiApplication::primaryScreen()->availableGeometry();
+    const QRect free = QApplication::primaryScreen()->availableGeometry();
     EXPECT_EQ(widget.x(), free.x() + free.width() / 2 - 430 / 2);
     EXPECT_EQ(free.y() + free.height() - (widget.y() + widget.height()), 54);
     EXPECT_TRUE(widget.isVisible());
@@ -156,6 +157,63 @@ TEST_F(HudWidgetTest, TheDotHasTheColourOfWhatItSays)
         Content content = empty();
         content.dot = dot;
         EXPECT_TRUE(isNear(colorAt(picture(content), frame(20, 111, 10, 10)), expected));
+    }
+}
+
+TEST_F(HudWidgetTest, TheDotIsTenPointsWide)
+{
+    const QImage image = picture(empty());
+    const QRect dot = frame(20, 111, 10, 10);
+    const QPoint middle = dot.center();
+    for (const QPoint inside :
+        {QPoint(dot.left() + 1, middle.y()), QPoint(dot.right() - 1, middle.y()),
+            QPoint(middle.x(), dot.top() + 1), QPoint(middle.x(), dot.bottom() - 1)})
+        EXPECT_TRUE(isNear(image.pixelColor(inside), {1.0, 0.28, 0.33}));
+    for (const QPoint outside :
+        {QPoint(dot.left() - 1, middle.y()), QPoint(dot.right() + 1, middle.y()),
+            QPoint(middle.x(), dot.top() - 1), QPoint(middle.x(), dot.bottom() + 1)})
+        EXPECT_TRUE(isNear(image.pixelColor(outside), {0.075, 0.065, 0.16}));
+}
+
+TEST_F(HudWidgetTest, EachTextHasItsPlaceFontAndShade)
+{
+    const QString text = u"Grüße"_s;
+    const Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
+    constexpr double firstLineTop = panelHeight - 39 - 38 + 3;
+
+    struct Row {
+        QString Content::*label;
+        QRectF place;
+        Qt::Alignment alignment;
+        int pixels;
+        QFont::Weight weight;
+        double alpha;
+    };
+
+    for (const Row& row : {
+             Row{&Content::titleLabel, frame(42, 103, 235, 24), left, 17, QFont::DemiBold, 1},
+             Row{&Content::detailLabel, frame(42, 79, 255, 20), left, 12, QFont::Normal, 0.58},
+             Row{&Content::timeLabel, frame(348, 104, 60, 22), Qt::AlignCenter, 14, QFont::Medium,
+                 0.75},
+             Row{&Content::transcriptLabel, QRectF(20, firstLineTop, 390, 17.5), left, 13,
+                 QFont::Medium, 0.9},
+         }) {
+        QFont font = QApplication::font();
+        font.setPixelSize(row.pixels);
+        font.setWeight(row.weight);
+        widget.setContent(empty());
+        QImage expected = widget.grab().toImage();
+        QPainter painter(&expected);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setFont(font);
+        painter.setPen(QColor::fromRgbF(1, 1, 1, static_cast<float>(row.alpha)));
+        painter.drawText(row.place, static_cast<int>(row.alignment), text);
+        painter.end();
+
+        Content content = empty();
+        content.*row.label = text;
+        EXPECT_EQ(picture(content), expected.convertToFormat(QImage::Format_ARGB32))
+            << row.pixels << " pixels";
     }
 }
 
@@ -214,6 +272,15 @@ TEST_F(HudWidgetTest, OfALongTranscriptTheEndIsShown)
     const QImage shown = picture(one);
     EXPECT_EQ(shown, picture(other));
     EXPECT_NE(shown, picture(longer));
+}
+
+TEST_F(HudWidgetTest, ALongTranscriptFillsTwoLines)
+{
+    Content content = empty();
+    content.transcriptLabel = u"many words "_s.repeated(100);
+    const QRect drawn = difference(content);
+    EXPECT_TRUE(drawn.intersects(QRect(20, 71, 390, 17)));
+    EXPECT_TRUE(drawn.intersects(QRect(20, 95, 390, 8))); // Below the first line's letters.
 }
 
 TEST_F(HudWidgetTest, SevenBarsStandTwelvePointsApart)

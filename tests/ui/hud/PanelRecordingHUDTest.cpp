@@ -200,6 +200,34 @@ TEST_F(PanelRecordingHUDTest, TheTimerCountsTheSecondsOfTheRecording)
     EXPECT_EQ(panel.content.timeLabel, u"01:15"_s);
 }
 
+TEST_F(PanelRecordingHUDTest, EachRecordingCountsFromItsOwnBeginning)
+{
+    showRecording();
+    time.advance(42s);
+    hud.hide();
+    time.advance(1min);
+    showRecording();
+
+    time.advance(1200ms);
+
+    EXPECT_EQ(panel.content.timeLabel, u"00:01"_s);
+    EXPECT_NEAR(panel.content.lightX, 125 * 1.2 - 150, 1e-6);
+}
+
+TEST_F(PanelRecordingHUDTest, ARecordingAfterAProcessedOneIsShownAsARecordingAgain)
+{
+    showRecording();
+    hud.showProcessingWithEstimate(2s);
+    time.advance(3s);
+    hud.showSuccess();
+    showRecording();
+
+    time.advance(1200ms);
+
+    EXPECT_EQ(panel.content.timeLabel, u"00:01"_s);
+    EXPECT_NEAR(panel.content.lightX, 125 * 1.2 - 150, 1e-6);
+}
+
 TEST_F(PanelRecordingHUDTest, ARecorderThatIsGoneDoesNoHarm)
 {
     showRecording();
@@ -263,6 +291,19 @@ TEST_F(PanelRecordingHUDTest, ProcessingStepsEvery60MillisecondsAtFullLevel)
     EXPECT_EQ(panel.content.timeLabel, u"≈ 10s"_s);
     EXPECT_NEAR(panel.content.lightX, 190 * 0.06 - 150, 1e-6);
     EXPECT_NEAR(panel.content.bars[0].height, hud::waveBars(60ms, 1)[0].height, 1e-6);
+}
+
+TEST_F(PanelRecordingHUDTest, ProcessingCountsFromItsOwnBeginning)
+{
+    showRecording();
+    time.advance(75s);
+    hud.showProcessingWithEstimate(10s);
+
+    time.advance(2400ms);
+
+    EXPECT_EQ(panel.content.timeLabel, u"≈ 8s"_s);
+    EXPECT_NEAR(panel.content.progress, hud::progressValue(2400ms, 10s), 1e-6);
+    EXPECT_LT(panel.content.progress, 50);
 }
 
 TEST_F(PanelRecordingHUDTest, ProcessingThatTakesLongerThanEstimatedWaits)
@@ -372,6 +413,17 @@ TEST_F(PanelRecordingHUDTest, TheClipboardNoticeShowsItsReasonForThreeAndAHalfSe
     EXPECT_TRUE(panel.visible);
     time.advance(1ms);
     EXPECT_FALSE(panel.visible);
+}
+
+TEST_F(PanelRecordingHUDTest, TheClipboardNoticeShowsTheKeysUntilItsEnd)
+{
+    hud.showProcessingWithEstimate(2s);
+    hud.showClipboardFallbackWithReason(QString());
+
+    time.advance(3s);
+
+    EXPECT_EQ(panel.content.timeLabel, u"⌘V"_s);
+    EXPECT_EQ(time.pending(), 1); // Only the notice's end.
 }
 
 TEST_F(PanelRecordingHUDTest, TheClipboardNoticeWithoutAReasonSaysWhereTheTextIs)
