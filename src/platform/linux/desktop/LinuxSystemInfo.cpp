@@ -9,10 +9,10 @@
 namespace tavrin {
 namespace {
 
-/// PRETTY_HOSTNAME of /etc/machine-info, without its quotes; empty when the machine has none.
-QString prettyHostName()
+/// PRETTY_HOSTNAME of the file, without its quotes; empty when the machine has none.
+QString prettyHostName(const QString& machineInfo)
 {
-    QFile file(QStringLiteral("/etc/machine-info"));
+    QFile file(machineInfo);
     if (!file.open(QIODevice::ReadOnly))
         return {};
     constexpr qint64 longestFile = qint64{16} * 1024;
@@ -32,14 +32,15 @@ QString prettyHostName()
 
 } // namespace
 
-LinuxSystemInfo::LinuxSystemInfo(QString speechLanguage)
+LinuxSystemInfo::LinuxSystemInfo(QString speechLanguage, QString machineInfo)
     : m_speechLanguage(std::move(speechLanguage))
+    , m_machineInfo(std::move(machineInfo))
 {
 }
 
 QString LinuxSystemInfo::localizedHostName() const
 {
-    const QString pretty = prettyHostName();
+    const QString pretty = prettyHostName(m_machineInfo);
     return pretty.isEmpty() ? QSysInfo::machineHostName() : pretty;
 }
 

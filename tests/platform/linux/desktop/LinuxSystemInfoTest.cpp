@@ -4,6 +4,9 @@
 #include "support/QtPrinters.h"
 
 #include <QDir>
+#include <QFile>
+#include <QSysInfo>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <map>
@@ -63,6 +66,28 @@ TEST_F(LinuxSystemInfoTest, TheUsersDataFolderComesBeforeTheSystems)
     EXPECT_EQ(xdg::dataFolders(),
         QStringList({QStringLiteral("/data"), QStringLiteral("/usr/local/share"),
             QStringLiteral("/usr/share")}));
+}
+
+TEST_F(LinuxSystemInfoTest, TheMachineHasTheNameThatWasGivenForPeople)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("machine-info"));
+    const auto nameIn = [&](const QByteArray& content) {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        file.close();
+        return LinuxSystemInfo(QString(), path).localizedHostName();
+    };
+
+    EXPECT_EQ(nameIn("CHASSIS=laptop\nPRETTY_HOSTNAME=\"Anna 的电脑\"\nICON_NAME=x\n"),
+        QStringLiteral("Anna 的电脑"));
+    EXPECT_EQ(nameIn("PRETTY_HOSTNAME='Desk'"), QStringLiteral("Desk"));
+    EXPECT_EQ(nameIn("PRETTY_HOSTNAME=Desk\n"), QStringLiteral("Desk"));
+    EXPECT_EQ(nameIn("PRETTY_NAME=\"Linux\"\n"), QSysInfo::machineHostName());
+    EXPECT_EQ(nameIn("PRETTY_HOSTNAME=\n"), QSysInfo::machineHostName());
+    ASSERT_TRUE(QFile::remove(path));
+    EXPECT_EQ(LinuxSystemInfo(QString(), path).localizedHostName(), QSysInfo::machineHostName());
 }
 
 TEST_F(LinuxSystemInfoTest, KnowsThisBuildAndThisMachine)
