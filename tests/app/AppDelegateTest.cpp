@@ -42,6 +42,19 @@ TEST_F(AppDelegateTest, TheShortcutsAreWatchedBeforeTheWindowIsShown)
     EXPECT_EQ(workspace.ownActivations, 1);
 }
 
+TEST_F(AppDelegateTest, TheWindowIsConfiguredBeforeTheShortcutsAreWatched)
+{
+    std::optional<qsizetype> monitors;
+    onNote = [&](const QString& line) {
+        if (line == "configure window"_L1)
+            monitors = keyboard->globalMonitors();
+    };
+    launch();
+
+    EXPECT_EQ(monitors, 0);
+    EXPECT_EQ(keyboard->globalMonitors(), 1);
+}
+
 TEST_F(AppDelegateTest, LaunchGoesOnWithoutAnIcon)
 {
     hasIcon = false;
@@ -198,6 +211,55 @@ TEST_F(AppDelegateTest, AShortcutStartsASessionAndEscapePausesIt)
     EXPECT_TRUE(trace.contains("panel cancel?"));
 }
 
+TEST_F(AppDelegateTest, EscapeInAnOwnWindowBelongsToTheSessionOnlyWhileItRecords)
+{
+    const KeyEvent escape{KeyEvent::Kind::KeyDown, key_codes::escape, {}, false};
+    launch();
+    EXPECT_FALSE(keyboard->sendToOwnWindow(escape));
+
+    statusItem->press("Start chat (⇧⌘ Space)");
+    EXPECT_TRUE(keyboard->sendToOwnWindow(escape));
+    EXPECT_TRUE(keyboard->sendToOwnWindow(escape)); // Cancels.
+
+    statusItem->press("Start chat (⇧⌘ Space)");
+    statusItem->press("Finish chat (⇧⌘ Space)");
+    EXPECT_EQ(statusItem->title, u"…"_s);
+    EXPECT_FALSE(keyboard->sendToOwnWindow(escape));
+}
+
+TEST_F(AppDelegateTest, OtherSoundIsMutedWhileARecordingGoesOn)
+{
+    constexpr AudioDeviceId loudspeaker = 3;
+    devices->addLoudspeaker(loudspeaker, u"speakers"_s);
+    devices->defaultOutput = loudspeaker;
+    preferences.setValue(keys::muteDuringRecording, true);
+    launch();
+
+    statusItem->press("Start chat (⇧⌘ Space)");
+    time.advance(220ms);
+    EXPECT_EQ(devices->device(loudspeaker).mute, 1U);
+
+    statusItem->press("Finish chat (⇧⌘ Space)");
+    EXPECT_EQ(devices->device(loudspeaker).mute, 0U);
+}
+
+TEST_F(AppDelegateTest, ASessionThatIsProcessedByThenMutesNothing)
+{
+    constexpr AudioDeviceId loudspeaker = 3;
+    devices->addLoudspeaker(loudspeaker, u"speakers"_s);
+    devices->defaultOutput = loudspeaker;
+    preferences.setValue(keys::muteDuringRecording, true);
+    launch();
+
+    statusItem->press("Start chat (⇧⌘ Space)");
+    time.advance(100ms);
+    statusItem->press("Finish chat (⇧⌘ Space)");
+    time.advance(1s);
+
+    EXPECT_EQ(statusItem->title, u"…"_s);
+    EXPECT_EQ(devices->device(loudspeaker).mute, 0U);
+}
+
 TEST_F(AppDelegateTest, AHeldShortcutIsOnePressAndTheNextOneFinishes)
 {
     const KeyEvent press{
@@ -289,6 +351,19 @@ TEST_F(AppDelegateTest, ARecordingIsHeardWithTheMostUsedTermsOfTheDictionary)
     EXPECT_EQ(terms.first(), u"Tavrin"_s);
     EXPECT_EQ(terms.at(16), u"Cursor"_s);
     EXPECT_EQ(terms.mid(17), mostUsed.first(83));
+}
+
+TEST_F(AppDelegateTest, LiveTextKnowsTheTermsOfTheDictionary)
+{
+    SaveDictionaryEntries(preferences, {DictionaryEntry::manual(u"Anna"_s, Seconds{0})});
+    launch();
+    statusItem->press("Start chat (⇧⌘ Space)");
+    time.advance(0s);
+
+    const auto& live =
+        dynamic_cast<testing::InMemoryLiveSpeechRecognizer&>(*platform.liveSpeechRecognizer);
+    ASSERT_EQ(live.calls.size(), 1U);
+    EXPECT_TRUE(live.calls[0].request.contextualStrings.contains(u"Anna"_s));
 }
 
 TEST_F(AppDelegateTest, TheHistoryIsReadWhileTheUserSpeaks)

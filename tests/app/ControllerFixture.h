@@ -56,7 +56,12 @@ protected:
 
     const Termination termination;
     QStringList trace;
-    const Note note = [this](const QString& line) { trace.append(line); };
+    Note onNote; ///< Told of each line when it is noted.
+    const Note note = [this](const QString& line) {
+        trace.append(line);
+        if (onNote)
+            onNote(line);
+    };
 
     // The desktop.
     QTemporaryDir folder;

@@ -54,6 +54,7 @@ TEST_F(InterfaceLanguagesTest, SelectingStoresTheCodeAndFlushes)
     EXPECT_EQ(languageAfterSelecting(2), u"en"_s);
 
     EXPECT_EQ(preferences.synchronizations(), 3);
+    EXPECT_EQ(preferences.flushed(keys::interfaceLanguage), QVariant(u"en"_s));
 }
 
 TEST_F(InterfaceLanguagesTest, AnIndexOutsideTheListMeansTheNearest)

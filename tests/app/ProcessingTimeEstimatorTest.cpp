@@ -87,6 +87,15 @@ TEST_F(ProcessingTimeEstimatorTest, SessionsOfOtherLengthsAreScaledAndCountLess)
     EXPECT_NEAR(estimateInSeconds(10s), 3.540494, 1e-6);
 }
 
+TEST_F(ProcessingTimeEstimatorTest, ALongerRecordingTakesLonger)
+{
+    estimator.recordProcessingDuration(3s, 10s);
+    estimator.recordProcessingDuration(3s, 10s);
+
+    EXPECT_NEAR(estimateInSeconds(40s), 4.069813, 1e-6); // 3 s × 4^0.22
+    EXPECT_NEAR(estimateInSeconds(5s), 2.575696, 1e-6); // 3 s × 0.5^0.22
+}
+
 TEST_F(ProcessingTimeEstimatorTest, OnlyTheNewestTwentySessionsAreKept)
 {
     for (int session = 1; session <= 25; ++session)

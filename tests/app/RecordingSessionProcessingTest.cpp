@@ -147,6 +147,21 @@ TEST_F(RecordingSessionProcessingTest, TheSettingsOfTheEndOfTheRecordingCount)
     EXPECT_EQ(history.saved.last().targetLanguage, u"korean"_s);
 }
 
+TEST_F(RecordingSessionProcessingTest, TheApplicationIsDescribedAsItIsAtTheEndOfTheRecording)
+{
+    record(OperationMode::Dictation, 10s);
+    editor->role = u"AXTextField"_s;
+    press(OperationMode::Dictation);
+    editor->role = u"AXGroup"_s;
+    recognise(u"um hello"_s);
+
+    const QJsonObject sent = sentObject().value(u"application"_s).toObject();
+    EXPECT_EQ(sent.value(u"focusedRole"_s).toString(), u"AXTextField"_s);
+    answerCloud(u"Hello."_s);
+    deliver();
+    EXPECT_EQ(history.saved.last().application.focusedRole, u"AXTextField"_s);
+}
+
 TEST_F(RecordingSessionProcessingTest, TheTextArrivesInTheEditor)
 {
     complete(OperationMode::Dictation, u"um hello"_s, u"Hello."_s);

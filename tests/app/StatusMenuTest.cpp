@@ -291,6 +291,8 @@ TEST_F(StatusMenuTest, ATargetChosenInTheMenuIsStoredAndShownEverywhere)
 
         EXPECT_EQ(
             stored(keys::translationTarget), translationTargets.at(row).identifier.toString());
+        EXPECT_EQ(preferences.flushed(keys::translationTarget).toString(),
+            stored(keys::translationTarget));
         EXPECT_EQ(item.checked("Translation target"), QStringList{title});
         EXPECT_EQ(popups.translationTargetIndex, static_cast<qsizetype>(row));
         EXPECT_EQ(item.menu[1].title, QString("Start translation (⌥ Space → %1)").arg(title));

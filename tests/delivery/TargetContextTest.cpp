@@ -101,6 +101,21 @@ TEST_F(TargetContextTest, ANewCaptureReleasesTheReferencesOfTheOldOne)
     EXPECT_FALSE(target.targetApplication().has_value());
 }
 
+TEST_F(TargetContextTest, WithoutTrustTheReferencesOfTheOldCaptureAreReleasedToo)
+{
+    accessibility.focusedElements[editorProcess] = element(editorProcess);
+    openWindow(u"Letter on slack"_s);
+    target.capture();
+    EXPECT_EQ(accessibility.liveReferences, 2);
+
+    accessibility.trusted = false;
+    target.capture();
+
+    EXPECT_EQ(accessibility.liveReferences, 0);
+    EXPECT_EQ(target.targetFocusedElement(), nullptr);
+    EXPECT_EQ(target.applicationContext().windowHint, QString());
+}
+
 TEST_F(TargetContextTest, WithoutAFrontmostApplicationTheContextSaysUnknown)
 {
     workspace.frontmost.reset();

@@ -108,6 +108,8 @@ TEST_F(DictionaryStoreTest, SavingWritesTheMirrorOfEnabledTermsAndFlushes)
     EXPECT_EQ(stored().size(), 5);
     EXPECT_EQ(stored()[1].toMap(), (QVariantMap{{"term", "Boris"}, {"enabled", false}}));
     EXPECT_EQ(preferences.synchronizations(), 1);
+    EXPECT_EQ(preferences.flushed(keys::personalDictionary).toStringList(), mirror());
+    EXPECT_EQ(preferences.flushed(keys::personalDictionaryEntries).toList(), stored());
     EXPECT_EQ(read(), entries);
 }
 

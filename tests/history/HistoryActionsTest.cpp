@@ -124,8 +124,9 @@ TEST_F(HistoryActionsTest, TheFolderOpensInTheFileBrowser)
 
 TEST_F(HistoryActionsTest, TheHistoryIsShownOnItsPageInFront)
 {
+    workspace.onOwnActivation = [this] { calls.append(u"activate"_s); };
     actions.showHistoryWindow();
-    EXPECT_EQ(calls, (QStringList{u"select"_s, u"refresh"_s, u"show"_s}));
+    EXPECT_EQ(calls, (QStringList{u"select"_s, u"refresh"_s, u"activate"_s, u"show"_s}));
     EXPECT_EQ(workspace.ownActivations, 1);
 }
 

@@ -331,6 +331,27 @@ TEST_F(HistoryStoreTest, TheOldPreferenceBecomesTheFileAndIsRemoved)
     EXPECT_FALSE(preferences.value(keys::transcriptionHistory).isValid());
 }
 
+TEST_F(HistoryStoreTest, WhenTheOldFileCannotBeCopiedTheOldPreferenceIsTaken)
+{
+    keep(u"forever"_s);
+    preferences.setValue(keys::transcriptionHistory,
+        QVariantList{QVariantMap{{u"id"_s, u"A"_s}, {u"mode"_s, u"chat"_s}}});
+    ASSERT_TRUE(QDir().mkpath(folder.filePath(u"Sorvel/TranscriptionHistory.json"_s)));
+    EXPECT_EQ(ids(), QStringList{u"A"_s});
+}
+
+TEST_F(HistoryStoreTest, TheFileIsIndentedForPeopleToRead)
+{
+    keep(u"forever"_s);
+    preferences.setValue(keys::transcriptionHistory,
+        QVariantList{QVariantMap{{u"id"_s, u"A"_s}, {u"mode"_s, u"chat"_s}}});
+    EXPECT_EQ(ids(), QStringList{u"A"_s});
+    EXPECT_TRUE(file().contains("\n        \"id\": \"A\",\n")) << file().constData();
+
+    save(u"said"_s, u"written"_s);
+    EXPECT_TRUE(file().contains("\n    \"finalText\": \"written\",\n")) << file().constData();
+}
+
 TEST_F(HistoryStoreTest, AnEmptyOldPreferenceStays)
 {
     preferences.setValue(keys::transcriptionHistory, QVariantList());
