@@ -89,6 +89,27 @@ TEST_F(CloudTextTest, ChatSendsEmptyStringsForWhatIsNotGiven)
     EXPECT_EQ(request(0).body, QByteArray(R"({"context":"","transcript":""})"));
 }
 
+TEST_F(CloudTextTest, PolishAndChatRefreshASessionThatHasExpired)
+{
+    const auto expire = [this] {
+        storeSession(u"a"_s, u"r"_s);
+        transport.willAnswer(401, "expired");
+        willRefresh();
+        transport.willAnswer(200, R"({"text": "x"})");
+    };
+    TextOutcome polished;
+    expire();
+    api->polish(u"x"_s, {}, std::nullopt, std::nullopt, polished.completion());
+    run();
+    EXPECT_EQ(polished.value(), Result<QString>(u"x"_s));
+
+    TextOutcome answered;
+    expire();
+    api->chat(u"x"_s, {}, answered.completion());
+    run();
+    EXPECT_EQ(answered.value(), Result<QString>(u"x"_s));
+}
+
 TEST_F(CloudTextTest, PolishWithoutASessionIsRefusedInChineseInEveryLanguage)
 {
     for (const auto form : {&LocalizedText::zhHans, &LocalizedText::zhHant, &LocalizedText::en}) {

@@ -184,6 +184,16 @@ TEST_F(LiveTranscriberTest, TheDevicesErrorIsPassedOn)
     transcriber->stop();
 }
 
+TEST_F(LiveTranscriberTest, TheRunBeforeEndsBeforeTheDeviceIsAskedForAgain)
+{
+    ASSERT_TRUE(start());
+    recognizer.startFailure = Error{"Microphone", 7, "unplugged"};
+
+    EXPECT_FALSE(start());
+
+    EXPECT_FALSE(recognizer.calls[0].isRunning());
+}
+
 TEST_F(LiveTranscriberTest, AnUpdateMayStopTheRun)
 {
     ASSERT_TRUE(transcriber->startWithUpdate([this](const QString& text) {

@@ -90,6 +90,17 @@ TEST_F(SystemTranscriberTest, AnUnavailableRecognizerThatKnowsWhatItLacksSaysIt)
         (Error{"TavrinSpeech", 10, QStringLiteral("语音模型无法加载：/models/100%2")}));
 }
 
+TEST_F(SystemTranscriberTest, ARefusedPermissionIsToldBeforeAnUnavailableRecognizer)
+{
+    recognizer.available = false;
+    permissions.speech = AuthorizationStatus::Denied;
+
+    transcribe();
+
+    EXPECT_EQ(permissions.speechRequests, 1);
+    EXPECT_EQ(onlyError().code, static_cast<int>(AuthorizationStatus::Denied));
+}
+
 TEST_F(SystemTranscriberTest, TheRecordingIsRecognizedAsPunctuatedDictationWithTheTermsOfTheMoment)
 {
     terms.append("Boris");
@@ -206,6 +217,21 @@ TEST_F(SystemTranscriberTest, APermissionAnsweredOnAnotherThreadStartsOnTheMainT
     time.advance(0s);
     ASSERT_EQ(recognizer.calls.size(), 1);
     recognizer.calls[0].answer("text");
+}
+
+TEST_F(SystemTranscriberTest, ARefusalOnAnotherThreadIsReportedThere)
+{
+    permissions.holdsRequests = true;
+    std::thread::id reportedOn;
+    transcriber.transcribe(
+        "recording.m4a", [&](const Result<QString>&) { reportedOn = std::this_thread::get_id(); });
+
+    std::thread userThread([&] { permissions.takeRequest()(AuthorizationStatus::Denied); });
+    const std::thread::id answeredOn = userThread.get_id();
+    userThread.join();
+
+    EXPECT_EQ(reportedOn, answeredOn);
+    EXPECT_EQ(time.pending(), 0U);
 }
 
 TEST_F(SystemTranscriberTest, AResultOnAnotherThreadIsReportedThere)

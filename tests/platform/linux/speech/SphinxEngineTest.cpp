@@ -11,6 +11,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 namespace tavrin {
 namespace {
 
@@ -26,6 +28,17 @@ protected:
         QString path = folder.filePath("spoken.wav");
         EXPECT_TRUE(testing::speak(text, voice, path));
         return path;
+    }
+
+    static std::vector<qint16> samplesOf(const QString& path)
+    {
+        constexpr qsizetype headerSize = 44;
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray sound = file.readAll().mid(headerSize);
+        std::vector<qint16> samples(static_cast<std::size_t>(sound.size()) / sizeof(qint16));
+        std::memcpy(samples.data(), sound.data(), samples.size() * sizeof(qint16));
+        return samples;
     }
 
     QString recognized(const QString& path, const QStringList& terms = {})
@@ -88,6 +101,31 @@ TEST_F(SphinxEngineTest, ALiveUtteranceSurvivesARecordingInBetween)
         again.handler()(SpeechResult{text, true});
     });
     EXPECT_EQ(again.text(), "");
+}
+
+TEST_F(SphinxEngineTest, LiveTextKeepsWhatWasSaidBeforeAPause)
+{
+    constexpr std::size_t block = speechSampleRate / 10;
+    std::vector<qint16> samples;
+    for (const char* sentence : {"good morning", "the weather is nice today"}) {
+        const std::vector<qint16> said = samplesOf(spoken(QString::fromLatin1(sentence)));
+        samples.insert(samples.end(), said.begin(), said.end());
+        samples.insert(samples.end(), std::size_t{2} * speechSampleRate, 0);
+    }
+    const testing::HeardResults heard;
+    thread->post([&] {
+        const auto live =
+            thread->engine()
+                .begin({.shouldReportPartialResults = true, .contextualStrings = {}}, {})
+                .value();
+        for (std::size_t at = 0; at + block <= samples.size(); at += block)
+            ASSERT_TRUE(live->feed(std::span(samples).subspan(at, block)));
+        heard.handler()(SpeechResult{live->partialText().simplified(), true});
+    });
+
+    // The quick search may take one word for another.
+    EXPECT_TRUE(heard.text().startsWith("good morning ")) << heard.text().toStdString();
+    EXPECT_TRUE(heard.text().endsWith(" today")) << heard.text().toStdString();
 }
 
 TEST_F(SphinxEngineTest, AModelThatCannotBeLoadedIsSaidSo)
