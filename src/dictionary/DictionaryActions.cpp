@@ -28,13 +28,15 @@ std::optional<qsizetype> indexOfId(const QList<DictionaryEntry>& entries, const 
     return found - entries.begin();
 }
 
+constexpr QSize editFieldSize(320, 28);
+
 Alert editAlert(const QString& term)
 {
     return {
         .messageText = texts::editTerm.toString(),
         .informativeText = texts::editTermExplanation.toString(),
         .buttons = {texts::saveTerm.toString(), texts::cancelEditTerm.toString()},
-        .fields = {{.label = {}, .text = term, .placeholder = {}}},
+        .fields = {{.label = {}, .text = term, .placeholder = {}, .size = editFieldSize}},
     };
 }
 

@@ -3,17 +3,19 @@
 #include "base/Completion.h"
 
 #include <QList>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 
 namespace tavrin {
 
-/// A line of input in an alert.
+/// A line of input in an alert, of any length.
 struct AlertField {
     QString label; ///< Shown before the field; empty for none.
     QString text;
     QString placeholder;
     bool secure = false;
+    QSize size{}; ///< In points; what is usual when it is empty. Taller where the font needs it.
 
     friend bool operator==(const AlertField&, const AlertField&) = default;
 };

@@ -244,6 +244,46 @@ TEST_F(QtAlertsTest, ASecureFieldHidesWhatIsTyped)
     press(Qt::Key_Escape);
 }
 
+TEST_F(QtAlertsTest, AFieldHasItsSizeAndIsTallEnoughForItsFont)
+{
+    Alert alert = question;
+    alert.fields = {{.label = {}, .text = {}, .placeholder = {}, .size = QSize(320, 40)},
+        {.label = {}, .text = {}, .placeholder = {}, .size = QSize(300, 2)}};
+    show(alert);
+    const auto fields = openDialog()->findChildren<QLineEdit*>();
+    EXPECT_EQ(fields[0]->size(), QSize(320, 40));
+    EXPECT_EQ(fields[1]->size(), QSize(300, fields[1]->sizeHint().height()));
+    press(Qt::Key_Escape);
+}
+
+TEST_F(QtAlertsTest, AFieldTakesATextOfAnyLength)
+{
+    const QString longText = QStringLiteral("term ").repeated(20'000);
+    Alert alert = question;
+    alert.fields = {{.label = {}, .text = longText, .placeholder = {}}};
+    show(alert);
+    press(Qt::Key_End);
+    openDialog()->findChild<QLineEdit*>()->insert(QStringLiteral("end"));
+    press(Qt::Key_Return);
+    ASSERT_EQ(m_answers.size(), 1);
+    EXPECT_TRUE(m_answers[0].fields.first() == longText + QStringLiteral("end"));
+}
+
+TEST_F(QtAlertsTest, EveryFieldHasANameForAScreenReader)
+{
+    Alert alert = question;
+    alert.fields = {{.label = QStringLiteral("Name"), .text = {}, .placeholder = {}},
+        {.label = {}, .text = {}, .placeholder = QStringLiteral("Key")},
+        {.label = {}, .text = QStringLiteral("Anna"), .placeholder = {}}};
+    show(alert);
+    QStringList names;
+    for (const QLineEdit* field : openDialog()->findChildren<QLineEdit*>())
+        names.append(field->accessibleName());
+    EXPECT_EQ(
+        names, QStringList({QStringLiteral("Name"), QStringLiteral("Key"), question.messageText}));
+    press(Qt::Key_Escape);
+}
+
 TEST_F(QtAlertsTest, TextsOfAnySizeFitTheScreen)
 {
     Alert huge = question;

@@ -140,7 +140,9 @@ TEST_F(DictionaryActionsTest, EditingAsksWithTheTermOfTheEntry)
     EXPECT_EQ(alert.messageText, QStringLiteral("编辑词条"));
     EXPECT_EQ(alert.informativeText, QStringLiteral("修改后会立即用于下一次语音识别与文字整理。"));
     EXPECT_EQ(alert.buttons, (QStringList{QStringLiteral("保存"), QStringLiteral("取消")}));
-    EXPECT_EQ(alert.fields, (QList{AlertField{.label = {}, .text = "Anna", .placeholder = {}}}));
+    EXPECT_EQ(alert.fields,
+        (QList{
+            AlertField{.label = {}, .text = "Anna", .placeholder = {}, .size = QSize(320, 28)}}));
     alerts.answer(1, {"Boris"});
 }
 

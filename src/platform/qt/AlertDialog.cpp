@@ -13,6 +13,7 @@
 #include <QStyle>
 
 #include <algorithm>
+#include <limits>
 
 namespace tavrin {
 namespace {
@@ -41,6 +42,15 @@ QPixmap picture(Alert::Style style, const QWidget& widget)
 QString escaped(QString title)
 {
     return title.replace(u'&', QStringLiteral("&&"));
+}
+
+/// What a screen reader calls a field: a field without a name of its own is what the alert is
+/// about.
+QString spokenName(const AlertField& field, const Alert& alert)
+{
+    if (!field.label.isEmpty())
+        return field.label;
+    return field.placeholder.isEmpty() ? alert.messageText : field.placeholder;
 }
 
 QDialogButtonBox::ButtonRole role(qsizetype index, qsizetype count)
@@ -114,15 +124,16 @@ void AlertDialog::addFields(const Alert& alert, QVBoxLayout& column)
 {
     if (alert.fields.isEmpty())
         return;
-    constexpr int longestInput = 4096;
     auto* form = new QFormLayout;
     form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
     for (const AlertField& field : alert.fields) {
         auto* input = new QLineEdit(field.text);
         input->setPlaceholderText(field.placeholder);
-        input->setMaxLength(longestInput);
+        input->setMaxLength(std::numeric_limits<int>::max());
         input->setEchoMode(field.secure ? QLineEdit::Password : QLineEdit::Normal);
-        input->setAccessibleName(field.label.isEmpty() ? field.placeholder : field.label);
+        input->setAccessibleName(spokenName(field, alert));
+        if (!field.size.isEmpty())
+            input->setFixedSize(field.size.expandedTo({0, input->sizeHint().height()}));
         m_fields.append(input);
         if (field.label.isEmpty()) {
             form->addRow(input);
