@@ -1,5 +1,6 @@
 #include "platform/qt/QtMainQueue.h"
 #include "support/VirtualTime.h"
+#include "support/WaitUntil.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -23,6 +24,8 @@ public:
     [[nodiscard]] virtual MainQueue& queue() = 0;
     /// Runs the queue for at least @p duration.
     virtual void pass(Seconds duration) = 0;
+    /// Runs the queue until @p done, for what has no time of its own.
+    virtual void passUntil(const std::function<bool()>& done) = 0;
     virtual void destroyQueue() = 0;
 };
 
@@ -31,6 +34,12 @@ public:
     [[nodiscard]] MainQueue& queue() override { return *m_time; }
 
     void pass(Seconds duration) override { m_time->advance(duration); }
+
+    void passUntil(const std::function<bool()>& done) override
+    {
+        m_time->advance(1ms);
+        EXPECT_TRUE(done());
+    }
 
     void destroyQueue() override { m_time.reset(); }
 
@@ -48,6 +57,8 @@ public:
         const auto end = m_queue->after(duration, [&loop] { loop.quit(); });
         loop.exec();
     }
+
+    void passUntil(const std::function<bool()>& done) override { EXPECT_TRUE(waitUntil(done)); }
 
     void destroyQueue() override { m_queue.reset(); }
 
@@ -98,7 +109,7 @@ TEST_P(MainQueueContractTest, ATaskPostedByATaskRunsAfterThoseThatWait)
         m_queue.post(record(3));
     });
     m_queue.post(record(2));
-    m_subject->pass(1ms);
+    m_subject->passUntil([this] { return m_calls.size() == 3; });
     EXPECT_EQ(m_calls, (std::vector<int>{1, 2, 3}));
 }
 

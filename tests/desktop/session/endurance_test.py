@@ -11,6 +11,7 @@ import contextlib
 import os
 import random
 import sys
+import tempfile
 import threading
 import time
 
@@ -107,13 +108,18 @@ def main():
     program, service, test_editor, rounds = sys.argv[1:5]
     seed = int(sys.argv[5]) if len(sys.argv) > 5 else random.randrange(1_000_000)
     print(f"seed {seed}", flush=True)
-    stage = Stage(program, service, {}, use_model=True)
-    try:
-        for name in BUSY_EDITORS:
-            sessions_on_a_busy_machine(stage, name, int(rounds))
-        sessions_into_a_hanging_editor(stage, test_editor, int(rounds), random.Random(seed))
-    finally:
-        stage.close()
+    with tempfile.NamedTemporaryFile("w+") as log:
+        stage = Stage(program, service, {}, use_model=True, log=log)
+        try:
+            for name in BUSY_EDITORS:
+                sessions_on_a_busy_machine(stage, name, int(rounds))
+            sessions_into_a_hanging_editor(stage, test_editor, int(rounds), random.Random(seed))
+        except BaseException:
+            log.seek(0)
+            sys.stderr.writelines(log.readlines()[-60:])
+            raise
+        finally:
+            stage.close()
 
 
 if __name__ == "__main__":
