@@ -110,7 +110,7 @@ TEST_F(AppDelegateTest, HidingTheWindowHidesOnlyTheWindow)
     EXPECT_EQ(takeTrace(), QStringList({"hide window"}));
 }
 
-TEST_F(AppDelegateTest, ClosingTheWindowDoesNotQuit)
+TEST_F(AppDelegateTest, TheDesktopIsToldNotToQuitWithTheLastWindow)
 {
     EXPECT_FALSE(AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
 }

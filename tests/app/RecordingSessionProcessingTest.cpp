@@ -256,10 +256,12 @@ TEST_F(RecordingSessionProcessingTest, ASessionThatFailsIsNeitherKeptNorLearnedF
 TEST_F(RecordingSessionProcessingTest, AFailureRestoresWhatWasChangedOfTheSound)
 {
     preferHeadset();
-    permissions.speech = AuthorizationStatus::Denied;
-
     finishRecording(OperationMode::Dictation);
-    time.advance(0s);
+    EXPECT_EQ(devices.defaultInput, builtInMicrophone);
+    audioEnvironment->applyPreferredMicrophoneForRecording(); // Changed since the recording ended.
+    ASSERT_EQ(devices.defaultInput, headset);
+
+    failRecognition({u"Engine"_s, 5, u"no model"_s});
 
     EXPECT_EQ(devices.defaultInput, builtInMicrophone);
     EXPECT_EQ(session->state(), SessionState::Idle);

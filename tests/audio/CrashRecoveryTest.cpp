@@ -217,8 +217,21 @@ TEST_F(CrashRecoveryTest, ChangesOfALivingProcessAreLeftAlone)
 
 TEST_F(CrashRecoveryTest, ANoteIsOnDiskBeforeEachChangeAndGoneAfterTheRestore)
 {
-    environment->applyPreferredMicrophoneForRecording();
-    EXPECT_TRUE(QFile::exists(notePath()));
+    QStringList notes;
+    devices.onWrite = [&](const QString& change) {
+        QFile file(notePath());
+        const bool noted = file.open(QIODevice::ReadOnly);
+        notes.append(change + (noted ? ": " + file.readAll() : QByteArray(": nothing")));
+    };
+    startRecording();
+    devices.onWrite = nullptr;
+
+    ASSERT_EQ(notes.size(), 2);
+    EXPECT_TRUE(notes[0].startsWith("input 2: ") && notes[0].contains("pci-built-in"))
+        << notes[0].toStdString();
+    EXPECT_TRUE(notes[1].startsWith("mute 3 1: ") && notes[1].contains("pci-speakers"))
+        << notes[1].toStdString();
+    EXPECT_TRUE(notes[1].contains("pci-built-in")) << notes[1].toStdString();
 
     environment->restoreAudioEnvironment();
     EXPECT_FALSE(QFile::exists(notePath()));

@@ -90,10 +90,12 @@ TEST_F(EditorAccessTest, TheExpectedValueIsProofWithoutAnyRange)
 
 TEST_F(EditorAccessTest, TheTextAtItsPlaceIsProof)
 {
-    editor->text = u"Dear Anna\r\n..."_s;
-    const EditorObservation before{std::nullopt, TextRange{5, 0}, std::nullopt};
-    EXPECT_TRUE(verify(u"Anna\r"_s, std::nullopt, before));
+    editor->text = u"Anna\rDear Anna\nBob..."_s;
+    const EditorObservation before{std::nullopt, TextRange{10, 0}, std::nullopt};
+    EXPECT_TRUE(verify(u"Anna\rBob"_s, std::nullopt, before));
+    EXPECT_TRUE(verify(u"Anna"_s, std::nullopt, before));
     EXPECT_FALSE(verify(u"Nana"_s, std::nullopt, before));
+    EXPECT_FALSE(verify(u"Dear"_s, std::nullopt, before)); // It stands elsewhere.
 }
 
 TEST_F(EditorAccessTest, CaretAndCountAreProofForAReplacedSelection)

@@ -360,6 +360,14 @@ TEST_F(HistoryStoreTest, AnEmptyOldPreferenceStays)
     EXPECT_TRUE(preferences.value(keys::transcriptionHistory).isValid());
 }
 
+TEST_F(HistoryStoreTest, AnOldPreferenceIsTakenWhateverKindOfListItIs)
+{
+    preferences.setValue(keys::transcriptionHistory, QStringList{u"no record"_s});
+    EXPECT_EQ(store.historyFileURL(), path());
+    EXPECT_EQ(QJsonDocument::fromJson(file()).array(), QJsonArray{u"no record"_s});
+    EXPECT_FALSE(preferences.value(keys::transcriptionHistory).isValid());
+}
+
 TEST_F(HistoryStoreTest, AnOldPreferenceThatCannotBeWrittenIsTriedAgain)
 {
     keep(u"forever"_s);

@@ -94,12 +94,15 @@ protected:
 
 TEST_F(PanelRecordingHUDTest, IsHiddenAtFirstWithItsInitialTexts)
 {
-    EXPECT_FALSE(panel.visible);
-    EXPECT_EQ(panel.content.titleLabel, u"正在收音"_s);
-    EXPECT_TRUE(panel.content.detailLabel.startsWith(u"再次轻按 "_s));
-    EXPECT_TRUE(panel.content.detailLabel.endsWith(u" 结束并输入"_s));
-    EXPECT_EQ(panel.content.timeLabel, u"00:00"_s);
-    EXPECT_EQ(panel.content.transcriptLabel, u"正在等待语音…"_s);
+    preferences.setValue(keys::dictationShortcutIdentifiers, QStringList{u"leftOption"_s});
+    RecordingPanel fresh;
+    const PanelRecordingHUD first{{fresh, time, time, localization, settings}};
+
+    EXPECT_EQ(fresh.shows, 0);
+    EXPECT_EQ(fresh.content.titleLabel, u"正在收音"_s);
+    EXPECT_EQ(fresh.content.detailLabel, u"再次轻按 Left Option 结束并输入"_s);
+    EXPECT_EQ(fresh.content.timeLabel, u"00:00"_s);
+    EXPECT_EQ(fresh.content.transcriptLabel, u"正在等待语音…"_s);
 }
 
 TEST_F(PanelRecordingHUDTest, EachOperationHasItsTextsInEachLanguage)
@@ -290,7 +293,12 @@ TEST_F(PanelRecordingHUDTest, ProcessingStepsEvery60MillisecondsAtFullLevel)
 
     EXPECT_EQ(panel.content.timeLabel, u"≈ 10s"_s);
     EXPECT_NEAR(panel.content.lightX, 190 * 0.06 - 150, 1e-6);
-    EXPECT_NEAR(panel.content.bars[0].height, hud::waveBars(60ms, 1)[0].height, 1e-6);
+    EXPECT_EQ(panel.content.bars, hud::waveBars(60ms, 1));
+
+    time.advance(59ms);
+    EXPECT_EQ(panel.content.bars, hud::waveBars(60ms, 1));
+    time.advance(1ms);
+    EXPECT_EQ(panel.content.bars, hud::waveBars(120ms, 1));
 }
 
 TEST_F(PanelRecordingHUDTest, ProcessingCountsFromItsOwnBeginning)
@@ -409,8 +417,10 @@ TEST_F(PanelRecordingHUDTest, TheClipboardNoticeShowsItsReasonForThreeAndAHalfSe
     EXPECT_EQ(panel.content.timeLabel, u"⌘V"_s);
     EXPECT_FALSE(panel.content.barsVisible);
     EXPECT_FALSE(panel.content.progressVisible);
+    const hud::Content notice = panel.content;
     time.advance(3499ms);
     EXPECT_TRUE(panel.visible);
+    EXPECT_EQ(panel.content, notice);
     time.advance(1ms);
     EXPECT_FALSE(panel.visible);
 }

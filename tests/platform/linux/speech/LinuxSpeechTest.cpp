@@ -91,5 +91,23 @@ TEST_F(LinuxSpeechTest, AVoskServerHearsLiveSpeechToo)
     EXPECT_EQ(linuxSpeechLanguage(preferences), "zh-CN");
 }
 
+TEST_F(LinuxSpeechTest, WhatIsHeardDependsNeitherOnTheInterfaceNorOnTheTargetLanguage)
+{
+    preferences.setValue(keys::linuxSpeechHttpUrl, "http://localhost:8000");
+    preferences.setValue(keys::linuxSpeechVoskUrl, "ws://127.0.0.1:2700");
+    const QList<std::pair<QString, QString>> rows{
+        {"http", "zh-CN"}, {"vosk", "zh-CN"}, {"sphinx", "en-US"}};
+    for (const auto& [engine, language] : rows) {
+        preferences.setValue(keys::linuxSpeechEngine, engine);
+        for (const char* interface : {"en", "zh-Hant", "zh-Hans", "system"}) {
+            preferences.setValue(keys::interfaceLanguage, interface);
+            for (const char* target : {"none", "english", "french"}) {
+                preferences.setValue(keys::translationTarget, target);
+                EXPECT_EQ(linuxSpeechLanguage(preferences), language) << interface << target;
+            }
+        }
+    }
+}
+
 } // namespace
 } // namespace tavrin
