@@ -184,7 +184,7 @@ void TestClient::fakeKey(xcb_keycode_t code, bool down)
 
 XcbPointer<xcb_generic_event_t> TestClient::nextEvent(int type)
 {
-    const auto end = Clock::now() + 5s;
+    const auto end = Clock::now() + 10s;
     while (Clock::now() < end) {
         XcbPointer<xcb_generic_event_t> event(xcb_poll_for_event(m_connection.get()));
         if (event && (event->response_type & 0x7f) == type)

@@ -62,7 +62,7 @@ public:
     /// Waits until @p condition holds; false when that takes longer than @p patience, which is far
     /// more than anything needs on a quiet machine.
     static bool eventually(const std::function<bool()>& condition,
-        std::chrono::milliseconds patience = std::chrono::seconds(5));
+        std::chrono::milliseconds patience = std::chrono::seconds(10));
 
 private:
     void fakeKey(xcb_keycode_t code, bool down);
