@@ -18,8 +18,9 @@ struct Position {
 std::optional<Position> positionOf(
     xcb_keysym_t symbol, const KeyboardMap& map, const KeyboardState& state)
 {
-    constexpr int thirdLevels = 4; // Of the first two layouts; they stand behind the other levels.
-    for (int level = 0; level < 4; ++level) {
+    constexpr int layouts = 2; // The columns of further ones have no fixed place.
+    constexpr int thirdLevels = 4; // They stand behind the other levels of both layouts.
+    for (int level = 0; level < 4 && state.group < layouts; ++level) {
         const int column = 2 * state.group + (level < 2 ? level : thirdLevels + level - 2);
         for (int row = 0; row < map.codeCount(); ++row) {
             const auto code = static_cast<xcb_keycode_t>(map.firstCode() + row);

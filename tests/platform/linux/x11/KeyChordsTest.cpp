@@ -58,6 +58,7 @@ TEST(KeyChordsTest, AShortcutsLetterMayStandInAnotherLayout)
     EXPECT_EQ(codesOf({.symbol = 'y', .control = true}, twoLayouts(), {.group = 1}),
         (Codes{control, 17}));
     EXPECT_EQ(codesOf({.symbol = 'y'}, twoLayouts(), {.group = 1}), Codes());
+    EXPECT_EQ(codesOf({.symbol = 0xb2}, twoLayouts(), {.group = 2}), Codes());
 }
 
 TEST(KeyChordsTest, AKeyOfTheFirstLayoutServesTheOthers)

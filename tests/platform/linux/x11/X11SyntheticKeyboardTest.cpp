@@ -46,6 +46,36 @@ private:
     int m_presses = 0;
 };
 
+/// Another layout of the keyboard for as long as it lives.
+class LayoutInUse final {
+public:
+    explicit LayoutInUse(const QString& layout)
+    {
+        EXPECT_EQ(run(QStringLiteral("xkbcomp"), {QStringLiteral("-w0"), display(), usual()}), 0);
+        EXPECT_EQ(run(QStringLiteral("setxkbmap"), {layout}), 0);
+    }
+
+    ~LayoutInUse()
+    {
+        EXPECT_EQ(run(QStringLiteral("xkbcomp"), {QStringLiteral("-w0"), usual(), display()}), 0);
+    }
+
+    LayoutInUse(const LayoutInUse&) = delete;
+    LayoutInUse& operator=(const LayoutInUse&) = delete;
+
+private:
+    static int run(const QString& program, const QStringList& arguments)
+    {
+        return QProcess::execute(program, arguments);
+    }
+
+    static QString display() { return qEnvironmentVariable("DISPLAY"); }
+
+    [[nodiscard]] QString usual() const { return m_folder.filePath(QStringLiteral("usual.xkb")); }
+
+    QTemporaryDir m_folder;
+};
+
 /// Types into an editor of Qt that stands in for another program.
 class X11SyntheticKeyboardTest : public ::testing::Test {
 protected:
@@ -211,6 +241,28 @@ TEST_F(X11SyntheticKeyboardTest, AProgramThatHangsWhileItIsTypedIntoKeepsTheKeyb
     EXPECT_EQ(type(QStringLiteral("plain"), program.application()), KeyPosting::Unanswered);
     program.resume();
     EXPECT_TRUE(TestClient::eventually([&] { return program.text() == u"plain"; }));
+}
+
+TEST_F(X11SyntheticKeyboardTest, AShortcutOfManyKeysArrivesInEveryLayout)
+{
+    m_target.bundleIdentifier = QStringLiteral("gvim");
+    for (const auto& layout : {QStringLiteral("us"), QStringLiteral("de"), QStringLiteral("fr")}) {
+        const LayoutInUse layoutInUse(layout);
+        m_editor.clear();
+        m_keyboard.postPasteShortcut({m_target});
+        // To this editor the first two mean nothing.
+        EXPECT_TRUE(eventuallyReads(QStringLiteral("\"+gP")))
+            << layout.toStdString() << ": " << text().toStdString();
+    }
+}
+
+TEST_F(X11SyntheticKeyboardTest, AShortcutThatTheLayoutHasOnlyAPartOfIsNotBegun)
+{
+    m_target.bundleIdentifier = QStringLiteral("gvim");
+    const LayoutInUse layout(QStringLiteral("ru"));
+    m_keyboard.postPasteShortcut({m_target});
+    m_keyboard.postUnicodeText({QStringLiteral("mine")}, m_target);
+    EXPECT_TRUE(eventuallyReads(QStringLiteral("mine"))) << text().toStdString();
 }
 
 TEST_F(X11SyntheticKeyboardTest, TypesCharactersOfEveryKind)
