@@ -1,28 +1,14 @@
 #include "platform/linux/x11/KeySymbols.h"
 
+#include "platform/linux/x11/XkbProtocol.h"
+
 #include <cstring>
 #include <span>
-// The header's parameter names are keywords of C++.
-#ifdef __clang__
-#pragma clang diagnostic ignored "-Wkeyword-macro"
-#endif
-#define explicit explicit_
-#include <xcb/xkb.h>
-#undef explicit
 
 namespace tavrin {
 namespace {
 
 constexpr quint8 twoLevels = 1; // Number of the type whose second level is that of Shift.
-
-bool hasExtension(const X11Connection& connection)
-{
-    const auto cookie =
-        xcb_xkb_use_extension(connection.get(), XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
-    const XcbPointer<xcb_xkb_use_extension_reply_t> reply(
-        xcb_xkb_use_extension_reply(connection.get(), cookie, nullptr));
-    return reply && reply->supported != 0;
-}
 
 XcbPointer<xcb_xkb_get_map_reply_t> symbolsOf(
     const X11Connection& connection, xcb_keycode_t first, quint8 count)
@@ -54,7 +40,7 @@ void append(std::vector<std::byte>& list, const void* data, std::size_t bytes)
 std::optional<KeySymbols> KeySymbols::read(
     const X11Connection& connection, xcb_keycode_t first, xcb_keycode_t last)
 {
-    if (!connection.isOpen() || first > last || !hasExtension(connection))
+    if (first > last || !xkb::isUsable(connection))
         return {};
     const auto reply = symbolsOf(connection, first, static_cast<quint8>(last - first + 1));
     if (!reply)

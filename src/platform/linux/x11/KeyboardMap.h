@@ -18,11 +18,12 @@ inline constexpr xcb_keysym_t backslash = 0x5c;
 inline constexpr xcb_keysym_t g = 0x67;
 inline constexpr xcb_keysym_t o = 0x6f;
 inline constexpr xcb_keysym_t v = 0x76;
-inline constexpr xcb_keysym_t levelThreeShift = 0xfe03;
+inline constexpr xcb_keysym_t thirdLevel = 0xfe03; ///< ISO_Level3_Shift: AltGr.
 inline constexpr xcb_keysym_t tab = 0xff09;
 inline constexpr xcb_keysym_t enter = 0xff0d;
 inline constexpr xcb_keysym_t escape = 0xff1b;
 inline constexpr xcb_keysym_t insert = 0xff63;
+inline constexpr xcb_keysym_t numLock = 0xff7f;
 inline constexpr xcb_keysym_t leftShift = 0xffe1;
 inline constexpr xcb_keysym_t rightShift = 0xffe2;
 inline constexpr xcb_keysym_t leftControl = 0xffe3;
@@ -35,7 +36,9 @@ inline constexpr xcb_keysym_t leftSuper = 0xffeb;
 inline constexpr xcb_keysym_t rightSuper = 0xffec;
 } // namespace keysyms
 
-/// Which symbols the key codes of the keyboard carry, as the server had it when this was read.
+/// Which symbols the key codes of the keyboard carry, as the core protocol tells: good for keys
+/// that are the same in every layout, and to see which codes carry none. KeyboardLayouts knows
+/// more.
 class KeyboardMap {
 public:
     KeyboardMap() = default;
@@ -49,10 +52,11 @@ public:
 
     [[nodiscard]] int symbolsPerCode() const { return m_symbolsPerCode; }
 
-    /// The symbol at @p level, two levels a group; keysyms::none beyond the end.
+    /// The symbol in column @p level of the code's row, 0 being the first level of the first
+    /// layout; keysyms::none beyond the end.
     [[nodiscard]] xcb_keysym_t symbol(xcb_keycode_t code, int level) const;
 
-    /// The first code that carries @p symbol at any level, best at the first one.
+    /// The first code that carries @p symbol in any column, best in the first one.
     [[nodiscard]] std::optional<xcb_keycode_t> codeOf(xcb_keysym_t symbol) const;
 
     /// The codes that carry nothing.

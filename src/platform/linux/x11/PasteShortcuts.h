@@ -1,11 +1,21 @@
 #pragma once
 
 #include "platform/SyntheticKeyboard.h"
-#include "platform/linux/x11/KeyChords.h"
+#include "platform/linux/x11/KeyboardMap.h"
 
 #include <span>
 
 namespace tavrin {
+
+/// A key that is pressed and released, and what is held around it. What the keyboard needs for the
+/// symbol itself (shift for `"` on most) is not named here: that belongs to the layout.
+struct KeyChord {
+    xcb_keysym_t symbol = keysyms::none;
+    bool control = false;
+    bool shift = false;
+
+    friend bool operator==(const KeyChord&, const KeyChord&) = default;
+};
 
 /// How a program is told to paste.
 struct PasteShortcut {

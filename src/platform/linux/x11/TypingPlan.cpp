@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <unordered_map>
+#include <xkbcommon/xkbcommon.h>
 
 namespace tavrin {
 namespace {
@@ -25,30 +26,33 @@ bool isTypeable(char32_t character)
     return !control && !surrogate;
 }
 
-bool isLetter(xcb_keysym_t symbol)
+/// The character that a program reads when it gets @p symbol from a key.
+char32_t characterOf(xcb_keysym_t symbol)
 {
-    return QChar::isLetter(symbol);
+    constexpr xcb_keysym_t firstOfKeypad = 0xff80;
+    constexpr xcb_keysym_t lastOfKeypad = 0xffbd;
+    if (symbol == keysyms::enter)
+        return U'\n';
+    if (symbol == keysyms::tab)
+        return U'\t';
+    if (symbol >= firstOfKeypad && symbol <= lastOfKeypad)
+        return 0; // Some programs do other things with these.
+    const char32_t character = xkb_keysym_to_utf32(symbol);
+    return character == U'\n' || character == U'\t' || !isTypeable(character) ? 0 : character;
 }
 
-/// The strokes for what the keyboard has on keys of its own.
-std::unordered_map<xcb_keysym_t, KeyStroke> ownStrokes(
-    const KeyboardMap& map, const KeyboardState& state)
+using Strokes = std::unordered_map<char32_t, KeyStroke>;
+
+/// The strokes for what the keyboard has on keys of its own in the layout in use.
+Strokes ownStrokes(const KeyboardLayouts& layouts, const KeyboardState& state)
 {
-    std::unordered_map<xcb_keysym_t, KeyStroke> strokes;
-    for (int row = 0; row < map.codeCount(); ++row) {
-        const auto code = static_cast<xcb_keycode_t>(map.firstCode() + row);
-        // A key without symbols in this layout uses those of the first one.
-        int first = 2 * state.group;
-        if (map.symbol(code, first) == keysyms::none
-            && map.symbol(code, first + 1) == keysyms::none)
-            first = 0;
-        for (int level = 0; level < 2; ++level) {
-            const xcb_keysym_t symbol = map.symbol(code, first + level);
-            const bool printable = symbol >= 0x20 && symbol < 0x100;
-            if (!printable && symbol != keysyms::enter && symbol != keysyms::tab)
-                continue;
-            const bool inverted = state.capsLock && printable && isLetter(symbol);
-            strokes.try_emplace(symbol, KeyStroke{code, (level == 1) != inverted});
+    Strokes strokes;
+    for (const bool shift : {false, true}) {
+        const quint8 modifiers = state.locked | static_cast<quint8>(shift ? XCB_MOD_MASK_SHIFT : 0);
+        for (const xcb_keycode_t code : layouts.codes()) {
+            if (const char32_t character =
+                    characterOf(layouts.symbol(code, state.group, modifiers)))
+                strokes.try_emplace(character, KeyStroke{code, shift});
         }
     }
     return strokes;
@@ -92,23 +96,23 @@ private:
 
 } // namespace
 
-std::vector<TypingBatch> planTyping(const QString& text, const KeyboardMap& map,
+std::vector<TypingBatch> planTyping(const QString& text, const KeyboardLayouts& layouts,
     const std::vector<xcb_keycode_t>& spareCodes, const KeyboardState& state)
 {
     QString lines = text;
     lines.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     lines.replace(u'\r', u'\n');
-    const auto own = ownStrokes(map, state);
+    const auto own = ownStrokes(layouts, state);
     Allocation spare(spareCodes);
     std::vector<TypingBatch> batches(1);
     for (const char32_t character : lines.toUcs4()) {
         if (!isTypeable(character))
             continue;
-        const xcb_keysym_t symbol = symbolOf(character);
-        if (const auto found = own.find(symbol); found != own.end()) {
+        if (const auto found = own.find(character); found != own.end()) {
             batches.back().strokes.push_back(found->second);
             continue;
         }
+        const xcb_keysym_t symbol = symbolOf(character);
         auto stroke = spare.strokeFor(symbol);
         if (!stroke && !spareCodes.empty()) {
             batches.back().assignments = spare.take();

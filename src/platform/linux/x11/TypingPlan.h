@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/x11/KeyboardMap.h"
+#include "platform/linux/x11/KeyboardLayouts.h"
 
 #include <QString>
 
@@ -31,16 +31,12 @@ struct TypingBatch {
     std::vector<KeyStroke> strokes;
 };
 
-/// What the keyboard is doing apart from its map.
-struct KeyboardState {
-    int group = 0; ///< The layout in use, from 0.
-    bool capsLock = false;
-};
-
 /// How to type @p text: characters that the keyboard has by its own keys, all others on the spare
 /// codes, two on each. As few maps as the text needs, because changing one is slow for everybody.
-/// Line feeds become Return; other control characters and lone surrogates are left out.
-[[nodiscard]] std::vector<TypingBatch> planTyping(const QString& text, const KeyboardMap& map,
-    const std::vector<xcb_keycode_t>& spareCodes, const KeyboardState& state);
+/// Line feeds become Return; other control characters and lone surrogates are left out. Modifiers
+/// that are locked count as far as the keys heed them; latched ones have to be off.
+[[nodiscard]] std::vector<TypingBatch> planTyping(const QString& text,
+    const KeyboardLayouts& layouts, const std::vector<xcb_keycode_t>& spareCodes,
+    const KeyboardState& state);
 
 } // namespace tavrin

@@ -2,7 +2,6 @@
 
 #include "base/Log.h"
 #include "platform/linux/x11/ClipboardServer.h"
-#include "platform/linux/x11/KeyTracker.h"
 
 #include <algorithm>
 #include <xcb/xtest.h>
@@ -120,23 +119,24 @@ KeyPosting Typist::pressPaste(const PasteShortcut& shortcut, const RunningApplic
     const xcb_window_t window = takeAim(target);
     if (window == XCB_WINDOW_NONE)
         return refuse("another window has the keyboard");
-    const KeyboardMap map = KeyboardMap::read(connection());
-    const KeyboardState state = keyboardState();
-    std::vector<std::vector<xcb_keycode_t>> chords;
-    for (const KeyChord& chord : shortcut.chords) {
-        chords.push_back(codesOf(chord, map, state));
-        if (chords.back().empty()) // A part of a shortcut is another shortcut.
-            return refuse("the keyboard has no key for it");
-    }
-    if (!releaseHeldModifiers(map))
+    const auto layouts = KeyboardLayouts::read(connection());
+    const auto state = KeyboardState::read(connection());
+    const auto plan = planPaste(shortcut, layouts, spareCodes(), state);
+    if (!plan)
+        return refuse("the keyboard has no keys for it");
+    if (!releaseHeldModifiers(layouts, state.group))
         return refuse("a modifier key is held");
     if (!m_clipboard.watch(window, shortcut.pastesPrimary))
         return refuse("the clipboard cannot be had");
-    if (!press(chords))
-        return refuse("another window took the keyboard");
+    const ModifiersAside aside(connection(), layouts.modifiersOf(keysyms::numLock));
+    if (!lend(plan->assignments, window))
+        return refuse("the program does not answer");
+    const bool isPressed = press(plan->chords);
     static_cast<void>(focus()); // Once this is answered, the keys are out.
     startSeries(m_pasteWatch, window);
-    return KeyPosting::Done;
+    if (!plan->assignments.empty())
+        settleAfter(!isPressed || waitForProgram(window));
+    return isPressed ? KeyPosting::Done : refuse("another window took the keyboard");
 }
 
 PasteReception Typist::reception()
@@ -164,8 +164,9 @@ PasteReception Typist::reception()
 KeyPosting Typist::typeText(const QString& text, const RunningApplication& target, quint64 turn)
 {
     const xcb_window_t window = takeAim(target);
-    const KeyboardMap map = KeyboardMap::read(connection());
-    if (window == XCB_WINDOW_NONE || !releaseHeldModifiers(map)) {
+    const auto layouts = KeyboardLayouts::read(connection());
+    const int group = KeyboardState::read(connection()).group;
+    if (window == XCB_WINDOW_NONE || !releaseHeldModifiers(layouts, group)) {
         qCWarning(log::platform) << "Nothing is typed: another window has the keyboard, or a "
                                     "modifier key is held";
         return KeyPosting::Refused;
@@ -174,27 +175,52 @@ KeyPosting Typist::typeText(const QString& text, const RunningApplication& targe
         return m_clipboard.fetching() == ClipboardServer::Fetching::ByProgram ? KeyPosting::Fetched
                                                                               : KeyPosting::Refused;
     }
-    m_settlesLater = false;
-    const auto batches = planTyping(text, map, m_spareCodes.codes(map), keyboardState());
+    const ModifiersAside aside(connection(), layouts.modifiersOf(keysyms::numLock));
+    const auto batches = planTyping(text, layouts, spareCodes(), KeyboardState::read(connection()));
     const KeyPosting posting = typeBatches(batches, window, turn);
-    // What a program that hangs has in its queue means something only while the map stays.
-    m_settlesLater = posting == KeyPosting::Unanswered;
-    if (!m_settlesLater)
-        settle();
+    settleAfter(posting != KeyPosting::Unanswered);
     return posting;
 }
 
 KeyPosting Typist::typeBatches(
     const std::vector<TypingBatch>& batches, xcb_window_t window, quint64 turn)
 {
+    const int group = KeyboardState::read(connection()).group;
+    const auto shift = KeyboardLayouts::read(connection()).keysHolding(XCB_MOD_MASK_SHIFT, group);
+    if (!shift)
+        return KeyPosting::Refused;
     m_anyKeyOut = false;
     bool answered = true;
     for (const TypingBatch& batch : batches) {
-        if (!answered || !typeBatch(batch, window, turn))
+        if (!answered || !typeBatch(batch, *shift, window, turn))
             return m_anyKeyOut ? KeyPosting::Broken : KeyPosting::Refused;
         answered = waitForProgram(window);
     }
     return answered ? KeyPosting::Done : KeyPosting::Unanswered;
+}
+
+std::vector<xcb_keycode_t> Typist::spareCodes() const
+{
+    return m_spareCodes.codes(KeyboardMap::read(connection()));
+}
+
+bool Typist::lend(const std::vector<CodeAssignment>& assignments, xcb_window_t window)
+{
+    if (assignments.empty())
+        return true;
+    m_spareCodes.assign(assignments);
+    if (waitForProgram(window)) // So that it knows the map before the first key.
+        return true;
+    settle();
+    return false;
+}
+
+void Typist::settleAfter(bool keysAreTaken)
+{
+    // What a program that hangs has in its queue means something only while the map stays.
+    m_settlesLater = !keysAreTaken;
+    if (keysAreTaken)
+        settle();
 }
 
 void Typist::settle()
@@ -229,20 +255,17 @@ bool Typist::isInFront(xcb_window_t window, const RunningApplication& target) co
     return target.processIdentifier > 0 && m_windows.processOf(window) == target.processIdentifier;
 }
 
-bool Typist::typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 turn)
+bool Typist::typeBatch(const TypingBatch& batch, const std::vector<xcb_keycode_t>& shift,
+    xcb_window_t window, quint64 turn)
 {
-    const auto shift = KeyboardMap::read(connection()).codeOf(keysyms::leftShift);
-    if (!shift || !mayGoOn(window, turn))
-        return false;
-    m_spareCodes.assign(batch.assignments);
-    // So that it knows the map before the first key.
-    if (!batch.assignments.empty() && !waitForProgram(window))
+    if (!mayGoOn(window, turn) || !lend(batch.assignments, window))
         return false;
     for (const KeyStroke& stroke : batch.strokes) {
         if (!mayGoOn(window, turn))
             return false;
-        if (!press({stroke.shift ? std::vector<xcb_keycode_t>{*shift, stroke.code}
-                                 : std::vector<xcb_keycode_t>{stroke.code}}))
+        Chord chord{stroke.shift ? shift : std::vector<xcb_keycode_t>{}, {}};
+        chord.codes.push_back(stroke.code);
+        if (!press({chord}))
             return false;
         m_anyKeyOut = true;
         std::this_thread::sleep_for(strokePause);
@@ -250,10 +273,13 @@ bool Typist::typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 tu
     return true;
 }
 
-bool Typist::releaseHeldModifiers(const KeyboardMap& map)
+bool Typist::releaseHeldModifiers(const KeyboardLayouts& layouts, int group)
 {
     const auto end = Clock::now() + fingerPatience;
-    for (auto held = heldModifiers(map); !held.empty(); held = heldModifiers(map)) {
+    for (;;) {
+        const auto held = heldModifiers(connection(), layouts, group);
+        if (held.empty())
+            return true;
         for (const xcb_keycode_t code : held)
             fakeKey(code, false);
         xcb_flush(connection().get());
@@ -261,47 +287,25 @@ bool Typist::releaseHeldModifiers(const KeyboardMap& map)
             return false;
         std::this_thread::sleep_for(fingerPause);
     }
-    return true;
 }
 
-std::vector<xcb_keycode_t> Typist::heldModifiers(const KeyboardMap& map) const
-{
-    xcb_connection_t* server = connection().get();
-    const XcbPointer<xcb_query_keymap_reply_t> keys(
-        xcb_query_keymap_reply(server, xcb_query_keymap(server), nullptr));
-    std::vector<xcb_keycode_t> held;
-    for (int row = 0; keys && row < map.codeCount(); ++row) {
-        const auto code = static_cast<xcb_keycode_t>(map.firstCode() + row);
-        const bool isDown = (keys->keys[code / 8U] >> (code % 8U) & 1U) != 0;
-        if (isDown && keyRole(map, code).modifier)
-            held.push_back(code);
-    }
-    return held;
-}
-
-KeyboardState Typist::keyboardState()
-{
-    xcb_connection_t* server = connection().get();
-    const XcbPointer<xcb_query_pointer_reply_t> pointer(
-        xcb_query_pointer_reply(server, xcb_query_pointer(server, connection().root()), nullptr));
-    if (!pointer)
-        return {};
-    constexpr int groupShift = 13; // The layout in use stands above the buttons.
-    return {pointer->mask >> groupShift & 3, (pointer->mask & XCB_MOD_MASK_LOCK) != 0};
-}
-
-bool Typist::press(const std::vector<std::vector<xcb_keycode_t>>& chords)
+bool Typist::press(const std::vector<Chord>& chords)
 {
     // Between the look at the focus and the keys nobody else gets a word in.
     xcb_grab_server(connection().get());
     const bool isAimRight = focus() == m_aim;
-    for (const auto& chord : chords) {
+    const int usualGroup = KeyboardState::read(connection()).lockedGroup;
+    for (const Chord& chord : chords) {
         if (!isAimRight)
             break;
-        for (const xcb_keycode_t code : chord)
+        if (chord.group)
+            lockGroup(connection(), *chord.group);
+        for (const xcb_keycode_t code : chord.codes)
             fakeKey(code, true);
-        std::for_each(
-            chord.rbegin(), chord.rend(), [this](xcb_keycode_t code) { fakeKey(code, false); });
+        std::for_each(chord.codes.rbegin(), chord.codes.rend(),
+            [this](xcb_keycode_t code) { fakeKey(code, false); });
+        if (chord.group)
+            lockGroup(connection(), usualGroup);
     }
     xcb_ungrab_server(connection().get());
     xcb_flush(connection().get());

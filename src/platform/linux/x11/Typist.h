@@ -2,7 +2,7 @@
 
 #include "platform/SyntheticKeyboard.h"
 #include "platform/Workspace.h"
-#include "platform/linux/x11/PasteShortcuts.h"
+#include "platform/linux/x11/PastePlan.h"
 #include "platform/linux/x11/SpareCodes.h"
 #include "platform/linux/x11/X11Thread.h"
 #include "platform/linux/x11/X11Windows.h"
@@ -63,16 +63,19 @@ private:
     [[nodiscard]] xcb_window_t takeAim(const RunningApplication& target);
     [[nodiscard]] bool isInFront(xcb_window_t window, const RunningApplication& target) const;
     /// False when typing has to end.
-    [[nodiscard]] bool typeBatch(const TypingBatch& batch, xcb_window_t window, quint64 turn);
-    /// Puts back what typing has borrowed.
+    [[nodiscard]] bool typeBatch(const TypingBatch& batch, const std::vector<xcb_keycode_t>& shift,
+        xcb_window_t window, quint64 turn);
+    [[nodiscard]] std::vector<xcb_keycode_t> spareCodes() const;
+    /// Gives spare codes their symbols. False, and nothing lent, when the program does not answer.
+    [[nodiscard]] bool lend(const std::vector<CodeAssignment>& assignments, xcb_window_t window);
+    /// Puts back what was borrowed, at once or when the program has taken the keys.
+    void settleAfter(bool keysAreTaken);
     void settle();
     /// False when somebody keeps holding one.
-    [[nodiscard]] bool releaseHeldModifiers(const KeyboardMap& map);
-    [[nodiscard]] std::vector<xcb_keycode_t> heldModifiers(const KeyboardMap& map) const;
-    [[nodiscard]] KeyboardState keyboardState();
+    [[nodiscard]] bool releaseHeldModifiers(const KeyboardLayouts& layouts, int group);
     /// The chords in one breath. False, and nothing pressed, when the keyboard is no longer where
     /// takeAim() found it.
-    bool press(const std::vector<std::vector<xcb_keycode_t>>& chords);
+    bool press(const std::vector<Chord>& chords);
     /// Waits until the program has taken every key so far, or should have where it cannot tell.
     /// False when it does not answer.
     [[nodiscard]] bool waitForProgram(xcb_window_t window);

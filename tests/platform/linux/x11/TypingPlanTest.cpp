@@ -1,5 +1,6 @@
 #include "platform/linux/x11/TypingPlan.h"
 
+#include "platform/linux/x11/Keyboards.h"
 #include "support/QtPrinters.h"
 
 #include <gtest/gtest.h>
@@ -9,23 +10,22 @@
 namespace tavrin::testing {
 namespace {
 
-/// Codes 8 to 19: two keys with a second layout, Return, Tab, and eight that are empty.
-KeyboardMap keyboard()
+/// A letter and a digit with a second layout, a key of the keypad, and eight codes to spare.
+KeyboardLayouts keyboard()
 {
-    constexpr int perCode = 4;
-    std::vector<xcb_keysym_t> symbols{'a', 'A', 0x6c6, 0x6e6, //
-        '1', '!', '1', '!', //
-        keysyms::enter, 0, 0, 0, //
-        keysyms::tab, 0, 0, 0};
-    symbols.resize(std::size_t{12} * perCode, keysyms::none);
-    return {8, perCode, symbols};
+    return keyboardWith("key <AC01> { [a, A], [Cyrillic_ef, Cyrillic_EF] };"
+                        "key <AE01> { [1, exclam], [1, exclam] };"
+                        "key <KP7> { [KP_Home, KP_7] };");
 }
+
+constexpr KeyboardState first{0, 0, 0, 0};
+constexpr KeyboardState second{1, 1, 0, 0};
 
 /// What a program that follows the map reads.
 class Reader {
 public:
-    Reader(KeyboardMap map, KeyboardState state)
-        : m_map(std::move(map))
+    Reader(KeyboardLayouts layouts, KeyboardState state)
+        : m_layouts(std::move(layouts))
         , m_state(state)
     {
     }
@@ -46,12 +46,15 @@ public:
 private:
     [[nodiscard]] QString character(const KeyStroke& stroke) const
     {
-        xcb_keysym_t symbol = symbolOf(stroke);
+        const xcb_keysym_t symbol = symbolOf(stroke);
         if (symbol == keysyms::enter)
-            symbol = '\n';
+            return QStringLiteral("\n");
         if (symbol == keysyms::tab)
-            symbol = '\t';
-        const char32_t character = symbol & 0x00ffffff;
+            return QStringLiteral("\t");
+        if (symbol == keysyms::none)
+            return QStringLiteral("nothing");
+        constexpr xcb_keysym_t unicode = 0x0100'0000;
+        const char32_t character = symbol == cyrillicEf ? U'ф' : symbol & ~unicode;
         return QString::fromUcs4(&character, 1);
     }
 
@@ -59,13 +62,13 @@ private:
     {
         if (const auto own = m_assigned.find(stroke.code); own != m_assigned.end())
             return stroke.shift ? own->second.shifted : own->second.plain;
-        const bool inverted = m_state.capsLock && m_map.symbol(stroke.code, 0) == 'a';
-        const int level = stroke.shift != inverted ? 1 : 0;
-        const xcb_keysym_t symbol = m_map.symbol(stroke.code, 2 * m_state.group + level);
-        return symbol == keysyms::none ? m_map.symbol(stroke.code, level) : symbol;
+        const quint8 shift = stroke.shift ? XCB_MOD_MASK_SHIFT : 0;
+        return m_layouts.symbol(stroke.code, m_state.group, m_state.locked | shift);
     }
 
-    KeyboardMap m_map;
+    static constexpr xcb_keysym_t cyrillicEf = 0x6c6;
+
+    KeyboardLayouts m_layouts;
     KeyboardState m_state;
     std::map<xcb_keycode_t, CodeAssignment> m_assigned;
 };
@@ -73,19 +76,19 @@ private:
 class TypingPlanTest : public ::testing::Test {
 protected:
     [[nodiscard]] std::vector<TypingBatch> plan(
-        const QString& text, const KeyboardState& state = {}) const
+        const QString& text, const KeyboardState& state = first) const
     {
-        return planTyping(text, m_map, m_spare, state);
+        return planTyping(text, m_layouts, m_spare, state);
     }
 
     /// What a program reads when @p text is typed.
-    [[nodiscard]] QString typed(const QString& text, const KeyboardState& state = {}) const
+    [[nodiscard]] QString typed(const QString& text, const KeyboardState& state = first) const
     {
-        return Reader(m_map, state).read(plan(text, state));
+        return Reader(m_layouts, state).read(plan(text, state));
     }
 
-    KeyboardMap m_map = keyboard();
-    std::vector<xcb_keycode_t> m_spare = m_map.emptyCodes();
+    KeyboardLayouts m_layouts = keyboard();
+    std::vector<xcb_keycode_t> m_spare{230, 231, 232, 233, 234, 235, 236, 237};
 };
 
 TEST_F(TypingPlanTest, WhatTheKeyboardHasNeedsNoOtherMap)
@@ -94,7 +97,7 @@ TEST_F(TypingPlanTest, WhatTheKeyboardHasNeedsNoOtherMap)
     ASSERT_EQ(batches.size(), 1U);
     EXPECT_TRUE(batches[0].assignments.empty());
     const std::vector<KeyStroke> strokes{
-        {8, false}, {8, true}, {9, false}, {9, true}, {10, false}, {11, false}};
+        {38, false}, {38, true}, {10, false}, {10, true}, {keys::enter, false}, {keys::tab, false}};
     EXPECT_EQ(batches[0].strokes, strokes);
 }
 
@@ -102,7 +105,8 @@ TEST_F(TypingPlanTest, EverythingElseGoesOnSpareCodesTwoOnEach)
 {
     const auto batches = plan(QStringLiteral("a字😀字é"));
     ASSERT_EQ(batches.size(), 1U);
-    const std::vector<CodeAssignment> assignments{{12, 0x0100'5b57, 0x0101'f600}, {13, 0xe9, 0xe9}};
+    const std::vector<CodeAssignment> assignments{
+        {230, 0x0100'5b57, 0x0101'f600}, {231, 0xe9, 0xe9}};
     EXPECT_EQ(batches[0].assignments, assignments);
     EXPECT_EQ(typed(QStringLiteral("a字😀字é")), QStringLiteral("a字😀字é"));
 }
@@ -135,20 +139,42 @@ TEST_F(TypingPlanTest, WhatNoKeyCanMeanIsLeftOut)
     EXPECT_EQ(typed(lone).remove(QChar::ReplacementCharacter), QStringLiteral("aa"));
 }
 
-TEST_F(TypingPlanTest, CapsLockExchangesTheLettersOfTheKeyboard)
+TEST_F(TypingPlanTest, CapsLockExchangesTheLettersOfTheKeyboardAndNothingElse)
 {
-    const KeyboardState locked{0, true};
-    const std::vector<KeyStroke> strokes{{8, true}, {8, false}, {9, false}};
-    EXPECT_EQ(plan(QStringLiteral("aA1"), locked)[0].strokes, strokes);
-    EXPECT_EQ(typed(QStringLiteral("aA1"), locked), QStringLiteral("aA1"));
+    const KeyboardState locked{0, 0, 0, XCB_MOD_MASK_LOCK};
+    const std::vector<KeyStroke> strokes{{38, true}, {38, false}, {10, false}, {10, true}};
+    EXPECT_EQ(plan(QStringLiteral("aA1!"), locked)[0].strokes, strokes);
+    EXPECT_EQ(typed(QStringLiteral("aA1!"), locked), QStringLiteral("aA1!"));
 }
 
 TEST_F(TypingPlanTest, LettersThatTheLayoutInUseLacksAreAssigned)
 {
-    const KeyboardState second{1, false};
-    const std::vector<CodeAssignment> assignments{{12, 'a', 'a'}};
+    const std::vector<CodeAssignment> assignments{{230, 'a', 'a'}};
     EXPECT_EQ(plan(QStringLiteral("a1"), second)[0].assignments, assignments);
     EXPECT_EQ(typed(QStringLiteral("a1"), second), QStringLiteral("a1"));
+}
+
+TEST_F(TypingPlanTest, LettersOfEveryScriptAreTypedOnTheirOwnKeys)
+{
+    EXPECT_TRUE(plan(QStringLiteral("ф"), second)[0].assignments.empty());
+    EXPECT_EQ(typed(QStringLiteral("ф"), second), QStringLiteral("ф"));
+}
+
+TEST_F(TypingPlanTest, TheThirdAndFourthLayoutHaveTheirOwnKeys)
+{
+    m_layouts = keyboardWith("key <AC01> { [q, Q, at, at], [a, A], [Cyrillic_ef], [a, b] };");
+    const KeyboardState third{2, 2, 0, 0};
+    const KeyboardState fourth{3, 3, 0, 0};
+    EXPECT_EQ(plan(QStringLiteral("@"), third)[0].assignments.size(), 1U);
+    EXPECT_EQ(typed(QStringLiteral("@ф"), third), QStringLiteral("@ф"));
+    EXPECT_TRUE(plan(QStringLiteral("ab"), fourth)[0].assignments.empty());
+    EXPECT_EQ(typed(QStringLiteral("ab"), fourth), QStringLiteral("ab"));
+}
+
+TEST_F(TypingPlanTest, TheKeypadTypesNothing)
+{
+    const KeyboardState numLock{0, 0, 0, XCB_MOD_MASK_2};
+    EXPECT_EQ(plan(QStringLiteral("7"), numLock)[0].assignments.size(), 1U);
 }
 
 TEST_F(TypingPlanTest, AKeyboardWithoutSpareCodesTypesWhatItHas)

@@ -246,23 +246,15 @@ TEST_F(X11SyntheticKeyboardTest, AProgramThatHangsWhileItIsTypedIntoKeepsTheKeyb
 TEST_F(X11SyntheticKeyboardTest, AShortcutOfManyKeysArrivesInEveryLayout)
 {
     m_target.bundleIdentifier = QStringLiteral("gvim");
-    for (const auto& layout : {QStringLiteral("us"), QStringLiteral("de"), QStringLiteral("fr")}) {
+    for (const auto& layout :
+        {QStringLiteral("us"), QStringLiteral("de"), QStringLiteral("fr"), QStringLiteral("ru")}) {
         const LayoutInUse layoutInUse(layout);
         m_editor.clear();
-        m_keyboard.postPasteShortcut({m_target});
+        EXPECT_EQ(paste(m_target), KeyPosting::Done);
         // To this editor the first two mean nothing.
         EXPECT_TRUE(eventuallyReads(QStringLiteral("\"+gP")))
             << layout.toStdString() << ": " << text().toStdString();
     }
-}
-
-TEST_F(X11SyntheticKeyboardTest, AShortcutThatTheLayoutHasOnlyAPartOfIsNotBegun)
-{
-    m_target.bundleIdentifier = QStringLiteral("gvim");
-    const LayoutInUse layout(QStringLiteral("ru"));
-    m_keyboard.postPasteShortcut({m_target});
-    m_keyboard.postUnicodeText({QStringLiteral("mine")}, m_target);
-    EXPECT_TRUE(eventuallyReads(QStringLiteral("mine"))) << text().toStdString();
 }
 
 TEST_F(X11SyntheticKeyboardTest, TypesCharactersOfEveryKind)
@@ -401,6 +393,11 @@ TEST_F(X11SyntheticKeyboardTest, NothingIsPressedWhileAnotherProgramHoldsTheFocu
     xcb_connection_t* const server = m_client.connection().get();
     xcb_set_input_focus(server, XCB_INPUT_FOCUS_PARENT, menu.window(), XCB_CURRENT_TIME);
     xcb_flush(server);
+    // The window manager tells of the focus late: here it is made to tell the old one for long.
+    TestClient::eventually(
+        [&] { return m_client.activeWindow() != m_editor.winId(); }, std::chrono::seconds(1));
+    m_client.setProperty(
+        m_client.connection().root(), "_NET_ACTIVE_WINDOW", static_cast<quint32>(m_editor.winId()));
     ASSERT_EQ(m_client.activeWindow(), m_editor.winId());
     ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("secret")));
     EXPECT_EQ(paste(m_target), KeyPosting::Refused);
