@@ -47,6 +47,9 @@ public:
 };
 
 /// Watches the keyboard without grabbing it. Installed and removed on the main thread.
+///
+/// Linux: where the key right of the space bar is AltGr, which types characters with others, it is
+/// Right Option only when it was tapped alone, and is reported down and up once it is up.
 class KeyMonitor {
 public:
     /// Called on any thread. Other programs get the event too; it cannot be held back.

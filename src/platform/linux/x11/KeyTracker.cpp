@@ -1,10 +1,9 @@
 #include "platform/linux/x11/KeyTracker.h"
 
+#include "platform/linux/x11/KeyboardLayouts.h"
+
 namespace tavrin {
 namespace {
-
-// Every Linux keyboard driver gives the right Alt this code.
-constexpr xcb_keycode_t rightAltCode = 108;
 
 // Above every virtual key code of macOS.
 constexpr int otherKeys = 1000;
@@ -43,32 +42,81 @@ KeyRole keyRole(const KeyboardMap& map, xcb_keycode_t code)
     }
 }
 
-KeyEvent KeyTracker::pressed(const KeyRole& role, xcb_keycode_t code)
+KeyRole roleOfPressedKey(
+    const X11Connection& connection, const KeyboardMap& map, xcb_keycode_t code)
 {
-    const bool isNew = m_down.insert_or_assign(code, role.modifier).second;
-    const auto kind = role.modifier ? KeyEvent::Kind::FlagsChanged : KeyEvent::Kind::KeyDown;
-    return {kind, role.keyCode, modifiers(), !isNew};
+    if (code == rightAltCode) {
+        const int group = KeyboardState::read(connection).group;
+        if (KeyboardLayouts::read(connection).symbol(code, group) == keysyms::thirdLevel)
+            return {key_codes::rightOption, {}, true};
+    }
+    return keyRole(map, code);
 }
 
-std::optional<KeyEvent> KeyTracker::released(const KeyRole& role, xcb_keycode_t code)
+KeyTracker::Events KeyTracker::pressed(const KeyRole& role, xcb_keycode_t code)
 {
-    m_down.erase(code);
-    if (!role.modifier)
+    const bool isNew = m_down.insert_or_assign(code, role).second;
+    if (role.countsWhenTapped) {
+        if (isNew)
+            m_tap = code;
         return {};
-    return KeyEvent{KeyEvent::Kind::FlagsChanged, role.keyCode, modifiers(), false};
+    }
+    m_tap.reset();
+    const auto kind = role.modifier ? KeyEvent::Kind::FlagsChanged : KeyEvent::Kind::KeyDown;
+    return {{kind, role.keyCode, modifiers(), !isNew}};
 }
 
-void KeyTracker::synchronize(const std::function<bool(xcb_keycode_t)>& isDown)
+KeyTracker::Events KeyTracker::pressedAnew(const KeyRole& role, xcb_keycode_t code)
 {
-    std::erase_if(m_down, [&](const auto& key) { return !isDown(key.first); });
+    Events events = synchronize([code](xcb_keycode_t other) { return other != code; });
+    for (const KeyEvent& event : pressed(role, code))
+        events.push_back(event);
+    return events;
+}
+
+KeyTracker::Events KeyTracker::released(const KeyRole& role, xcb_keycode_t code)
+{
+    const auto known = m_down.extract(code);
+    const KeyRole& was = known ? known.mapped() : role;
+    const bool isTap = std::exchange(m_tap, {}) == code;
+    if (!was.countsWhenTapped)
+        return was.modifier ? Events{change(was)} : Events{};
+    if (!isTap)
+        return {};
+    const KeyModifiers others = modifiers();
+    constexpr auto kind = KeyEvent::Kind::FlagsChanged;
+    return {{kind, was.keyCode, others | KeyModifier::Option, false},
+        {kind, was.keyCode, others, false}};
+}
+
+KeyTracker::Events KeyTracker::synchronize(const std::function<bool(xcb_keycode_t)>& isDown)
+{
+    std::vector<xcb_keycode_t> gone;
+    for (const auto& [code, role] : m_down) {
+        if (!isDown(code))
+            gone.push_back(code);
+    }
+    Events events;
+    for (const xcb_keycode_t code : gone) {
+        m_tap.reset();
+        const KeyRole role = m_down.extract(code).mapped();
+        if (role.modifier)
+            events.push_back(change(role));
+    }
+    return events;
+}
+
+KeyEvent KeyTracker::change(const KeyRole& role) const
+{
+    return {KeyEvent::Kind::FlagsChanged, role.keyCode, modifiers(), false};
 }
 
 KeyModifiers KeyTracker::modifiers() const
 {
     KeyModifiers all;
-    for (const auto& [code, modifier] : m_down) {
-        if (modifier)
-            all |= *modifier;
+    for (const auto& [code, role] : m_down) {
+        if (role.modifier)
+            all |= *role.modifier;
     }
     return all;
 }

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <utility>
+#include <xcb/xinput.h>
 
 namespace tavrin {
 namespace {
@@ -11,11 +12,10 @@ namespace {
 /// The modifiers that were down before the event, by the state that it carries.
 KeyModifiers modifiersBefore(quint16 state)
 {
-    constexpr std::array<std::pair<unsigned, KeyModifier>, 5> masks{{
+    constexpr std::array<std::pair<unsigned, KeyModifier>, 4> masks{{
         {XCB_MOD_MASK_SHIFT, KeyModifier::Shift},
         {XCB_MOD_MASK_CONTROL, KeyModifier::Control},
         {XCB_MOD_MASK_1, KeyModifier::Option},
-        {XCB_MOD_MASK_5, KeyModifier::Option}, // The right Alt of layouts with a third level.
         {XCB_MOD_MASK_4, KeyModifier::Command},
     }};
     KeyModifiers modifiers;
@@ -24,6 +24,15 @@ KeyModifiers modifiersBefore(quint16 state)
             modifiers |= modifier;
     }
     return modifiers;
+}
+
+bool isButtonPress(const X11Connection& connection, const xcb_generic_event_t& event)
+{
+    const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
+    if (generic.event_type != XCB_INPUT_BUTTON_PRESS)
+        return false;
+    const auto* input = xcb_get_extension_data(connection.get(), &xcb_input_id);
+    return input && generic.extension == input->major_opcode;
 }
 
 } // namespace
@@ -48,11 +57,15 @@ bool LocalKeyFilter::nativeEventFilter(
         return false;
     const auto* event = static_cast<const xcb_generic_event_t*>(message);
     switch (event->response_type & 0x7f) {
-    case XCB_MAPPING_NOTIFY:
-        m_mapChanged = true;
-        return false;
     case XCB_FOCUS_OUT: // What is released elsewhere is not reported here.
         m_tracker = KeyTracker();
+        return false;
+    case XCB_BUTTON_PRESS:
+        m_tracker.buttonPressed();
+        return false;
+    case XCB_GE_GENERIC: // Where Qt takes the mouse by the input extension.
+        if (isButtonPress(m_connection, *event))
+            m_tracker.buttonPressed();
         return false;
     case XCB_KEY_PRESS:
         return handleKey(*reinterpret_cast<const xcb_key_press_event_t*>(event), true);
@@ -65,29 +78,37 @@ bool LocalKeyFilter::nativeEventFilter(
 
 bool LocalKeyFilter::handleKey(const xcb_key_press_event_t& event, bool press)
 {
-    if (std::exchange(m_mapChanged, false))
-        m_map = KeyboardMap::read(m_connection);
-    m_connection.discardEvents();
-    const KeyRole role = keyRole(m_map, event.detail);
-    std::optional<KeyEvent> key;
-    if (press)
-        key = m_tracker.pressed(role, event.detail);
-    else
-        key = m_tracker.released(role, event.detail);
+    followMap();
+    const KeyRole role =
+        press ? roleOfPressedKey(m_connection, m_map, event.detail) : keyRole(m_map, event.detail);
+    auto keys =
+        press ? m_tracker.pressed(role, event.detail) : m_tracker.released(role, event.detail);
     // A key that repeats comes up and goes down again in the same moment.
     const std::pair stroke{event.detail, event.time};
+    const bool isRepeat = press && m_lastRelease == stroke;
     if (!press)
         m_lastRelease = stroke;
-    else if (m_lastRelease == stroke)
-        key->isRepeat = true;
-    if (!key)
-        return false;
-    // Keys that went down before the window had the keyboard are known by the state alone.
-    KeyModifiers others = modifiersBefore(event.state);
-    if (role.modifier)
-        others &= ~KeyModifiers(*role.modifier);
-    key->modifiers |= others;
-    return m_handler(*key);
+    bool swallowed = false;
+    for (KeyEvent& key : keys) {
+        key.isRepeat |= isRepeat;
+        // Keys that went down before the window had the keyboard are known by the state alone.
+        KeyModifiers others = modifiersBefore(event.state);
+        if (role.modifier)
+            others &= ~KeyModifiers(*role.modifier);
+        key.modifiers |= others;
+        swallowed |= m_handler(key);
+    }
+    // Of a tap Qt has had the press: it gets the release too.
+    return swallowed && keys.size() == 1;
+}
+
+void LocalKeyFilter::followMap()
+{
+    bool hasChanged = false;
+    while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())})
+        hasChanged |= (event->response_type & 0x7f) == XCB_MAPPING_NOTIFY;
+    if (hasChanged)
+        m_map = KeyboardMap::read(m_connection);
 }
 
 } // namespace tavrin

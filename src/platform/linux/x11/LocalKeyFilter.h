@@ -21,11 +21,12 @@ public:
 
 private:
     [[nodiscard]] bool handleKey(const xcb_key_press_event_t& event, bool press);
+    /// Reads the map again when it has changed.
+    void followMap();
 
     KeyMonitor::LocalHandler m_handler;
-    X11Connection m_connection; // For the map alone.
+    X11Connection m_connection; // For the map alone: Qt's own is not told when that changes.
     KeyboardMap m_map;
-    bool m_mapChanged = false;
     KeyTracker m_tracker;
     std::pair<xcb_keycode_t, xcb_timestamp_t> m_lastRelease{0, 0};
 };

@@ -52,8 +52,8 @@ bool RawKeyWatch::begin()
 
     struct {
         xcb_input_event_mask_t head{XCB_INPUT_DEVICE_ALL_MASTER, 1};
-        quint32 mask =
-            XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
+        quint32 mask = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS
+            | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS;
     } const selection;
 
     const auto request =
@@ -77,6 +77,8 @@ void RawKeyWatch::handleEvent(const xcb_generic_event_t& event)
     const auto& key = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
     if (key.extension != m_inputExtension)
         return;
+    if (key.event_type == XCB_INPUT_RAW_BUTTON_PRESS)
+        m_tracker.buttonPressed();
     if (key.event_type == XCB_INPUT_RAW_KEY_PRESS || key.event_type == XCB_INPUT_RAW_KEY_RELEASE)
         handleKey(
             static_cast<xcb_keycode_t>(key.detail), key.event_type == XCB_INPUT_RAW_KEY_PRESS);
@@ -88,19 +90,20 @@ void RawKeyWatch::handleKey(xcb_keycode_t code, bool press)
         m_map = KeyboardMap::read(connection());
     const auto now = Clock::now();
     if (now - m_lastKey > longPause && m_tracker.anyDown())
-        m_tracker.synchronize(keysDown(connection()));
+        report(m_tracker.synchronize(keysDown(connection())));
     m_lastKey = now;
-    const KeyRole role = keyRole(m_map, code);
-    if (press)
-        report(m_tracker.pressed(role, code));
-    else if (const auto event = m_tracker.released(role, code))
-        report(*event);
+    if (press) // Raw events do not repeat.
+        report(m_tracker.pressedAnew(roleOfPressedKey(connection(), m_map, code), code));
+    else
+        report(m_tracker.released(keyRole(m_map, code), code));
 }
 
-void RawKeyWatch::report(const KeyEvent& event) const
+void RawKeyWatch::report(const KeyTracker::Events& events) const
 {
-    if (!*m_isOwnWindowActive)
-        m_handler(event);
+    for (const KeyEvent& event : events) {
+        if (!*m_isOwnWindowActive)
+            m_handler(event);
+    }
 }
 
 } // namespace tavrin

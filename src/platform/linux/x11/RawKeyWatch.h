@@ -26,7 +26,7 @@ protected:
 
 private:
     void handleKey(xcb_keycode_t code, bool press);
-    void report(const KeyEvent& event) const;
+    void report(const KeyTracker::Events& events) const;
 
     Handler m_handler;
     std::shared_ptr<const std::atomic<bool>> m_isOwnWindowActive;

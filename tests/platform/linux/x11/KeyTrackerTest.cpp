@@ -18,13 +18,23 @@ KeyboardMap keyboard(const std::vector<std::pair<int, xcb_keysym_t>>& keys)
 
 class KeyTrackerTest : public ::testing::Test {
 protected:
-    KeyEvent press(xcb_keycode_t code) { return m_tracker.pressed(keyRole(m_map, code), code); }
+    using Events = KeyTracker::Events;
 
-    std::optional<KeyEvent> release(xcb_keycode_t code)
+    /// The one event of a press.
+    KeyEvent press(xcb_keycode_t code)
     {
-        return m_tracker.released(keyRole(m_map, code), code);
+        const Events events = m_tracker.pressed(keyRole(m_map, code), code);
+        EXPECT_EQ(events.size(), 1U);
+        return events.empty() ? KeyEvent() : events.front();
     }
 
+    Events release(xcb_keycode_t code) { return m_tracker.released(keyRole(m_map, code), code); }
+
+    Events pressAltGr() { return m_tracker.pressed(altGr, rightAltCode); }
+
+    const KeyRole altGr{key_codes::rightOption, {}, true};
+    const Events tap{{Kind::FlagsChanged, key_codes::rightOption, KeyModifier::Option, false},
+        {Kind::FlagsChanged, key_codes::rightOption, {}, false}};
     KeyboardMap m_map = keyboard({{9, keysyms::escape}, {37, keysyms::leftControl},
         {50, keysyms::leftShift}, {54, 'c'}, {62, keysyms::rightShift}, {64, keysyms::leftAlt},
         {65, keysyms::space}, {108, 0xfe03}, {133, keysyms::leftSuper}});
@@ -35,7 +45,7 @@ TEST_F(KeyTrackerTest, TheRightAltIsKnownByItsPlaceWhateverItsSymbol)
 {
     EXPECT_EQ(press(108),
         (KeyEvent{Kind::FlagsChanged, key_codes::rightOption, KeyModifier::Option, false}));
-    EXPECT_EQ(release(108), (KeyEvent{Kind::FlagsChanged, key_codes::rightOption, {}, false}));
+    EXPECT_EQ(release(108), (Events{{Kind::FlagsChanged, key_codes::rightOption, {}, false}}));
 }
 
 TEST_F(KeyTrackerTest, ExchangedKeysCountAsWhatTheyAre)
@@ -64,16 +74,16 @@ TEST_F(KeyTrackerTest, TheSecondShiftKeepsTheFlag)
 {
     press(50);
     press(62);
-    const auto event = release(50);
-    ASSERT_TRUE(event);
-    EXPECT_EQ(event->modifiers, KeyModifiers(KeyModifier::Shift));
+    const auto events = release(50);
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_EQ(events[0].modifiers, KeyModifiers(KeyModifier::Shift));
 }
 
 TEST_F(KeyTrackerTest, AKeyThatIsDownAlreadyRepeats)
 {
     EXPECT_FALSE(press(65).isRepeat);
     EXPECT_TRUE(press(65).isRepeat);
-    EXPECT_FALSE(release(65));
+    EXPECT_TRUE(release(65).empty());
     EXPECT_FALSE(press(65).isRepeat);
 }
 
@@ -86,12 +96,85 @@ TEST_F(KeyTrackerTest, OtherKeysAreNoneOfThoseThatShortcutsKnow)
     EXPECT_EQ(press(9).keyCode, key_codes::escape);
 }
 
-TEST_F(KeyTrackerTest, AReleaseThatNobodySawIsMadeUpFor)
+TEST_F(KeyTrackerTest, AReleaseThatNobodySawIsReportedOnceItIsNoticed)
 {
     press(37);
-    m_tracker.synchronize([](xcb_keycode_t) { return false; });
-    EXPECT_FALSE(m_tracker.anyDown());
-    EXPECT_EQ(press(65).modifiers, KeyModifiers());
+    press(64);
+    press(54);
+    const auto events = m_tracker.synchronize([](xcb_keycode_t code) { return code == 37; });
+    EXPECT_EQ(
+        events, (Events{{Kind::FlagsChanged, key_codes::leftOption, KeyModifier::Control, false}}));
+    EXPECT_TRUE(m_tracker.anyDown());
+    EXPECT_EQ(press(65).modifiers, KeyModifiers(KeyModifier::Control));
+}
+
+TEST_F(KeyTrackerTest, WhereNothingRepeatsASecondPressFollowsAnUnseenRelease)
+{
+    press(64);
+    EXPECT_EQ(m_tracker.pressedAnew(keyRole(m_map, 64), 64),
+        (Events{{Kind::FlagsChanged, key_codes::leftOption, {}, false},
+            {Kind::FlagsChanged, key_codes::leftOption, KeyModifier::Option, false}}));
+    EXPECT_EQ(m_tracker.pressedAnew(keyRole(m_map, 65), 65),
+        (Events{{Kind::KeyDown, key_codes::space, KeyModifier::Option, false}}));
+    EXPECT_EQ(m_tracker.pressedAnew(keyRole(m_map, 65), 65),
+        (Events{{Kind::KeyDown, key_codes::space, KeyModifier::Option, false}}));
+}
+
+TEST_F(KeyTrackerTest, ATapOfAltGrIsToldOnceItIsOver)
+{
+    EXPECT_EQ(pressAltGr(), Events{});
+    EXPECT_EQ(release(rightAltCode), tap);
+    EXPECT_EQ(pressAltGr(), Events{});
+    EXPECT_EQ(release(rightAltCode), tap);
+}
+
+TEST_F(KeyTrackerTest, AltGrWithACharacterIsNothingOfOurs)
+{
+    pressAltGr();
+    EXPECT_EQ(press(54).modifiers, KeyModifiers());
+    release(54);
+    EXPECT_EQ(release(rightAltCode), Events{});
+    pressAltGr();
+    press(54);
+    EXPECT_EQ(release(rightAltCode), Events{});
+}
+
+TEST_F(KeyTrackerTest, AKeyThatComesUpWhileAltGrIsDownMakesItNoTap)
+{
+    press(54);
+    pressAltGr();
+    release(54);
+    EXPECT_EQ(release(rightAltCode), Events{});
+}
+
+TEST_F(KeyTrackerTest, AltGrWithAButtonOfTheMouseIsNoTap)
+{
+    pressAltGr();
+    m_tracker.buttonPressed();
+    EXPECT_EQ(release(rightAltCode), Events{});
+}
+
+TEST_F(KeyTrackerTest, AltGrWithSpaceIsACharacterAndNoShortcut)
+{
+    pressAltGr();
+    EXPECT_EQ(press(65), (KeyEvent{Kind::KeyDown, key_codes::space, {}, false}));
+}
+
+TEST_F(KeyTrackerTest, AltGrTappedWhileAnotherModifierIsHeldIsNotAlone)
+{
+    press(50);
+    pressAltGr();
+    const auto events = release(rightAltCode);
+    ASSERT_EQ(events.size(), 2U);
+    EXPECT_EQ(events[0].modifiers, KeyModifiers(KeyModifier::Shift) | KeyModifier::Option);
+}
+
+TEST_F(KeyTrackerTest, AltGrReleasedUnseenIsNoTap)
+{
+    pressAltGr();
+    EXPECT_EQ(m_tracker.synchronize([](xcb_keycode_t) { return false; }), Events{});
+    EXPECT_EQ(m_tracker.pressedAnew(altGr, rightAltCode), Events{});
+    EXPECT_EQ(release(rightAltCode), tap);
 }
 
 } // namespace

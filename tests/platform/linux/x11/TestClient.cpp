@@ -1,6 +1,10 @@
 #include "platform/linux/x11/TestClient.h"
 
+#include "platform/linux/x11/KeyboardState.h"
+
 #include <QCoreApplication>
+#include <QProcess>
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <poll.h>
@@ -13,7 +17,30 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
+/// Copies the whole keyboard, as xkbcomp does it between a display and a file.
+void copyKeyboard(const QString& from, const QString& to)
+{
+    EXPECT_EQ(QProcess::execute(QStringLiteral("xkbcomp"), {QStringLiteral("-w0"), from, to}), 0);
+}
+
 } // namespace
+
+TestLayouts::TestLayouts(const QStringList& arguments)
+{
+    copyKeyboard(qEnvironmentVariable("DISPLAY"), m_folder.filePath(QStringLiteral("usual")));
+    EXPECT_EQ(QProcess::execute(QStringLiteral("setxkbmap"), arguments), 0);
+}
+
+TestLayouts::~TestLayouts()
+{
+    copyKeyboard(m_folder.filePath(QStringLiteral("usual")), qEnvironmentVariable("DISPLAY"));
+}
+
+void TestClient::click(quint8 button)
+{
+    fakeInput(XCB_BUTTON_PRESS, button);
+    fakeInput(XCB_BUTTON_RELEASE, button);
+}
 
 void TestClient::tap(xcb_keysym_t symbol)
 {
@@ -175,11 +202,25 @@ bool TestClient::eventually(
     return true;
 }
 
+void TestClient::useLayout(int group)
+{
+    if (KeyboardState::read(m_connection).group == group)
+        return;
+    lockGroup(m_connection, group);
+    xcb_flush(m_connection.get());
+    eventually([&] { return KeyboardState::read(m_connection).group == group; });
+}
+
+void TestClient::fakeInput(quint8 type, quint8 detail)
+{
+    xcb_test_fake_input(
+        m_connection.get(), type, detail, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    xcb_flush(m_connection.get());
+}
+
 void TestClient::fakeKey(xcb_keycode_t code, bool down)
 {
-    xcb_test_fake_input(m_connection.get(), down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code,
-        XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-    xcb_flush(m_connection.get());
+    fakeInput(down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code);
 }
 
 XcbPointer<xcb_generic_event_t> TestClient::nextEvent(int type)

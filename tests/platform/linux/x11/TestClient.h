@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QTemporaryDir>
 
 #include <chrono>
 #include <functional>
@@ -18,6 +19,9 @@ public:
     void pressKey(xcb_keycode_t code) { fakeKey(code, true); }
 
     void releaseKey(xcb_keycode_t code) { fakeKey(code, false); }
+
+    /// Presses and releases a button of the mouse.
+    void click(quint8 button);
 
     /// Presses and releases the key with @p symbol.
     void tap(xcb_keysym_t symbol);
@@ -57,6 +61,9 @@ public:
     /// A window that is never shown.
     [[nodiscard]] xcb_window_t createHiddenWindow();
 
+    /// Puts a layout of the keyboard into use, and waits until it is.
+    void useLayout(int group);
+
     [[nodiscard]] xcb_window_t activeWindow() const;
 
     /// Waits until @p condition holds; false when that takes longer than @p patience, which is far
@@ -65,6 +72,7 @@ public:
         std::chrono::milliseconds patience = std::chrono::seconds(10));
 
 private:
+    void fakeInput(quint8 type, quint8 detail);
     void fakeKey(xcb_keycode_t code, bool down);
     /// False when the owner refuses.
     [[nodiscard]] bool ask(const Request& request, const char* selection, const char* target);
@@ -72,6 +80,19 @@ private:
     [[nodiscard]] static QByteArray valueOf(const XcbPointer<xcb_get_property_reply_t>& reply);
     [[nodiscard]] XcbPointer<xcb_generic_event_t> nextEvent(int type);
     X11Connection m_connection;
+};
+
+/// Keyboard layouts for as long as this lives, by the arguments of setxkbmap.
+class TestLayouts {
+public:
+    explicit TestLayouts(const QStringList& arguments);
+    ~TestLayouts();
+
+    TestLayouts(const TestLayouts&) = delete;
+    TestLayouts& operator=(const TestLayouts&) = delete;
+
+private:
+    QTemporaryDir m_folder;
 };
 
 } // namespace tavrin::testing

@@ -1,5 +1,6 @@
 #include "platform/linux/x11/X11KeyMonitor.h"
 
+#include "platform/linux/x11/KeyTracker.h"
 #include "platform/linux/x11/TestClient.h"
 
 #include <QLineEdit>
@@ -16,7 +17,11 @@ namespace {
 using Kind = KeyEvent::Kind;
 
 constexpr xcb_keycode_t leftAltCode = 64;
-constexpr xcb_keycode_t rightAltCode = 108;
+constexpr quint8 uselessButton = 9; // Nobody listens to it.
+
+const std::vector<KeyEvent> altGrTap{
+    {Kind::FlagsChanged, key_codes::rightOption, KeyModifier::Option, false},
+    {Kind::FlagsChanged, key_codes::rightOption, {}, false}};
 
 /// What a handler was given, from whatever thread.
 class Events {
@@ -185,6 +190,96 @@ TEST_F(X11KeyMonitorTest, AHeldKeyRepeats)
     EXPECT_FALSE(events[0].isRepeat);
     for (std::size_t i = 1; i < events.size(); ++i)
         EXPECT_TRUE(events[i].isRepeat) << i;
+}
+
+TEST_F(X11KeyMonitorTest, ATapOfAltGrIsRightOptionAndItsCharactersAreNone)
+{
+    const TestLayouts layouts({QStringLiteral("de")});
+    otherProgramInFront();
+    const auto observation = watch();
+    ASSERT_TRUE(observation);
+    m_client.pressKey(rightAltCode);
+    m_client.tap('q');
+    m_client.releaseKey(rightAltCode);
+    m_client.pressKey(rightAltCode);
+    m_client.click(uselessButton);
+    m_client.releaseKey(rightAltCode);
+    m_client.pressKey(rightAltCode);
+    m_client.releaseKey(rightAltCode);
+    ASSERT_TRUE(TestClient::eventually([this] { return m_events.all().size() >= 3; }));
+    const auto events = m_events.all();
+    EXPECT_EQ(events[0].kind, Kind::KeyDown);
+    EXPECT_EQ(events[0].modifiers, KeyModifiers());
+    EXPECT_EQ(std::vector<KeyEvent>(events.begin() + 1, events.end()), altGrTap);
+}
+
+TEST_F(X11KeyMonitorTest, WhetherTheRightAltIsAltGrIsUpToTheLayoutInUse)
+{
+    const TestLayouts layouts({QStringLiteral("us,de")});
+    otherProgramInFront();
+    const auto observation = watch();
+    ASSERT_TRUE(observation);
+    m_client.pressKey(rightAltCode);
+    EXPECT_TRUE(m_events.eventuallyAre({altGrTap[0]}));
+    m_client.releaseKey(rightAltCode);
+    EXPECT_TRUE(m_events.eventuallyAre(altGrTap));
+
+    m_client.useLayout(1);
+    m_client.pressKey(rightAltCode);
+    m_client.tap('q');
+    EXPECT_TRUE(TestClient::eventually([this] { return m_events.all().size() == 3; }));
+    m_client.releaseKey(rightAltCode);
+    m_client.useLayout(0);
+    m_client.tap('a');
+    EXPECT_TRUE(TestClient::eventually([this] { return m_events.all().size() == 4; }));
+}
+
+TEST_F(X11KeyMonitorTest, AltGrTypesIntoOwnWindows)
+{
+    const TestLayouts layouts({QStringLiteral("de")});
+    QLineEdit field;
+    field.show();
+    ASSERT_TRUE(TestClient::eventually([&] { return field.hasFocus(); }));
+    Events local;
+    const auto observation = m_monitor.addLocalMonitor([&](const KeyEvent& event) {
+        local.add(event);
+        return event.kind == Kind::FlagsChanged;
+    });
+    m_client.pressKey(rightAltCode);
+    m_client.tap('q');
+    m_client.releaseKey(rightAltCode);
+    m_client.tap('a');
+    EXPECT_TRUE(TestClient::eventually([&] { return field.text() == QStringLiteral("@a"); }))
+        << field.text().toStdString();
+    ASSERT_EQ(local.all().size(), 2U);
+    EXPECT_EQ(local.all()[0].modifiers, KeyModifiers());
+
+    m_client.pressKey(rightAltCode);
+    m_client.click(uselessButton);
+    m_client.releaseKey(rightAltCode);
+    m_client.pressKey(rightAltCode);
+    m_client.releaseKey(rightAltCode);
+    ASSERT_TRUE(TestClient::eventually([&] { return local.all().size() >= 4; }));
+    const auto events = local.all();
+    EXPECT_EQ(std::vector<KeyEvent>(events.begin() + 2, events.end()), altGrTap);
+}
+
+TEST_F(X11KeyMonitorTest, OwnWindowsLearnOfExchangedKeys)
+{
+    QLineEdit field;
+    field.show();
+    ASSERT_TRUE(TestClient::eventually([&] { return field.hasFocus(); }));
+    Events local;
+    const auto observation = m_monitor.addLocalMonitor([&](const KeyEvent& event) {
+        local.add(event);
+        return true;
+    });
+    const TestLayouts layouts(
+        {QStringLiteral("us"), QStringLiteral("-option"), QStringLiteral("altwin:swap_lalt_lwin")});
+    m_client.pressKey(leftAltCode);
+    m_client.releaseKey(leftAltCode);
+    ASSERT_TRUE(TestClient::eventually([&] { return local.all().size() == 2; }));
+    EXPECT_EQ(local.all()[0].modifiers, KeyModifiers(KeyModifier::Command));
 }
 
 } // namespace
