@@ -131,6 +131,12 @@ class KateTerminal(Terminal):
         return super().text().removeprefix(self._greeting)
 
 
+class VimTerminal(Terminal):
+    def __init__(self, stage):
+        Editor.__init__(self, stage, ["gvim", "-f", "-c", f"terminal ++curwin {self._keeper(stage)}"],
+                        "gvim")
+
+
 def document(stage):
     file = stage.folder("documents") / "letter.txt"
     file.touch()
@@ -208,6 +214,7 @@ EDITORS = {
     "libreoffice-calc": lambda stage: office(stage, "calc"),
     "xterm": lambda stage: Terminal(stage, ["xterm", "-u8", "-class", "XTerm", "-e"], "XTerm"),
     "gnome-terminal": GnomeTerminal,
+    "gvim-terminal": VimTerminal,
     "kate-terminal": KateTerminal,
     "konsole": lambda stage: Terminal(stage, ["konsole", "-e"], "konsole"),
 }

@@ -18,6 +18,7 @@ inline constexpr xcb_keysym_t backslash = 0x5c;
 inline constexpr xcb_keysym_t g = 0x67;
 inline constexpr xcb_keysym_t o = 0x6f;
 inline constexpr xcb_keysym_t v = 0x76;
+inline constexpr xcb_keysym_t w = 0x77;
 inline constexpr xcb_keysym_t thirdLevel = 0xfe03; ///< ISO_Level3_Shift: AltGr.
 inline constexpr xcb_keysym_t tab = 0xff09;
 inline constexpr xcb_keysym_t enter = 0xff0d;

@@ -53,11 +53,12 @@ std::optional<Chord> chordOnSpareCode(const KeyChord& chord, const KeyboardLayou
 
 } // namespace
 
-std::optional<PastePlan> planPaste(const PasteShortcut& shortcut, const KeyboardLayouts& layouts,
-    const std::vector<xcb_keycode_t>& spareCodes, const KeyboardState& state)
+std::optional<PastePlan> planPaste(std::span<const KeyChord> shortcut,
+    const KeyboardLayouts& layouts, const std::vector<xcb_keycode_t>& spareCodes,
+    const KeyboardState& state)
 {
     PastePlan plan;
-    for (const KeyChord& chord : shortcut.chords) {
+    for (const KeyChord& chord : shortcut) {
         auto pressed = chordInAnyLayout(chord, layouts, state);
         if (!pressed && chord == controlV)
             pressed = chordInAnyLayout(shiftInsert, layouts, state);

@@ -19,7 +19,7 @@ struct PastePlan {
 /// keyboard without Latin letters Ctrl+V becomes Shift+Insert (Chromium knows letters by the places
 /// of their keys, so that no spare code can be one); every other character is put on a spare code.
 /// Empty when nothing would be sure to paste.
-[[nodiscard]] std::optional<PastePlan> planPaste(const PasteShortcut& shortcut,
+[[nodiscard]] std::optional<PastePlan> planPaste(std::span<const KeyChord> shortcut,
     const KeyboardLayouts& layouts, const std::vector<xcb_keycode_t>& spareCodes,
     const KeyboardState& state);
 

@@ -19,12 +19,16 @@ constexpr std::array vimPaste{KeyChord{.symbol = keysyms::backslash, .control = 
     KeyChord{.symbol = keysyms::plus}, KeyChord{.symbol = keysyms::g},
     KeyChord{.symbol = keysyms::capitalP}};
 
+// The terminal of Vim passes Ctrl+\ on, and most programs quit at it. Ctrl+W " + is its own.
+constexpr std::array vimTerminalPaste{KeyChord{.symbol = keysyms::w, .control = true},
+    KeyChord{.symbol = keysyms::quote}, KeyChord{.symbol = keysyms::plus}};
+
 constexpr PasteShortcut usual{controlV};
 constexpr PasteShortcut inTerminals{controlShiftV}; // To which Ctrl+V is a character.
 constexpr PasteShortcut inOldTerminals{.chords = shiftInsert, .pastesPrimary = true};
 // Yanks the clipboard, also where cua-mode, Viper or Evil have given Ctrl+Y another meaning.
 constexpr PasteShortcut inEmacs{shiftInsert};
-constexpr PasteShortcut inVim{vimPaste};
+constexpr PasteShortcut inVim{.chords = vimPaste, .chordsInVimTerminal = vimTerminalPaste};
 // Ctrl+V is a character to the terminal inside, which does not say that it has the keyboard. This
 // pastes there and in every editor, the primary selection or the clipboard.
 constexpr PasteShortcut inCodeEditors{.chords = shiftInsert, .pastesPrimary = true};
@@ -109,6 +113,13 @@ constexpr auto programs = std::to_array<Program>({
 });
 
 } // namespace
+
+std::span<const KeyChord> PasteShortcut::chordsFor(const QString& title) const
+{
+    // "!bash [running] - VIM"; a file's title has its folder in parentheses there.
+    const bool isVimTerminal = title.startsWith(u'!') && title.contains(u"] - ");
+    return isVimTerminal && !chordsInVimTerminal.empty() ? chordsInVimTerminal : chords;
+}
 
 PasteShortcut pasteShortcutOf(const PasteTarget& target)
 {

@@ -21,6 +21,10 @@ struct KeyChord {
 struct PasteShortcut {
     std::span<const KeyChord> chords; ///< One after another; they live as long as the program.
     bool pastesPrimary = false; ///< What the mouse has selected, not what was copied.
+    std::span<const KeyChord> chordsInVimTerminal = {}; ///< Empty for what is not Vim.
+
+    /// Those for a window of that title, by which Vim tells what it shows.
+    [[nodiscard]] std::span<const KeyChord> chordsFor(const QString& title) const;
 };
 
 [[nodiscard]] PasteShortcut pasteShortcutOf(const PasteTarget& target);

@@ -121,7 +121,8 @@ KeyPosting Typist::pressPaste(const PasteShortcut& shortcut, const RunningApplic
         return refuse("another window has the keyboard");
     const auto layouts = KeyboardLayouts::read(connection());
     const auto state = KeyboardState::read(connection());
-    const auto plan = planPaste(shortcut, layouts, spareCodes(), state);
+    const auto plan =
+        planPaste(shortcut.chordsFor(m_windows.title(window)), layouts, spareCodes(), state);
     if (!plan)
         return refuse("the keyboard has no keys for it");
     if (!releaseHeldModifiers(layouts, state.group))

@@ -56,6 +56,13 @@ bool X11Windows::isWithin(xcb_window_t inner, xcb_window_t outer) const
     return inner == outer && outer != XCB_WINDOW_NONE;
 }
 
+QString X11Windows::title(xcb_window_t window) const
+{
+    if (!m_connection.isOpen())
+        return {};
+    return QString::fromUtf8(m_connection.bytes(window, m_connection.atom("_NET_WM_NAME")));
+}
+
 bool X11Windows::exists(xcb_window_t window) const
 {
     if (!m_connection.isOpen() || window == XCB_WINDOW_NONE)

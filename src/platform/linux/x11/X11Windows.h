@@ -34,6 +34,9 @@ public:
     /// Whether @p inner is @p outer or stands somewhere in it.
     [[nodiscard]] bool isWithin(xcb_window_t inner, xcb_window_t outer) const;
 
+    /// As the window manager shows it; empty when unknown.
+    [[nodiscard]] QString title(xcb_window_t window) const;
+
     [[nodiscard]] bool exists(xcb_window_t window) const;
 
     /// The topmost managed window of the process; 0 when it has none.

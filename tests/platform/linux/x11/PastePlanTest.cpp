@@ -20,14 +20,14 @@ constexpr std::array controlVChord{KeyChord{.symbol = keysyms::v, .control = tru
 constexpr std::array controlShiftVChord{
     KeyChord{.symbol = keysyms::v, .control = true, .shift = true}};
 constexpr std::array shiftInsertChord{KeyChord{.symbol = keysyms::insert, .shift = true}};
-constexpr PasteShortcut controlV{controlVChord};
-constexpr PasteShortcut controlShiftV{controlShiftVChord};
-constexpr PasteShortcut shiftInsert{shiftInsertChord};
+constexpr std::span<const KeyChord> controlV(controlVChord);
+constexpr std::span<const KeyChord> controlShiftV(controlShiftVChord);
+constexpr std::span<const KeyChord> shiftInsert(shiftInsertChord);
 
 // As for Vim: Ctrl+\ and then a plain " and P.
 constexpr std::array sequenceChords{KeyChord{.symbol = keysyms::backslash, .control = true},
     KeyChord{.symbol = keysyms::quote}, KeyChord{.symbol = keysyms::capitalP}};
-constexpr PasteShortcut sequence{sequenceChords};
+constexpr std::span<const KeyChord> sequence(sequenceChords);
 
 KeyboardState layout(int group)
 {

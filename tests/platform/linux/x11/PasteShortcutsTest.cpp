@@ -6,12 +6,13 @@ namespace tavrin::testing {
 namespace {
 
 /// What is pressed in the program, as a person would write it down; "primary" where that is pasted.
-std::string pasteOf(const QString& identifier, bool isTerminal = false)
+std::string pasteOf(
+    const QString& identifier, bool isTerminal = false, const QString& title = QString())
 {
     const PasteShortcut shortcut =
         pasteShortcutOf({{1, QStringLiteral("Name"), identifier, 1}, isTerminal});
     std::string keys;
-    for (const KeyChord& chord : shortcut.chords) {
+    for (const KeyChord& chord : shortcut.chordsFor(title)) {
         keys += keys.empty() ? "" : " ";
         keys += chord.control ? "Ctrl+" : "";
         keys += chord.shift ? "Shift+" : "";
@@ -69,6 +70,16 @@ TEST(PasteShortcutsTest, VimPastesTheClipboardInEveryMode)
     for (const auto& identifier :
         {QStringLiteral("gvim"), QStringLiteral("Gvim"), QStringLiteral("nvim-qt")})
         EXPECT_EQ(pasteOf(identifier), "Ctrl+\\ Ctrl+o \" + g P") << identifier.toStdString();
+}
+
+TEST(PasteShortcutsTest, TheTerminalOfVimGetsNoSignalToQuit)
+{
+    const auto gvim = QStringLiteral("gvim");
+    EXPECT_EQ(pasteOf(gvim, false, QStringLiteral("!bash [running] - VIM")), "Ctrl+w \" +");
+    EXPECT_EQ(pasteOf(gvim, false, QStringLiteral("!odd [1].txt (~/notes) - VIM")),
+        "Ctrl+\\ Ctrl+o \" + g P");
+    EXPECT_EQ(pasteOf(gvim, false, QStringLiteral("a [b] - VIM")), "Ctrl+\\ Ctrl+o \" + g P");
+    EXPECT_EQ(pasteOf(QString(), false, QStringLiteral("!bash [running] - VIM")), "Ctrl+v");
 }
 
 } // namespace

@@ -256,6 +256,14 @@ TEST_F(X11SyntheticKeyboardTest, AShortcutOfManyKeysArrivesInEveryLayout)
     }
 }
 
+TEST_F(X11SyntheticKeyboardTest, TheTitleTellsWhatTheProgramShows)
+{
+    m_target.bundleIdentifier = QStringLiteral("gvim");
+    m_editor.setWindowTitle(QStringLiteral("!bash [运行中] - VIM"));
+    EXPECT_EQ(paste(m_target), KeyPosting::Done);
+    EXPECT_TRUE(eventuallyReads(QStringLiteral("\"+"))) << text().toStdString();
+}
+
 TEST_F(X11SyntheticKeyboardTest, TypesCharactersOfEveryKind)
 {
     const QString mixed = QStringLiteral(
