@@ -1,6 +1,7 @@
 // An editor for the desktop tests: shows one field, with the text and caret it is told, and with
 // the bad habits it is told. To every line on its standard input it answers with one line of JSON:
-// the "text" that really stands in the field, and how many "reads" a lying field has answered.
+// the "text" that really stands in the field, and how many "reads" a lying field has answered. The
+// line "clear" empties a field of several lines first.
 
 #include "Fields.h"
 #include "LyingAccessible.h"
@@ -12,7 +13,6 @@
 #include <QMainWindow>
 #include <QSocketNotifier>
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <memory>
@@ -80,16 +80,20 @@ void printLine(const QByteArray& line)
 }
 
 /// Answers what has come in; false once nobody asks any more.
-bool answer(const QWidget& field)
+bool answer(QWidget& field)
 {
     std::array<char, 256> input{};
     const ssize_t length = read(STDIN_FILENO, input.data(), input.size());
     if (length <= 0)
         return false;
-    const QJsonObject state{{u"text"_s, textOf(field)}, {u"reads"_s, LyingAccessible::reads()}};
-    for (auto questions = std::count(input.begin(), input.begin() + length, '\n'); questions > 0;
-         --questions)
+    QList<QByteArray> questions = QByteArray(input.data(), length).split('\n');
+    questions.removeLast(); // What follows the last line's end.
+    for (const QByteArray& question : questions) {
+        if (auto* const plain = dynamic_cast<PlainField*>(&field); plain && question == "clear")
+            plain->clear();
+        const QJsonObject state{{u"text"_s, textOf(field)}, {u"reads"_s, LyingAccessible::reads()}};
         printLine(QJsonDocument(state).toJson(QJsonDocument::Compact));
+    }
     return true;
 }
 
