@@ -62,11 +62,11 @@ std::optional<AudioChanges::Input> inputIn(const QJsonObject& json)
 AudioChanges changesIn(const QJsonObject& note)
 {
     AudioChanges changes;
-    for (const QJsonValue& each : note.value(u"outputs"_s).toArray()) {
+    for (const auto& each : note.value(u"outputs"_s).toArray()) {
         if (auto output = outputIn(each.toObject()))
             changes.outputs.append(std::move(*output));
     }
-    for (const QJsonValue& each : note.value(u"inputs"_s).toArray()) {
+    for (const auto& each : note.value(u"inputs"_s).toArray()) {
         if (auto input = inputIn(each.toObject()))
             changes.inputs.append(std::move(*input));
     }
@@ -117,7 +117,7 @@ AudioChanges AudioChangeNote::adopt()
     QJsonObject note;
     if (file.open(QIODevice::ReadOnly) && file.size() <= largestNote)
         note = QJsonDocument::fromJson(file.read(largestNote)).object();
-    const AudioChanges changes = changesIn(note);
+    AudioChanges changes = changesIn(note);
     if (changes.isEmpty())
         write({});
     m_written = changes;

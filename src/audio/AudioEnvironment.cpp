@@ -20,7 +20,7 @@ constexpr quint32 muted = 1;
 constexpr float silent = 0;
 constexpr float stillSilent = 0.001F; // At most this is what we set; above it the user raised it.
 
-// While the sound server is silent it is asked again, less and less often.
+// What is owed is tried again, less and less often: a server may answer, a device be plugged in.
 constexpr Seconds firstRetryDelay = 1s;
 constexpr Seconds longestRetryDelay = 60s;
 
@@ -198,7 +198,7 @@ void AudioEnvironment::undoOwedChanges()
             [this](const AudioChanges::Input& change) { return restoreOwed(change); });
     }
     m_note.write(m_owed);
-    tryAgainWhileNothingCanBeRead();
+    tryAgainLater();
 }
 
 /// The same steps and guards as after a recording, on the devices as they are called today.
@@ -221,9 +221,9 @@ bool AudioEnvironment::restoreOwed(const AudioChanges::Input& change)
     return restoreInput();
 }
 
-void AudioEnvironment::tryAgainWhileNothingCanBeRead()
+void AudioEnvironment::tryAgainLater()
 {
-    if (m_owed.isEmpty() || !m_devices.devices().isEmpty()) {
+    if (m_owed.isEmpty()) {
         m_retry.reset();
         m_retryDelay = firstRetryDelay;
         return;

@@ -96,7 +96,7 @@ private:
 
     /// Undoes what is owed and can be told now; does nothing while changes are in force.
     void undoOwedChanges();
-    void tryAgainWhileNothingCanBeRead();
+    void tryAgainLater();
     [[nodiscard]] AudioDeviceId deviceWithUid(const QString& uid, bool input);
 
     AudioDevices& m_devices;

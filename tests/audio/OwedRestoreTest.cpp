@@ -109,16 +109,31 @@ TEST_F(OwedRestoreTest, APreferredMicrophoneThatWasUnpluggedDoesNotStayTheDefaul
     devices.defaultInput = 4; // The server's stand-in.
     environment.restoreAudioEnvironment();
     EXPECT_EQ(devices.defaultInput, AudioDeviceId{4});
-    EXPECT_EQ(time.pending(), 0U);
+    time.advance(3600s);
 
     // Plugged in again it is the default, as it was when it went.
     devices.all = all;
     devices.defaultInput = headset;
-    preferences.remove(keys::preferredMicrophoneUID);
-    environment.applyPreferredMicrophoneForRecording();
+    time.advance(60s);
 
     EXPECT_EQ(devices.defaultInput, builtIn);
     EXPECT_FALSE(QFile::exists(notePath()));
+    EXPECT_EQ(time.pending(), 0U);
+}
+
+TEST_F(OwedRestoreTest, AnOutputThatWasUnpluggedIsNotMutedWhenItReturns)
+{
+    environment.muteSystemAudioForRecordingIfNeeded();
+    const auto all = devices.all;
+    std::erase_if(devices.all, [](const auto& device) { return device.id == speakers; });
+    environment.restoreAudioEnvironment();
+    time.advance(3600s);
+
+    devices.all = all;
+    time.advance(60s);
+
+    EXPECT_EQ(output().mute, 0U);
+    EXPECT_EQ(time.pending(), 0U);
 }
 
 } // namespace
