@@ -113,8 +113,8 @@ public:
         static const QTemporaryDir shared(folderTemplate());
         m_systemInfo.supportFolder = shared.path();
         for (const char* folder : {"Tavrin", "Sorvel"}) {
+            QDir(shared.filePath(QLatin1StringView(folder))).removeRecursively();
             QDir().mkpath(shared.filePath(QLatin1StringView(folder)));
-            QFile::remove(shared.filePath(QLatin1StringView(folder) + fileName));
         }
         m_preferences.setValue(keys::historyRetention, retention(input.byte()));
         const std::uint8_t place = input.byte();

@@ -192,7 +192,7 @@ TEST_F(HistoryEditTest, OneRecordWithANumberBeyondAllReadersCostsNoOther)
 
 TEST_F(HistoryEditTest, AMalformedFileIsKeptBesideTheOneThatReplacesIt)
 {
-    for (const QByteArray broken : {"[{\"finalText\": \"mine\"", "{}"}) {
+    for (const QByteArray broken : {R"([{"finalText": "mine")", "{}"}) {
         putFile(broken);
         EXPECT_EQ(ids(), QStringList());
         save(u"one"_s, u"1"_s);
@@ -202,7 +202,7 @@ TEST_F(HistoryEditTest, AMalformedFileIsKeptBesideTheOneThatReplacesIt)
         (QStringList{u"TranscriptionHistory.unreadable-2.json"_s,
             u"TranscriptionHistory.unreadable.json"_s}));
     EXPECT_EQ(unreadable(unreadableFiles()[0]), "{}");
-    EXPECT_EQ(unreadable(unreadableFiles()[1]), "[{\"finalText\": \"mine\"");
+    EXPECT_EQ(unreadable(unreadableFiles()[1]), R"([{"finalText": "mine")");
 }
 
 TEST_F(HistoryEditTest, AnEmptyFileIsNotWorthKeeping)
