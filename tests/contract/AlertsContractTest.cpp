@@ -225,6 +225,18 @@ TEST_F(QtAlertsTest, ReturnPressesTheFirstButtonAlsoFromAField)
     EXPECT_EQ(m_answers[1], (AlertAnswer{0, {QStringLiteral("old")}}));
 }
 
+TEST_F(QtAlertsTest, AnAlertIsAnsweredBeforeAnythingElseOfTheProgramIsUsed)
+{
+    QWidget other;
+    other.show();
+    EXPECT_FALSE(QApplication::activeModalWidget());
+    show(question);
+    EXPECT_EQ(openDialog()->windowModality(), Qt::ApplicationModal);
+    EXPECT_EQ(QApplication::activeModalWidget(), openDialog());
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(QApplication::activeModalWidget());
+}
+
 TEST_F(QtAlertsTest, TextsAreShownAsTheyAre)
 {
     show(question);

@@ -382,6 +382,35 @@ TEST_F(QtHttpTransportTest, ASlowAnswerWithinTheLimitsArrives)
         std::chrono::milliseconds(silence).count()); // Only silence is limited, not the whole.
 }
 
+TEST_F(QtHttpTransportTest, AnUploadThatGoesOnIsNoSilence)
+{
+    // Reads a little at a time for longer than the silence that is allowed, and then the rest.
+    constexpr qint64 piece = qint64{1024} * 1024; // What a socket holds back is some of them.
+    constexpr int slowPieces = 24;
+    transport.emplace(HttpLimits{500ms, 20s, 64LL * 1024});
+    QTcpServer slow;
+    ASSERT_TRUE(slow.listen(QHostAddress::LocalHost));
+    int pieces = 0;
+    QTimer step;
+    QObject::connect(&slow, &QTcpServer::newConnection, [&] {
+        QTcpSocket* socket = slow.nextPendingConnection();
+        socket->setReadBufferSize(piece);
+        socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, piece);
+        QObject::connect(&step, &QTimer::timeout, socket, [&, socket] {
+            socket->readAll();
+            if (++pieces == slowPieces)
+                socket->write(LoopbackServer::answer(200, "done"));
+        });
+        step.start(50ms);
+    });
+    const QUrl url(u"http://127.0.0.1:%1/"_s.arg(slow.serverPort()));
+    transport->send({url, "POST", {}, QByteArray(40 * 1024 * 1024, 'x')}, keep());
+
+    ASSERT_TRUE(answered());
+    EXPECT_EQ(answers.first(), Result<HttpResponse>(HttpResponse{200, "done"}));
+    EXPECT_GE(pieces, slowPieces);
+}
+
 TEST_F(QtHttpTransportTest, TheLimitsAreThoseOfThePort)
 {
     const HttpLimits limits;
@@ -464,6 +493,31 @@ TEST_F(RedirectTest, ACircleEnds)
 
     EXPECT_EQ(outcome(), code(HttpFailure::Redirected));
     EXPECT_EQ(server.requests().size(), 11);
+}
+
+TEST_F(RedirectTest, OnlyTheBodyOfTheLastAnswerCounts)
+{
+    server.handler = [](const ServedRequest& request, QTcpSocket& socket) {
+        socket.write(request.target == "/"
+                ? LoopbackServer::answer(307, "moved", "Location: /there\r\n")
+                : LoopbackServer::answer(200, "here"));
+    };
+    get();
+    ASSERT_TRUE(answered());
+
+    EXPECT_EQ(answers.first(), Result<HttpResponse>(HttpResponse{200, "here"}));
+}
+
+TEST_F(RedirectTest, TheTimeInAllIsThatOfAllRequests)
+{
+    transport.emplace(HttpLimits{5s, 400ms, 64LL * 1024});
+    server.handler = [](const ServedRequest&, QTcpSocket& socket) {
+        QTimer::singleShot(150ms, &socket,
+            [&socket] { socket.write(LoopbackServer::answer(307, {}, "Location: /further\r\n")); });
+    };
+    get();
+
+    EXPECT_EQ(outcome(), code(HttpFailure::TimedOut));
 }
 
 TEST_F(RedirectTest, WithoutALocationItIsTheAnswer)
