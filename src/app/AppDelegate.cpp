@@ -12,6 +12,7 @@
 #include "dictionary/DictionaryStore.h"
 #include "platform/Platform.h"
 #include "speech/SpeechContextualTerms.h"
+#include "speech/SpeechTexts.h"
 
 #include <utility>
 
@@ -30,7 +31,8 @@ constexpr Seconds firstRunDelay = 120ms; // Lets the window appear before the fi
 AppDelegate::AppDelegate(Surroundings surroundings)
     : m_surroundings(std::move(surroundings))
     , m_platform(*m_surroundings.platform)
-    , m_localization(*m_platform.preferences, *m_platform.workspace, m_platform.keyNames)
+    , m_localization(
+          *m_platform.preferences, *m_platform.workspace, m_platform.keyNames, m_platform.texts)
     , m_settings(*m_platform.preferences, m_localization, m_platform.hotKeyProbe.get())
     , m_errorAlert(*m_platform.alerts, m_localization)
     , m_sounds(*m_platform.soundPlayer)
@@ -41,8 +43,9 @@ AppDelegate::AppDelegate(Surroundings surroundings)
     , m_audioEnvironment(*m_platform.audioDevices, *m_platform.preferences, *m_platform.systemInfo,
           *m_platform.mainQueue,
           [this] { return m_session && m_session->state() == SessionState::Recording; })
-    , m_transcriber(*m_platform.fileSpeechRecognizer, *m_platform.permissions,
-          *m_platform.mainQueue, [this] { return contextualTerms(); })
+    , m_transcriber(
+          *m_platform.fileSpeechRecognizer, *m_platform.permissions, *m_platform.mainQueue,
+          [this] { return contextualTerms(); }, speechMessages())
     , m_liveTranscriber(*m_platform.liveSpeechRecognizer, *m_platform.permissions,
           *m_platform.mainQueue, [this] { return contextualTerms(); })
     , m_target(*m_platform.workspace, *m_platform.accessibility)
@@ -78,8 +81,8 @@ AppDelegate::AppDelegate(Surroundings surroundings)
           {*m_platform.alerts, *m_platform.clock, m_errorAlert, *m_platform.mainQueue,
               *m_platform.preferences, *m_platform.systemInfo, *m_platform.workspace},
           deployment::productWebDomain)
-    , m_firstRunNotice({m_userInterface->accountPanel(), *m_platform.alerts, *m_platform.mainQueue,
-          m_userInterface->mainWindow(), *m_platform.preferences})
+    , m_firstRunNotice({m_userInterface->accountPanel(), *m_platform.alerts, m_localization,
+          *m_platform.mainQueue, m_userInterface->mainWindow(), *m_platform.preferences})
 {
     createSession();
 }
@@ -90,6 +93,8 @@ void AppDelegate::applicationDidFinishLaunching()
 {
     if (!m_userInterface->loadApplicationIcon())
         qCWarning(log::app, "The application icon is missing.");
+    if (!m_platform.workspace->reachesEveryProgram() && m_platform.texts.limitedReach)
+        qCWarning(log::app).noquote() << m_platform.texts.limitedReach->en;
     m_statusMenu.configureMenu();
     m_userInterface->mainWindow().configureMainWindow();
     m_shortcutMonitor.configureHotKey();
@@ -167,6 +172,22 @@ ShortcutMonitor::Actions AppDelegate::shortcutActions()
                     m_session->handleEscape();
             },
         .toggleOperationMode = [this](OperationMode mode) { toggleOperationMode(mode); },
+    };
+}
+
+SystemTranscriber::Messages AppDelegate::speechMessages() const
+{
+    return {
+        .speechNotAllowed =
+            [this] {
+                return m_localization.desktopText(
+                    &DesktopTexts::speechNotAllowed, texts::speechNotAllowed);
+            },
+        .speechUnavailable =
+            [this] {
+                return m_localization.desktopText(
+                    &DesktopTexts::speechUnavailable, texts::speechUnavailable);
+            },
     };
 }
 

@@ -80,6 +80,7 @@ public:
 private:
     [[nodiscard]] StatusMenu::Actions menuActions();
     [[nodiscard]] ShortcutMonitor::Actions shortcutActions();
+    [[nodiscard]] SystemTranscriber::Messages speechMessages() const;
     [[nodiscard]] QStringList contextualTerms() const;
     void createSession();
     void lookForTakenShortcuts();

@@ -3,6 +3,7 @@
 #include "app/AccountPanel.h"
 #include "app/AlertTexts.h"
 #include "app/FirstRunTexts.h"
+#include "app/Localization.h"
 #include "app/MainWindow.h"
 #include "base/Seconds.h"
 #include "cloud/StoredSession.h"
@@ -19,6 +20,7 @@ namespace tavrin {
 namespace {
 
 constexpr Seconds pageSettles = 120ms; // Lets the account page appear before its dialog.
+constexpr int continueButton = 0;
 constexpr int guideButton = 1;
 
 } // namespace
@@ -36,8 +38,10 @@ void FirstRunNotice::showBetaOnboardingIfNeeded()
     }
     Alert alert;
     alert.messageText = texts::welcomeToBeta.toString();
-    alert.informativeText = texts::betaNotice.toString();
+    alert.informativeText =
+        m_neighbours.localization.desktopText(&DesktopTexts::betaNotice, texts::betaNotice);
     alert.buttons = {texts::understood.toString(), texts::showInstallationGuide.toString()};
+    alert.escapeButton = continueButton; // Whoever closes the welcome did not ask for the guide.
     m_neighbours.alerts.show(alert, m_guard.bind([this](const AlertAnswer& answer) {
         m_neighbours.preferences.setValue(keys::tavrinBetaOnboardingSeen, true);
         if (answer.button == guideButton)
@@ -51,7 +55,8 @@ void FirstRunNotice::showBetaInstallationGuide(std::function<void()> afterwards)
 {
     Alert alert;
     alert.messageText = texts::installationGuide.toString();
-    alert.informativeText = texts::installationSteps.toString();
+    alert.informativeText = m_neighbours.localization.desktopText(
+        &DesktopTexts::installationSteps, texts::installationSteps);
     alert.buttons = {texts::fine.toString()};
     m_neighbours.alerts.show(
         alert, m_guard.bind([then = std::move(afterwards)](const AlertAnswer&) { then(); }));

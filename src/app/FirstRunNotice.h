@@ -8,6 +8,7 @@ namespace tavrin {
 
 class AccountPanel;
 class Alerts;
+class Localization;
 class MainQueue;
 class MainWindow;
 class Preferences;
@@ -19,6 +20,7 @@ public:
     struct Neighbours {
         AccountPanel& accountPanel;
         Alerts& alerts;
+        const Localization& localization;
         MainQueue& mainQueue;
         MainWindow& mainWindow;
         Preferences& preferences;

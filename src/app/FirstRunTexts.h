@@ -2,7 +2,8 @@
 
 #include "base/LocalizedText.h"
 
-/// Texts of the first run, in Simplified Chinese in every interface language.
+/// Texts of the first run, in Simplified Chinese in every interface language; what speaks of macOS
+/// is exchanged by DesktopTexts elsewhere.
 namespace tavrin::texts {
 
 inline constexpr SimplifiedText welcomeToBeta{u"欢迎使用 Tavrin 内测版"};

@@ -31,11 +31,12 @@ QStringView formIn(const QString& language, const LocalizedText& text)
 
 } // namespace
 
-Localization::Localization(
-    const Preferences& preferences, const Workspace& workspace, KeyNames keyNames)
+Localization::Localization(const Preferences& preferences, const Workspace& workspace,
+    KeyNames keyNames, const DesktopTexts& desktopTexts)
     : m_preferences(preferences)
     , m_workspace(workspace)
     , m_keyNames(std::move(keyNames))
+    , m_desktopTexts(desktopTexts)
 {
 }
 
@@ -50,6 +51,16 @@ QString Localization::InterfaceLanguage() const
 QString Localization::LT(const LocalizedText& text) const
 {
     return withKeyNames(formIn(InterfaceLanguage(), text).toString());
+}
+
+QString Localization::desktopText(DesktopText own, const LocalizedText& text) const
+{
+    return LT((m_desktopTexts.*own).value_or(text));
+}
+
+QString Localization::desktopText(DesktopText own, const SimplifiedText& text) const
+{
+    return m_desktopTexts.*own ? LT(*(m_desktopTexts.*own)) : text.toString();
 }
 
 QString Localization::withKeyNames(const QString& text) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/LocalizedText.h"
+#include "platform/DesktopTexts.h"
 #include "platform/KeyNames.h"
 
 #include <QString>
@@ -15,7 +16,8 @@ class Workspace;
 class Localization {
 public:
     /// @param preferences, workspace must outlive this object.
-    Localization(const Preferences& preferences, const Workspace& workspace, KeyNames keyNames);
+    Localization(const Preferences& preferences, const Workspace& workspace, KeyNames keyNames,
+        const DesktopTexts& desktopTexts = {});
 
     /// "zh-Hans", "zh-Hant" or "en": the user's choice, else what fits the first preferred language
     /// of the system. Languages other than English and Traditional Chinese read as "zh-Hans".
@@ -31,6 +33,13 @@ public:
         return LT(text).arg(arguments...);
     }
 
+    /// What a desktop may say in place of a feature's text.
+    using DesktopText = std::optional<LocalizedText> DesktopTexts::*;
+
+    /// What this desktop says in place of @p text, which is shown where it says nothing of its own.
+    [[nodiscard]] QString desktopText(DesktopText own, const LocalizedText& text) const;
+    [[nodiscard]] QString desktopText(DesktopText own, const SimplifiedText& text) const;
+
     /// @p text, which is in no need of translation, with the key names of this desktop. Apply it to
     /// texts before what the user wrote is inserted into them.
     [[nodiscard]] QString withKeyNames(const QString& text) const;
@@ -42,6 +51,7 @@ private:
     const Preferences& m_preferences;
     const Workspace& m_workspace;
     KeyNames m_keyNames;
+    DesktopTexts m_desktopTexts;
 };
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #include "app/ProviderSettings.h"
 
 #include "app/HealthPanel.h"
+#include "app/Localization.h"
 #include "app/ProviderTexts.h"
 #include "cloud/ProviderPreferences.h"
 #include "platform/Alerts.h"
@@ -42,7 +43,8 @@ void ProviderSettings::promptAPIKey()
 
     Alert alert;
     alert.messageText = texts::modelApiSettings.toString();
-    alert.informativeText = texts::modelApiNotice.toString();
+    alert.informativeText =
+        m_neighbours.localization.desktopText(&DesktopTexts::modelApiNotice, texts::modelApiNotice);
     alert.buttons = {texts::save.toString(), texts::cancel.toString()};
     alert.fields = {keyField(hasKey()),
         textField(texts::baseUrlLabel, providerBaseUrl(m_neighbours.preferences)),

@@ -9,6 +9,7 @@ namespace tavrin {
 
 class Alerts;
 class HealthPanel;
+class Localization;
 class Preferences;
 class SystemInfo;
 class Workspace;
@@ -20,6 +21,7 @@ public:
     struct Neighbours {
         Alerts& alerts;
         HealthPanel& healthPanel;
+        const Localization& localization;
         Preferences& preferences;
         const SystemInfo& systemInfo;
         Workspace& workspace;

@@ -83,8 +83,11 @@ void ShortcutSettings::updateShortcutStatus()
     if (!m_controls)
         return;
     const bool taken = !identifiers.isEmpty();
-    m_controls->setShortcutStatus(
-        m_neighbours.localization.LT(taken ? texts::shortcutConflict : texts::noShortcutConflict),
+    const Localization& localization = m_neighbours.localization;
+    m_controls->setShortcutStatus(taken
+            ? localization.LT(texts::shortcutConflict)
+            : localization.desktopText(
+                &DesktopTexts::noShortcutConflict, texts::noShortcutConflict),
         taken ? ShortcutStatus::Conflict : ShortcutStatus::NoConflict);
 }
 

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace tavrin {
 
 /// A line of input in an alert, of any length.
@@ -26,9 +28,18 @@ struct Alert {
     Style style = Style::Informational;
     QString messageText; ///< The title.
     QString informativeText; ///< May hold line breaks; always shown as plain text.
-    QStringList buttons; ///< The first one is the default and what Return presses; the last of
-                         ///< several is what Escape presses.
+    QStringList buttons; ///< The first one is the default and what Return presses.
     QList<AlertField> fields;
+    int escapeButton = lastButton; ///< What Escape and closing the window press.
+
+    static constexpr int lastButton = -1;
+
+    /// The place of the button that stands for no answer.
+    [[nodiscard]] int unanswered() const
+    {
+        return escapeButton == lastButton ? std::max(static_cast<int>(buttons.size()), 1) - 1
+                                          : escapeButton;
+    }
 
     friend bool operator==(const Alert&, const Alert&) = default;
 };
@@ -45,8 +56,9 @@ class Alerts {
 public:
     virtual ~Alerts() = default;
 
-    /// Shows @p alert in front of everything and completes with the answer. Alerts shown meanwhile
-    /// wait their turn. Closing the window presses the last button.
+    /// Shows @p alert in front of everything and returns at once; completes with the answer later.
+    /// Alerts shown meanwhile wait their turn. Never runs an event loop of its own: callers go on
+    /// with state that nothing else may change under them.
     virtual void show(const Alert& alert, Completion<AlertAnswer> completion) = 0;
 
     /// The system's short sound for "not now".

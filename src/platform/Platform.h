@@ -6,6 +6,7 @@
 #include "platform/AudioRecorder.h"
 #include "platform/BackgroundQueue.h"
 #include "platform/Clock.h"
+#include "platform/DesktopTexts.h"
 #include "platform/HotKeyProbe.h"
 #include "platform/HttpTransport.h"
 #include "platform/KeyMonitor.h"
@@ -30,6 +31,7 @@ namespace tavrin {
 /// in the order of creation: a port may use those above it, and goes before them.
 struct Platform {
     KeyNames keyNames;
+    DesktopTexts texts;
     std::unique_ptr<SystemInfo> systemInfo;
     std::unique_ptr<Clock> clock;
     std::unique_ptr<MainQueue> mainQueue;

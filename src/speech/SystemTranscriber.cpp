@@ -13,38 +13,43 @@ namespace {
 constexpr int recognizerUnavailable = 10;
 constexpr int nothingHeard = 11;
 
-Error speechError(int code, const SimplifiedText& message)
+Error speechError(int code, const QString& message)
 {
-    return {u"TavrinSpeech"_s, code, message.toString()};
+    return {u"TavrinSpeech"_s, code, message};
+}
+
+QString orElse(const std::function<QString()>& message, const SimplifiedText& fallback)
+{
+    return message ? message() : fallback.toString();
 }
 
 /// What the recogniser lacks, where it can tell.
-Error unavailable(const SpeechAvailability& availability)
+Error unavailable(const SpeechAvailability& availability, const QString& otherwise)
 {
     if (availability.text.zhHans.isEmpty())
-        return speechError(recognizerUnavailable, texts::speechUnavailable);
-    Error error = speechError(recognizerUnavailable, {availability.text.zhHans});
-    if (!availability.argument.isEmpty())
-        error.message = error.message.arg(availability.argument);
-    return error;
+        return speechError(recognizerUnavailable, otherwise);
+    const QString message = availability.text.zhHans.toString();
+    return speechError(recognizerUnavailable,
+        availability.argument.isEmpty() ? message : message.arg(availability.argument));
 }
 
 Result<QString> transcriptOf(const SpeechResult& result)
 {
     const QString text = result.formattedString.trimmed();
     if (text.isEmpty())
-        return failure(speechError(nothingHeard, texts::noValidSpeech));
+        return failure(speechError(nothingHeard, texts::noValidSpeech.toString()));
     return text;
 }
 
 } // namespace
 
 SystemTranscriber::SystemTranscriber(FileSpeechRecognizer& recognizer, Permissions& permissions,
-    MainQueue& mainQueue, ContextualTerms contextualTerms)
+    MainQueue& mainQueue, ContextualTerms contextualTerms, Messages messages)
     : m_recognizer(recognizer)
     , m_permissions(permissions)
     , m_mainQueue(mainQueue)
     , m_contextualTerms(std::move(contextualTerms))
+    , m_messages(std::move(messages))
 {
 }
 
@@ -55,12 +60,13 @@ void SystemTranscriber::transcribe(const QString& path, Completion<Result<QStrin
     // The answer may come on any thread; the recogniser and the terms belong to the main thread.
     auto start = m_guard.bind([this, path, completion] { recognize(path, completion); });
     m_permissions.requestSpeech(
-        [start = std::move(start), &queue = m_mainQueue, completion = std::move(completion)](
+        [start = std::move(start), &queue = m_mainQueue, completion = std::move(completion),
+            notAllowed = orElse(m_messages.speechNotAllowed, texts::speechNotAllowed)](
             AuthorizationStatus status) {
             if (status == AuthorizationStatus::Authorized)
                 queue.post(start);
             else
-                completion(failure(speechError(static_cast<int>(status), texts::speechNotAllowed)));
+                completion(failure(speechError(static_cast<int>(status), notAllowed)));
         });
 }
 
@@ -69,7 +75,8 @@ void SystemTranscriber::recognize(
 {
     std::erase_if(m_runs, [](const Run& run) { return run.reported->load(); });
     if (!m_recognizer.isAvailable()) {
-        completion(failure(unavailable(m_recognizer.availability())));
+        completion(failure(unavailable(m_recognizer.availability(),
+            orElse(m_messages.speechUnavailable, texts::speechUnavailable))));
         return;
     }
     const SpeechRequest request{

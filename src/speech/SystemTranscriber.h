@@ -29,9 +29,15 @@ public:
     /// The terms to favour, read anew for every recording, on the main thread.
     using ContextualTerms = std::function<QStringList()>;
 
+    /// What the errors say; asked for on the main thread. Where one is missing, the words of macOS.
+    struct Messages {
+        std::function<QString()> speechNotAllowed;
+        std::function<QString()> speechUnavailable;
+    };
+
     /// The ports must outlive the transcriber.
     SystemTranscriber(FileSpeechRecognizer& recognizer, Permissions& permissions,
-        MainQueue& mainQueue, ContextualTerms contextualTerms);
+        MainQueue& mainQueue, ContextualTerms contextualTerms, Messages messages = {});
     ~SystemTranscriber();
 
     SystemTranscriber(const SystemTranscriber&) = delete;
@@ -54,6 +60,7 @@ private:
     Permissions& m_permissions;
     MainQueue& m_mainQueue;
     ContextualTerms m_contextualTerms;
+    Messages m_messages;
     std::vector<Run> m_runs;
     CallbackGuard m_guard;
 };

@@ -5,6 +5,7 @@
 #include "app/Settings.h"
 #include "app/ShortcutTexts.h"
 #include "app/StatusMenu.h"
+#include "platform/Workspace.h"
 #include "ui/ApplicationIcon.h"
 #include "ui/BrandStyle.h"
 
@@ -131,7 +132,19 @@ void MainWindowFrame::buildContents()
 
     m_instructionLabel = addLabel(
         *layout, brand::systemFont(instructionSize, QFont::Normal), brand::tavSecondaryText());
+    addReachNotice(*layout);
     layout->addStretch();
+}
+
+void MainWindowFrame::addReachNotice(QVBoxLayout& layout) const
+{
+    constexpr LocalizedText nothing{u""};
+    const QString notice =
+        m_neighbours.localization.desktopText(&DesktopTexts::limitedReach, nothing);
+    if (m_neighbours.workspace.reachesEveryProgram() || notice.isEmpty())
+        return;
+    layout.addSpacing(14);
+    addLabel(layout, brand::tavBodyFont(), brand::labelColor())->setText(notice);
 }
 
 void MainWindowFrame::centreOnScreen()

@@ -10,11 +10,13 @@
 #include <memory>
 
 class QLabel;
+class QVBoxLayout;
 class QWidget;
 
 namespace tavrin {
 
-/// The main window: brand icon, name and the shortcuts of the moment. It has no pages; whoever asks
+/// The main window: brand icon, name and the shortcuts of the moment, and what the session keeps
+/// out of reach. It has no pages; whoever asks
 /// for one gets the window itself in front. Main thread only.
 class MainWindowFrame final : public MainWindow,
                               public AccountPanel,
@@ -49,6 +51,7 @@ public:
 
 private:
     void buildContents();
+    void addReachNotice(QVBoxLayout& layout) const;
     void centreOnScreen();
 
     UserInterfaceNeighbours m_neighbours;

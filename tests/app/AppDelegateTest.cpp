@@ -2,6 +2,7 @@
 
 #include "app/ControllerFixture.h"
 #include "dictionary/DictionaryStore.h"
+#include "platform/linux/LinuxTexts.h"
 #include "support/CapturedLog.h"
 #include "support/InMemoryAccessibility.h"
 #include "support/InMemoryAudioRecorders.h"
@@ -314,6 +315,37 @@ TEST_F(AppDelegateTest, ADefaultMovesAsideOnceTheDesktopHasItsKeys)
     EXPECT_EQ(
         statusItem->toolTip, u"Dictation Right Option · Translation ⌃⌥ Space · Chat ⇧⌘ Space"_s);
     EXPECT_TRUE(trace.contains("refresh shortcuts"));
+}
+
+TEST_F(AppDelegateTest, ASessionInWhichNotEveryProgramIsReachedIsLoggedOnce)
+{
+    const testing::CapturedLog log;
+    platform.texts = linuxTexts();
+    const QString line = linuxTexts().limitedReach->en.toString();
+    launch();
+    time.advance(40s);
+    EXPECT_FALSE(log.lines().contains(line));
+
+    delegate.reset();
+    workspace.everyProgramReached = false;
+    launch();
+    delegate->showMainWindow();
+    time.advance(40s);
+    EXPECT_EQ(log.lines().count(line), 1);
+}
+
+TEST_F(AppDelegateTest, TheWordsOfTheDesktopReachTheErrorsOfSpeech)
+{
+    platform.texts = linuxTexts();
+    recognizer->available = false;
+    launch();
+    statusItem->press("Start dictation (Right Option)");
+    statusItem->press("Finish and insert (Right Option)");
+    time.advance(0s);
+
+    ASSERT_EQ(alerts->shown().size(), 1);
+    EXPECT_EQ(
+        alerts->shown().first().informativeText, linuxTexts().speechUnavailable->en.toString());
 }
 
 TEST_F(AppDelegateTest, AfterTheLaunchTheLogTellsWhichShortcutsAreHeld)

@@ -1,8 +1,11 @@
 #include "app/FirstRunNotice.h"
 
 #include "app/FakePanels.h"
+#include "app/Localization.h"
 #include "platform/PreferenceKeys.h"
+#include "platform/linux/LinuxTexts.h"
 #include "support/InMemoryPreferences.h"
+#include "support/InMemoryWorkspace.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedAlerts.h"
 #include "support/VirtualTime.h"
@@ -20,7 +23,7 @@ const Alert welcome{Alert::Style::Informational, QStringLiteral(u"欢迎使用 T
     QStringLiteral(
         u"当前版本是早期熟人内测版，尚未完成 Apple 公证，因此安装时可能需要通过右键打开。\n\n"
         u"Tavrin 只会在你主动按下快捷键时开始听写，不会后台监听，也不会保存你的语音录音。"),
-    {QStringLiteral(u"我知道了，继续"), QStringLiteral(u"查看安装说明")}, {}};
+    {QStringLiteral(u"我知道了，继续"), QStringLiteral(u"查看安装说明")}, {}, 0};
 
 const Alert guide{Alert::Style::Informational, QStringLiteral(u"Tavrin 内测版安装与权限说明"),
     QStringLiteral(
@@ -41,8 +44,10 @@ protected:
     testing::ScriptedAlerts alerts;
     testing::FakeMainWindow window;
     testing::FakeAccountPanel account;
-    std::optional<FirstRunNotice> notice{
-        std::in_place, FirstRunNotice::Neighbours{account, alerts, time, window, preferences}};
+    testing::InMemoryWorkspace workspace;
+    Localization localization{preferences, workspace, KeyNames()};
+    std::optional<FirstRunNotice> notice{std::in_place,
+        FirstRunNotice::Neighbours{account, alerts, localization, time, window, preferences}};
 
     void TearDown() override { EXPECT_EQ(time.pending(), 0U); }
 
@@ -67,6 +72,31 @@ TEST_F(FirstRunNoticeTest, TheTextsAreTheSameInEveryLanguage)
     alerts.answer(guideButton);
 
     EXPECT_EQ(alerts.shown(), (QList<Alert>{welcome, guide}));
+}
+
+TEST_F(FirstRunNoticeTest, LinuxIsWelcomedInItsOwnWords)
+{
+    signIn();
+    preferences.setValue(keys::interfaceLanguage, "en");
+    const Localization linux{preferences, workspace, KeyNames(), linuxTexts()};
+    FirstRunNotice linuxNotice({account, alerts, linux, time, window, preferences});
+    linuxNotice.showBetaOnboardingIfNeeded();
+    alerts.answer(guideButton);
+
+    ASSERT_EQ(alerts.shown().size(), 2);
+    EXPECT_EQ(alerts.shown()[0].informativeText, linuxTexts().betaNotice->en.toString());
+    EXPECT_EQ(alerts.shown()[1].informativeText, linuxTexts().installationSteps->en.toString());
+    alerts.answer(0);
+}
+
+TEST_F(FirstRunNoticeTest, ClosingTheWelcomeGoesOnWithoutTheGuide)
+{
+    signIn();
+    notice->showBetaOnboardingIfNeeded();
+    alerts.answer(alerts.shown().first().unanswered());
+
+    EXPECT_TRUE(seen());
+    EXPECT_EQ(alerts.shown(), QList<Alert>{welcome});
 }
 
 TEST_F(FirstRunNoticeTest, TheWelcomeCountsAsSeenOnceItIsAnswered)

@@ -1,8 +1,10 @@
 #include "app/ProviderSettings.h"
 
 #include "app/HealthPanel.h"
+#include "app/Localization.h"
 #include "cloud/Deployment.h"
 #include "platform/PreferenceKeys.h"
+#include "platform/linux/LinuxTexts.h"
 #include "support/InMemoryPreferences.h"
 #include "support/InMemorySystemInfo.h"
 #include "support/InMemoryWorkspace.h"
@@ -35,8 +37,10 @@ protected:
     testing::InMemoryPreferences preferences;
     testing::InMemorySystemInfo systemInfo;
     testing::InMemoryWorkspace workspace;
+    Localization localization{preferences, workspace, KeyNames()};
     std::optional<ProviderSettings> settings{std::in_place,
-        ProviderSettings::Neighbours{alerts, health, preferences, systemInfo, workspace}};
+        ProviderSettings::Neighbours{
+            alerts, health, localization, preferences, systemInfo, workspace}};
 
     QString keyPlaceholder()
     {
@@ -56,6 +60,17 @@ protected:
 
     QString stored(const QString& key) const { return preferences.value(key).toString(); }
 };
+
+TEST_F(ProviderSettingsTest, LinuxExplainsItInItsOwnWords)
+{
+    preferences.setValue(keys::interfaceLanguage, u"zh-Hant"_s);
+    const Localization linux{preferences, workspace, KeyNames(), linuxTexts()};
+    ProviderSettings linuxSettings({alerts, health, linux, preferences, systemInfo, workspace});
+    linuxSettings.promptAPIKey();
+    EXPECT_EQ(
+        alerts.shown().last().informativeText, linuxTexts().modelApiNotice->zhHant.toString());
+    alerts.answer(cancelButton);
+}
 
 TEST_F(ProviderSettingsTest, TheDialogExplainsItselfAndShowsTheDefaults)
 {

@@ -4,6 +4,7 @@
 #include "app/Settings.h"
 #include "app/ShortcutMonitor.h"
 #include "platform/PreferenceKeys.h"
+#include "platform/linux/LinuxTexts.h"
 #include "support/CapturedLog.h"
 #include "support/InMemoryHotKeyProbe.h"
 #include "support/InMemoryKeyMonitor.h"
@@ -361,6 +362,16 @@ TEST_F(ShortcutSettingsTest, TheStatusIsExplainedInTheInterfaceLanguage)
         shortcuts.updateShortcutStatus();
         EXPECT_EQ(controls.statusText, texts.at(2));
     }
+}
+
+TEST_F(ShortcutSettingsTest, LinuxExplainsTheStatusInItsOwnWords)
+{
+    const Localization linux{preferences, workspace, KeyNames(), linuxTexts()};
+    ShortcutSettings linuxShortcuts{
+        {alerts, probe, linux, preferences, settings, monitor}, {[] {}, [] {}}};
+    linuxShortcuts.setControls(&controls);
+    linuxShortcuts.updateShortcutStatus();
+    EXPECT_EQ(controls.statusText, linuxTexts().noShortcutConflict->en.toString());
 }
 
 } // namespace

@@ -182,6 +182,15 @@ TEST_P(AlertsContractTest, WhatIsOpenWhenTheProgramEndsIsAnsweredWithTheLastButt
     EXPECT_EQ(m_answers[1].button, 2);
 }
 
+TEST_P(AlertsContractTest, WhatIsOpenAtTheEndIsAnsweredAsByEscape)
+{
+    Alert alert = named(QStringLiteral("First"));
+    alert.escapeButton = 0;
+    show(alert);
+    subject().destroy();
+    EXPECT_EQ(m_answers, (QList<AlertAnswer>{{0, {}}}));
+}
+
 class QtAlertsTest : public ::testing::Test {
 protected:
     void show(const Alert& alert)
@@ -210,6 +219,17 @@ TEST_F(QtAlertsTest, EscapeAndClosingPressTheLastButton)
     show(question);
     openDialog()->close();
     EXPECT_EQ(m_answers, (QList<AlertAnswer>{{1, {}}, {1, {}}}));
+}
+
+TEST_F(QtAlertsTest, EscapeAndClosingPressTheButtonThatTheAlertNames)
+{
+    Alert alert = question;
+    alert.escapeButton = 0;
+    show(alert);
+    press(Qt::Key_Escape);
+    show(alert);
+    openDialog()->close();
+    EXPECT_EQ(m_answers, (QList<AlertAnswer>{{0, {}}, {0, {}}}));
 }
 
 TEST_F(QtAlertsTest, ReturnPressesTheFirstButtonAlsoFromAField)

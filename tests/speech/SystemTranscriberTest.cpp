@@ -101,6 +101,25 @@ TEST_F(SystemTranscriberTest, ARefusedPermissionIsToldBeforeAnUnavailableRecogni
     EXPECT_EQ(onlyError().code, static_cast<int>(AuthorizationStatus::Denied));
 }
 
+TEST_F(SystemTranscriberTest, TheErrorsSayWhatTheyAreGiven)
+{
+    SystemTranscriber worded{recognizer, permissions, time, [this] { return terms; },
+        {.speechNotAllowed = [] { return QStringLiteral("no engine"); },
+            .speechUnavailable = [] { return QStringLiteral("no server"); }}};
+    QStringList messages;
+    const auto heard = [&](const Result<QString>& report) {
+        messages.append(report ? QString() : report.error().message);
+    };
+    recognizer.available = false;
+    worded.transcribe("recording.m4a", heard);
+    time.advance(0s);
+    permissions.speech = AuthorizationStatus::Denied;
+    worded.transcribe("recording.m4a", heard);
+    time.advance(0s);
+
+    EXPECT_EQ(messages, QStringList({"no server", "no engine"}));
+}
+
 TEST_F(SystemTranscriberTest, TheRecordingIsRecognizedAsPunctuatedDictationWithTheTermsOfTheMoment)
 {
     terms.append("Boris");

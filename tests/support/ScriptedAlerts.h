@@ -12,7 +12,7 @@ public:
     ~ScriptedAlerts() override
     {
         for (auto& [alert, completion] : m_open)
-            completion(AlertAnswer{static_cast<int>(alert.buttons.size()) - 1, {}});
+            completion(AlertAnswer{alert.unanswered(), {}});
     }
 
     ScriptedAlerts() = default;

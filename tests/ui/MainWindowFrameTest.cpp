@@ -4,6 +4,7 @@
 #include "app/Settings.h"
 #include "app/StatusMenu.h"
 #include "platform/PreferenceKeys.h"
+#include "platform/linux/LinuxTexts.h"
 #include "support/InMemoryPreferences.h"
 #include "support/InMemoryStatusItem.h"
 #include "support/InMemoryWorkspace.h"
@@ -28,6 +29,7 @@ protected:
     testing::InMemoryWorkspace workspace;
     testing::InMemoryStatusItem statusItem;
     Localization localization{preferences, workspace, KeyNames()};
+    Localization linux{preferences, workspace, KeyNames(), linuxTexts()};
     Settings settings{preferences, localization};
     StatusMenu statusMenu{{localization, preferences, settings, statusItem}, StatusMenu::Actions()};
     int forwarded = 0;
@@ -36,9 +38,11 @@ protected:
 
     MainWindowFrameTest() { preferences.setValue(keys::interfaceLanguage, "en"); }
 
-    bool shows(const QString& text)
+    bool shows(const QString& text) { return shows(*frame.widget(), text); }
+
+    static bool shows(const QWidget& window, const QString& text)
     {
-        const auto labels = frame.widget()->findChildren<QLabel*>();
+        const auto labels = window.findChildren<QLabel*>();
         return std::ranges::any_of(
             labels, [&](const QLabel* label) { return label->text() == text; });
     }
@@ -104,6 +108,33 @@ TEST_F(MainWindowFrameTest, NameAndShortcutsAreShownInTheInterfaceLanguage)
         EXPECT_TRUE(shows("Tavrin"));
         EXPECT_TRUE(shows(summary)) << summary.toStdString();
     }
+}
+
+TEST_F(MainWindowFrameTest, WhatTheSessionKeepsOutOfReachIsSaidInTheInterfaceLanguage)
+{
+    const LocalizedText notice = *linuxTexts().limitedReach;
+    for (const auto& [language, text] : {std::pair(u"en"_s, notice.en),
+             std::pair(u"zh-Hans"_s, notice.zhHans), std::pair(u"zh-Hant"_s, notice.zhHant)}) {
+        preferences.setValue(keys::interfaceLanguage, language);
+        for (const bool everyProgram : {false, true}) {
+            workspace.everyProgramReached = everyProgram;
+            MainWindowFrame window{{time, linux, time, settings, statusMenu, workspace, [] {}}};
+            window.configureMainWindow();
+            window.show();
+            EXPECT_EQ(shows(*window.widget(), text.toString()), !everyProgram);
+        }
+    }
+}
+
+TEST_F(MainWindowFrameTest, ShortcutsThatChangeAreShownAtOnce)
+{
+    frame.configureMainWindow();
+    frame.refreshShortcuts();
+    frame.show();
+    preferences.setValue(keys::dictationShortcutIdentifiers, QVariantList());
+    frame.refreshShortcuts();
+
+    EXPECT_TRUE(shows(u"Dictation Not set  ·  Translation ⌥ Space  ·  Chat ⇧⌘ Space"_s));
 }
 
 TEST_F(MainWindowFrameTest, ShortcutsThatChangedAreShownTheNextTime)

@@ -1,5 +1,6 @@
 #include "platform/Platform.h"
 #include "platform/linux/LinuxKeyNames.h"
+#include "platform/linux/LinuxTexts.h"
 #include "platform/linux/atspi/AtspiAccessibility.h"
 #include "platform/linux/audio/PulseAudioDevices.h"
 #include "platform/linux/audio/PulseAudioRecorder.h"
@@ -34,6 +35,7 @@ Platform createPlatform()
 {
     Platform platform;
     platform.keyNames = linuxKeyNames();
+    platform.texts = linuxTexts();
     platform.clock = std::make_unique<QtClock>();
     platform.mainQueue = std::make_unique<QtMainQueue>();
     platform.backgroundQueue = std::make_unique<QtBackgroundQueue>(*platform.mainQueue);

@@ -65,7 +65,7 @@ QDialogButtonBox::ButtonRole role(qsizetype index, qsizetype count)
 AlertDialog::AlertDialog(const Alert& alert, Answered answered)
     : m_answered(std::move(answered))
     , m_buttonBox(new QDialogButtonBox)
-    , m_lastButton(static_cast<int>(std::max<qsizetype>(alert.buttons.size(), 1) - 1))
+    , m_escapeButton(alert.unanswered())
 {
     setObjectName(QStringLiteral("alert"));
     setWindowTitle(QGuiApplication::applicationDisplayName());
@@ -99,7 +99,7 @@ AlertDialog::AlertDialog(const Alert& alert, Answered answered)
 
 void AlertDialog::reject()
 {
-    answer(m_lastButton);
+    answer(m_escapeButton);
 }
 
 void AlertDialog::addTexts(const Alert& alert, QVBoxLayout& column)

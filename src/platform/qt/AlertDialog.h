@@ -32,7 +32,7 @@ private:
     Answered m_answered;
     QDialogButtonBox* m_buttonBox;
     QList<QLineEdit*> m_fields;
-    int m_lastButton;
+    int m_escapeButton;
 };
 
 } // namespace tavrin

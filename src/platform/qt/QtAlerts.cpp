@@ -12,7 +12,7 @@ QtAlerts::~QtAlerts()
 {
     m_dialog.reset();
     for (const auto& [alert, completion] : std::exchange(m_entries, {})) {
-        AlertAnswer answer{static_cast<int>(alert.buttons.size()) - 1, {}};
+        AlertAnswer answer{alert.unanswered(), {}};
         for (const AlertField& field : alert.fields)
             answer.fields.append(field.text);
         completion(answer);

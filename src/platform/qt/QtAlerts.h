@@ -11,7 +11,7 @@ namespace tavrin {
 class AlertDialog;
 
 /// Alerts as dialogs of Qt, one at a time, while the event loop goes on. Alerts that are open or
-/// still wait when this is destroyed are answered with their last button.
+/// still wait when this is destroyed are answered as if they were closed.
 class QtAlerts final : public Alerts {
 public:
     QtAlerts();
