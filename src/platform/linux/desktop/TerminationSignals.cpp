@@ -14,9 +14,22 @@ constexpr std::array<int, 3> handled{SIGTERM, SIGINT, SIGHUP};
 // The end of the pipe that the handler writes to; -1 while nobody listens.
 std::atomic<int> wakeUp = -1;
 
-void onSignal(int /*number*/)
+// Whether a signal came before that the main thread may not have seen.
+std::atomic<bool> askedBefore = false;
+
+void onSignal(int number)
 {
     const int before = errno;
+    if (askedBefore.exchange(true)) {
+        // The main thread hangs, or it would have given the signals back their usual meaning.
+        struct sigaction usual { };
+
+        usual.sa_handler = SIG_DFL;
+        ::sigaction(number, &usual, nullptr);
+        ::raise(number);
+        errno = before;
+        return;
+    }
     const char byte = 0;
     [[maybe_unused]] const auto written = ::write(wakeUp.load(), &byte, 1);
     errno = before;
@@ -41,6 +54,7 @@ TerminationSignals::TerminationSignals(std::function<void()> terminate)
     if (::pipe2(m_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
         return; // The signals keep their usual meaning.
     wakeUp = m_pipe[1];
+    askedBefore = false;
     m_notifier = std::make_unique<QSocketNotifier>(m_pipe[0], QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this] {
         m_notifier->setEnabled(false);

@@ -9,7 +9,8 @@
 namespace tavrin {
 
 /// Turns SIGTERM, SIGINT and SIGHUP into one call on the main thread, so that the program can quit
-/// cleanly. A second signal ends the process at once. At most one of these exists at a time.
+/// cleanly. A second signal ends the process at once, also while the main thread hangs. At most one
+/// of these exists at a time.
 class TerminationSignals {
 public:
     explicit TerminationSignals(std::function<void()> terminate);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <optional>
 
 namespace tavrin::testing {
@@ -33,6 +34,18 @@ TEST_P(TerminationSignalsTest, ASecondOneEndsTheProcess)
             ::raise(GetParam());
             (void)waitUntil([&] { return asked; });
             ::raise(GetParam());
+        },
+        ::testing::KilledBySignal(GetParam()), "");
+}
+
+TEST_P(TerminationSignalsTest, ASecondOneEndsTheProcessAlsoWhenTheMainThreadHangs)
+{
+    EXPECT_EXIT(
+        {
+            const TerminationSignals signals([] {});
+            ::raise(SIGTERM); // Nobody is told: no event loop runs.
+            ::raise(GetParam());
+            std::_Exit(0);
         },
         ::testing::KilledBySignal(GetParam()), "");
 }
