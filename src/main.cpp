@@ -69,11 +69,13 @@ int run(ProgramInstance& instance)
         .terminate = [] { QApplication::exit(); },
         .correctionLearning = &correctionLearning,
     });
+    const QObject whileItLives; // Goes before the controller, and the connection with it.
     platform.mainQueue->post([&] {
-        instance.setActivated([&delegate] { delegate.showMainWindow(); });
         instance.setTerminate([&delegate] { delegate.quit(); });
         delegate.applicationDidFinishLaunching();
-        QObject::connect(qApp, &QGuiApplication::applicationStateChanged, qApp,
+        // Not before there is a window: another start may have asked already.
+        instance.setActivated([&delegate] { delegate.showMainWindow(); });
+        QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &whileItLives,
             [&delegate](Qt::ApplicationState state) {
                 if (state == Qt::ApplicationActive)
                     delegate.applicationDidBecomeActive();
@@ -92,7 +94,7 @@ int signIn(const QString& email)
     QString password;
     if (input.open(stdin, QIODevice::ReadOnly))
         password = QString::fromUtf8(input.readLine(longestPassword)).remove(u'\n');
-    Platform platform = createPlatform();
+    Platform platform = createPlatformWithoutDesktop();
     TavrinAPI api(
         *platform.httpTransport, *platform.preferences, *platform.systemInfo, CloudSettings());
     int status = EXIT_FAILURE;
@@ -102,10 +104,10 @@ int signIn(const QString& email)
                 std::fprintf(stderr, "tavrin: %s\n", qPrintable(answer.error->message));
             else
                 status = EXIT_SUCCESS;
-            QApplication::quit();
+            QCoreApplication::quit();
         });
     });
-    QApplication::exec();
+    QCoreApplication::exec();
     return status;
 }
 
@@ -118,17 +120,21 @@ int main(int argc, char** argv)
         return *status;
     configureLogging(commandLine.verbose);
 
+    QCoreApplication::setApplicationName(QStringLiteral("Tavrin"));
+    if (commandLine.request == CommandLine::Request::SignIn) {
+        const QCoreApplication application(argc, argv);
+        return signIn(commandLine.email);
+    }
+
     // On Linux, GLib's main loop would steal the replies that the accessibility library waits for
     // on its own thread.
     qputenv("QT_NO_GLIB", "1");
     QApplication::setDesktopFileName(QStringLiteral("tavrin"));
-    QApplication::setApplicationName(QStringLiteral("Tavrin"));
     const QApplication application(argc, argv);
+    qunsetenv("QT_NO_GLIB"); // It is not for the programs that this one opens.
     QApplication::setQuitOnLastWindowClosed(
         AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
 
-    if (commandLine.request == CommandLine::Request::SignIn)
-        return signIn(commandLine.email);
     const auto instance = createProgramInstance();
     if (instance->isFirst())
         return run(*instance);

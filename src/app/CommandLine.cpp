@@ -17,7 +17,7 @@ CommandLine parseCommandLine(const QStringList& arguments)
             version = true;
         else if (argument == "--verbose"_L1)
             commandLine.verbose = true;
-        else if (argument == "--sign-in"_L1 && i + 1 < arguments.size())
+        else if (argument == "--sign-in"_L1 && !arguments.value(i + 1).isEmpty())
             commandLine.email = arguments[++i];
         else if (commandLine.unknown.isEmpty())
             commandLine.unknown = argument;

@@ -59,4 +59,9 @@ struct Platform {
 /// thread, when the QApplication exists.
 [[nodiscard]] Platform createPlatform();
 
+/// Only the ports that need no desktop and disturb no program that runs already: systemInfo, clock,
+/// mainQueue, backgroundQueue, preferences, httpTransport. Called once, instead of
+/// createPlatform(), when a QCoreApplication exists.
+[[nodiscard]] Platform createPlatformWithoutDesktop();
+
 } // namespace tavrin

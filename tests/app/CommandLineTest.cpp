@@ -48,6 +48,8 @@ TEST(CommandLineTest, SigningInNeedsAnAccount)
     EXPECT_EQ(signIn.email, "you@example.org");
 
     EXPECT_EQ(parseCommandLine({"--sign-in"}).request, Request::Refuse);
+    EXPECT_EQ(parseCommandLine({"--sign-in", ""}).request, Request::Refuse);
+    EXPECT_EQ(parseCommandLine({"--sign-in", ""}).unknown, "--sign-in");
     EXPECT_EQ(parseCommandLine({"--sign-in", "you@example.org", "more"}).request, Request::Refuse);
 }
 

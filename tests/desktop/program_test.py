@@ -108,6 +108,27 @@ class ProgramTest(unittest.TestCase):
         process.send_signal(signal.SIGTERM)
         self.assert_ends_cleanly(process)
 
+    def test_another_start_may_ask_before_the_window_is_there(self):
+        first = self.start()
+        bus = ["gdbus", "call", "--session", "--dest", "app.tavrin.Tavrin", "--object-path",
+               "/app/tavrin/Tavrin", "--method", "org.freedesktop.Application.Activate", "{}"]
+
+        def activated():
+            return subprocess.run(bus, env=self.environment, capture_output=True,
+                                  check=False).returncode == 0
+
+        self.assertTrue(until(activated))  # From the first moment that it has its name.
+        self.assertTrue(until(lambda: self.windows(first) or first.poll() is not None))
+        self.assertIsNone(first.poll(), "ended by it")
+
+    def test_signing_in_needs_no_desktop(self):
+        for variable in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "QT_QPA_PLATFORM"):
+            self.environment.pop(variable, None)
+        process = self.start("--sign-in", "you@tavrin.example", stdin=subprocess.DEVNULL)
+        _, errors = process.communicate(timeout=PATIENCE)
+        self.assertEqual(process.returncode, 1, errors)
+        self.assertRegex(errors, "^tavrin: ")  # Nobody answers, and it says so.
+
     def test_help_and_version_need_no_desktop(self):
         for variable in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"):
             self.environment.pop(variable, None)

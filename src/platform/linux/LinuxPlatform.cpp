@@ -31,7 +31,7 @@ constexpr Seconds accessibilityPause{0.3}; // Until the window and the status it
 
 } // namespace
 
-Platform createPlatform()
+Platform createPlatformWithoutDesktop()
 {
     Platform platform;
     platform.keyNames = linuxKeyNames();
@@ -43,6 +43,13 @@ Platform createPlatform()
         std::make_unique<JsonPreferences>(JsonPreferences::userPath(), *platform.mainQueue);
     platform.systemInfo =
         std::make_unique<LinuxSystemInfo>(linuxSpeechLanguage(*platform.preferences));
+    platform.httpTransport = std::make_unique<QtHttpTransport>();
+    return platform;
+}
+
+Platform createPlatform()
+{
+    Platform platform = createPlatformWithoutDesktop();
     platform.workspace = std::make_unique<X11Workspace>();
     platform.accessibility = std::make_unique<AtspiAccessibility>(accessibilityPause);
     auto pasteboard = std::make_unique<ClipboardPasteboard>();
@@ -57,7 +64,6 @@ Platform createPlatform()
     LinuxSpeech speech = createLinuxSpeech(*platform.preferences, pulseSpeechCapture(soundServer));
     platform.fileSpeechRecognizer = std::move(speech.fileRecognizer);
     platform.liveSpeechRecognizer = std::move(speech.liveRecognizer);
-    platform.httpTransport = std::make_unique<QtHttpTransport>();
     platform.soundPlayer = std::make_unique<PulseSoundPlayer>(QStringLiteral(":/Sounds"));
     platform.statusItem = std::make_unique<QtStatusItem>();
     platform.alerts = std::make_unique<QtAlerts>();
