@@ -79,6 +79,16 @@ void KeySymbols::assign(const CodeAssignment& assignment)
         key = {{twoLevels}, 1, 2, {assignment.plain, assignment.shifted}};
 }
 
+bool KeySymbols::carries(const CodeAssignment& assignment) const
+{
+    const int index = assignment.code - m_first;
+    if (index < 0 || index >= static_cast<int>(m_keys.size()))
+        return false;
+    const Key& key = m_keys[static_cast<std::size_t>(index)];
+    return key.layouts == 1
+        && key.symbols == std::vector<xcb_keysym_t>{assignment.plain, assignment.shifted};
+}
+
 void KeySymbols::write(const X11Connection& connection) const
 {
     std::vector<std::byte> list;

@@ -20,6 +20,9 @@ public:
     /// The same two symbols in every layout, or none at all; codes outside are ignored.
     void assign(const CodeAssignment& assignment);
 
+    /// Whether the code has these two symbols and no others.
+    [[nodiscard]] bool carries(const CodeAssignment& assignment) const;
+
     /// In one request: whoever follows the map reads it anew for every one.
     void write(const X11Connection& connection) const;
 

@@ -15,7 +15,8 @@ class X11SyntheticKeyboard final : public SyntheticKeyboard {
 public:
     X11SyntheticKeyboard(ClipboardPasteboard& pasteboard, MainQueue& mainQueue);
 
-    /// Where the codes in use are noted; empty without a folder for run-time files.
+    /// What the files begin with in which processes note the codes that they use; empty without a
+    /// folder for run-time files.
     [[nodiscard]] static QString stateFile();
 
     void postPasteShortcut(const PasteTarget& target, Completion<KeyPosting> completion) override;

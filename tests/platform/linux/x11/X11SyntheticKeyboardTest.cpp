@@ -281,8 +281,9 @@ TEST_F(X11SyntheticKeyboardTest, TypesMoreDifferentCharactersThanThereAreSpareKe
     EXPECT_EQ(type(many, m_target), KeyPosting::Done);
     EXPECT_TRUE(eventuallyReads(many)) << text().toStdString();
     EXPECT_TRUE(TestClient::eventually([&] { return emptyCodes() == before; }));
-    EXPECT_TRUE(
-        TestClient::eventually([] { return !QFile::exists(X11SyntheticKeyboard::stateFile()); }));
+    EXPECT_TRUE(TestClient::eventually([] {
+        return !QFile::exists(SpareCodes::fileOf(X11SyntheticKeyboard::stateFile(), thisProcess()));
+    }));
 }
 
 TEST_F(X11SyntheticKeyboardTest, KeysOfManyLayoutsStayAsTheyAre)
@@ -442,19 +443,64 @@ TEST_F(X11SyntheticKeyboardTest, CancellingLeavesNoKeyPressedOrRemapped)
         EXPECT_EQ(eight, 0);
 }
 
-TEST_F(X11SyntheticKeyboardTest, WhatACrashLeftBehindIsPutBackByTheNextStart)
-{
-    const auto before = emptyCodes();
-    ASSERT_GE(before.size(), 2U);
+/// What a process has lent that is not this one.
+class LentCodesTest : public X11SyntheticKeyboardTest {
+protected:
+    const std::vector<xcb_keycode_t> before = emptyCodes();
+    const QString stateFile = X11SyntheticKeyboard::stateFile();
+
+    /// @p owner lends two codes, and gives none back.
+    void lend(const ProcessIdentity& owner)
     {
-        SpareCodes crashed(m_client.connection(), X11SyntheticKeyboard::stateFile());
-        crashed.assign({{before[0], 0x0100'4e00, 0x0100'4e01}, {before[1], 0x0100'4e02, 0}});
+        ASSERT_GE(before.size(), 2U);
+        SpareCodes other(m_client.connection(), stateFile, owner);
+        other.assign({{before[0], 0x0100'4e00, 0x0100'4e01}, {before[1], 0x0100'4e02, 0}});
+        ASSERT_NE(emptyCodes(), before);
     }
-    ASSERT_NE(emptyCodes(), before);
+
+    void recover() { SpareCodes(m_client.connection(), stateFile).recover(); }
+
+    /// As somebody else would, without a note.
+    void assign(const CodeAssignment& code)
+    {
+        SpareCodes(m_client.connection(), QString()).assign({code});
+    }
+};
+
+TEST_F(LentCodesTest, WhatACrashLeftBehindIsPutBackByTheNextStart)
+{
+    constexpr ProcessIdentity gone{4'000'000, 1};
+    lend(gone);
     const X11SyntheticKeyboard next(m_pasteboard, m_mainQueue);
     EXPECT_TRUE(TestClient::eventually([&] { return emptyCodes() == before; }));
-    EXPECT_TRUE(
-        TestClient::eventually([] { return !QFile::exists(X11SyntheticKeyboard::stateFile()); }));
+    EXPECT_TRUE(TestClient::eventually(
+        [&] { return !QFile::exists(SpareCodes::fileOf(stateFile, gone)); }));
+}
+
+TEST_F(LentCodesTest, WhatALivingProcessHasLentIsLeftAlone)
+{
+    const ProcessIdentity alive = *processWithNumber(::getppid());
+    lend(alive);
+    const auto lent = emptyCodes();
+    recover();
+    EXPECT_EQ(emptyCodes(), lent);
+    EXPECT_TRUE(QFile::exists(SpareCodes::fileOf(stateFile, alive)));
+
+    // Its number, given to another process since.
+    QFile::remove(SpareCodes::fileOf(stateFile, alive));
+    lend({alive.number, alive.birth + 1});
+    recover();
+    EXPECT_EQ(emptyCodes(), before);
+}
+
+TEST_F(LentCodesTest, ACodeThatSomebodyElseHasTakenSinceIsLeftToThem)
+{
+    lend({4'000'000, 1});
+    assign({before[1], 0x0100'5000, 0x0100'5001});
+    recover();
+    EXPECT_EQ(emptyCodes().size(), before.size() - 1);
+    assign({before[1], 0, 0});
+    EXPECT_EQ(emptyCodes(), before);
 }
 
 } // namespace
