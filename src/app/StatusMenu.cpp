@@ -128,8 +128,10 @@ void StatusMenu::refreshToolTip()
 void StatusMenu::selectStyle(const QString& identifier)
 {
     m_neighbours.preferences.setValue(keys::outputStyle, identifier);
-    checkOnly(m_menu[styleMenu], outputStyles, identifier);
-    showMenu();
+    if (!m_menu.isEmpty()) {
+        checkOnly(m_menu[styleMenu], outputStyles, identifier);
+        showMenu();
+    }
     if (m_outputControls)
         m_outputControls->setOutputStyleIndex(indexOfIdentifier(outputStyles, identifier));
 }

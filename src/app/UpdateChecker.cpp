@@ -55,7 +55,9 @@ void UpdateChecker::checkForUpdatesIfNeeded(bool userInitiated)
 bool UpdateChecker::checkedRecently() const
 {
     const Seconds last{m_neighbours.preferences.value(keys::tavrinLastUpdateCheckAt).toDouble()};
-    return last > 0s && m_neighbours.clock.sinceEpoch() - last < checkInterval;
+    const Seconds since = m_neighbours.clock.sinceEpoch() - last;
+    // A check that lies in the future was noted by a clock that was wrong.
+    return last > 0s && since >= 0s && since < checkInterval;
 }
 
 void UpdateChecker::handle(const Result<QJsonObject>& answer, bool userInitiated)

@@ -333,6 +333,15 @@ TEST_F(StatusMenuTest, SelectionsWorkWithoutASettingsPage)
     EXPECT_EQ(item.checked("Translation target"), QStringList{"German"});
 }
 
+TEST_F(StatusMenuTest, AStyleChosenBeforeThereIsAMenuIsStoredAndShownByIt)
+{
+    menu.selectStyle("meeting");
+    EXPECT_EQ(stored(keys::outputStyle), "meeting");
+
+    menu.configureMenu();
+    EXPECT_EQ(item.checked("Writing style"), QStringList{"Meeting actions"});
+}
+
 TEST_F(StatusMenuTest, ShortcutsThatChangedAreShownInTheToolTip)
 {
     menu.configureMenu();

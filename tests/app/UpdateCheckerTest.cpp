@@ -93,6 +93,13 @@ TEST_F(UpdateCheckerTest, AutomaticChecksWaitSixHoursAfterAManualOne)
     EXPECT_EQ(requests, 1);
 }
 
+TEST_F(UpdateCheckerTest, ACheckThatLiesInTheFutureDoesNotHoldTheNextOneBack)
+{
+    preferences.setValue(keys::tavrinLastUpdateCheckAt, time.sinceEpoch().count() + 1);
+    check(false);
+    EXPECT_EQ(requests, 1);
+}
+
 TEST_F(UpdateCheckerTest, ManualChecksNeverWait)
 {
     check(true);
