@@ -4,6 +4,7 @@
 #include "support/QtPrinters.h"
 #include "ui/hud/HudWidget.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QScreen>
 #include <gtest/gtest.h>
@@ -161,6 +162,39 @@ private:
     QByteArray m_name = "panel";
     std::array<char*, 2> m_arguments{m_name.data(), nullptr};
 };
+
+int accessibleEvents = 0;
+
+void countEvent(QAccessibleEvent* event)
+{
+    accessibleEvents += event->type() == QAccessible::NameChanged
+            || event->type() == QAccessible::DescriptionChanged
+        ? 1
+        : 0;
+}
+
+TEST_P(PanelTest, OnlyTextsThatChangeAreToldToAccessibility)
+{
+    qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
+    start();
+    qunsetenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON");
+    ASSERT_TRUE(waitUntil([] { return QAccessible::isActive(); }));
+    hud::Content content;
+    content.titleLabel = u"Listening"_s;
+    content.detailLabel = u"Press the key again"_s;
+    panel->setContent(content);
+
+    accessibleEvents = 0;
+    const auto before = QAccessible::installUpdateHandler(countEvent);
+    content.lightX = 7;
+    panel->setContent(content);
+    EXPECT_EQ(accessibleEvents, 0);
+    content.titleLabel = u"Editing"_s;
+    content.detailLabel = u"A moment"_s;
+    panel->setContent(content);
+    EXPECT_EQ(accessibleEvents, 2);
+    QAccessible::installUpdateHandler(before);
+}
 
 TEST_P(PanelTest, ItIsAboveAllAndNobodyButTheEyeNoticesIt)
 {

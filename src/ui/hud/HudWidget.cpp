@@ -1,6 +1,7 @@
 #include "ui/hud/HudWidget.h"
 
 #include "platform/Workspace.h"
+#include "ui/hud/HudText.h"
 #include "ui/hud/HudTexts.h"
 
 #include <QApplication>
@@ -16,6 +17,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -74,6 +76,43 @@ void drawLine(QPainter& painter, const QRectF& place, const QString& text, Qt::A
     const QString fitting = QFontMetricsF(painter.font(), painter.device())
                                 .elidedText(text, Qt::ElideRight, place.width());
     painter.drawText(place, static_cast<int>(alignment) | Qt::TextSingleLine, fitting);
+}
+
+/// As drawLine(), in smaller letters where the text would not be whole otherwise.
+void drawFitting(
+    QPainter& painter, const QRectF& place, const QString& text, Qt::Alignment alignment)
+{
+    const QFont asked = painter.font();
+    const auto inSize = [&](double size) {
+        // Fractions of a pixel can be asked for in typographic points only.
+        constexpr double pointsPerInch = 72;
+        QFont font = asked;
+        if (size < asked.pixelSize())
+            font.setPointSizeF(size * pointsPerInch / painter.device()->logicalDpiY());
+        return font;
+    };
+    painter.setFont(inSize(fittingSize(asked.pixelSize(), place.width(), [&](double size) {
+        return QFontMetricsF(inSize(size), painter.device()).horizontalAdvance(text);
+    })));
+    drawLine(painter, place, text, alignment);
+    painter.setFont(asked);
+}
+
+/// @p text in the middle of @p place, every digit as wide as the others.
+void drawTime(QPainter& painter, const QRectF& place, const QString& text)
+{
+    const QFontMetricsF metrics(painter.font(), painter.device());
+    const QList<double> widths = tabularWidths(
+        text, [&](const QString& character) { return metrics.horizontalAdvance(character); });
+    QRectF cell = place;
+    cell.translate((place.width() - std::accumulate(widths.begin(), widths.end(), 0.0)) / 2, 0);
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        cell.setWidth(widths[i]);
+        painter.drawText(cell,
+            static_cast<int>(Qt::AlignCenter) | Qt::TextSingleLine | Qt::TextDontClip,
+            text.mid(i, 1));
+        cell.moveLeft(cell.right());
+    }
 }
 
 /// @p text broken into lines of @p width.
@@ -179,8 +218,11 @@ void Widget::setContent(const Content& content)
         return;
     m_content = content;
     setButtonsVisible(content.buttonsVisible);
-    setAccessibleName(content.titleLabel);
-    setAccessibleDescription(content.detailLabel);
+    // Each of these is an event for whoever listens, even when nothing has changed by it.
+    if (accessibleName() != content.titleLabel)
+        setAccessibleName(content.titleLabel);
+    if (accessibleDescription() != content.detailLabel)
+        setAccessibleDescription(content.detailLabel);
     if (windowFlags().testFlag(Qt::WindowTransparentForInput) == content.takesMouse) {
         const bool shown = isVisible();
         setWindowFlag(Qt::WindowTransparentForInput, !content.takesMouse); // Hides the window.
@@ -252,12 +294,12 @@ void Widget::paintTexts(QPainter& painter) const
     painter.setPen(white(0.58));
     const double detailWidth =
         m_content.barsVisible ? 255 : 366; // To the edge where no bars stand.
-    drawLine(painter, frame(42, 79, detailWidth, 20), m_content.detailLabel,
+    drawFitting(painter, frame(42, 79, detailWidth, 20), m_content.detailLabel,
         Qt::AlignLeft | Qt::AlignVCenter);
 
     painter.setFont(systemFont(14, QFont::Medium));
     painter.setPen(white(0.75));
-    drawLine(painter, frame(348, 104, 60, 22), m_content.timeLabel, Qt::AlignCenter);
+    drawTime(painter, frame(348, 104, 60, 22), m_content.timeLabel);
 
     painter.setFont(systemFont(13, QFont::Medium));
     painter.setPen(white(0.9));

@@ -198,7 +198,8 @@ void PanelRecordingHUD::updateMeter()
     }
     const Seconds elapsed = m_neighbours.clock.uptime() - m_phase.startedAt;
     if (!m_phase.processing) {
-        m_content.timeLabel = hud::recordingTime(elapsed);
+        if (!m_phase.brokenOff) // What is no longer recorded takes no time.
+            m_content.timeLabel = hud::recordingTime(elapsed);
     } else if (m_phase.estimatedDuration > 0s) {
         m_content.timeLabel = hud::remainingTime(elapsed, m_phase.estimatedDuration);
         m_content.progress = hud::progressValue(elapsed, m_phase.estimatedDuration);

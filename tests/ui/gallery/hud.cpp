@@ -34,7 +34,7 @@ hud::Content recording(const QString& language, const QString& transcript)
 {
     hud::Content content;
     content.titleLabel = in(language, texts::listeningTranslation);
-    content.detailLabel = in(language, texts::pressAgainToFinish).arg(u"Right Alt"_s);
+    content.detailLabel = in(language, texts::pressAgainToFinish).arg(u"Shift+Super+Space"_s);
     content.timeLabel = hud::recordingTime(75.9s);
     content.transcriptLabel =
         transcript.isEmpty() ? in(language, texts::waitingForSpeech) : transcript;

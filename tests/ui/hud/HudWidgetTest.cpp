@@ -387,5 +387,16 @@ TEST_F(HudWidgetTest, TheButtonsActWhileTheyAreShown)
     EXPECT_TRUE(widget.isVisible());
 }
 
+TEST_F(HudWidgetTest, ALongInstructionIsWholeWithinItsPlace)
+{
+    Content content = empty();
+    content.barsVisible = true;
+    content.detailLabel = u"Press Shift+Super+Space again to finish and insert"_s;
+    const QImage whole = picture(content);
+    content.detailLabel += u"."_s;
+    // Where the end is left out, one more character changes nothing.
+    EXPECT_NE(picture(content), whole);
+}
+
 } // namespace
 } // namespace tavrin::hud

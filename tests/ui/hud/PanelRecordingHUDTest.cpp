@@ -262,6 +262,9 @@ TEST_F(PanelRecordingHUDTest, ARecordingThatBreaksOffIsToldAtOnceAndStays)
 
     EXPECT_EQ(panel.content.transcriptLabel, u"麦克风已断开。"_s);
     EXPECT_EQ(panel.content.dot, hud::Dot::Attention);
+    EXPECT_EQ(panel.content.timeLabel, u"00:00"_s);
+    time.advance(5s);
+    EXPECT_EQ(panel.content.timeLabel, u"00:00"_s) << "nothing is recorded any more";
 
     showRecording();
     EXPECT_EQ(panel.content.dot, hud::Dot::Recording);
