@@ -26,8 +26,17 @@ public:
             requests.push_back(request);
             m_released.wait_for(lock, 5s, [this] { return !m_held; });
             response.status = status;
+            if (!location.empty())
+                response.set_header("Location", location);
             response.set_content(body, "application/json");
         });
+        const auto elsewhere = [this](const auto& request, auto& response) {
+            const std::lock_guard lock(m_mutex);
+            requests.push_back(request);
+            response.set_content(body, "application/json");
+        };
+        m_server.Post("/elsewhere", elsewhere);
+        m_server.Get("/elsewhere", elsewhere);
         m_port = m_server.bind_to_any_port("127.0.0.1");
         m_thread = std::thread([this] { m_server.listen_after_bind(); });
         while (!m_server.is_running())
@@ -69,6 +78,7 @@ public:
     }
 
     int status = 200;
+    std::string location; ///< Sent along when it is not empty.
     std::string body;
     std::vector<httplib::Request> requests;
 
@@ -115,6 +125,18 @@ TEST_F(ChatCompletionsTest, FailuresGiveNoAnswer)
     for (const int status : {201, 302, 400, 401, 404, 429, 500, 503}) {
         stub.status = status;
         EXPECT_FALSE(ask()) << status;
+    }
+}
+
+TEST_F(ChatCompletionsTest, WhatWasSaidFollowsNoRedirection)
+{
+    stub.answer("text");
+    stub.location = "/elsewhere";
+    for (const int status : {301, 302, 303, 307, 308}) {
+        stub.requests.clear();
+        stub.status = status;
+        EXPECT_FALSE(ask()) << status;
+        EXPECT_EQ(stub.requests.size(), 1U) << status;
     }
 }
 

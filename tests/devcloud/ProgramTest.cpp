@@ -1,10 +1,14 @@
 #include "devcloud/LoopbackClient.h"
+#include "devcloud/store/Accounts.h"
+#include "devcloud/store/Database.h"
+#include "devcloud/store/Usage.h"
 
 #include <gmock/gmock.h>
 
 #include <array>
 #include <csignal>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -171,6 +175,35 @@ TEST_F(ProgramTest, AnAccountMadeByCommandSignsInUntilSigterm)
     EXPECT_EQ(service.readAll(), "");
     EXPECT_EQ(service.exitCode(), 0);
     EXPECT_FALSE(std::filesystem::exists(folder + "/devcloud.sqlite-wal"));
+}
+
+TEST_F(ProgramTest, TheServiceForgetsOldUsage)
+{
+    const std::filesystem::path path = folder + "/devcloud.sqlite";
+    const auto rows = [&path] {
+        Database database(path);
+        Transaction transaction(database);
+        Statement row = transaction.statement("SELECT COUNT(*) FROM usage");
+        row.step();
+        return row.number(0);
+    };
+    {
+        Database database(path);
+        Transaction transaction(database);
+        const std::int64_t account = addAccount(transaction, "a@b.c", "hash", 1);
+        addUsage(transaction, account, {.requestId = "old", .source = "client"}, 1);
+        addUsage(
+            transaction, account, {.requestId = "new", .source = "client"}, std::time(nullptr));
+        transaction.commit();
+    }
+    EXPECT_EQ(rows(), 2);
+
+    Program service(withData({"--listen", "127.0.0.1:0"}));
+    ASSERT_THAT(service.readLine(), HasSubstr("listening"));
+    service.send(SIGTERM);
+    EXPECT_EQ(service.exitCode(), 0);
+
+    EXPECT_EQ(rows(), 1);
 }
 
 TEST_F(ProgramTest, AnAccountsPasswordIsReadFromAFileAndReplaced)

@@ -218,6 +218,25 @@ TEST_F(RegistrationTest, MailsToOneAddressAreLimited)
     EXPECT_EQ(statusOf(start(invite)), 200);
 }
 
+TEST_F(RegistrationTest, MailsThatOnePlaceAsksForAreLimited)
+{
+    const std::string invite = addTestInvite();
+    const auto startFor = [&](int person) {
+        return statusOf(call(Endpoint::RegistrationStart,
+            {{"email", std::to_string(person) + "@example.org"}, {"inviteCode", invite}}));
+    };
+    for (int person = 0; person < 30; ++person)
+        EXPECT_EQ(startFor(person), 200);
+
+    EXPECT_EQ(startFor(30), 429);
+    EXPECT_EQ(mails.size(), 30U);
+    address = "127.0.0.2";
+    EXPECT_EQ(startFor(30), 200);
+    address = "127.0.0.1";
+    now += 600;
+    EXPECT_EQ(startFor(31), 200);
+}
+
 TEST_F(RegistrationTest, MailThatCannotBeSentIsSaid)
 {
     const std::string invite = addTestInvite();

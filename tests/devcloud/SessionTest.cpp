@@ -1,6 +1,8 @@
 #include "devcloud/Messages.h"
 #include "devcloud/ServiceTest.h"
 
+#include <ctime>
+
 namespace tavrin::devcloud {
 namespace {
 
@@ -93,6 +95,44 @@ TEST_F(SessionTest, FiftyWrongPasswordsFromOneAddressCloseItToAllAccounts)
 
     address = "127.0.0.2";
     EXPECT_EQ(statusOf(loginWith(password)), 200);
+}
+
+TEST_F(SessionTest, RightPasswordsNeverCloseAnAddress)
+{
+    addTestAccount();
+    for (int signIn = 0; signIn < 60; ++signIn)
+        ASSERT_EQ(statusOf(loginWith(password)), 200) << signIn;
+}
+
+TEST_F(SessionTest, AnUnknownAccountCostsAsMuchTimeAsAWrongPassword)
+{
+    Passwords slow(PasswordCost{3, std::size_t{16} * 1024 * 1024});
+    {
+        Transaction transaction(*database);
+        addAccount(transaction, email, *slow.hash(password), now);
+        transaction.commit();
+    }
+    service.emplace(ServiceParts{*database, slow, [](const Mail&) { return true; }, nullptr, lives,
+        {}, [this] { return now.load(); }});
+    // Of this thread, so that it does not matter what else the machine does.
+    const auto secondsFor = [this](const std::string& who) {
+        Json body = loginBody();
+        body["email"] = who;
+        body["password"] = "a wrong guess";
+        timespec before{};
+        timespec after{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &before);
+        EXPECT_EQ(statusOf(call(Endpoint::Login, body)), 401);
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &after);
+        return static_cast<double>(after.tv_sec - before.tv_sec)
+            + static_cast<double>(after.tv_nsec - before.tv_nsec) / 1e9;
+    };
+
+    const double wrong = secondsFor(email);
+    const double unknown = secondsFor("nobody@example.org");
+
+    EXPECT_GT(unknown, wrong / 2);
+    EXPECT_LT(unknown, wrong * 2);
 }
 
 TEST_F(SessionTest, AccessTokenExpires)

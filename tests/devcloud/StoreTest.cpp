@@ -140,6 +140,19 @@ TEST_F(StoreTest, DeadRowsAreRemoved)
     EXPECT_EQ(rows("registrations") + rows("usage"), 0);
 }
 
+TEST_F(StoreTest, ARegistrationLivesAsLongAsItsToken)
+{
+    const auto database = Database::inMemory();
+    Transaction transaction(*database);
+    beginRegistration(transaction, "c@d", "invite", "code", 600);
+    setRegistrationToken(transaction, "c@d", "token", 1100);
+
+    removeDeadRegistrations(transaction, 1099);
+    EXPECT_TRUE(findRegistration(transaction, "c@d"));
+    removeDeadRegistrations(transaction, 1100);
+    EXPECT_FALSE(findRegistration(transaction, "c@d"));
+}
+
 TEST_F(StoreTest, MailBecomesAPrivateFileAndIsPrinted)
 {
     const Outbox outbox(folder / "outbox");

@@ -136,6 +136,16 @@ TEST_F(TextTest, TheApplicationReachesTheModelAsData)
     EXPECT_THAT(model.prompts.front().instructions, Not(HasSubstr("Mail")));
 }
 
+TEST_F(TextTest, TheContextOfAQuestionReachesTheModelAsData)
+{
+    restart(&model);
+    model.nextAnswer = "text";
+    call(Endpoint::Chat, {{"transcript", "why"}, {"context", "应用：Notes"}}, token);
+
+    EXPECT_THAT(model.prompts.front().request, HasSubstr("应用：Notes"));
+    EXPECT_THAT(model.prompts.front().instructions, Not(HasSubstr("Notes")));
+}
+
 TEST_F(TextTest, StyleAndTranslationHaveTheirDefaults)
 {
     const Outcome outcome = call(Endpoint::Polish, {{"transcript", "hello"}}, token);
