@@ -1,13 +1,18 @@
 #include "contract/Subject.h"
 #include "platform/linux/desktop/PulseSoundPlayer.h"
+#include "support/ChildProcess.h"
 #include "support/InMemorySoundPlayer.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QtEndian>
 
+#include <algorithm>
 #include <chrono>
+#include <cstdlib>
+#include <thread>
 
 namespace tavrin::testing {
 namespace {
@@ -104,6 +109,65 @@ TEST_P(SoundPlayerContractTest, APositionBeyondTheEndPlaysNothing)
     sound->setCurrentTime(Seconds{-1});
     sound->play();
     sound->stop();
+}
+
+/// What comes out of the loudspeakers of the desktop, recorded by a program of the sound server.
+class Loudspeakers {
+public:
+    Loudspeakers() { wait(0); }
+
+    /// The loudest sample of @p duration from now on.
+    [[nodiscard]] int loudestWithin(Seconds duration)
+    {
+        const qint64 start = heard().size();
+        wait(start + static_cast<qint64>(duration.count() * bytesPerSecond));
+        const QByteArray sound = heard().mid(start & ~qint64{1});
+        int loudest = 0;
+        for (qsizetype at = 0; at + 1 < sound.size(); at += 2)
+            loudest = std::max(loudest, std::abs(qFromLittleEndian<qint16>(&sound.data()[at])));
+        return loudest;
+    }
+
+private:
+    static constexpr int bytesPerSecond = 48000 * 2 * 2;
+
+    [[nodiscard]] QByteArray heard() const
+    {
+        QFile file(m_path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    /// Until more than so many bytes have come; a busy machine is given its time.
+    void wait(qint64 bytes) const
+    {
+        for (int rounds = 0; rounds < 2000 && QFileInfo(m_path).size() <= bytes; ++rounds)
+            std::this_thread::sleep_for(10ms);
+        EXPECT_GT(QFileInfo(m_path).size(), bytes);
+    }
+
+    const QTemporaryDir m_folder;
+    const QString m_path = m_folder.filePath(QStringLiteral("heard"));
+    const ChildProcess m_recorder{QStringLiteral("parec"),
+        {QStringLiteral("--raw"), QStringLiteral("--format=s16le"), QStringLiteral("--rate=48000"),
+            QStringLiteral("--channels=2"), QStringLiteral("--latency-msec=20"),
+            QStringLiteral("--device=speakers.monitor"), m_path}};
+};
+
+TEST(PulseSoundPlayerTest, ARapidRepeatIsHeardOnceAndAsLoudAsAsked)
+{
+    constexpr double asked = 0.55 * 0x1111; // Of the samples that the sound consists of.
+    PulseSubject subject;
+    const auto sound = subject.player().soundNamed(QStringLiteral("start"));
+    ASSERT_TRUE(sound);
+    Loudspeakers loudspeakers;
+    sound->setVolume(0.55F);
+    for (int i = 0; i < 5; ++i) {
+        sound->stop();
+        sound->setCurrentTime(Seconds{0});
+        sound->play();
+    }
+
+    EXPECT_NEAR(loudspeakers.loudestWithin(1s), asked, asked / 5);
 }
 
 } // namespace

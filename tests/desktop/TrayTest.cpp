@@ -16,6 +16,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -82,12 +83,14 @@ protected:
         QFile preferences(m_folder.filePath(u"config/Tavrin/preferences.json"_s));
         ASSERT_TRUE(preferences.open(QIODevice::WriteOnly));
         preferences.write(R"({"interfaceLanguage": "en", "tavrinBetaOnboardingSeen": true,)"
+                          R"( "cloudAccessToken": "access", "cloudRefreshToken": "refresh",)"
                           R"( "tavrinLastUpdateCheckAt": 32503680000})");
         preferences.close();
 
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"XDG_CONFIG_HOME"_s, m_folder.filePath(u"config"_s));
         environment.insert(u"XDG_DATA_HOME"_s, m_folder.filePath(u"data"_s));
+        environment.insert(u"TMPDIR"_s, m_folder.path()); // Where a recording is left behind.
         m_program.setProcessEnvironment(environment);
         m_program.setProcessChannelMode(QProcess::ForwardedChannels);
         m_program.start(QStringLiteral(TAVRIN_PROGRAM), QStringList());
@@ -119,6 +122,46 @@ protected:
         const QVariant answer = ask(u"/StatusNotifierItem"_s, u"org.freedesktop.DBus.Properties"_s,
             u"Get"_s, {u"org.kde.StatusNotifierItem"_s, name});
         return qvariant_cast<QDBusVariant>(answer).variant();
+    }
+
+    /// The pixels of the first size that the icon comes in.
+    [[nodiscard]] QByteArray icon()
+    {
+        const auto icons = qvariant_cast<QDBusArgument>(property(u"IconPixmap"_s));
+        int width = 0;
+        int height = 0;
+        QByteArray pixels;
+        icons.beginArray();
+        if (icons.atEnd())
+            return {};
+        icons.beginStructure();
+        icons >> width >> height >> pixels;
+        icons.endStructure();
+        icons.endArray();
+        EXPECT_EQ(pixels.size(), qsizetype{width} * height * 4);
+        return pixels;
+    }
+
+    /// How many menus of the program are open: windows that the window manager leaves alone.
+    [[nodiscard]] static int openMenus()
+    {
+        int open = 0;
+        for (const QByteArray& line : xwininfo({u"-root"_s, u"-tree"_s}).split('\n')) {
+            if (!line.contains("\"tavrin\""))
+                continue;
+            const QByteArray id = line.trimmed().split(' ').first();
+            const QByteArray window = xwininfo({u"-id"_s, QString::fromLatin1(id)});
+            open += window.contains("IsViewable") && window.contains("Redirect State: yes") ? 1 : 0;
+        }
+        return open;
+    }
+
+    [[nodiscard]] static QByteArray xwininfo(const QStringList& arguments)
+    {
+        QProcess process;
+        process.start(u"xwininfo"_s, arguments);
+        EXPECT_TRUE(process.waitForFinished(patience));
+        return process.readAllStandardOutput();
     }
 
     /// The lines of the menu; a separator has no label.
@@ -174,17 +217,7 @@ TEST_F(TrayTest, TheItemHasItsIconAndToolTip)
 {
     EXPECT_EQ(property(u"Category"_s), u"ApplicationStatus"_s);
 
-    const auto icons = qvariant_cast<QDBusArgument>(property(u"IconPixmap"_s));
-    icons.beginArray();
-    ASSERT_FALSE(icons.atEnd());
-    int width = 0;
-    int height = 0;
-    QByteArray pixels;
-    icons.beginStructure();
-    icons >> width >> height >> pixels;
-    icons.endStructure();
-    icons.endArray();
-    EXPECT_EQ(pixels.size(), qsizetype{width} * height * 4);
+    const QByteArray pixels = icon();
     EXPECT_GT(pixels.size() - pixels.count('\0'), 0);
 
     const auto toolTip = qvariant_cast<QDBusArgument>(property(u"ToolTip"_s));
@@ -198,6 +231,28 @@ TEST_F(TrayTest, TheItemHasItsIconAndToolTip)
     toolTip.endStructure();
     EXPECT_EQ(
         title, u"Dictation Right Alt · Translation Alt+Space → English · Chat Shift+Super+Space"_s);
+}
+
+TEST_F(TrayTest, AClickOpensTheMenu)
+{
+    EXPECT_EQ(openMenus(), 0);
+    static_cast<void>(
+        ask(u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s, u"Activate"_s, {5, 5}));
+    EXPECT_TRUE(eventually([] { return openMenus() == 1; }));
+}
+
+TEST_F(TrayTest, WhileASessionGoesOnTheIconShowsIt)
+{
+    const QByteArray idle = icon();
+    const auto line = [this](const QString& start) {
+        const QList<MenuItem> items = menu();
+        const auto found = std::ranges::find_if(
+            items, [&](const MenuItem& item) { return item.label.startsWith(start); });
+        return found == items.end() ? MenuItem() : *found;
+    };
+    click(line(u"Start chat"_s));
+    EXPECT_TRUE(eventually([&] { return line(u"Finish chat"_s).id != 0; }));
+    EXPECT_NE(icon(), idle);
 }
 
 TEST_F(TrayTest, TheMenuHasItsLinesAndTheyAct)

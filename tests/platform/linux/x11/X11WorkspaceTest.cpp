@@ -150,5 +150,18 @@ TEST_F(X11WorkspaceTest, WhatCannotBeOpenedIsRefused)
     EXPECT_FALSE(m_workspace.openFolder(QStringLiteral("/nowhere/at/all")));
 }
 
+TEST_F(X11WorkspaceTest, TheLocalesOfTheSystemAreLanguageTagsToTheProgram)
+{
+    const QByteArray before = qgetenv("LANGUAGE");
+    const QByteArray all = qgetenv("LC_ALL");
+    qputenv("LC_ALL", "zh_TW.UTF-8");
+    qputenv("LANGUAGE", "zh_TW:zh_HK:zh_CN:de_DE");
+    EXPECT_EQ(m_workspace.preferredLanguages(),
+        QStringList({QStringLiteral("zh-Hant-TW"), QStringLiteral("zh-Hant-HK"),
+            QStringLiteral("zh-Hans-CN"), QStringLiteral("de-DE")}));
+    qputenv("LANGUAGE", before);
+    qputenv("LC_ALL", all);
+}
+
 } // namespace
 } // namespace tavrin::testing
