@@ -252,7 +252,16 @@ TEST_F(TrayTest, WhileASessionGoesOnTheIconShowsIt)
     };
     click(line(u"Start chat"_s));
     EXPECT_TRUE(eventually([&] { return line(u"Finish chat"_s).id != 0; }));
+    const QByteArray chat = icon();
+    EXPECT_NE(chat, idle);
+
+    click(line(u"Finish chat"_s)); // Nobody has said anything.
+    EXPECT_TRUE(eventually([&] { return line(u"Start dictation"_s).id != 0; }));
+    EXPECT_EQ(icon(), idle);
+    click(line(u"Start dictation"_s));
+    EXPECT_TRUE(eventually([&] { return line(u"Chat unavailable"_s).id != 0; }));
     EXPECT_NE(icon(), idle);
+    EXPECT_NE(icon(), chat);
 }
 
 TEST_F(TrayTest, TheMenuHasItsLinesAndTheyAct)

@@ -404,7 +404,7 @@ TEST_F(QtHttpTransportTest, AnUploadThatGoesOnIsNoSilence)
         step.start(50ms);
     });
     const QUrl url(u"http://127.0.0.1:%1/"_s.arg(slow.serverPort()));
-    transport->send({url, "POST", {}, QByteArray(40 * 1024 * 1024, 'x')}, keep());
+    transport->send({url, "POST", {}, QByteArray(40 * piece, 'x')}, keep());
 
     ASSERT_TRUE(answered());
     EXPECT_EQ(answers.first(), Result<HttpResponse>(HttpResponse{200, "done"}));
@@ -512,8 +512,13 @@ TEST_F(RedirectTest, TheTimeInAllIsThatOfAllRequests)
 {
     transport.emplace(HttpLimits{5s, 400ms, 64LL * 1024});
     server.handler = [](const ServedRequest&, QTcpSocket& socket) {
-        QTimer::singleShot(150ms, &socket,
-            [&socket] { socket.write(LoopbackServer::answer(307, {}, "Location: /further\r\n")); });
+        auto* later = new QTimer(&socket);
+        later->setSingleShot(true);
+        QObject::connect(later, &QTimer::timeout, &socket, [&socket, later] {
+            socket.write(LoopbackServer::answer(307, {}, "Location: /further\r\n"));
+            later->deleteLater();
+        });
+        later->start(150ms);
     };
     get();
 
