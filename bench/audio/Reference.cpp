@@ -15,7 +15,7 @@ Reference::Reference()
 {
     auto capture = tavrin::PcmCapture::open(m_connection,
         {[this](std::span<const qint16> block) { add(block); }, [](const tavrin::Error&) {}});
-    if (capture && (*capture)->start())
+    if (capture && (*capture)->start() == tavrin::Error{})
         m_capture = std::move(*capture);
 }
 

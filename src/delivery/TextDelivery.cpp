@@ -175,6 +175,8 @@ void TextDelivery::afterTyping(KeyPosting posting)
     case KeyPosting::Fetched:
         m_delivery->fetched = true;
         return checkAfterPaste();
+    case KeyPosting::Unsuitable:
+        return writeDirectly();
     }
 }
 
@@ -184,6 +186,11 @@ void TextDelivery::checkAfterTyping()
     if (sight == Sight::Verified || sight == Sight::Changed)
         return finish("typing");
 
+    writeDirectly();
+}
+
+void TextDelivery::writeDirectly()
+{
     // The last means; its word changes nothing.
     static_cast<void>(insertText(m_delivery->text, m_delivery->element.get()));
     m_ports.mainQueue.callLater(directWriteDelay, m_guard.bind([this] { finish("direct write"); }));

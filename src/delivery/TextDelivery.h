@@ -96,6 +96,7 @@ private:
     void type();
     void afterTyping(KeyPosting posting);
     void checkAfterTyping();
+    void writeDirectly();
     /// @param means by which the text was brought, for the log.
     void finish(const char* means);
     void fail(const SimplifiedText& reason);

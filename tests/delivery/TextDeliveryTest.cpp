@@ -355,6 +355,15 @@ TEST_F(TextDeliveryTest, WhatLiesInTheQueueOfASilentProgramIsNotWrittenToo)
     EXPECT_EQ(editor->text, u"Dear "_s);
 }
 
+TEST_F(TextDeliveryTest, WhatAProgramWouldMixUpIsWrittenAtOnce)
+{
+    swallowPastes();
+    keyboard.typingEnds = KeyPosting::Unsuitable;
+    pasteToTheEnd(u"Anna"_s);
+    expectVerifiedAt(780ms + 180ms);
+    EXPECT_EQ(editor->text, u"Dear Anna"_s);
+}
+
 TEST_F(TextDeliveryTest, ADeliveryThatEndsWithTheProgramEndsItsTyping)
 {
     allowDroppedCompletions(true);

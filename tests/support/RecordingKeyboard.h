@@ -46,7 +46,8 @@ public:
     {
         Q_UNUSED(target)
         typed.append(chunks);
-        const bool goesOut = typingEnds != KeyPosting::Refused && typingEnds != KeyPosting::Fetched;
+        const bool goesOut = typingEnds == KeyPosting::Done || typingEnds == KeyPosting::Unanswered
+            || typingEnds == KeyPosting::Broken;
         if (onTyping && goesOut)
             onTyping(chunks.join(QString()));
         finish(std::move(completion), typingEnds);

@@ -1,6 +1,7 @@
 #include "platform/linux/x11/Typist.h"
 
 #include "base/Log.h"
+#include "platform/linux/inputmethod/KeyOrder.h"
 #include "platform/linux/x11/ClipboardServer.h"
 
 #include <algorithm>
@@ -17,6 +18,9 @@ constexpr auto programPatience = 4s;
 
 // For programs that do not answer at all.
 constexpr auto silentProgramPause = 80ms;
+
+// For programs that share their keys with an input method; a machine under load needs half of it.
+constexpr auto inputMethodPause = 150ms;
 
 // The server takes a key for held as long as a finger is on it; the finger is on its way up.
 constexpr auto fingerPatience = 600ms;
@@ -42,7 +46,10 @@ Typist::Typist(const QString& stateFile, ClipboardServer& clipboard)
     xcb_change_window_attributes(
         connection().get(), connection().root(), XCB_CW_EVENT_MASK, &events);
     start();
-    post([this] { m_spareCodes.recover(); });
+    post([this] {
+        m_spareCodes.recover();
+        m_inputMethods.recover();
+    });
 }
 
 Typist::~Typist()
@@ -119,6 +126,7 @@ KeyPosting Typist::pressPaste(const PasteShortcut& shortcut, const RunningApplic
     const xcb_window_t window = takeAim(target);
     if (window == XCB_WINDOW_NONE)
         return refuse("another window has the keyboard");
+    m_inputMethods.endComposition(); // It would swallow the shortcut.
     const auto layouts = KeyboardLayouts::read(connection());
     const auto state = KeyboardState::read(connection());
     const auto plan =
@@ -165,11 +173,27 @@ PasteReception Typist::reception()
 KeyPosting Typist::typeText(const QString& text, const RunningApplication& target, quint64 turn)
 {
     const xcb_window_t window = takeAim(target);
+    if (window == XCB_WINDOW_NONE) {
+        qCWarning(log::platform) << "Nothing is typed: another window has the keyboard";
+        return KeyPosting::Refused;
+    }
+    if (mixesTypedKeys(target.processIdentifier)) {
+        qCInfo(log::platform) << "Nothing is typed: the program would mix the keys up";
+        m_inputMethods.endComposition();
+        return KeyPosting::Unsuitable;
+    }
+    m_inputMethods.setAside();
+    const KeyPosting posting = typePlain(text, window, turn);
+    settleAfter(posting != KeyPosting::Unanswered);
+    return posting;
+}
+
+KeyPosting Typist::typePlain(const QString& text, xcb_window_t window, quint64 turn)
+{
+    // Read now: an input method may have changed the map when it was set aside.
     const auto layouts = KeyboardLayouts::read(connection());
-    const int group = KeyboardState::read(connection()).group;
-    if (window == XCB_WINDOW_NONE || !releaseHeldModifiers(layouts, group)) {
-        qCWarning(log::platform) << "Nothing is typed: another window has the keyboard, or a "
-                                    "modifier key is held";
+    if (!releaseHeldModifiers(layouts, KeyboardState::read(connection()).group)) {
+        qCWarning(log::platform) << "Nothing is typed: a modifier key is held";
         return KeyPosting::Refused;
     }
     if (!m_clipboard.withholdFrom(window)) {
@@ -178,9 +202,7 @@ KeyPosting Typist::typeText(const QString& text, const RunningApplication& targe
     }
     const ModifiersAside aside(connection(), layouts.modifiersOf(keysyms::numLock));
     const auto batches = planTyping(text, layouts, spareCodes(), KeyboardState::read(connection()));
-    const KeyPosting posting = typeBatches(batches, window, turn);
-    settleAfter(posting != KeyPosting::Unanswered);
-    return posting;
+    return typeBatches(batches, window, turn);
 }
 
 KeyPosting Typist::typeBatches(
@@ -195,7 +217,7 @@ KeyPosting Typist::typeBatches(
     for (const TypingBatch& batch : batches) {
         if (!answered || !typeBatch(batch, *shift, window, turn))
             return m_anyKeyOut ? KeyPosting::Broken : KeyPosting::Refused;
-        answered = waitForProgram(window);
+        answered = waitForKeys(window);
     }
     return answered ? KeyPosting::Done : KeyPosting::Unanswered;
 }
@@ -229,6 +251,7 @@ void Typist::settle()
     m_settlesLater = false;
     m_spareCodes.restore();
     m_clipboard.release();
+    m_inputMethods.putBack();
 }
 
 xcb_window_t Typist::takeAim(const RunningApplication& target)
@@ -361,6 +384,18 @@ quint32 Typist::ping(xcb_window_t window)
         server.get(), 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&message));
     xcb_flush(server.get());
     return m_lastPing;
+}
+
+bool Typist::waitForKeys(xcb_window_t window)
+{
+    if (!waitForProgram(window))
+        return false;
+    if (!m_inputMethods.waitForKeys())
+        return true;
+    // Keys on their way to the input method and back go by another road than pings, from a thread
+    // of its own in many programs: nobody tells when the last is through.
+    std::this_thread::sleep_for(inputMethodPause);
+    return waitForProgram(window);
 }
 
 bool Typist::mayGoOn(xcb_window_t window, quint64 turn) const

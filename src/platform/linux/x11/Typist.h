@@ -2,6 +2,7 @@
 
 #include "platform/SyntheticKeyboard.h"
 #include "platform/Workspace.h"
+#include "platform/linux/inputmethod/InputMethods.h"
 #include "platform/linux/x11/PastePlan.h"
 #include "platform/linux/x11/SpareCodes.h"
 #include "platform/linux/x11/X11Thread.h"
@@ -55,6 +56,8 @@ private:
         const PasteShortcut& shortcut, const RunningApplication& target);
     [[nodiscard]] KeyPosting typeText(
         const QString& text, const RunningApplication& target, quint64 turn);
+    /// The same while the input method is set aside.
+    [[nodiscard]] KeyPosting typePlain(const QString& text, xcb_window_t window, quint64 turn);
     [[nodiscard]] KeyPosting typeBatches(
         const std::vector<TypingBatch>& batches, xcb_window_t window, quint64 turn);
     [[nodiscard]] PasteReception reception();
@@ -79,6 +82,8 @@ private:
     /// Waits until the program has taken every key so far, or should have where it cannot tell.
     /// False when it does not answer.
     [[nodiscard]] bool waitForProgram(xcb_window_t window);
+    /// The same, and until it has back what its input method does not want.
+    [[nodiscard]] bool waitForKeys(xcb_window_t window);
     [[nodiscard]] bool answersPings(xcb_window_t window) const;
     /// Begins anew; without a ping where the program answers none.
     void startSeries(PingSeries& series, xcb_window_t window);
@@ -91,6 +96,7 @@ private:
 
     X11Windows m_windows;
     SpareCodes m_spareCodes;
+    InputMethods m_inputMethods{InputMethods::noteFile()};
     std::atomic<quint64> m_turn = 0; // Changed by cancel(): older turns end.
     xcb_window_t m_aim = XCB_WINDOW_NONE; // The focus that the keys of this turn are meant for.
     quint32 m_lastPing = 0;

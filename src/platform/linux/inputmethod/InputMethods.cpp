@@ -1,0 +1,111 @@
+#include "platform/linux/inputmethod/InputMethods.h"
+
+#include "base/Log.h"
+#include "platform/linux/desktop/XdgFolders.h"
+#include "platform/linux/inputmethod/Fcitx5.h"
+#include "platform/linux/inputmethod/IBus.h"
+
+namespace tavrin {
+namespace {
+
+using namespace std::chrono_literals;
+
+// One that is only slow answers within this; one that hangs has the program in front hang as well.
+constexpr auto patience = 300ms;
+
+Deadline fromNow()
+{
+    return std::chrono::steady_clock::now() + patience;
+}
+
+/// Fcitx first: where it runs, it also answers in the place of IBus.
+std::vector<std::unique_ptr<InputMethod>> knownInputMethods()
+{
+    std::vector<std::unique_ptr<InputMethod>> known;
+    known.push_back(std::make_unique<Fcitx5>());
+    known.push_back(std::make_unique<IBus>());
+    return known;
+}
+
+} // namespace
+
+InputMethods::InputMethods(const QString& noteFile)
+    : InputMethods(knownInputMethods(), noteFile)
+{
+}
+
+InputMethods::InputMethods(std::vector<std::unique_ptr<InputMethod>> known, const QString& noteFile)
+    : m_known(std::move(known))
+    , m_note(noteFile)
+{
+}
+
+QString InputMethods::noteFile()
+{
+    const QString folder = xdg::runtimeFolder();
+    QString display = qEnvironmentVariable("DISPLAY");
+    display.replace(u'/', u'_');
+    return folder.isEmpty() ? QString()
+                            : folder + QStringLiteral("/tavrin-input-method-aside") + display;
+}
+
+void InputMethods::recover()
+{
+    const auto left = m_note.leftBehind();
+    if (!left)
+        return;
+    qCInfo(log::platform) << "Switching the input method on that an earlier run had set aside";
+    putBack(*left);
+    m_note.remove();
+}
+
+void InputMethods::endComposition()
+{
+    setAside();
+    putBack();
+}
+
+void InputMethods::setAside()
+{
+    putBack();
+    m_inUse = nullptr;
+    const Deadline deadline = fromNow();
+    for (const auto& method : m_known) {
+        const auto engine = method->engine(deadline);
+        if (!engine)
+            continue;
+        m_inUse = method.get();
+        if (method->letsKeysPass(*engine))
+            return;
+        m_aside = AsideEngine{method->name(), *engine};
+        m_note.write(*m_aside); // First: it may be carried out without an answer.
+        if (!method->deactivate(deadline))
+            qCWarning(log::platform) << method->name() << "cannot be set aside:" << *engine;
+        return;
+    }
+}
+
+bool InputMethods::waitForKeys()
+{
+    return m_inUse && m_inUse->engine(fromNow());
+}
+
+void InputMethods::putBack()
+{
+    if (!m_aside || !putBack(*m_aside))
+        return;
+    m_aside.reset();
+    m_note.remove();
+}
+
+bool InputMethods::putBack(const AsideEngine& aside)
+{
+    const Deadline deadline = fromNow();
+    for (const auto& method : m_known) {
+        if (method->name() == aside.inputMethod)
+            return method->activate(aside.engine, deadline);
+    }
+    return true; // One of another version of this program.
+}
+
+} // namespace tavrin

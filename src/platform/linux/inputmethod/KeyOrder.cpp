@@ -1,0 +1,48 @@
+#include "platform/linux/inputmethod/KeyOrder.h"
+
+#include "platform/linux/inputmethod/IBusAddress.h"
+
+#include <QFile>
+#include <QList>
+
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+QByteArray processFile(qint64 identifier, const QString& name)
+{
+    QFile file(QStringLiteral("/proc/%1/%2").arg(identifier).arg(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool hasModule(const QByteArray& maps)
+{
+    const auto lines = maps.split('\n');
+    return std::any_of(lines.begin(), lines.end(), [](const QByteArray& line) {
+        return line.contains("/gtk-4.0/") && line.endsWith("/libim-ibus.so");
+    });
+}
+
+} // namespace
+
+bool mixesTypedKeys(qint64 identifier)
+{
+    return identifier > 0
+        && usesModuleThatMixesKeys(processFile(identifier, QStringLiteral("maps")),
+            processFile(identifier, QStringLiteral("environ")), !ibusAddress().isEmpty());
+}
+
+bool usesModuleThatMixesKeys(const QByteArray& maps, const QByteArray& environment, bool ibusRuns)
+{
+    if (!hasModule(maps))
+        return false;
+    const QByteArray variable = "GTK_IM_MODULE=";
+    for (const QByteArray& entry : environment.split('\0')) {
+        if (entry.startsWith(variable))
+            return entry.mid(variable.size()).split(':').contains("ibus");
+    }
+    return ibusRuns;
+}
+
+} // namespace tavrin
