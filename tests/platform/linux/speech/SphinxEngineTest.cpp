@@ -106,12 +106,10 @@ TEST_F(SphinxEngineTest, ALiveUtteranceSurvivesARecordingInBetween)
 TEST_F(SphinxEngineTest, LiveTextKeepsWhatWasSaidBeforeAPause)
 {
     constexpr std::size_t block = speechSampleRate / 10;
-    std::vector<qint16> samples;
-    for (const char* sentence : {"good morning", "the weather is nice today"}) {
-        const std::vector<qint16> said = samplesOf(spoken(QString::fromLatin1(sentence)));
-        samples.insert(samples.end(), said.begin(), said.end());
-        samples.insert(samples.end(), std::size_t{2} * speechSampleRate, 0);
-    }
+    const std::vector<qint16> said = samplesOf(spoken("good morning"));
+    std::vector<qint16> samples = said;
+    samples.resize(samples.size() + speechSampleRate); // A second of silence.
+    samples.insert(samples.end(), said.begin(), said.end());
     const testing::HeardResults heard;
     thread->post([&] {
         const auto live =
@@ -123,9 +121,7 @@ TEST_F(SphinxEngineTest, LiveTextKeepsWhatWasSaidBeforeAPause)
         heard.handler()(SpeechResult{live->partialText().simplified(), true});
     });
 
-    // The quick search may take one word for another.
-    EXPECT_TRUE(heard.text().startsWith("good morning ")) << heard.text().toStdString();
-    EXPECT_TRUE(heard.text().endsWith(" today")) << heard.text().toStdString();
+    EXPECT_EQ(heard.text(), "good morning good morning");
 }
 
 TEST_F(SphinxEngineTest, AModelThatCannotBeLoadedIsSaidSo)
