@@ -130,8 +130,8 @@ std::optional<std::vector<xcb_keycode_t>> KeyboardLayouts::keysHolding(
         const Effect effect = effectOf(further, group);
         const bool adds = (effect.held & held) == held && effect.held != held;
         const bool addsOthers = (effect.held & ~modifiers) != 0;
-        if (!adds || addsOthers || effect.locked != 0 || effect.group != group)
-            continue;
+        if (!adds || addsOthers || effect.locked != 0)
+            continue; // It does something else in that company, such as changing the layout.
         if (auto all = keysHolding(modifiers, group, further))
             return all;
     }
@@ -164,8 +164,8 @@ KeyboardLayouts::Effect KeyboardLayouts::effectOf(
     const State state = newState(*m_keymap, group, 0);
     for (const xcb_keycode_t code : codes)
         xkb_state_update_key(state.get(), code, XKB_KEY_DOWN);
-    return {serialized(*state, XKB_STATE_MODS_DEPRESSED), serialized(*state, XKB_STATE_MODS_LOCKED),
-        static_cast<int>(xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE))};
+    return {
+        serialized(*state, XKB_STATE_MODS_DEPRESSED), serialized(*state, XKB_STATE_MODS_LOCKED)};
 }
 
 std::vector<xcb_keycode_t> heldModifiers(

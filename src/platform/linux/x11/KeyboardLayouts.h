@@ -48,7 +48,7 @@ public:
     [[nodiscard]] std::optional<std::vector<xcb_keycode_t>> keysFor(
         xcb_keysym_t symbol, quint8 modifiers, int group) const;
 
-    /// The keys that, pressed after @p down, hold exactly @p modifiers and leave the layout alone.
+    /// The keys that, pressed after @p down, hold exactly @p modifiers.
     [[nodiscard]] std::optional<std::vector<xcb_keycode_t>> keysHolding(
         quint8 modifiers, int group, const std::vector<xcb_keycode_t>& down = {}) const;
 
@@ -63,7 +63,6 @@ private:
     struct Effect {
         quint8 held = 0;
         quint8 locked = 0;
-        int group = 0;
     };
 
     explicit KeyboardLayouts(xkb_keymap* keymap);
