@@ -27,8 +27,11 @@ class Editor:
                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self._class = window_class
 
-    def bring_to_front(self, patience=PATIENCE):
+    def wait_for_window(self, patience=PATIENCE):
         self.window = wait_until(f"a window of {self._class}", self._find, patience)
+
+    def bring_to_front(self, patience=PATIENCE):
+        self.wait_for_window(patience)
         xdotool("windowactivate", "--sync", self.window)
         time.sleep(1.5)  # Until the window has put its focus where it wants it.
 

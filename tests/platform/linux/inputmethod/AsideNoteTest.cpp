@@ -4,6 +4,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace tavrin::testing {
@@ -53,8 +54,10 @@ TEST_F(AsideNoteTest, WhatAnEndedProcessLeftIsLeftBehind)
         m_note.write(m_engine);
         ::_exit(0);
     }
-    while (processBirth(child) != QByteArray()) { } // A corpse counts as ended.
+    siginfo_t end{};
+    ::waitid(P_PID, static_cast<id_t>(child), &end, WEXITED | WNOWAIT); // Its corpse stays.
     EXPECT_EQ(m_note.leftBehind(), m_engine);
+    ::waitpid(child, nullptr, 0);
 }
 
 TEST_F(AsideNoteTest, ARemovedNoteTellsNothing)
