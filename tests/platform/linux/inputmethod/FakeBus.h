@@ -5,16 +5,10 @@
 #include <QTemporaryDir>
 
 #include <functional>
+#include <gio/gio.h>
 #include <mutex>
 #include <thread>
 #include <vector>
-
-typedef struct _GDBusConnection GDBusConnection;
-typedef struct _GDBusMessage GDBusMessage;
-typedef struct _GDBusServer GDBusServer;
-typedef struct _GMainContext GMainContext;
-typedef struct _GMainLoop GMainLoop;
-typedef struct _GVariant GVariant;
 
 namespace tavrin::testing {
 
