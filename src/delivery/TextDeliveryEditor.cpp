@@ -58,9 +58,13 @@ std::optional<QString> TextDelivery::insertText(
     Accessibility& accessibility = m_ports.accessibility;
     if (!element)
         return texts::noTargetField.toString();
+    const EditorObservation before = observe(element);
     if (accessibility.isSelectedTextSettable(element)
         && accessibility.setSelectedText(text, element))
         return std::nullopt;
+    if (hasVisibleChange(before, observe(element)))
+        return std::nullopt; // It says that it did not, and did: written again it would stand
+                             // twice.
     if (replaceSelectionInValue(text, element))
         return std::nullopt;
     return texts::directWriteNotAllowed.toString();

@@ -69,6 +69,15 @@ TEST_F(EditorAccessTest, ASelectionThatCannotBeWrittenAfterAllLeadsToTheValue)
     EXPECT_EQ(editor->selection, (TextRange{9, 0}));
 }
 
+TEST_F(EditorAccessTest, AWriteThatIsDeniedAndDoneIsNotDoneAgain)
+{
+    editor->selectedTextWritesSucceed = false;
+    editor->deniedWritesAreDone = true;
+    const ElementHandle element = accessibility.focusedElement(editorProcess);
+    EXPECT_EQ(delivery.insertText(u"Anna"_s, element.get()), std::nullopt);
+    EXPECT_EQ(editor->text, u"Dear Anna"_s);
+}
+
 // The strict verification.
 
 TEST_F(EditorAccessTest, WithoutAnElementNothingIsVerified)

@@ -148,11 +148,11 @@ bool InMemoryAccessibility::setSelectedText(const QString& text, const Accessibl
 {
     calls.append(u"setSelectedText"_s);
     FakeElement* const field = target(element);
-    if (!field || !field->selectedTextSettable || !field->writesSucceed
-        || !field->selectedTextWritesSucceed)
+    if (!field || !field->selectedTextSettable || !field->writesSucceed)
         return false;
-    field->insert(text);
-    return true;
+    if (field->selectedTextWritesSucceed || field->deniedWritesAreDone)
+        field->insert(text);
+    return field->selectedTextWritesSucceed;
 }
 
 bool InMemoryAccessibility::isValueSettable(const AccessibleElement* element)

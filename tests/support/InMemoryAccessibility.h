@@ -30,6 +30,7 @@ struct FakeElement {
     bool valueSettable = true;
     bool writesSucceed = true;
     bool selectedTextWritesSucceed = true;
+    bool deniedWritesAreDone = false; ///< A write of the selection that fails is carried out.
 
     // Lies: answers that take the place of the true ones.
     std::optional<QString> claimedText;
