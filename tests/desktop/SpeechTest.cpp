@@ -36,7 +36,7 @@ protected:
     PulseAudioDevices devices{server};
     PulseAudioRecorders recorders{server};
     LinuxSpeech speech = createLinuxSpeech(preferences, pulseSpeechCapture(server));
-    LinuxPermissions permissions{devices, *speech.fileRecognizer};
+    LinuxPermissions permissions{devices};
     SystemTranscriber transcriber{
         *speech.fileRecognizer, permissions, queue, [] { return SpeechContextualTerms({}); }};
     LiveTranscriber liveTranscriber{

@@ -50,10 +50,8 @@ public:
                     unicodeChunks(order["type"_L1].toString()), *target, completion);
             });
         }
-        if
-            if (order.contains("write"_L1))
-                return m_accessibility.setSelectedText(
-                    order["write"_L1].toString(), m_element.get());
+        if (order.contains("write"_L1))
+            return m_accessibility.setSelectedText(order["write"_L1].toString(), m_element.get());
         return true;
     }
 
