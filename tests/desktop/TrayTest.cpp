@@ -229,8 +229,8 @@ TEST_F(TrayTest, TheItemHasItsIconAndToolTip)
     toolTip.endArray();
     toolTip >> title;
     toolTip.endStructure();
-    EXPECT_EQ(
-        title, u"Dictation Right Alt · Translation Alt+Space → English · Chat Shift+Super+Space"_s);
+    EXPECT_EQ(title,
+        u"Dictation Right Alt · Translation Ctrl+Alt+Space → English · Chat Shift+Super+Space"_s);
 }
 
 TEST_F(TrayTest, AClickOpensTheMenu)
@@ -271,10 +271,10 @@ TEST_F(TrayTest, TheMenuHasItsLinesAndTheyAct)
     for (const MenuItem& item : items)
         labels.append(item.isMenu ? item.label + u" >"_s : item.label);
     EXPECT_EQ(labels,
-        QStringList({u"Start dictation (Right Alt)"_s, u"Start translation (Alt+Space → English)"_s,
-            u"Start chat (Shift+Super+Space)"_s, u"Writing style >"_s, u"Translation target >"_s,
-            u""_s, u"Show Tavrin"_s, u"History…"_s, u"Writing style settings…"_s,
-            u"Check for updates…"_s, u"Quit Tavrin"_s}));
+        QStringList({u"Start dictation (Right Alt)"_s,
+            u"Start translation (Ctrl+Alt+Space → English)"_s, u"Start chat (Shift+Super+Space)"_s,
+            u"Writing style >"_s, u"Translation target >"_s, u""_s, u"Show Tavrin"_s, u"History…"_s,
+            u"Writing style settings…"_s, u"Check for updates…"_s, u"Quit Tavrin"_s}));
 
     ASSERT_FALSE(items.isEmpty());
     click(items.last());

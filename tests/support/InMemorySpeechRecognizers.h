@@ -40,7 +40,7 @@ private:
 class InMemoryFileSpeechRecognizer final : public FileSpeechRecognizer {
 public:
     bool available = true;
-    LocalizedText availabilityText{u""};
+    LocalizedText availabilityText{u""}; ///< What it lacks; empty: it does not know.
     QString availabilityArgument;
     std::vector<RecognitionCall> calls; ///< Oldest first.
     int warmUps = 0;
@@ -49,7 +49,9 @@ public:
 
     [[nodiscard]] SpeechAvailability availability() const override
     {
-        return {available, availabilityText, availabilityArgument};
+        if (available)
+            return {true, LocalizedText{u"识别器", u"辨識器", u"Recogniser"}, {}};
+        return {false, availabilityText, availabilityArgument};
     }
 
     void warmUp() override { ++warmUps; }
