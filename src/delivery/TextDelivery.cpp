@@ -117,31 +117,20 @@ void TextDelivery::concludeFrom(PasteReception reception)
     const Sight sight = look();
     if (sight == Sight::Verified)
         return finish("paste, verified");
+    const bool isFetched = reception == PasteReception::Fetched;
     // Where the pasteboard may be another one than the target's, a change may be another text.
-    if (!m_ports.workspace.reachesEveryProgram() && reception != PasteReception::Fetched) {
+    const bool isUncertain = !m_ports.workspace.reachesEveryProgram() && !isFetched;
+    const bool isPending = reception == PasteReception::Waiting; // It lies in the target's queue.
+    if (sight == Sight::Unchanged && !isFetched && !isPending && !isUncertain)
+        return type();
+    // Nobody has fetched the text: what has changed in the editor was something else.
+    if (isUncertain || reception == PasteReception::Ignored) {
         if (!waitOn(ignoredPatience))
             fail(texts::pasteNotTaken);
         return;
     }
-    switch (reception) {
-    case PasteReception::Ignored: // What has changed in the editor was not this text.
-        if (sight == Sight::Unchanged)
-            return type();
-        if (!waitOn(ignoredPatience))
-            fail(texts::pasteNotTaken);
+    if (isFetched && sight == Sight::Unchanged && waitOn(fetchedPatience))
         return;
-    case PasteReception::Fetched:
-        if (sight == Sight::Unchanged && waitOn(fetchedPatience))
-            return;
-        break;
-    case PasteReception::Waiting: // Whatever it shows, the shortcut lies in its queue.
-        break;
-    case PasteReception::Unknown:
-    case PasteReception::FetchedElsewhere:
-        if (sight == Sight::Unchanged)
-            return type();
-        break;
-    }
     finish(sight == Sight::Changed ? "paste, changed the editor" : "paste, unseen");
 }
 

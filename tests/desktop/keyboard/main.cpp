@@ -74,7 +74,10 @@ private:
     {
         const RunningApplication target{command["process"_L1].toInteger(), u"Field"_s, u"field"_s,
             static_cast<quint32>(command["window"_L1].toInteger())};
-        if (command.contains("type"_L1))
+        // As before every delivery: what the program has fetched is not typed.
+        const bool types =
+            command.contains("type"_L1) && m_pasteboard.setString(command["type"_L1].toString());
+        if (types)
             m_keyboard.postUnicodeText(
                 unicodeChunks(command["type"_L1].toString()), target, tellFailure);
         else if (m_pasteboard.setString(command["paste"_L1].toString()))

@@ -9,7 +9,7 @@ became of the text and of what was being composed. Ends with 1 when a row is not
 import sys
 import time
 
-from editors import Editor, browser
+from editors import TEXTAREA, Editor, chromium
 from input_methods import COMPOSED, SPELT, Fcitx5, IBus, Typist
 from stage import Place, wait_until, xdotool
 
@@ -95,8 +95,7 @@ def print_row(cells):
 def start_editors(place, method, test_editor):
     commands = {name: [name] for name in TOOLKITS} | {"tavrin-test-editor": [test_editor]}
     own = {"XDG_CONFIG_HOME": method.environment["XDG_CONFIG_HOME"]}  # Toolkits look there for ibus.
-    page = "<textarea id=field style='width:95%;height:300px'></textarea>"
-    editors = {name: browser(place, page) if name == "chromium" else
+    editors = {name: chromium(place, TEXTAREA) if name == "chromium" else
                Editor(place, commands[name], name, own) for name in TOOLKITS}
     for editor in editors.values():  # One that comes later would take the keyboard from another.
         editor.wait_for_window()
@@ -107,7 +106,7 @@ def check_crash(place, case, typist_program):
     """A typist that dies while it types leaves the engine off; the next one switches it on."""
     case.clear()
     dying = Typist(place, typist_program)
-    dying.tell(type=TEXT * 50)
+    dying.tell(begin=TEXT * 50)
     wait_until("the engine's end", lambda: not case.method.is_on())
     dying.process.kill()
     dying.process.wait()

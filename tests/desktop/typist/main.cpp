@@ -1,8 +1,9 @@
 // A driver for the desktop tests: brings text into the program in front as a delivery does, by one
 // way alone. Every line on its standard input is one JSON object: {"paste": TEXT}, {"type": TEXT},
-// {"write": TEXT} for a write into the element with the keyboard, or {"read": true}. It answers
-// each with one line: the "text" that this element tells to accessibility, and whether the order is
-// "done", which for keys means that they are out.
+// {"begin": TEXT} to type without waiting for the keys, {"write": TEXT} for a write into the
+// element with the keyboard, or {"read": true}. It answers each with one line: the "text" that this
+// element tells to accessibility, and whether the order is "done", which for keys means that they
+// are out.
 
 #include "delivery/UnicodeChunks.h"
 #include "platform/linux/atspi/AtspiAccessibility.h"
@@ -45,10 +46,16 @@ public:
             });
         }
         if (order.contains("type"_L1)) {
+            // As before every delivery: what the program has fetched is not typed.
+            static_cast<void>(m_pasteboard.setString(order["type"_L1].toString()));
             return areOut([&](const Completion<KeyPosting>& completion) {
                 m_keyboard.postUnicodeText(
                     unicodeChunks(order["type"_L1].toString()), *target, completion);
             });
+        }
+        if (order.contains("begin"_L1)) {
+            m_keyboard.postUnicodeText(
+                unicodeChunks(order["begin"_L1].toString()), *target, [](KeyPosting) {});
         }
         if (order.contains("write"_L1))
             return m_accessibility.setSelectedText(order["write"_L1].toString(), m_element.get());
