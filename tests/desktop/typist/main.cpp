@@ -13,6 +13,7 @@
 #include "platform/qt/QtMainQueue.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -20,7 +21,6 @@
 #include <cstdlib>
 #include <functional>
 #include <iostream>
-#include <optional>
 #include <string>
 
 using namespace Qt::StringLiterals;
@@ -71,11 +71,9 @@ private:
     /// Presses keys, and waits until they are out or cannot be.
     bool areOut(const std::function<void(const Completion<KeyPosting>&)>& press)
     {
-        std::optional<KeyPosting> posting;
-        press([&](KeyPosting end) { posting = end; });
-        while (!posting)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        return posting == KeyPosting::Done;
+        QEventLoop loop;
+        press([&](KeyPosting posting) { loop.exit(posting == KeyPosting::Done ? 0 : 1); });
+        return loop.exec() == 0;
     }
 
     X11Workspace m_workspace;
