@@ -1,10 +1,10 @@
 #include "platform/linux/inputmethod/AsideNote.h"
 
+#include "platform/linux/desktop/ProcessIdentity.h"
+
 #include <QFile>
 #include <QList>
 #include <QSaveFile>
-
-#include <unistd.h>
 
 namespace tavrin {
 namespace {
@@ -18,20 +18,6 @@ QByteArray line(const QString& text)
 
 } // namespace
 
-QByteArray processBirth(qint64 identifier)
-{
-    QFile file(QStringLiteral("/proc/%1/stat").arg(identifier));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray stat = file.readAll();
-    // The name in brackets may hold spaces and brackets; the state is the first after it.
-    const auto fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
-    constexpr int state = 0;
-    constexpr int birth = 19;
-    const bool isCorpse = fields.value(state) == "Z";
-    return isCorpse ? QByteArray() : fields.value(birth);
-}
-
 AsideNote::AsideNote(QString file)
     : m_file(std::move(file))
 {
@@ -42,8 +28,8 @@ void AsideNote::write(const AsideEngine& engine) const
     QSaveFile file(m_file); // Never half a note.
     if (m_file.isEmpty() || !file.open(QIODevice::WriteOnly))
         return;
-    const qint64 owner = ::getpid();
-    file.write(QByteArray::number(owner) + '\n' + processBirth(owner) + '\n');
+    const ProcessIdentity owner = thisProcess();
+    file.write(QByteArray::number(owner.number) + '\n' + QByteArray::number(owner.birth) + '\n');
     file.write(line(engine.inputMethod) + line(engine.engine));
     file.commit();
 }
@@ -60,10 +46,13 @@ std::optional<AsideEngine> AsideNote::leftBehind() const
     if (m_file.isEmpty() || !file.open(QIODevice::ReadOnly))
         return {};
     const auto lines = file.read(longestNote).split('\n');
-    bool isNumber = false;
-    const qint64 owner = lines.first().toLongLong(&isNumber);
     constexpr int count = 5; // The last one is what stands behind the final line feed.
-    if (!isNumber || lines.size() != count || lines[1].isEmpty() || processBirth(owner) == lines[1])
+    if (lines.size() != count)
+        return {};
+    bool hasNumber = false;
+    bool hasBirth = false;
+    const ProcessIdentity owner{lines[0].toLongLong(&hasNumber), lines[1].toULongLong(&hasBirth)};
+    if (!hasNumber || !hasBirth || processWithNumber(owner.number) == owner)
         return {};
     return AsideEngine{QString::fromUtf8(lines[2]), QString::fromUtf8(lines[3])};
 }

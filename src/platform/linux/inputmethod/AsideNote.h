@@ -33,8 +33,4 @@ private:
     QString m_file;
 };
 
-/// When process @p identifier began, in the kernel's count: with the identifier it names a process
-/// for good. Empty when there is none.
-[[nodiscard]] QByteArray processBirth(qint64 identifier);
-
 } // namespace tavrin

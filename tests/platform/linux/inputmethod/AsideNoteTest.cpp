@@ -1,5 +1,7 @@
 #include "platform/linux/inputmethod/AsideNote.h"
 
+#include "platform/linux/desktop/ProcessIdentity.h"
+
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -41,7 +43,7 @@ TEST_F(AsideNoteTest, NothingIsLeftBehindWhileTheOwnerRuns)
 TEST_F(AsideNoteTest, WhatAnotherProcessOfTheSameNumberLeftIsLeftBehind)
 {
     m_note.write(m_engine);
-    const QByteArray own = '\n' + processBirth(::getpid()) + '\n';
+    const QByteArray own = '\n' + QByteArray::number(thisProcess().birth) + '\n';
     ASSERT_TRUE(content().contains(own));
     leave(content().replace(own, "\n1\n"));
     EXPECT_EQ(m_note.leftBehind(), m_engine);

@@ -89,6 +89,17 @@ protected:
 
     [[nodiscard]] QString text() const { return m_editor.toPlainText(); }
 
+    /// Shows another window of the program, and waits until it is in front.
+    [[nodiscard]] RunningApplication inFront(QWidget& window) const
+    {
+        window.resize(200, 100);
+        window.show();
+        EXPECT_TRUE(TestClient::eventually([&] { return window.isActiveWindow(); }));
+        RunningApplication target = m_target;
+        target.window = window.winId();
+        return target;
+    }
+
     /// Presses the paste shortcut, and waits until it is out or cannot be.
     KeyPosting paste(const RunningApplication& target)
     {
@@ -161,11 +172,7 @@ TEST_F(X11SyntheticKeyboardTest, PastesWithControlV)
 TEST_F(X11SyntheticKeyboardTest, AProgramThatDoesNothingAboutAPasteIgnoresIt)
 {
     QWidget picture;
-    picture.resize(200, 100);
-    picture.show();
-    ASSERT_TRUE(TestClient::eventually([&] { return picture.isActiveWindow(); }));
-    RunningApplication target = m_target;
-    target.window = picture.winId();
+    const RunningApplication target = inFront(picture);
     ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("unwanted")));
     EXPECT_EQ(paste(target), KeyPosting::Done);
     EXPECT_TRUE(eventuallyReceives(PasteReception::Ignored));
@@ -174,11 +181,7 @@ TEST_F(X11SyntheticKeyboardTest, AProgramThatDoesNothingAboutAPasteIgnoresIt)
 TEST_F(X11SyntheticKeyboardTest, WhatAnotherProgramFetchesIsFetchedElsewhere)
 {
     QWidget picture;
-    picture.resize(200, 100);
-    picture.show();
-    ASSERT_TRUE(TestClient::eventually([&] { return picture.isActiveWindow(); }));
-    RunningApplication target = m_target;
-    target.window = picture.winId();
+    const RunningApplication target = inFront(picture);
     ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("for the collector")));
     QProcess collector;
     collector.start(QStringLiteral("xclip"),
