@@ -69,7 +69,7 @@ public:
 
 private:
     /// Presses keys, and waits until they are out or cannot be.
-    bool areOut(const std::function<void(const Completion<KeyPosting>&)>& press)
+    static bool areOut(const std::function<void(const Completion<KeyPosting>&)>& press)
     {
         QEventLoop loop;
         press([&](KeyPosting posting) { loop.exit(posting == KeyPosting::Done ? 0 : 1); });

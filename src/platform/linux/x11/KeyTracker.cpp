@@ -91,15 +91,15 @@ KeyTracker::Events KeyTracker::released(const KeyRole& role, xcb_keycode_t code)
 
 KeyTracker::Events KeyTracker::synchronize(const std::function<bool(xcb_keycode_t)>& isDown)
 {
-    std::vector<xcb_keycode_t> gone;
-    for (const auto& [code, role] : m_down) {
-        if (!isDown(code))
-            gone.push_back(code);
-    }
     Events events;
-    for (const xcb_keycode_t code : gone) {
+    for (auto key = m_down.begin(); key != m_down.end();) {
+        if (isDown(key->first)) {
+            ++key;
+            continue;
+        }
+        const KeyRole role = key->second;
+        key = m_down.erase(key);
         m_tap.reset();
-        const KeyRole role = m_down.extract(code).mapped();
         if (role.modifier)
             events.push_back(change(role));
     }
