@@ -93,7 +93,13 @@ bool ClipboardServer::withholdFrom(xcb_window_t window)
 
 void ClipboardServer::release()
 {
-    post([this] { m_refused = XCB_WINDOW_NONE; });
+    // Waited for: what the program asks for after this is answered.
+    static_cast<void>(ask<bool>(
+        [this] {
+            m_refused = XCB_WINDOW_NONE;
+            return true;
+        },
+        false));
 }
 
 void ClipboardServer::handleEvent(const xcb_generic_event_t& event)
