@@ -105,8 +105,14 @@ void AppDelegate::applicationDidFinishLaunching()
         firstRunDelay, m_guard.bind([this] { m_firstRunNotice.showBetaOnboardingIfNeeded(); }));
     m_platform.mainQueue->post(m_guard.bind([this] { undoWhatACrashLeft(); }));
     m_platform.mainQueue->callLater(warmUpDelay, m_guard.bind([this] { warmUp(); }));
-    for (const Seconds delay : {warmUpDelay, desktopSettles})
-        m_platform.mainQueue->callLater(delay, m_guard.bind([this] { lookForTakenShortcuts(); }));
+    m_platform.mainQueue->callLater(warmUpDelay, m_guard.bind([this] {
+        static_cast<void>(takeDefaultsFromDesktop());
+        m_shortcutSettings.updateShortcutStatus();
+    }));
+    m_platform.mainQueue->callLater(desktopSettles, m_guard.bind([this] {
+        if (takeDefaultsFromDesktop())
+            m_shortcutSettings.updateShortcutStatus();
+    }));
 }
 
 void AppDelegate::applicationDidBecomeActive()
@@ -241,14 +247,14 @@ void AppDelegate::warmUp()
     m_platform.fileSpeechRecognizer->warmUp(); // Last: it is long at it.
 }
 
-void AppDelegate::lookForTakenShortcuts()
+bool AppDelegate::takeDefaultsFromDesktop()
 {
-    if (m_settings.lookAtDesktop()) {
-        m_shortcutSettings.refreshShortcutControls();
-        m_statusMenu.refreshUI();
-        m_userInterface->mainWindow().refreshShortcuts();
-    }
-    m_shortcutSettings.updateShortcutStatus();
+    if (!m_settings.lookAtDesktop())
+        return false;
+    m_shortcutSettings.refreshShortcutControls();
+    m_statusMenu.refreshUI();
+    m_userInterface->mainWindow().refreshShortcuts();
+    return true;
 }
 
 void AppDelegate::undoWhatACrashLeft()

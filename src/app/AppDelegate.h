@@ -83,7 +83,8 @@ private:
     [[nodiscard]] SystemTranscriber::Messages speechMessages() const;
     [[nodiscard]] QStringList contextualTerms() const;
     void createSession();
-    void lookForTakenShortcuts();
+    /// Whether the desktop holds another one of the defaults than when it was last looked at.
+    [[nodiscard]] bool takeDefaultsFromDesktop();
     void toggleOperationMode(OperationMode mode);
     void undoWhatACrashLeft();
     void warmUp();

@@ -2,7 +2,7 @@
 
 #include "platform/linux/x11/KeyTracker.h"
 
-#include <algorithm>
+#include <array>
 
 namespace tavrin {
 namespace {
@@ -53,22 +53,23 @@ bool X11HotKeyProbe::canGrabWithAnyLock(xcb_keycode_t code, quint16 mask) const
     // A program that takes the combination takes it with Caps Lock and Num Lock too.
     constexpr std::array<unsigned, 4> locks{0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2,
         unsigned{XCB_MOD_MASK_LOCK} | unsigned{XCB_MOD_MASK_2}};
-    return std::all_of(locks.begin(), locks.end(),
-        [&](unsigned lock) { return canGrab(code, static_cast<quint16>(mask | lock)); });
-}
-
-bool X11HotKeyProbe::canGrab(xcb_keycode_t code, quint16 mask) const
-{
     xcb_connection_t* server = m_connection.get();
-    const auto request = xcb_grab_key_checked(
-        server, 0, m_connection.root(), mask, code, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    const XcbPointer<xcb_generic_error_t> error(xcb_request_check(server, request));
-    if (!error) {
-        xcb_ungrab_key(server, code, m_connection.root(), mask);
-        xcb_flush(server);
+    const xcb_window_t root = m_connection.root();
+    std::array<xcb_void_cookie_t, locks.size()> requests{};
+    // All of them are sent before the first answer is waited for: one round trip.
+    for (std::size_t i = 0; i < locks.size(); ++i) {
+        const auto withLock = static_cast<quint16>(mask | locks[i]);
+        requests[i] = xcb_grab_key_checked(
+            server, 0, root, withLock, code, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        xcb_ungrab_key(server, code, root, withLock); // Leaves the grabs of others alone.
+    }
+    bool isFree = true;
+    for (const xcb_void_cookie_t request : requests) {
+        const XcbPointer<xcb_generic_error_t> error(xcb_request_check(server, request));
+        isFree = isFree && !error;
     }
     m_connection.discardEvents();
-    return !error;
+    return isFree;
 }
 
 } // namespace tavrin

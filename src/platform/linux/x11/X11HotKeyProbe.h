@@ -13,7 +13,6 @@ public:
 
 private:
     [[nodiscard]] bool canGrabWithAnyLock(xcb_keycode_t code, quint16 mask) const;
-    [[nodiscard]] bool canGrab(xcb_keycode_t code, quint16 mask) const;
 
     X11Connection m_connection;
 };
