@@ -21,6 +21,9 @@ void onSignal(int number)
 {
     const int before = errno;
     if (askedBefore.exchange(true)) {
+        if (number == SIGHUP)
+            return;
+
         // The main thread hangs, or it would have given the signals back their usual meaning.
         struct sigaction usual { };
 
@@ -59,6 +62,7 @@ TerminationSignals::TerminationSignals(std::function<void()> terminate)
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this] {
         m_notifier->setEnabled(false);
         setHandler(SIG_DFL, 0); // Whoever asks twice means it.
+        ::signal(SIGHUP, SIG_IGN);
         m_terminate();
     });
     setHandler(onSignal, SA_RESTART);

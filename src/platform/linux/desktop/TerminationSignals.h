@@ -9,8 +9,9 @@
 namespace tavrin {
 
 /// Turns SIGTERM, SIGINT and SIGHUP into one call on the main thread, so that the program can quit
-/// cleanly. A second signal ends the process at once, also while the main thread hangs. At most one
-/// of these exists at a time.
+/// cleanly. A second signal ends the process at once, also while the main thread hangs; but not
+/// SIGHUP, which a terminal that closes sends more than once. At most one of these exists at a
+/// time.
 class TerminationSignals {
 public:
     explicit TerminationSignals(std::function<void()> terminate);

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <optional>
@@ -25,7 +26,12 @@ TEST_P(TerminationSignalsTest, AskOnceForACleanEnd)
     EXPECT_TRUE(waitUntil([&] { return asked == 1; }));
 }
 
-TEST_P(TerminationSignalsTest, ASecondOneEndsTheProcess)
+/// Those that somebody sends twice because the first did not help.
+class InsistingSignalsTest : public ::testing::TestWithParam<int> { };
+
+INSTANTIATE_TEST_SUITE_P(Signals, InsistingSignalsTest, ::testing::Values(SIGTERM, SIGINT));
+
+TEST_P(InsistingSignalsTest, ASecondOneEndsTheProcess)
 {
     EXPECT_EXIT(
         {
@@ -38,7 +44,7 @@ TEST_P(TerminationSignalsTest, ASecondOneEndsTheProcess)
         ::testing::KilledBySignal(GetParam()), "");
 }
 
-TEST_P(TerminationSignalsTest, ASecondOneEndsTheProcessAlsoWhenTheMainThreadHangs)
+TEST_P(InsistingSignalsTest, ASecondOneEndsTheProcessAlsoWhenTheMainThreadHangs)
 {
     EXPECT_EXIT(
         {
@@ -48,6 +54,17 @@ TEST_P(TerminationSignalsTest, ASecondOneEndsTheProcessAlsoWhenTheMainThreadHang
             std::_Exit(0);
         },
         ::testing::KilledBySignal(GetParam()), "");
+}
+
+TEST(TerminationHangupTest, ATerminalThatClosesHangsUpMoreThanOnce)
+{
+    int asked = 0;
+    const TerminationSignals signals([&] { ++asked; });
+    ::raise(SIGHUP);
+    ::raise(SIGHUP);
+    EXPECT_TRUE(waitUntil([&] { return asked == 1; }));
+    ::raise(SIGHUP);
+    EXPECT_FALSE(waitUntil([&] { return asked != 1; }, std::chrono::milliseconds(50)));
 }
 
 TEST_P(TerminationSignalsTest, TheUsualMeaningReturnsAfterwards)
