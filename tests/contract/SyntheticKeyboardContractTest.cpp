@@ -50,7 +50,9 @@ public:
     X11Subject()
     {
         m_editor.show();
-        TestClient::eventually([this] { return m_editor.isActiveWindow(); });
+        EXPECT_TRUE(TestClient::eventually([this] {
+            return m_editor.isActiveWindow() && m_client.activeWindow() == m_editor.winId();
+        }));
     }
 
     [[nodiscard]] SyntheticKeyboard& keyboard() override { return m_keyboard; }
@@ -65,6 +67,7 @@ public:
     [[nodiscard]] QString text() override { return m_editor.toPlainText(); }
 
 private:
+    TestClient m_client;
     QPlainTextEdit m_editor;
     ClipboardPasteboard m_pasteboard;
     QtMainQueue m_mainQueue;

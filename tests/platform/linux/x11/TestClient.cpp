@@ -65,7 +65,7 @@ xcb_window_t TestClient::createWindow(
         XCB_ATOM_CARDINAL, 32, 1, &processIdentifier);
     xcb_map_window(server, window);
     xcb_flush(server);
-    eventually([&] { return activeWindow() == window; });
+    EXPECT_TRUE(eventually([&] { return activeWindow() == window; }));
     return window;
 }
 

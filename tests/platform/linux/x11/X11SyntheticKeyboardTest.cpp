@@ -45,36 +45,6 @@ private:
     int m_presses = 0;
 };
 
-/// Another layout of the keyboard for as long as it lives.
-class LayoutInUse final {
-public:
-    explicit LayoutInUse(const QString& layout)
-    {
-        EXPECT_EQ(run(QStringLiteral("xkbcomp"), {QStringLiteral("-w0"), display(), usual()}), 0);
-        EXPECT_EQ(run(QStringLiteral("setxkbmap"), {layout}), 0);
-    }
-
-    ~LayoutInUse()
-    {
-        EXPECT_EQ(run(QStringLiteral("xkbcomp"), {QStringLiteral("-w0"), usual(), display()}), 0);
-    }
-
-    LayoutInUse(const LayoutInUse&) = delete;
-    LayoutInUse& operator=(const LayoutInUse&) = delete;
-
-private:
-    static int run(const QString& program, const QStringList& arguments)
-    {
-        return QProcess::execute(program, arguments);
-    }
-
-    static QString display() { return qEnvironmentVariable("DISPLAY"); }
-
-    [[nodiscard]] QString usual() const { return m_folder.filePath(QStringLiteral("usual.xkb")); }
-
-    QTemporaryDir m_folder;
-};
-
 /// Types into an editor of Qt that stands in for another program.
 class X11SyntheticKeyboardTest : public ::testing::Test {
 protected:
@@ -84,17 +54,24 @@ protected:
         m_editor.show();
         m_target = {QCoreApplication::applicationPid(), QStringLiteral("Editor"),
             QStringLiteral("editor"), m_editor.winId()};
-        ASSERT_TRUE(TestClient::eventually([this] { return m_editor.isActiveWindow(); }));
+        ASSERT_TRUE(isInFront(m_editor));
     }
 
     [[nodiscard]] QString text() const { return m_editor.toPlainText(); }
+
+    /// Waits until @p window has the keyboard, and the window manager says so.
+    [[nodiscard]] bool isInFront(const QWidget& window) const
+    {
+        return TestClient::eventually(
+            [&] { return window.isActiveWindow() && m_client.activeWindow() == window.winId(); });
+    }
 
     /// Shows another window of the program, and waits until it is in front.
     [[nodiscard]] RunningApplication inFront(QWidget& window) const
     {
         window.resize(200, 100);
         window.show();
-        EXPECT_TRUE(TestClient::eventually([&] { return window.isActiveWindow(); }));
+        EXPECT_TRUE(isInFront(window));
         RunningApplication target = m_target;
         target.window = window.winId();
         return target;
@@ -250,7 +227,7 @@ TEST_F(X11SyntheticKeyboardTest, AShortcutOfManyKeysArrivesInEveryLayout)
     m_target.bundleIdentifier = QStringLiteral("gvim");
     for (const auto& layout :
         {QStringLiteral("us"), QStringLiteral("de"), QStringLiteral("fr"), QStringLiteral("ru")}) {
-        const LayoutInUse layoutInUse(layout);
+        const TestLayouts layouts({layout});
         m_editor.clear();
         EXPECT_EQ(paste(m_target), KeyPosting::Done);
         // To this editor the first two mean nothing.
@@ -342,7 +319,7 @@ TEST_F(X11SyntheticKeyboardTest, ACoveredAltOpensNoMenu)
     window.setCentralWidget(editor);
     window.show();
     editor->setFocus();
-    ASSERT_TRUE(TestClient::eventually([&] { return window.isActiveWindow(); }));
+    ASSERT_TRUE(isInFront(window));
     const auto alt = KeyboardMap::read(m_client.connection()).codeOf(keysyms::rightAlt);
     ASSERT_TRUE(alt);
 
@@ -378,7 +355,7 @@ TEST_F(X11SyntheticKeyboardTest, NothingGoesIntoAnotherWindowOfTheProgram)
 {
     QPlainTextEdit other;
     other.show();
-    ASSERT_TRUE(TestClient::eventually([&] { return other.isActiveWindow(); }));
+    ASSERT_TRUE(isInFront(other));
     ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("secret")));
     EXPECT_EQ(paste(m_target), KeyPosting::Refused);
     EXPECT_EQ(type(QStringLiteral("secret"), m_target), KeyPosting::Refused);
@@ -420,7 +397,7 @@ TEST_F(X11SyntheticKeyboardTest, StopsWhenAnotherWindowTakesTheKeyboard)
     EXPECT_FALSE(posting.has_value());
     QPlainTextEdit other;
     other.show();
-    ASSERT_TRUE(TestClient::eventually([&] { return other.isActiveWindow(); }));
+    ASSERT_TRUE(isInFront(other));
     EXPECT_TRUE(TestClient::eventually([&] { return emptyCodes() == before; }));
     EXPECT_TRUE(TestClient::eventually([&] { return posting.has_value(); }));
     EXPECT_EQ(posting, KeyPosting::Broken);
