@@ -165,7 +165,9 @@ void TextDelivery::afterTyping(KeyPosting posting)
         m_delivery->fetched = true;
         return checkAfterPaste();
     case KeyPosting::Unsuitable:
-        return writeDirectly();
+        if (insertText(m_delivery->text, m_delivery->element.get()))
+            return fail(texts::keysNotPosted);
+        return after(directWriteDelay, &TextDelivery::finishDirectWrite);
     }
 }
 
@@ -182,7 +184,12 @@ void TextDelivery::writeDirectly()
 {
     // The last means; its word changes nothing.
     static_cast<void>(insertText(m_delivery->text, m_delivery->element.get()));
-    m_ports.mainQueue.callLater(directWriteDelay, m_guard.bind([this] { finish("direct write"); }));
+    after(directWriteDelay, &TextDelivery::finishDirectWrite);
+}
+
+void TextDelivery::finishDirectWrite()
+{
+    finish("direct write");
 }
 
 void TextDelivery::finish(const char* means)

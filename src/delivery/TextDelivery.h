@@ -97,6 +97,7 @@ private:
     void afterTyping(KeyPosting posting);
     void checkAfterTyping();
     void writeDirectly();
+    void finishDirectWrite();
     /// @param means by which the text was brought, for the log.
     void finish(const char* means);
     void fail(const SimplifiedText& reason);

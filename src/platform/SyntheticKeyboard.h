@@ -21,7 +21,7 @@ enum class KeyPosting {
     Refused, ///< None is out, and none will be: another window has the keyboard, no key can do it.
     Broken, ///< Typing: some are out, the others never will be.
     Fetched, ///< Typing: none is out, because the program has fetched the pasteboard after all.
-    Unsuitable, ///< Typing: none is out, because the program would mix them up.
+    Unsuitable, ///< Typing: none is out, as the program or an input method would mix them up.
 };
 
 /// What became of the last paste shortcut.

@@ -364,6 +364,18 @@ TEST_F(TextDeliveryTest, WhatAProgramWouldMixUpIsWrittenAtOnce)
     EXPECT_EQ(editor->text, u"Dear Anna"_s);
 }
 
+TEST_F(TextDeliveryTest, WhatCanNeitherBeTypedNorWrittenIsNoDelivery)
+{
+    swallowPastes();
+    keyboard.typingEnds = KeyPosting::Unsuitable;
+    editor->writesSucceed = false;
+    pasteToTheEnd(u"Anna"_s);
+    EXPECT_EQ(outcome, (DeliveryOutcome{false, u"无法向目标应用发送按键"_s}));
+    EXPECT_EQ(finishedAt, 780ms);
+    EXPECT_EQ(editor->text, u"Dear "_s);
+    EXPECT_EQ(pasteboard.string(), u"Anna"_s);
+}
+
 TEST_F(TextDeliveryTest, ADeliveryThatEndsWithTheProgramEndsItsTyping)
 {
     allowDroppedCompletions(true);
@@ -559,6 +571,7 @@ TEST_F(TextDeliveryTest, ASwallowedPasteIsTyped)
 
     ASSERT_EQ(keyboard.typed.size(), 1);
     EXPECT_EQ(keyboard.typed.first(), (QStringList{u"0123456789abcde"_s, u"😀!"_s}));
+    EXPECT_EQ(keyboard.typingTargets, QList<RunningApplication>{*target.targetApplication()});
     EXPECT_EQ(editor->text, u"Dear 0123456789abcde😀!"_s);
     expectVerifiedAt(780ms + 2ms * 18 + 260ms);
 }

@@ -23,6 +23,7 @@ public:
 
     QList<PasteTarget> pastes; ///< The targets of the paste shortcuts, in order.
     QList<QStringList> typed; ///< The chunks of each typed text, in order.
+    QList<RunningApplication> typingTargets; ///< Of the same.
     int covers = 0;
     int cancellations = 0;
     int questions = 0; ///< After the reception.
@@ -44,8 +45,8 @@ public:
     void postUnicodeText(const QStringList& chunks, const RunningApplication& target,
         Completion<KeyPosting> completion) override
     {
-        Q_UNUSED(target)
         typed.append(chunks);
+        typingTargets.append(target);
         const bool goesOut = typingEnds == KeyPosting::Done || typingEnds == KeyPosting::Unanswered
             || typingEnds == KeyPosting::Broken;
         if (onTyping && goesOut)

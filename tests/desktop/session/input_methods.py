@@ -19,6 +19,9 @@ class InputMethod:
                             "QT_IM_MODULE": module, "XMODIFIERS": f"@im={module}"}
         os.environ.update(self.environment)
 
+    # Whether it can be set aside; where it cannot, what would be typed is written.
+    LETS_GO = True
+
     def is_on(self):
         return self.engine() == self.ENGINE
 
@@ -85,6 +88,17 @@ Layout=
 
     def activate(self):
         run("fcitx5-remote", "-o")
+
+
+class Fcitx5Alone(Fcitx5):
+    """Without a keyboard layout in its list of engines, so that one makes Chinese at all times."""
+
+    LETS_GO = False
+    PROFILE = Fcitx5.PROFILE.replace("""[Groups/0/Items/0]
+Name=keyboard-us
+Layout=
+
+[Groups/0/Items/1]""", "[Groups/0/Items/0]")
 
 
 class Typist:

@@ -1,6 +1,6 @@
 """What arrives while an input method is on, in editors of every toolkit.
 
-usage: input_methods_test.py TYPIST EDITOR [ibus|fcitx5]…     EDITOR: the test editor
+usage: input_methods_test.py TYPIST EDITOR [ibus|fcitx5|fcitx5-alone]…     EDITOR: the test editor
 
 Pastes and types, each without and with an open composition, and prints a table in Markdown of what
 became of the text and of what was being composed. Ends with 1 when a row is not as it should be.
@@ -10,11 +10,11 @@ import sys
 import time
 
 from editors import TEXTAREA, Editor, chromium
-from input_methods import COMPOSED, SPELT, Fcitx5, IBus, Typist
+from input_methods import COMPOSED, SPELT, Fcitx5, Fcitx5Alone, IBus, Typist
 from stage import Place, wait_until, xdotool
 
 TEXT = "晚上好，Tavrin 把 3 件事, done. “x” Ω"
-INPUT_METHODS = {"ibus": IBus, "fcitx5": Fcitx5}
+INPUT_METHODS = {"ibus": IBus, "fcitx5": Fcitx5, "fcitx5-alone": Fcitx5Alone}
 TOOLKITS = {"mousepad": "GTK 3", "gnome-text-editor": "GTK 4", "featherpad": "Qt 5",
             "tavrin-test-editor": "Qt 6", "chromium": "Chromium"}
 PATIENCE = 20
@@ -26,7 +26,7 @@ class Case:
     def __init__(self, typist, method, editor, name):
         self.typist, self.method, self.editor, self.name = typist, method, editor, name
         # Its module turns the order of fast keys about, whoever types: what is typed is written.
-        self.types = not (method.NAME == "ibus" and name == "gnome-text-editor")
+        self.types = method.LETS_GO and not (method.NAME == "ibus" and name == "gnome-text-editor")
 
     def begin(self):
         # Otherwise no row would tell anything.
@@ -83,7 +83,8 @@ class Case:
         else:
             composition = f"`{SPELT}` before the text" if self.kept(composing) else "dropped"
         means = {"paste": "pasting", "type": "typing" if self.types else "not typed, but written"}
-        cells = (self.method.NAME, TOOLKITS[self.name], means[way], "yes" if composing else "no",
+        method = self.method.NAME if self.method.LETS_GO else f"{self.method.NAME}, pinyin alone"
+        cells = (method, TOOLKITS[self.name], means[way], "yes" if composing else "no",
                  arrived, composition)
         return cells, right
 
@@ -92,11 +93,11 @@ def print_row(cells):
     print("| " + " | ".join(cells) + " |", flush=True)
 
 
-def start_editors(place, method, test_editor):
-    commands = {name: [name] for name in TOOLKITS} | {"tavrin-test-editor": [test_editor]}
+def start_editors(place, method, test_editor, names):
+    commands = {name: [name] for name in names} | {"tavrin-test-editor": [test_editor]}
     own = {"XDG_CONFIG_HOME": method.environment["XDG_CONFIG_HOME"]}  # Toolkits look there for ibus.
     editors = {name: chromium(place, TEXTAREA) if name == "chromium" else
-               Editor(place, commands[name], name, own) for name in TOOLKITS}
+               Editor(place, commands[name], name, own) for name in names}
     for editor in editors.values():  # One that comes later would take the keyboard from another.
         editor.wait_for_window()
     return editors
@@ -119,12 +120,13 @@ def check_crash(place, case, typist_program):
 
 def check(place, method, typist_program, test_editor):
     right = True
-    editors = start_editors(place, method, test_editor)
+    names = TOOLKITS if method.LETS_GO else ["tavrin-test-editor"]
+    editors = start_editors(place, method, test_editor, names)
     typist = Typist(place, typist_program)
     for name, editor in editors.items():
         case = Case(typist, method, editor, name)
         case.begin()
-        for composing in (False, True):
+        for composing in (False, True) if method.LETS_GO else (False,):
             for way in ("paste", "type"):
                 cells, row_right = case.run(composing, way)
                 print_row(cells)

@@ -61,28 +61,32 @@ void InputMethods::recover()
 
 void InputMethods::endComposition()
 {
-    setAside();
+    static_cast<void>(setAside());
     putBack();
 }
 
-void InputMethods::setAside()
+bool InputMethods::setAside()
 {
     putBack();
     m_inUse = nullptr;
     const Deadline deadline = fromNow();
     for (const auto& method : m_known) {
         const auto engine = method->engine(deadline);
+        if (!engine && std::chrono::steady_clock::now() >= deadline)
+            return false; // One that does not run answers at once, through the bus.
         if (!engine)
             continue;
         m_inUse = method.get();
         if (method->letsKeysPass(*engine))
-            return;
+            return true;
         m_aside = AsideEngine{method->name(), *engine};
         m_note.write(*m_aside); // First: it may be carried out without an answer.
-        if (!method->deactivate(deadline))
-            qCWarning(log::platform) << method->name() << "cannot be set aside:" << *engine;
-        return;
+        if (method->deactivate(deadline))
+            return true;
+        qCWarning(log::platform) << method->name() << "cannot be set aside:" << *engine;
+        return false;
     }
+    return true;
 }
 
 bool InputMethods::waitForKeys()

@@ -13,7 +13,7 @@ namespace tavrin {
 /// would make Chinese, and while something is being composed it may swallow the paste shortcut.
 ///
 /// Used by one thread, while the program that gets the keys is in front. No call waits longer than
-/// 300 ms for an input method, however it hangs; the keys go out then all the same.
+/// 300 ms for an input method, however it hangs.
 class InputMethods {
 public:
     /// Those this program knows. @p noteFile in the session's folder for run-time files; empty:
@@ -30,8 +30,9 @@ public:
     /// Ends what the user is composing. The input method stays on.
     void endComposition();
 
-    /// Lets keys pass as they are, until putBack().
-    void setAside();
+    /// Lets keys pass as they are, until putBack(). False when they may not: the input method runs
+    /// and has not answered, or stays on. What it was asked for may still come about: putBack().
+    [[nodiscard]] bool setAside();
 
     /// Waits until the input method has dealt with the keys that the program in front has handed to
     /// it. False when there was none at the last call of setAside().

@@ -59,7 +59,7 @@ bool ClipboardServer::watch(xcb_window_t window, bool asPrimary)
     return ask<bool>(
         [this, window, asPrimary] {
             m_watched = window;
-            m_fetchedByProgram = false;
+            m_fetchedByProgram = m_fetchedByOthers = false;
             return (m_clipboard.isOurs || own(atom("CLIPBOARD"), m_clipboard))
                 && (!asPrimary || own(XCB_ATOM_PRIMARY, m_primary));
         },

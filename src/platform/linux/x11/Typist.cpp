@@ -182,7 +182,11 @@ KeyPosting Typist::typeText(const QString& text, const RunningApplication& targe
         m_inputMethods.endComposition();
         return KeyPosting::Unsuitable;
     }
-    m_inputMethods.setAside();
+    if (!m_inputMethods.setAside()) {
+        qCInfo(log::platform) << "Nothing is typed: the input method would take the keys";
+        m_inputMethods.putBack();
+        return KeyPosting::Unsuitable;
+    }
     const KeyPosting posting = typePlain(text, window, turn);
     settleAfter(posting != KeyPosting::Unanswered);
     return posting;

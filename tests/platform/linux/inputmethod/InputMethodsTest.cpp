@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <thread>
+
 using namespace Qt::StringLiterals;
 
 namespace tavrin::testing {
@@ -14,9 +16,10 @@ namespace {
 /// What the test sees of an input method, and how it behaves.
 struct Behaviour {
     QString name;
-    std::optional<QString> engine;
-    bool hangs = false;
-    QString note; ///< The file looked for when it is switched off.
+    std::optional<QString> engine = {};
+    bool hangs = false; ///< Answers nobody in time.
+    bool stays = false; ///< Answers, and does not let itself be switched off.
+    QString note = {}; ///< The file looked for when it is switched off.
     bool wasNoted = false;
     int questions = 0;
     QStringList switches = {};
@@ -31,10 +34,13 @@ public:
 
     [[nodiscard]] QString name() const override { return m_behaviour.name; }
 
-    [[nodiscard]] std::optional<QString> engine(Deadline /*deadline*/) override
+    [[nodiscard]] std::optional<QString> engine(Deadline deadline) override
     {
         ++m_behaviour.questions;
-        return m_behaviour.hangs ? std::nullopt : m_behaviour.engine;
+        if (!m_behaviour.hangs)
+            return m_behaviour.engine;
+        std::this_thread::sleep_until(deadline);
+        return std::nullopt;
     }
 
     [[nodiscard]] bool letsKeysPass(const QString& engine) const override
@@ -46,7 +52,7 @@ public:
     {
         m_behaviour.switches.append(u"off"_s);
         m_behaviour.wasNoted = QFile::exists(m_behaviour.note);
-        return !m_behaviour.hangs;
+        return !m_behaviour.stays;
     }
 
     [[nodiscard]] bool activate(const QString& engine, Deadline /*deadline*/) override
@@ -78,14 +84,14 @@ protected:
 
     QTemporaryDir m_folder;
     QString m_file = m_folder.filePath(u"note"_s);
-    Behaviour m_first{u"first"_s, std::nullopt, false, m_file};
-    Behaviour m_second{u"second"_s, std::nullopt, false, m_file};
+    Behaviour m_first{.name = u"first"_s, .note = m_file};
+    Behaviour m_second{.name = u"second"_s, .note = m_file};
     InputMethods m_methods = make();
 };
 
 TEST_F(InputMethodsTest, WhereNoneRunsNothingIsSwitched)
 {
-    m_methods.setAside();
+    EXPECT_TRUE(m_methods.setAside());
     EXPECT_FALSE(m_methods.waitForKeys());
     m_methods.putBack();
     EXPECT_EQ(m_first.switches + m_second.switches, QStringList());
@@ -95,7 +101,7 @@ TEST_F(InputMethodsTest, WhereNoneRunsNothingIsSwitched)
 TEST_F(InputMethodsTest, AnEngineThatLetsKeysPassIsLeftAlone)
 {
     m_first.engine = u"plain"_s;
-    m_methods.setAside();
+    EXPECT_TRUE(m_methods.setAside());
     EXPECT_TRUE(m_methods.waitForKeys()); // They take its road all the same.
     m_methods.putBack();
     EXPECT_EQ(m_first.switches, QStringList());
@@ -104,7 +110,7 @@ TEST_F(InputMethodsTest, AnEngineThatLetsKeysPassIsLeftAlone)
 TEST_F(InputMethodsTest, TheEngineIsOffUntilItIsPutBack)
 {
     m_second.engine = u"pinyin"_s;
-    m_methods.setAside();
+    EXPECT_TRUE(m_methods.setAside());
     EXPECT_EQ(m_second.switches, QStringList{u"off"_s});
     m_methods.putBack();
     EXPECT_EQ(m_second.switches, (QStringList{u"off"_s, u"pinyin"_s}));
@@ -116,7 +122,7 @@ TEST_F(InputMethodsTest, TheFirstOneThatRunsDecides)
 {
     m_first.engine = u"plain"_s;
     m_second.engine = u"pinyin"_s;
-    m_methods.setAside();
+    EXPECT_TRUE(m_methods.setAside());
     EXPECT_EQ(m_second.questions, 0);
     EXPECT_EQ(m_second.switches, QStringList());
 }
@@ -132,7 +138,7 @@ TEST_F(InputMethodsTest, AnEndedCompositionLeavesTheEngineOn)
 TEST_F(InputMethodsTest, ItIsNotedBeforeItIsSwitchedOffAndUntilItIsOn)
 {
     m_first.engine = u"pinyin"_s;
-    m_methods.setAside();
+    EXPECT_TRUE(m_methods.setAside());
     EXPECT_TRUE(m_first.wasNoted);
     EXPECT_TRUE(QFile::exists(m_file));
     m_methods.putBack();
@@ -142,7 +148,7 @@ TEST_F(InputMethodsTest, ItIsNotedBeforeItIsSwitchedOffAndUntilItIsOn)
 TEST_F(InputMethodsTest, OneThatHangsIsPutBackLater)
 {
     m_first.engine = u"pinyin"_s;
-    m_methods.setAside();
+    EXPECT_TRUE(m_methods.setAside());
     m_first.hangs = true;
     m_methods.putBack();
     EXPECT_TRUE(QFile::exists(m_file));
@@ -150,6 +156,20 @@ TEST_F(InputMethodsTest, OneThatHangsIsPutBackLater)
     m_methods.putBack();
     EXPECT_EQ(m_first.switches, (QStringList{u"off"_s, u"pinyin"_s, u"pinyin"_s}));
     EXPECT_FALSE(QFile::exists(m_file));
+}
+
+TEST_F(InputMethodsTest, OneThatStaysOnIsTold)
+{
+    m_first.engine = u"pinyin"_s;
+    m_first.stays = true;
+    EXPECT_FALSE(m_methods.setAside());
+}
+
+TEST_F(InputMethodsTest, OneThatDoesNotAnswerIsNotTakenForAbsent)
+{
+    m_first.engine = u"pinyin"_s;
+    m_first.hangs = true;
+    EXPECT_FALSE(m_methods.setAside());
 }
 
 TEST_F(InputMethodsTest, WhatACrashLeftIsPutBackByTheNextStart)
@@ -164,7 +184,7 @@ TEST_F(InputMethodsTest, WhatACrashLeftIsPutBackByTheNextStart)
 TEST_F(InputMethodsTest, AnotherInstanceLeavesOneThatIsTypingAlone)
 {
     m_first.engine = u"pinyin"_s;
-    m_methods.setAside();
+    EXPECT_TRUE(m_methods.setAside());
     InputMethods other = make();
     other.recover();
     EXPECT_EQ(m_first.switches, QStringList{u"off"_s});

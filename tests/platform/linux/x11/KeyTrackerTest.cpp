@@ -37,9 +37,20 @@ protected:
         {Kind::FlagsChanged, key_codes::rightOption, {}, false}};
     KeyboardMap m_map = keyboard({{9, keysyms::escape}, {37, keysyms::leftControl},
         {50, keysyms::leftShift}, {54, 'c'}, {62, keysyms::rightShift}, {64, keysyms::leftAlt},
-        {65, keysyms::space}, {108, 0xfe03}, {133, keysyms::leftSuper}});
+        {65, keysyms::space}, {105, keysyms::rightControl}, {108, 0xfe03},
+        {133, keysyms::leftSuper}, {134, keysyms::rightSuper}});
     KeyTracker m_tracker;
 };
+
+TEST_F(KeyTrackerTest, TheRightOneOfTwoModifierKeysMeansTheSame)
+{
+    EXPECT_EQ(press(105).modifiers, KeyModifier::Control);
+    EXPECT_EQ(release(105).front().modifiers, KeyModifiers());
+    EXPECT_EQ(press(62).modifiers, KeyModifier::Shift);
+    EXPECT_EQ(release(62).front().modifiers, KeyModifiers());
+    EXPECT_EQ(press(134).modifiers, KeyModifier::Command);
+    EXPECT_EQ(release(134).front().modifiers, KeyModifiers());
+}
 
 TEST_F(KeyTrackerTest, TheRightAltIsKnownByItsPlaceWhateverItsSymbol)
 {

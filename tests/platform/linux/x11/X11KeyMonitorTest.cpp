@@ -234,6 +234,30 @@ TEST_F(X11KeyMonitorTest, WhetherTheRightAltIsAltGrIsUpToTheLayoutInUse)
     EXPECT_TRUE(TestClient::eventually([this] { return m_events.all().size() == 4; }));
 }
 
+TEST_F(X11KeyMonitorTest, KeysHeldWhenAnOwnWindowLosesTheKeyboardAreForgotten)
+{
+    QLineEdit field;
+    field.show();
+    ASSERT_TRUE(TestClient::eventually([&] { return field.hasFocus(); }));
+    Events local;
+    const auto observation = m_monitor.addLocalMonitor([&](const KeyEvent& event) {
+        local.add(event);
+        return false;
+    });
+    m_client.pressKey(leftAltCode);
+    ASSERT_TRUE(TestClient::eventually([&] { return local.all().size() == 1; }));
+    const xcb_window_t other =
+        m_client.createWindow("other", "Other", static_cast<quint32>(::getppid()));
+    ASSERT_TRUE(TestClient::eventually([&] { return !field.hasFocus(); }));
+    m_client.releaseKey(leftAltCode);
+    m_client.destroyWindow(other);
+    ASSERT_TRUE(TestClient::eventually([&] { return field.hasFocus(); }));
+    m_client.tap(keysyms::space);
+    ASSERT_TRUE(TestClient::eventually([&] { return field.text() == u" "; }));
+    ASSERT_GE(local.all().size(), 2U);
+    EXPECT_EQ(local.all()[1], (KeyEvent{Kind::KeyDown, key_codes::space, {}, false}));
+}
+
 TEST_F(X11KeyMonitorTest, AltGrTypesIntoOwnWindows)
 {
     const TestLayouts layouts({QStringLiteral("de")});

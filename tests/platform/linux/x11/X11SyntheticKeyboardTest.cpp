@@ -104,6 +104,17 @@ protected:
         return reception.value_or(PasteReception::Unknown);
     }
 
+    /// What another program gets that asks for the clipboard.
+    static QByteArray fetchElsewhere()
+    {
+        QProcess collector;
+        collector.start(QStringLiteral("xclip"),
+            {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o")});
+        EXPECT_TRUE(
+            TestClient::eventually([&] { return collector.state() == QProcess::NotRunning; }));
+        return collector.readAllStandardOutput();
+    }
+
     bool eventuallyReceives(PasteReception expected)
     {
         return TestClient::eventually([&] { return reception() == expected; });
@@ -128,6 +139,26 @@ protected:
             {QStringLiteral("-w0"), qEnvironmentVariable("DISPLAY"), QStringLiteral("-")});
         EXPECT_TRUE(xkbcomp.waitForFinished());
         return xkbcomp.readAllStandardOutput();
+    }
+
+    /// Until it is pressed again: lifting it does nothing.
+    static void keepLeftControlDownOncePressed()
+    {
+        QProcess xkbcomp;
+        xkbcomp.start(QStringLiteral("xkbcomp"),
+            {QStringLiteral("-w0"), QStringLiteral("-"), qEnvironmentVariable("DISPLAY")});
+        xkbcomp.write(R"xkb(xkb_keymap {
+            xkb_keycodes { include "evdev+aliases(qwerty)" };
+            xkb_types { include "complete" };
+            xkb_compat { include "complete" };
+            xkb_symbols {
+                include "pc+us+inet(evdev)"
+                replace key <LCTL> { locks = yes, symbols[Group1] = [ Control_L ] };
+            };
+        };)xkb");
+        xkbcomp.closeWriteChannel();
+        EXPECT_TRUE(xkbcomp.waitForFinished());
+        EXPECT_EQ(xkbcomp.exitCode(), 0) << xkbcomp.readAllStandardError().toStdString();
     }
 
     TestClient m_client;
@@ -155,18 +186,16 @@ TEST_F(X11SyntheticKeyboardTest, AProgramThatDoesNothingAboutAPasteIgnoresIt)
     EXPECT_TRUE(eventuallyReceives(PasteReception::Ignored));
 }
 
-TEST_F(X11SyntheticKeyboardTest, WhatAnotherProgramFetchesIsFetchedElsewhere)
+TEST_F(X11SyntheticKeyboardTest, WhatAnotherProgramFetchesAfterTheShortcutIsFetchedElsewhere)
 {
     QWidget picture;
     const RunningApplication target = inFront(picture);
     ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("for the collector")));
-    QProcess collector;
-    collector.start(QStringLiteral("xclip"),
-        {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o")});
-    ASSERT_TRUE(TestClient::eventually([&] { return collector.state() == QProcess::NotRunning; }));
-    EXPECT_EQ(collector.readAllStandardOutput(), "for the collector");
+    EXPECT_EQ(fetchElsewhere(), "for the collector");
     EXPECT_EQ(paste(target), KeyPosting::Done);
-    EXPECT_TRUE(eventuallyReceives(PasteReception::FetchedElsewhere));
+    EXPECT_TRUE(eventuallyReceives(PasteReception::Ignored));
+    EXPECT_EQ(fetchElsewhere(), "for the collector");
+    EXPECT_EQ(reception(), PasteReception::FetchedElsewhere);
 }
 
 TEST_F(X11SyntheticKeyboardTest, AClipboardThatAnotherProgramTookIsTakenBackForThePaste)
@@ -213,13 +242,47 @@ TEST_F(X11SyntheticKeyboardTest, APasteThatComesLateBringsNothingBesideTheTypedT
     EXPECT_TRUE(TestClient::eventually([&] { return program.text() == u"twice?twice?"; }));
 }
 
-TEST_F(X11SyntheticKeyboardTest, AProgramThatHangsWhileItIsTypedIntoKeepsTheKeyboardsMap)
+TEST_F(X11SyntheticKeyboardTest, WhatIsTypedIntoAProgramThatHangsIsThereOnceItGoesOn)
 {
     OtherProgram program(QStringLiteral(TAVRIN_TEST_EDITOR));
     program.pause();
     EXPECT_EQ(type(QStringLiteral("plain"), program.application()), KeyPosting::Unanswered);
     program.resume();
     EXPECT_TRUE(TestClient::eventually([&] { return program.text() == u"plain"; }));
+}
+
+TEST_F(X11SyntheticKeyboardTest, TheMapStaysUntilAProgramThatHungHasTakenItsKeys)
+{
+    const auto before = emptyCodes();
+    OtherProgram program(QStringLiteral(TAVRIN_TEST_EDITOR));
+    const QString text = QStringLiteral("大Ａ").repeated(500);
+    std::optional<KeyPosting> posting;
+    m_keyboard.postUnicodeText(
+        {text}, program.application(), [&](KeyPosting end) { posting = end; });
+    ASSERT_TRUE(TestClient::eventually([&] { return !program.text().isEmpty(); }));
+    program.pause();
+    ASSERT_TRUE(
+        TestClient::eventually([&] { return posting.has_value(); }, std::chrono::seconds(20)));
+    EXPECT_EQ(posting, KeyPosting::Unanswered);
+    EXPECT_NE(emptyCodes(), before);
+    program.resume();
+    EXPECT_TRUE(TestClient::eventually([&] { return program.text() == text; }));
+    EXPECT_TRUE(TestClient::eventually([&] { return emptyCodes() == before; }));
+}
+
+TEST_F(X11SyntheticKeyboardTest, AModifierThatStaysDownLetsNothingOut)
+{
+    const TestLayouts layouts({QStringLiteral("us")});
+    keepLeftControlDownOncePressed();
+    const auto control = KeyboardMap::read(m_client.connection()).codeOf(keysyms::leftControl);
+    ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("unwanted")));
+    m_client.pressKey(*control);
+    EXPECT_EQ(paste(m_target), KeyPosting::Refused);
+    EXPECT_EQ(type(QStringLiteral("unwanted"), m_target), KeyPosting::Refused);
+    m_client.pressKey(*control);
+    m_client.releaseKey(*control);
+    EXPECT_EQ(type(QStringLiteral("wanted"), m_target), KeyPosting::Done);
+    EXPECT_EQ(text(), u"wanted"); // What was refused does not come late.
 }
 
 TEST_F(X11SyntheticKeyboardTest, AShortcutOfManyKeysArrivesInEveryLayout)
