@@ -179,6 +179,7 @@ class Desktop:
     def stop(self):
         if self.folder.exists():
             subprocess.run([self.script, "stop", self.folder], check=False)
+        self.values = None
 
 
 class Runner:
@@ -191,6 +192,7 @@ class Runner:
         self.scratch = scratch
         self.desktop = Desktop(root, scratch)
         self.proven = set()
+        self.last_output = ""  # Of the tests that ran last.
         # Alike below the project and below its copy: what one of them compiled serves the other.
         os.environ.setdefault("CCACHE_BASEDIR", str(root))
         os.environ.setdefault("CCACHE_NOHASHDIR", "1")
@@ -233,8 +235,9 @@ class Runner:
              "--output-junit", str(report)], cwd=self.copy, env=self.environment(tests),
             check=False, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
             text=True, errors="replace")
+        self.last_output = "\n".join(done.stdout.splitlines()[-25:])
         if not report.exists():
-            raise Untried("no test ran\n" + "\n".join(done.stdout.splitlines()[-25:]))
+            raise Untried("no test ran\n" + self.last_output)
         cases = list(ElementTree.parse(report).iter("testcase"))
         failed = [case.get("name") for case in cases if case.get("status") == "fail"]
         not_run = [case.get("name") for case in cases if case.get("status") not in ("run", "fail")]
@@ -249,7 +252,7 @@ class Runner:
             return
         self.build(tests)
         if failed := self.failures(expression, tests):
-            raise Untried("without the edit this fails: " + ", ".join(failed))
+            raise Untried("without the edit this fails: " + ", ".join(failed) + "\n" + self.last_output)
         self.proven.add(names)
 
     @contextlib.contextmanager
@@ -269,7 +272,10 @@ class Runner:
         self.prove(mutation.test, tests)
         with self.edited(mutation):
             self.build(tests)
-            return self.failures(mutation.test, tests)
+            try:
+                return self.failures(mutation.test, tests)
+            finally:
+                self.desktop.stop()  # A broken program may leave keys down, or the sound muted.
 
 
 def run(mutations, root, tests):
