@@ -81,6 +81,8 @@ Layout=
         folder.mkdir()
         (folder / "profile").write_text(self.PROFILE)
         stage.start("fcitx5", stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        # Asked before it is there, the bus would start another one with settings of its own.
+        run("gdbus", "wait", "--session", "--timeout", "20", "org.fcitx.Fcitx5")
         wait_until("fcitx5", lambda: answer("fcitx5-remote") in ("0", "1", "2"))
 
     def engine(self):
