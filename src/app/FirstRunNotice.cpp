@@ -54,7 +54,8 @@ void FirstRunNotice::showBetaOnboardingIfNeeded()
 void FirstRunNotice::showBetaInstallationGuide(std::function<void()> afterwards)
 {
     Alert alert;
-    alert.messageText = texts::installationGuide.toString();
+    alert.messageText = m_neighbours.localization.desktopText(
+        &DesktopTexts::installationGuide, texts::installationGuide);
     alert.informativeText = m_neighbours.localization.desktopText(
         &DesktopTexts::installationSteps, texts::installationSteps);
     alert.buttons = {texts::fine.toString()};

@@ -3,6 +3,7 @@
 #include "app/AccountPanel.h"
 #include "app/CorrectionLearning.h"
 #include "app/ErrorAlert.h"
+#include "app/Localization.h"
 #include "app/OperationShortcut.h"
 #include "app/RecordingHUD.h"
 #include "app/SessionTexts.h"
@@ -69,8 +70,10 @@ void RecordingSession::startRecording()
         m_recording = {};
         m_neighbours.audioEnvironment.restoreAudioEnvironment();
         const QString& reason = started.error().message;
-        m_neighbours.errorAlert.showError(texts::cannotStartRecording.toString(),
-            reason.isEmpty() ? texts::checkMicrophonePermission.toString() : reason);
+        const QString advice = m_neighbours.localization.desktopText(
+            &DesktopTexts::checkMicrophonePermission, texts::checkMicrophonePermission);
+        m_neighbours.errorAlert.showError(
+            texts::cannotStartRecording.toString(), reason.isEmpty() ? advice : reason);
         return;
     }
     setState(SessionState::Recording);

@@ -10,9 +10,12 @@ namespace tavrin {
 /// features are those of macOS; an empty one here leaves them as they are.
 struct DesktopTexts {
     std::optional<LocalizedText> betaNotice; ///< The welcome of the first run.
-    std::optional<LocalizedText> installationSteps; ///< Its guide.
+    std::optional<LocalizedText> installationGuide; ///< Its guide: the title, and what it says.
+    std::optional<LocalizedText> installationSteps;
     std::optional<LocalizedText> noShortcutConflict;
     std::optional<LocalizedText> modelApiNotice;
+    /// Why no recording starts, where nobody knows a better reason.
+    std::optional<LocalizedText> checkMicrophonePermission;
     std::optional<LocalizedText> speechNotAllowed;
     std::optional<LocalizedText> speechUnavailable;
     /// Said only where Workspace::reachesEveryProgram() is false.

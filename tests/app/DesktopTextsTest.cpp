@@ -1,6 +1,7 @@
 #include "app/FirstRunTexts.h"
 #include "app/Localization.h"
 #include "app/ProviderTexts.h"
+#include "app/SessionTexts.h"
 #include "app/ShortcutTexts.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxTexts.h"
@@ -9,6 +10,8 @@
 #include "support/InMemoryWorkspace.h"
 #include "support/QtPrinters.h"
 
+#include <QDirIterator>
+#include <QFile>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
@@ -37,10 +40,14 @@ LocalizedText inEveryLanguage(const SimplifiedText& text)
 
 const std::array rows{
     Row{"betaNotice", &DesktopTexts::betaNotice, inEveryLanguage(texts::betaNotice)},
+    Row{"installationGuide", &DesktopTexts::installationGuide,
+        inEveryLanguage(texts::installationGuide)},
     Row{"installationSteps", &DesktopTexts::installationSteps,
         inEveryLanguage(texts::installationSteps)},
     Row{"noShortcutConflict", &DesktopTexts::noShortcutConflict, texts::noShortcutConflict},
     Row{"modelApiNotice", &DesktopTexts::modelApiNotice, inEveryLanguage(texts::modelApiNotice)},
+    Row{"checkMicrophonePermission", &DesktopTexts::checkMicrophonePermission,
+        inEveryLanguage(texts::checkMicrophonePermission)},
     Row{"speechNotAllowed", &DesktopTexts::speechNotAllowed,
         inEveryLanguage(texts::speechNotAllowed)},
     Row{"speechUnavailable", &DesktopTexts::speechUnavailable,
@@ -88,6 +95,68 @@ TEST_P(DesktopTextsTest, LinuxSaysItInThreeLanguagesWithoutAWordOfTheOtherDeskto
     EXPECT_TRUE(shown[0].contains(chinese) && shown[1].contains(chinese));
     EXPECT_FALSE(shown[2].contains(chinese));
     EXPECT_GT(shown[2].size(), shown[0].size()); // Nothing is left out.
+}
+
+/// The contents of the source files whose names fit @p pattern, by their names.
+QMap<QString, QString> sources(const QString& pattern)
+{
+    QMap<QString, QString> contents;
+    QDirIterator files(
+        QStringLiteral(TAVRIN_SOURCES), {pattern}, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        if (file.open(QIODevice::ReadOnly))
+            contents[file.fileName()] = QString::fromUtf8(file.readAll());
+    }
+    return contents;
+}
+
+/// The names of the texts that speak of what only the other desktop has.
+QStringList textsOfTheOtherDesktop()
+{
+    static const QRegularExpression text(uR"(\bconstexpr\s+\S+\s+(\w+)\s*\{([^;]*)\};)"_s);
+    static const QRegularExpression otherDesktop(
+        u"Apple|macOS|系统设置|系統設定|System Settings|权限|權限|permission"_s,
+        QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression seam(uR"("\s+u")"_s); // A text may go on in the next line.
+    QStringList names;
+    for (QString content : sources(u"*Texts.h"_s)) {
+        for (const QRegularExpressionMatch& found : text.globalMatch(content.remove(seam))) {
+            if (found.captured(2).contains(otherDesktop))
+                names.append(found.captured(1));
+        }
+    }
+    return names;
+}
+
+TEST(TextsOfTheOtherDesktopTest, EachCanBeReplacedByTheDesktop)
+{
+    QStringList replaceable;
+    for (const Row& row : rows)
+        replaceable.append(QString::fromLatin1(row.name));
+    const QStringList found = textsOfTheOtherDesktop();
+
+    EXPECT_TRUE(found.contains(u"betaNotice"_s)); // Or the search finds nothing at all.
+    for (const QString& name : found)
+        EXPECT_TRUE(replaceable.contains(name)) << name.toStdString();
+}
+
+TEST(TextsOfTheOtherDesktopTest, NoneIsShownPastTheDesktop)
+{
+    const QMap<QString, QString> files = sources(u"*.cpp"_s);
+    for (const QString& name : textsOfTheOtherDesktop()) {
+        const QRegularExpression use(uR"(\btexts::%1\b)"_s.arg(name));
+        // Speech knows no desktop, and is handed the messages.
+        const QRegularExpression asked(
+            uR"((&DesktopTexts::|m_messages\.)%1,\s*texts::%1\b)"_s.arg(name));
+        qsizetype uses = 0;
+        for (auto file = files.begin(); file != files.end(); ++file) {
+            uses += file->count(use);
+            EXPECT_EQ(file->count(use), file->count(asked))
+                << name.toStdString() << " in " << file.key().toStdString();
+        }
+        EXPECT_GT(uses, 0) << name.toStdString();
+    }
 }
 
 } // namespace

@@ -85,6 +85,7 @@ TEST_F(FirstRunNoticeTest, LinuxIsWelcomedInItsOwnWords)
 
     ASSERT_EQ(alerts.shown().size(), 2);
     EXPECT_EQ(alerts.shown()[0].informativeText, linuxTexts().betaNotice->en.toString());
+    EXPECT_EQ(alerts.shown()[1].messageText, linuxTexts().installationGuide->en.toString());
     EXPECT_EQ(alerts.shown()[1].informativeText, linuxTexts().installationSteps->en.toString());
     alerts.answer(0);
 }

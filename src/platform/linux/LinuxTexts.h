@@ -16,6 +16,8 @@ namespace tavrin {
         u"This is an early beta version among friends.\n\n"
         u"Tavrin starts to listen only when you press its shortcut. It does not listen in the "
         u"background, and it does not keep recordings of your voice."};
+    texts.installationGuide = LocalizedText{u"Tavrin 内测版使用说明", u"Tavrin 內測版使用說明",
+        u"Setting up the beta version of Tavrin"};
     texts.installationSteps = LocalizedText{
         u"在 Linux 上，Tavrin 不需要授权：声音服务（PulseAudio 或 PipeWire）有麦克风即可使用。\n\n"
         u"请使用 X11 会话。在 Wayland 会话中，Tavrin 只能用于通过 XWayland 运行的程序。\n\n"
@@ -41,6 +43,11 @@ namespace tavrin {
         u"Speech is recognized by the engine on this computer, or by the speech server that you "
         u"have set; the model here only edits the text. The beta keeps the key as plain text in "
         u"the preferences on this computer."};
+    texts.checkMicrophonePermission =
+        LocalizedText{u"请检查麦克风是否已连接，并已在系统的声音设置中选为输入设备。",
+            u"請檢查麥克風是否已連接，並已在系統的音效設定中選為輸入裝置。",
+            u"Check that the microphone is plugged in, and that the sound settings of your desktop "
+            u"have it chosen as the input device."};
     texts.speechNotAllowed = LocalizedText{
         u"没有可用的语音识别引擎。请安装语音模型，或在偏好设置文件中设置语音服务器。",
         u"沒有可用的語音辨識引擎。請安裝語音模型，或在偏好設定檔中設定語音伺服器。",
