@@ -337,6 +337,18 @@ TEST_F(StatusMenuTest, AStyleChosenBeforeThereIsAMenuIsStoredAndShownByIt)
 {
     menu.selectStyle("meeting");
     EXPECT_EQ(stored(keys::outputStyle), "meeting");
+    EXPECT_EQ(popups.outputStyleIndex, 4);
+    EXPECT_EQ(item.menuChanges, 0);
+
+    menu.configureMenu();
+    EXPECT_EQ(item.checked("Writing style"), QStringList{"Meeting actions"});
+}
+
+TEST_F(StatusMenuTest, AStyleChosenInThePopupBeforeThereIsAMenuIsStoredAndShownByIt)
+{
+    menu.selectStylePopup(4);
+    EXPECT_EQ(stored(keys::outputStyle), "meeting");
+    EXPECT_EQ(item.menuChanges, 0);
 
     menu.configureMenu();
     EXPECT_EQ(item.checked("Writing style"), QStringList{"Meeting actions"});
