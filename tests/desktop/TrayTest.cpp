@@ -75,6 +75,9 @@ struct MenuItem {
 
 class TrayTest : public ::testing::Test {
 protected:
+    /// What stands in the preferences besides, as members of a JSON object.
+    [[nodiscard]] virtual QByteArray moreSettings() const { return {}; }
+
     void SetUp() override
     {
         ASSERT_TRUE(m_bus.registerVirtualObject(u"/StatusNotifierWatcher"_s, &m_watcher));
@@ -84,7 +87,8 @@ protected:
         ASSERT_TRUE(preferences.open(QIODevice::WriteOnly));
         preferences.write(R"({"interfaceLanguage": "en", "tavrinBetaOnboardingSeen": true,)"
                           R"( "cloudAccessToken": "access", "cloudRefreshToken": "refresh",)"
-                          R"( "tavrinLastUpdateCheckAt": 32503680000})");
+                          R"( "tavrinLastUpdateCheckAt": 32503680000)"
+            + moreSettings() + '}');
         preferences.close();
 
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -193,6 +197,15 @@ protected:
         return items;
     }
 
+    /// The line whose label begins so; number 0 when there is none.
+    [[nodiscard]] MenuItem line(const QString& start)
+    {
+        const QList<MenuItem> items = menu();
+        const auto found = std::ranges::find_if(
+            items, [&](const MenuItem& item) { return item.label.startsWith(start); });
+        return found == items.end() ? MenuItem() : *found;
+    }
+
     void click(const MenuItem& item)
     {
         const QString path = qvariant_cast<QDBusObjectPath>(property(u"Menu"_s)).path();
@@ -202,7 +215,18 @@ protected:
         m_bus.send(call);
     }
 
-    [[nodiscard]] QProcess& program() { return m_program; }
+    void expectCleanEnd()
+    {
+        EXPECT_TRUE(eventually([this] { return m_program.state() == QProcess::NotRunning; }));
+        EXPECT_EQ(m_program.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(m_program.exitCode(), 0);
+    }
+
+    /// The files that it keeps for as long as a recording takes.
+    [[nodiscard]] QStringList temporaryFiles() const
+    {
+        return QDir(m_folder.path()).entryList({u"tavrin-*"_s}, QDir::Files);
+    }
 
     const QString menuInterface = u"com.canonical.dbusmenu"_s;
 
@@ -244,12 +268,6 @@ TEST_F(TrayTest, AClickOpensTheMenu)
 TEST_F(TrayTest, WhileASessionGoesOnTheIconShowsIt)
 {
     const QByteArray idle = icon();
-    const auto line = [this](const QString& start) {
-        const QList<MenuItem> items = menu();
-        const auto found = std::ranges::find_if(
-            items, [&](const MenuItem& item) { return item.label.startsWith(start); });
-        return found == items.end() ? MenuItem() : *found;
-    };
     click(line(u"Start chat"_s));
     EXPECT_TRUE(eventually([&] { return line(u"Finish chat"_s).id != 0; }));
     const QByteArray chat = icon();
@@ -278,9 +296,56 @@ TEST_F(TrayTest, TheMenuHasItsLinesAndTheyAct)
 
     ASSERT_FALSE(items.isEmpty());
     click(items.last());
-    EXPECT_TRUE(eventually([this] { return program().state() == QProcess::NotRunning; }));
-    EXPECT_EQ(program().exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(program().exitCode(), 0);
+    expectCleanEnd();
+}
+
+/// With a microphone of its own and other sound muted while it records.
+class TrayWithSoundTest : public TrayTest {
+protected:
+    [[nodiscard]] QByteArray moreSettings() const override
+    {
+        return R"(, "muteDuringRecording": true, "preferredMicrophoneUID": "usbmic")";
+    }
+
+    void TearDown() override
+    {
+        TrayTest::TearDown();
+        // Whatever went wrong, the next test finds the desktop as it was.
+        pactl({u"set-default-source"_s, QString::fromUtf8(m_microphone)});
+        pactl({u"set-sink-mute"_s, u"@DEFAULT_SINK@"_s, u"0"_s});
+    }
+
+    [[nodiscard]] static QByteArray microphone() { return pactl({u"get-default-source"_s}); }
+
+    [[nodiscard]] static QByteArray mute()
+    {
+        return pactl({u"get-sink-mute"_s, u"@DEFAULT_SINK@"_s});
+    }
+
+    /// What @p arguments print, without the line's end.
+    static QByteArray pactl(const QStringList& arguments)
+    {
+        QProcess process;
+        process.start(u"pactl"_s, arguments);
+        EXPECT_TRUE(process.waitForFinished(patience));
+        return process.readAllStandardOutput().trimmed();
+    }
+
+    const QByteArray m_microphone = microphone();
+    const QByteArray m_mute = mute();
+};
+
+TEST_F(TrayWithSoundTest, QuittingWhileRecordingLeavesTheSoundAsItWasAndNoRecording)
+{
+    click(line(u"Start dictation"_s));
+    ASSERT_TRUE(eventually([] { return microphone() == "usbmic" && mute() == "Mute: yes"; }));
+    ASSERT_FALSE(temporaryFiles().isEmpty());
+
+    click(line(u"Quit"_s));
+    expectCleanEnd();
+    EXPECT_EQ(microphone(), m_microphone);
+    EXPECT_EQ(mute(), m_mute);
+    EXPECT_EQ(temporaryFiles(), QStringList());
 }
 
 } // namespace
