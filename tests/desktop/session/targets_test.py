@@ -118,7 +118,8 @@ class TargetsTest(unittest.TestCase):
         self.deliver()
         wait_until("the text", lambda: target.text() == f"Note: {self.answer}", 10)
 
-    def test_a_field_that_refuses_everything_leaves_it_on_the_clipboard(self):
+    def test_the_last_means_counts_as_delivery_even_where_the_field_takes_nothing(self):
+        # Nobody can tell such a field from one that hides its text, and the clipboard has it.
         target = self.deceive("read-only", "--ignore-keys", "--text", "fixed")
         self.assertEqual(target.text(), "fixed")
 
