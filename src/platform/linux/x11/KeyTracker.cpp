@@ -5,8 +5,13 @@
 namespace tavrin {
 namespace {
 
+using namespace std::chrono_literals;
+
 // Above every virtual key code of macOS.
 constexpr int otherKeys = 1000;
+
+// After such a pause a key may have been released where nobody saw it: on another virtual terminal.
+constexpr auto longPause = 1s;
 
 } // namespace
 
@@ -53,6 +58,23 @@ KeyRole roleOfPressedKey(
     return keyRole(map, code);
 }
 
+KeyTracker::Events KeyTracker::changed(
+    const KeyChange& change, const std::function<IsDown()>& keysDown)
+{
+    Events events;
+    if (change.time - m_lastChange > longPause && anyDown()) {
+        // The key of this change is told below, and the server knows of it already.
+        events = synchronize([&change, isDown = keysDown()](xcb_keycode_t code) {
+            return code == change.code || isDown(code);
+        });
+    }
+    m_lastChange = change.time;
+    const Events own =
+        change.press ? pressedAnew(change.role, change.code) : released(change.role, change.code);
+    events.insert(events.end(), own.begin(), own.end());
+    return events;
+}
+
 KeyTracker::Events KeyTracker::pressed(const KeyRole& role, xcb_keycode_t code)
 {
     const bool isNew = m_down.insert_or_assign(code, role).second;
@@ -80,7 +102,7 @@ KeyTracker::Events KeyTracker::released(const KeyRole& role, xcb_keycode_t code)
     const KeyRole& was = known ? known.mapped() : role;
     const bool isTap = std::exchange(m_tap, {}) == code;
     if (!was.countsWhenTapped)
-        return was.modifier ? Events{change(was)} : Events{};
+        return was.modifier ? Events{flagsChanged(was)} : Events{};
     if (!isTap)
         return {};
     const KeyModifiers others = modifiers();
@@ -89,7 +111,7 @@ KeyTracker::Events KeyTracker::released(const KeyRole& role, xcb_keycode_t code)
         {kind, was.keyCode, others, false}};
 }
 
-KeyTracker::Events KeyTracker::synchronize(const std::function<bool(xcb_keycode_t)>& isDown)
+KeyTracker::Events KeyTracker::synchronize(const IsDown& isDown)
 {
     Events events;
     for (auto key = m_down.begin(); key != m_down.end();) {
@@ -101,12 +123,12 @@ KeyTracker::Events KeyTracker::synchronize(const std::function<bool(xcb_keycode_
         key = m_down.erase(key);
         m_tap.reset();
         if (role.modifier)
-            events.push_back(change(role));
+            events.push_back(flagsChanged(role));
     }
     return events;
 }
 
-KeyEvent KeyTracker::change(const KeyRole& role) const
+KeyEvent KeyTracker::flagsChanged(const KeyRole& role) const
 {
     return {KeyEvent::Kind::FlagsChanged, role.keyCode, modifiers(), false};
 }

@@ -3,6 +3,7 @@
 #include "platform/KeyMonitor.h"
 #include "platform/linux/x11/KeyboardMap.h"
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <optional>
@@ -28,6 +29,14 @@ struct KeyRole {
 [[nodiscard]] KeyRole roleOfPressedKey(
     const X11Connection& connection, const KeyboardMap& map, xcb_keycode_t code);
 
+/// A key that went down or up.
+struct KeyChange {
+    KeyRole role;
+    xcb_keycode_t code = 0;
+    bool press = false;
+    std::chrono::steady_clock::time_point time;
+};
+
 /// Makes key events out of bare presses and releases, with modifiers of its own counting: the
 /// server's state has moved on by the time an event is handled.
 ///
@@ -36,6 +45,11 @@ struct KeyRole {
 class KeyTracker {
 public:
     using Events = std::vector<KeyEvent>;
+    using IsDown = std::function<bool(xcb_keycode_t)>;
+
+    /// The events of a change from a source that does not repeat and may have missed releases.
+    /// After a long pause @p keysDown is asked which keys are down.
+    [[nodiscard]] Events changed(const KeyChange& change, const std::function<IsDown()>& keysDown);
 
     /// The events of a key that went down; a key that is down already repeats.
     [[nodiscard]] Events pressed(const KeyRole& role, xcb_keycode_t code);
@@ -48,7 +62,7 @@ public:
     [[nodiscard]] Events released(const KeyRole& role, xcb_keycode_t code);
 
     /// The releases that went by unseen: of the keys that @p isDown denies.
-    [[nodiscard]] Events synchronize(const std::function<bool(xcb_keycode_t)>& isDown);
+    [[nodiscard]] Events synchronize(const IsDown& isDown);
 
     /// A button of the mouse: what is held is part of something else.
     void buttonPressed() { m_tap.reset(); }
@@ -57,9 +71,10 @@ public:
 
 private:
     [[nodiscard]] KeyModifiers modifiers() const;
-    [[nodiscard]] KeyEvent change(const KeyRole& role) const;
+    [[nodiscard]] KeyEvent flagsChanged(const KeyRole& role) const;
 
     std::map<xcb_keycode_t, KeyRole> m_down;
+    std::chrono::steady_clock::time_point m_lastChange;
     std::optional<xcb_keycode_t> m_tap; // The key that is down and counts if it goes up next.
 };
 

@@ -5,13 +5,8 @@
 namespace tavrin {
 namespace {
 
-using namespace std::chrono_literals;
-
-// After such a pause a key may have been released where nobody saw it: on another virtual terminal.
-constexpr auto longPause = 1s;
-
 /// The keys that are down as the server sees them.
-std::function<bool(xcb_keycode_t)> keysDown(const X11Connection& connection)
+KeyTracker::IsDown keysDown(const X11Connection& connection)
 {
     const XcbPointer<xcb_query_keymap_reply_t> reply(
         xcb_query_keymap_reply(connection.get(), xcb_query_keymap(connection.get()), nullptr));
@@ -88,14 +83,9 @@ void RawKeyWatch::handleKey(xcb_keycode_t code, bool press)
 {
     if (std::exchange(m_mapChanged, false))
         m_map = KeyboardMap::read(connection());
-    const auto now = Clock::now();
-    if (now - m_lastKey > longPause && m_tracker.anyDown())
-        report(m_tracker.synchronize(keysDown(connection())));
-    m_lastKey = now;
-    if (press) // Raw events do not repeat.
-        report(m_tracker.pressedAnew(roleOfPressedKey(connection(), m_map, code), code));
-    else
-        report(m_tracker.released(keyRole(m_map, code), code));
+    const KeyRole role = press ? roleOfPressedKey(connection(), m_map, code) : keyRole(m_map, code);
+    report(m_tracker.changed(
+        {role, code, press, Clock::now()}, [this] { return keysDown(connection()); }));
 }
 
 void RawKeyWatch::report(const KeyTracker::Events& events) const

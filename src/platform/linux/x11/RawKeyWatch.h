@@ -34,7 +34,6 @@ private:
     KeyboardMap m_map;
     bool m_mapChanged = false;
     KeyTracker m_tracker;
-    Clock::time_point m_lastKey;
 };
 
 } // namespace tavrin

@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 namespace tavrin::testing {
 namespace {
+
+using namespace std::chrono_literals;
 
 using Kind = KeyEvent::Kind;
 
@@ -30,6 +34,23 @@ protected:
 
     Events release(xcb_keycode_t code) { return m_tracker.released(keyRole(m_map, code), code); }
 
+    /// A change @p time after the start, while the server has only @p serverKeys down.
+    Events change(const KeyRole& role, xcb_keycode_t code, bool press,
+        std::chrono::milliseconds time, const std::set<xcb_keycode_t>& serverKeys)
+    {
+        const std::chrono::steady_clock::time_point start(24h);
+        return m_tracker.changed({role, code, press, start + time}, [this, serverKeys] {
+            ++m_questions;
+            return [serverKeys](xcb_keycode_t key) { return serverKeys.contains(key); };
+        });
+    }
+
+    Events change(xcb_keycode_t code, bool press, std::chrono::milliseconds time,
+        const std::set<xcb_keycode_t>& serverKeys)
+    {
+        return change(keyRole(m_map, code), code, press, time, serverKeys);
+    }
+
     Events pressAltGr() { return m_tracker.pressed(altGr, rightAltCode); }
 
     const KeyRole altGr{key_codes::rightOption, {}, true};
@@ -40,6 +61,7 @@ protected:
         {65, keysyms::space}, {105, keysyms::rightControl}, {108, 0xfe03},
         {133, keysyms::leftSuper}, {134, keysyms::rightSuper}});
     KeyTracker m_tracker;
+    int m_questions = 0;
 };
 
 TEST_F(KeyTrackerTest, TheRightOneOfTwoModifierKeysMeansTheSame)
@@ -129,6 +151,54 @@ TEST_F(KeyTrackerTest, WhereNothingRepeatsASecondPressFollowsAnUnseenRelease)
         (Events{{Kind::KeyDown, key_codes::space, KeyModifier::Option, false}}));
     EXPECT_EQ(m_tracker.pressedAnew(keyRole(m_map, 65), 65),
         (Events{{Kind::KeyDown, key_codes::space, KeyModifier::Option, false}}));
+}
+
+TEST_F(KeyTrackerTest, AfterALongPauseTheReleasesThatWentByUnseenAreToldFirst)
+{
+    static_cast<void>(change(37, true, 0ms, {37}));
+    static_cast<void>(change(64, true, 10ms, {37, 64}));
+    EXPECT_EQ(change(65, true, 1011ms, {37, 65}),
+        (Events{{Kind::FlagsChanged, key_codes::leftOption, KeyModifier::Control, false},
+            {Kind::KeyDown, key_codes::space, KeyModifier::Control, false}}));
+    EXPECT_EQ(m_questions, 1);
+}
+
+TEST_F(KeyTrackerTest, WithoutALongPauseNobodyIsAsked)
+{
+    static_cast<void>(change(64, true, 0ms, {64}));
+    EXPECT_EQ(change(65, true, 1000ms, {65}),
+        (Events{{Kind::KeyDown, key_codes::space, KeyModifier::Option, false}}));
+    static_cast<void>(change(65, false, 1010ms, {}));
+    EXPECT_EQ(m_questions, 0);
+}
+
+TEST_F(KeyTrackerTest, WhenNoKeyIsDownNobodyIsAsked)
+{
+    static_cast<void>(change(64, true, 0ms, {64}));
+    static_cast<void>(change(64, false, 10ms, {}));
+    static_cast<void>(change(64, true, 5000ms, {64}));
+    EXPECT_EQ(m_questions, 0);
+}
+
+TEST_F(KeyTrackerTest, ARawSourceDoesNotRepeat)
+{
+    static_cast<void>(change(64, true, 0ms, {64}));
+    EXPECT_EQ(change(64, true, 100ms, {64}),
+        (Events{{Kind::FlagsChanged, key_codes::leftOption, {}, false},
+            {Kind::FlagsChanged, key_codes::leftOption, KeyModifier::Option, false}}));
+}
+
+TEST_F(KeyTrackerTest, AKeyThatWasHeldForLongIsReleasedOnce)
+{
+    static_cast<void>(change(64, true, 0ms, {64}));
+    EXPECT_EQ(change(64, false, 3000ms, {}),
+        (Events{{Kind::FlagsChanged, key_codes::leftOption, {}, false}}));
+}
+
+TEST_F(KeyTrackerTest, AltGrThatWasHeldForLongByItselfIsATap)
+{
+    static_cast<void>(change(altGr, rightAltCode, true, 0ms, {rightAltCode}));
+    EXPECT_EQ(change(altGr, rightAltCode, false, 3000ms, {}), tap);
 }
 
 TEST_F(KeyTrackerTest, ATapOfAltGrIsToldOnceItIsOver)
