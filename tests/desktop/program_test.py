@@ -4,15 +4,23 @@
 usage: program_test.py TAVRIN
 """
 
+import http.server
 import json
 import os
 import signal
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import unittest
 from pathlib import Path
+
+from stage import accessible_texts
+
+REACH_NOTICE = "This is a Wayland session: Tavrin reaches only programs that run on XWayland."
+DOWNLOAD = "https://tavrin.example/download"
+SERVICE_PORT = 8787
 
 PATIENCE = 20  # Seconds; the machine may be busy.
 
@@ -24,6 +32,21 @@ def until(condition):
             return True
         time.sleep(0.05)
     return False
+
+
+class UpdateService(http.server.BaseHTTPRequestHandler):
+    """Has a newer build for whoever asks for anything."""
+
+    def do_GET(self):
+        answer = json.dumps({"build": 10**6, "version": "99", "downloadUrl": DOWNLOAD}).encode()
+        self.send_response(200)
+        self.send_header("Content-Type", "application/json")
+        self.send_header("Content-Length", str(len(answer)))
+        self.end_headers()
+        self.wfile.write(answer)
+
+    def log_message(self, *arguments):
+        pass
 
 
 class ProgramTest(unittest.TestCase):
@@ -40,10 +63,13 @@ class ProgramTest(unittest.TestCase):
         }
         self.preferences = self.folder / "config/Tavrin/preferences.json"
         self.preferences.parent.mkdir(parents=True)
+        self.set_up(last_update_check=time.time())
+
+    def set_up(self, last_update_check):
         self.preferences.write_text(json.dumps({
             "interfaceLanguage": "en",
             "tavrinBetaOnboardingSeen": True,
-            "tavrinLastUpdateCheckAt": time.time(),
+            "tavrinLastUpdateCheckAt": last_update_check,
         }), encoding="utf-8")
 
     def start(self, *options, **more):
@@ -63,6 +89,15 @@ class ProgramTest(unittest.TestCase):
             ["xdotool", "search", "--onlyvisible", "--all", "--pid", str(process.pid), "--name",
              "^Tavrin$"], env=self.environment, capture_output=True, text=True, check=False)
         return found.stdout.split()
+
+    def alerts(self, process):
+        """Those of its windows that want an answer before anything else."""
+        def is_modal(window):
+            state = subprocess.run(["xprop", "-id", window, "_NET_WM_STATE"], env=self.environment,
+                                   capture_output=True, text=True, check=False).stdout
+            return "_NET_WM_STATE_MODAL" in state
+
+        return [window for window in self.windows(process) if is_modal(window)]
 
     def start_with_window(self):
         process = self.start()
@@ -101,6 +136,46 @@ class ProgramTest(unittest.TestCase):
         # Whether there is a tray is the desktop's affair; it is said once.
         lines = [line for line in errors.splitlines() if "no tray" not in line]
         self.assertEqual(lines, [])
+
+    def test_a_wayland_session_is_noted_once_in_the_log_and_in_the_window(self):
+        self.environment["WAYLAND_DISPLAY"] = "there-is-none"
+        process = self.start_with_window()
+        self.assertTrue(until(lambda: any(
+            REACH_NOTICE in text for text in accessible_texts(process.pid))))
+        process.send_signal(signal.SIGTERM)
+        _, errors = process.communicate(timeout=PATIENCE)
+        self.assertEqual(errors.count(REACH_NOTICE), 1, errors)
+
+    def stand_in_for_opening(self):
+        """Puts another program in the place of the one that opens links. Where it notes what it was
+        called with, and its environment."""
+        note = self.folder / "opened"
+        program = self.folder / "bin/xdg-open"
+        program.parent.mkdir()
+        program.write_text(f'#!/bin/sh\n(printf "%s\\n" "$@"; env) > "{note}.part"\n'
+                           f'mv "{note}.part" "{note}"\n', encoding="utf-8")
+        program.chmod(0o755)
+        self.environment["PATH"] = f"{program.parent}:{self.environment['PATH']}"
+        return note
+
+    def test_what_opens_a_link_inherits_nothing_that_is_meant_for_the_program(self):
+        service = http.server.ThreadingHTTPServer(("127.0.0.1", SERVICE_PORT), UpdateService)
+        threading.Thread(target=service.serve_forever, daemon=True).start()
+        self.addCleanup(service.server_close)
+        self.addCleanup(service.shutdown)
+        note = self.stand_in_for_opening()
+        self.environment.pop("QT_NO_GLIB", None)
+        self.set_up(last_update_check=0)
+
+        process = self.start_with_window()
+        self.assertTrue(until(lambda: self.alerts(process)))
+        subprocess.run(["xdotool", "windowactivate", "--sync", self.alerts(process)[0], "key",
+                        "Return"], env=self.environment, check=True)
+        self.assertTrue(until(note.exists))
+        link, *environment = note.read_text(encoding="utf-8").splitlines()
+        self.assertEqual(link, DOWNLOAD)
+        self.assertIn(f"XDG_CONFIG_HOME={self.folder}/config", environment)  # It is the program's.
+        self.assertEqual([line for line in environment if line.startswith("QT_NO_GLIB=")], [])
 
     def test_settings_that_cannot_be_read_are_no_obstacle(self):
         self.preferences.write_text('{"interfaceLanguage": ', encoding="utf-8")
