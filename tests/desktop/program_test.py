@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Starts the real program on the desktop around and sees how it runs once, stays and ends.
 
-usage: program_test.py TAVRIN
+usage: PYTHONPATH=session program_test.py TAVRIN
 """
 
 import http.server
