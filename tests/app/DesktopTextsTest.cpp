@@ -13,6 +13,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QRegularExpression>
+#include <QSet>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -91,7 +92,7 @@ TEST_P(DesktopTextsTest, LinuxSaysItInThreeLanguagesWithoutAWordOfTheOtherDeskto
         shown.append(shownIn(language, linuxTexts()));
         EXPECT_FALSE(shown.last().contains(otherDesktop)) << shown.last().toStdString();
     }
-    EXPECT_EQ(shown.removeDuplicates(), 0);
+    EXPECT_EQ(QSet<QString>(shown.begin(), shown.end()).size(), languages.size());
     EXPECT_TRUE(shown[0].contains(chinese) && shown[1].contains(chinese));
     EXPECT_FALSE(shown[2].contains(chinese));
     EXPECT_GT(shown[2].size(), shown[0].size()); // Nothing is left out.
