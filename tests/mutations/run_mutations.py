@@ -252,6 +252,7 @@ class Runner:
             return
         self.build(tests)
         if failed := self.failures(expression, tests):
+            self.desktop.stop()  # It may be for what an earlier test left there.
             raise Untried("without the edit this fails: " + ", ".join(failed) + "\n" + self.last_output)
         self.proven.add(names)
 
