@@ -3,6 +3,7 @@
 #include "devcloud/Service.h"
 #include "devcloud/UpdateFile.h"
 #include "devcloud/http/HttpServer.h"
+#include "devcloud/http/OpenFiles.h"
 #include "devcloud/model/ChatCompletions.h"
 #include "devcloud/security/Secrets.h"
 #include "devcloud/store/Accounts.h"
@@ -118,6 +119,9 @@ int serve(const Options& options)
     HttpServerSettings settings;
     settings.host = options.host;
     settings.port = options.port;
+    // As many files as connections, and the same again for all else.
+    const std::size_t files = allowOpenFiles(2 * settings.limits.connections);
+    settings.limits.connections = connectionsWithin(settings.limits.connections, files);
     HttpServer server(service, settings);
     if (!server.start())
         return fail("cannot listen on " + options.host + ":" + std::to_string(options.port));

@@ -16,6 +16,8 @@ inline constexpr auto pathUnknown = "没有这个接口。";
 inline constexpr auto methodWrong = "该接口不支持这种请求方法。";
 inline constexpr auto internal = "服务内部错误，请稍后再试。";
 
+inline constexpr auto busy = "服务繁忙，请稍后再试。";
+
 inline constexpr auto emailInvalid = "邮箱地址无效。";
 inline constexpr auto passwordTooShort = "密码至少需要 10 个字符。";
 inline constexpr auto credentialsWrong = "邮箱或密码不正确。";

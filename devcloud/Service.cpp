@@ -25,6 +25,7 @@ std::string bearerToken(const std::string& authorization)
 Service::Service(const ServiceParts& parts)
     : m_database(parts.database)
     , m_now(parts.now)
+    , m_hasModel(parts.model != nullptr)
     , m_sessions(parts.database, parts.passwords, parts.lives, parts.now)
     , m_registration(parts.database, parts.passwords, parts.sendMail, parts.lives, parts.now)
     , m_text(parts.database, parts.model, parts.now)
@@ -39,6 +40,21 @@ Outcome Service::answer(const Call& call)
     } catch (const std::exception& error) {
         std::fprintf(stderr, "tavrin-devcloud: %s\n", error.what());
         return refusal(500, messages::internal);
+    }
+}
+
+Effort Service::effortOf(Endpoint endpoint) const
+{
+    switch (endpoint) {
+    case Endpoint::Login:
+    case Endpoint::Register:
+    case Endpoint::RegistrationComplete:
+        return Effort::Password;
+    case Endpoint::Polish:
+    case Endpoint::Chat:
+        return m_hasModel ? Effort::Model : Effort::Quick;
+    default:
+        return Effort::Quick;
     }
 }
 

@@ -26,6 +26,13 @@ struct Call {
     std::string address; ///< Of the other side.
 };
 
+/// What a call costs, which decides whom it may keep waiting.
+enum class Effort {
+    Quick, ///< Milliseconds.
+    Password, ///< Tens of milliseconds of a processor and much memory.
+    Model, ///< As long as a language model takes.
+};
+
 /// What the service is made of. References outlive it.
 struct ServiceParts {
     Database& database;
@@ -45,6 +52,8 @@ public:
     /// Never throws: what fails inside is answered as a 500 that tells nothing.
     Outcome answer(const Call& call);
 
+    [[nodiscard]] Effort effortOf(Endpoint endpoint) const;
+
 private:
     Outcome dispatch(const Call& call);
     Outcome answerPublic(const Call& call, const Json& body);
@@ -52,6 +61,7 @@ private:
 
     Database& m_database;
     Now m_now;
+    const bool m_hasModel;
     SessionEndpoints m_sessions;
     RegistrationEndpoints m_registration;
     TextEndpoints m_text;

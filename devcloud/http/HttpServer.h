@@ -1,33 +1,53 @@
 #pragma once
 
-#include "devcloud/http/ClientStream.h"
+#include "devcloud/http/ConnectionTable.h"
+#include "devcloud/http/TlsIdentity.h"
 
 #include <memory>
+#include <optional>
+#include <set>
 #include <string>
 #include <thread>
 
 namespace tavrin::devcloud {
 
+class HttpDaemon;
 class Service;
+
+/// How many threads work on requests. Each kind of effort has its own, so that neither sign-ins nor
+/// a slow model make a quick request wait.
+struct WorkerCounts {
+    std::size_t quick = 12;
+    std::size_t passwords = 4;
+    std::size_t models = 16;
+    std::size_t mostWaiting = 512; ///< Before each kind; more are refused with 503.
+};
 
 struct HttpServerSettings {
     std::string host = "127.0.0.1";
     int port = 8787; ///< 0 takes any free one.
-    std::size_t threads = 16;
-    std::chrono::milliseconds idleConnection{std::chrono::seconds(30)};
-    RequestLimits limits;
+    WorkerCounts workers;
+    ConnectionLimits limits;
+    std::optional<TlsIdentity> tls; ///< Without one it speaks plain HTTP.
+    /// Numeric addresses whose `X-Forwarded-For` is believed, in canonical form.
+    std::set<std::string> trustedProxies;
 };
 
-/// Speaks HTTP/1.1 for a Service. Every answer, errors of the protocol included, is a JSON object.
+/// Speaks HTTP/1.1 for a Service. One thread waits for events of all connections, however many are
+/// silent; what takes time is done by other threads.
+///
+/// Every answer is a JSON object, but for a head that is no HTTP at all or too long: the library
+/// refuses it in words of its own.
 class HttpServer {
 public:
     /// @param service must outlive the server.
-    HttpServer(Service& service, const HttpServerSettings& settings);
+    HttpServer(Service& service, HttpServerSettings settings);
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;
     HttpServer& operator=(const HttpServer&) = delete;
 
-    /// Takes the port and begins to answer on threads of its own; false when the port is taken.
+    /// Takes the port and begins to answer on threads of its own; false when the port is taken or
+    /// the identity is of no use.
     bool start();
     /// Finishes the requests under way and returns when all threads have ended.
     void stop();
@@ -35,11 +55,10 @@ public:
     [[nodiscard]] int port() const { return m_port; }
 
 private:
-    class Listener;
-
-    std::unique_ptr<Listener> m_listener;
+    Service& m_service;
     HttpServerSettings m_settings;
     int m_port = 0;
+    std::unique_ptr<HttpDaemon> m_daemon;
     std::thread m_thread;
 };
 

@@ -2,7 +2,8 @@
 
 namespace tavrin::devcloud {
 
-WorkerPool::WorkerPool(std::size_t threads)
+WorkerPool::WorkerPool(std::size_t threads, std::size_t mostWaiting)
+    : m_mostWaiting(mostWaiting)
 {
     for (std::size_t thread = 0; thread < threads; ++thread)
         m_threads.emplace_back([this] { work(); });
@@ -10,24 +11,22 @@ WorkerPool::WorkerPool(std::size_t threads)
 
 WorkerPool::~WorkerPool()
 {
-    endThreads();
+    finish();
 }
 
-void WorkerPool::enqueue(std::function<void()> task)
+bool WorkerPool::enqueue(std::function<void()> task)
 {
     {
         const std::lock_guard lock(m_mutex);
+        if (m_tasks.size() >= m_mostWaiting)
+            return false;
         m_tasks.push_back(std::move(task));
     }
     m_taskReady.notify_one();
+    return true;
 }
 
-void WorkerPool::shutdown()
-{
-    endThreads();
-}
-
-void WorkerPool::endThreads()
+void WorkerPool::finish()
 {
     {
         const std::lock_guard lock(m_mutex);
@@ -37,12 +36,6 @@ void WorkerPool::endThreads()
     for (std::thread& thread : m_threads)
         thread.join();
     m_threads.clear();
-}
-
-bool WorkerPool::isCrowded() const
-{
-    const std::lock_guard lock(m_mutex);
-    return !m_tasks.empty();
 }
 
 void WorkerPool::work()

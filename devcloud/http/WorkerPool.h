@@ -1,33 +1,33 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <functional>
-#include <httplib.h>
 #include <mutex>
 #include <thread>
 #include <vector>
 
 namespace tavrin::devcloud {
 
-/// A fixed number of threads that serve one connection each, and a queue before them.
-class WorkerPool : public httplib::TaskQueue {
+/// A fixed number of threads, and before them a queue of bounded length. Any thread.
+class WorkerPool {
 public:
-    explicit WorkerPool(std::size_t threads);
-    ~WorkerPool() override;
+    WorkerPool(std::size_t threads, std::size_t mostWaiting);
+    ~WorkerPool();
+    WorkerPool(const WorkerPool&) = delete;
+    WorkerPool& operator=(const WorkerPool&) = delete;
 
-    void enqueue(std::function<void()> task) override;
-    /// Finishes what is queued and ends the threads.
-    void shutdown() override;
-
-    /// Whether connections wait for a thread: an idle one should give way.
-    [[nodiscard]] bool isCrowded() const;
+    /// False, without taking @p task, when as many tasks wait as may.
+    bool enqueue(std::function<void()> task);
+    /// Carries out what is queued and ends the threads.
+    void finish();
 
 private:
     void work();
-    void endThreads();
 
-    mutable std::mutex m_mutex;
+    const std::size_t m_mostWaiting;
+    std::mutex m_mutex;
     std::condition_variable m_taskReady;
     std::deque<std::function<void()>> m_tasks;
     bool m_ended = false;

@@ -102,6 +102,14 @@ bool LoopbackClient::isClosedByServer(std::chrono::milliseconds wait) const
     }
 }
 
+const LoopbackClient& LoopbackClient::firstAnswered(
+    const LoopbackClient& first, const LoopbackClient& second)
+{
+    std::array<pollfd, 2> waiting{{{first.m_socket, POLLIN, 0}, {second.m_socket, POLLIN, 0}}};
+    poll(waiting.data(), waiting.size(), longestWaitMs);
+    return waiting[1].revents != 0 && waiting[0].revents == 0 ? second : first;
+}
+
 int statusIn(std::string_view answer)
 {
     constexpr std::string_view version = "HTTP/1.1 ";

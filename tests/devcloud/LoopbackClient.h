@@ -25,6 +25,10 @@ public:
     [[nodiscard]] bool isClosedByServer(
         std::chrono::milliseconds wait = std::chrono::seconds(5)) const;
 
+    /// The one whose other side sends or closes first; the first when neither does in 5 seconds.
+    static const LoopbackClient& firstAnswered(
+        const LoopbackClient& first, const LoopbackClient& second);
+
 private:
     bool receive();
 
