@@ -1,5 +1,7 @@
 #include "devcloud/CommandLine.h"
 
+#include "devcloud/http/ClientAddress.h"
+
 #include <charconv>
 #include <cstdlib>
 #include <functional>
@@ -55,6 +57,14 @@ bool setListen(Options& options, const std::string& text)
     return valid;
 }
 
+bool addTrustedProxy(Options& options, const std::string& text)
+{
+    const auto address = normalizedAddress(text);
+    if (address)
+        options.trustedProxies.insert(*address);
+    return address.has_value();
+}
+
 const std::map<std::string, Set, std::less<>>& valueOptions()
 {
     static const std::map<std::string, Set, std::less<>> options{
@@ -68,6 +78,9 @@ const std::map<std::string, Set, std::less<>>& valueOptions()
         {"--llm-timeout", seconds(&Options::modelTimeout, longestModelTimeout)},
         {"--update-file", assign(&Options::updateFile)},
         {"--password-file", assign(&Options::passwordFile)},
+        {"--tls-certificate", assign(&Options::tlsCertificate)},
+        {"--tls-key", assign(&Options::tlsKey)},
+        {"--trusted-proxy", addTrustedProxy},
     };
     return options;
 }
@@ -106,6 +119,8 @@ tl::expected<Options, std::string> checked(Options options)
         return Problem("account needs an e-mail address");
     if (options.modelUrl.empty() != options.modelName.empty())
         return Problem("--llm-url and --llm-model belong together");
+    if (options.tlsCertificate.has_value() != options.tlsKey.has_value())
+        return Problem("--tls-certificate and --tls-key belong together");
     if (options.data.empty())
         options.data = defaultDataFolder();
     if (options.data.empty())
@@ -136,6 +151,10 @@ std::string_view helpText()
   --data DIR            where the database and the outbox live
                         (default: $XDG_DATA_HOME/tavrin-devcloud)
   --listen HOST:PORT    where to serve (default: 127.0.0.1:8787; port 0 takes any free one)
+  --tls-certificate FILE, --tls-key FILE
+                        speak HTTPS as whom these say, both in PEM
+  --trusted-proxy ADDRESS
+                        believe the X-Forwarded-For of this proxy; may be given several times
   --access-ttl SECONDS  life of an access token (default: 3600)
   --refresh-ttl SECONDS life of a refresh token (default: 2592000)
   --llm-url URL         base of a server that answers POST /v1/chat/completions; https, or http

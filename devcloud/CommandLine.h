@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -34,6 +35,9 @@ struct Options {
     std::optional<std::filesystem::path> modelKeyFile;
     std::chrono::seconds modelTimeout{60};
     std::optional<std::filesystem::path> updateFile;
+    std::optional<std::filesystem::path> tlsCertificate; ///< With the key, or neither.
+    std::optional<std::filesystem::path> tlsKey;
+    std::set<std::string> trustedProxies; ///< Numeric addresses.
 };
 
 /// Where the data live unless `--data` says otherwise: below XDG_DATA_HOME, else below HOME.

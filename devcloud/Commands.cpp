@@ -76,6 +76,30 @@ tl::expected<UpdateOffer, std::string> updateFor(const Options& options)
     return options.updateFile ? readUpdateFile(*options.updateFile) : UpdateOffer();
 }
 
+/// The identity of the options, empty when they name none, or what is wrong.
+tl::expected<std::optional<TlsIdentity>, std::string> identityFor(const Options& options)
+{
+    if (!options.tlsCertificate)
+        return std::nullopt;
+    auto identity = readIdentity(*options.tlsCertificate, *options.tlsKey, systemTime());
+    if (!identity)
+        return tl::unexpected(identity.error());
+    return std::move(*identity);
+}
+
+HttpServerSettings serverSettings(const Options& options, std::optional<TlsIdentity> identity)
+{
+    HttpServerSettings settings;
+    settings.host = options.host;
+    settings.port = options.port;
+    settings.tls = std::move(identity);
+    settings.trustedProxies = options.trustedProxies;
+    // As many files as connections, and the same again for all else.
+    const std::size_t files = allowOpenFiles(2 * settings.limits.connections);
+    settings.limits.connections = connectionsWithin(settings.limits.connections, files);
+    return settings;
+}
+
 void removeDead(Database& database)
 {
     Transaction transaction(database);
@@ -107,6 +131,10 @@ int serve(const Options& options)
     if (!update)
         return fail(update.error());
 
+    auto identity = identityFor(options);
+    if (!identity)
+        return fail(identity.error());
+
     const sigset_t signals = heldSignals();
     Database database(options.data / databaseName);
     removeDead(database);
@@ -116,13 +144,7 @@ int serve(const Options& options)
     lives.refresh = options.refreshTokenLife;
     Service service({database, passwords, Outbox(options.data / "outbox"), model->get(), lives,
         *update, systemTime});
-    HttpServerSettings settings;
-    settings.host = options.host;
-    settings.port = options.port;
-    // As many files as connections, and the same again for all else.
-    const std::size_t files = allowOpenFiles(2 * settings.limits.connections);
-    settings.limits.connections = connectionsWithin(settings.limits.connections, files);
-    HttpServer server(service, settings);
+    HttpServer server(service, serverSettings(options, std::move(*identity)));
     if (!server.start())
         return fail("cannot listen on " + options.host + ":" + std::to_string(options.port));
     std::printf("tavrin-devcloud: listening on %s:%d\n", options.host.c_str(), server.port());

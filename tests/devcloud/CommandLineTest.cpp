@@ -73,6 +73,25 @@ TEST(CommandLineTest, ModelUrlAndNameBelongTogether)
     EXPECT_FALSE(parse({"--llm-model", "name"}));
 }
 
+TEST(CommandLineTest, CertificateAndKeyBelongTogether)
+{
+    const Options options = parse({"--tls-certificate", "c.pem", "--tls-key", "k.pem"}).value();
+    EXPECT_EQ(options.tlsCertificate, "c.pem");
+    EXPECT_EQ(options.tlsKey, "k.pem");
+    EXPECT_FALSE(parse({"--tls-certificate", "c.pem"}));
+    EXPECT_EQ(
+        parse({"--tls-key", "k.pem"}).error(), "--tls-certificate and --tls-key belong together");
+}
+
+TEST(CommandLineTest, SeveralProxiesMayBeTrustedByTheirNumericAddresses)
+{
+    EXPECT_TRUE(parse({})->trustedProxies.empty());
+    EXPECT_EQ(parse({"--trusted-proxy", "127.0.0.1", "--trusted-proxy", "0:0::1"})->trustedProxies,
+        (std::set<std::string>{"127.0.0.1", "::1"}));
+    for (const char* value : {"", "localhost", "10.0.0.0/8", "*", "127.0.0.1:80"})
+        EXPECT_FALSE(parse({"--trusted-proxy", value})) << value;
+}
+
 TEST(CommandLineTest, WhatIsWrongIsNamed)
 {
     EXPECT_EQ(parse({"--colour"}).error(), "unknown option: --colour");
@@ -85,7 +104,8 @@ TEST(CommandLineTest, HelpNamesEveryOption)
 {
     for (const char* option : {"--data", "--listen", "--access-ttl", "--refresh-ttl", "--llm-url",
              "--llm-model", "--llm-key-file", "--llm-timeout", "--update-file", "--password-file",
-             "--help", "--version", "invite", "account EMAIL"})
+             "--tls-certificate", "--tls-key", "--trusted-proxy", "--help", "--version", "invite",
+             "account EMAIL"})
         EXPECT_NE(helpText().find(option), std::string_view::npos) << option;
 }
 

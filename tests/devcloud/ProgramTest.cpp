@@ -1,4 +1,5 @@
 #include "devcloud/LoopbackClient.h"
+#include "devcloud/TestCertificate.h"
 #include "devcloud/store/Accounts.h"
 #include "devcloud/store/Database.h"
 #include "devcloud/store/Usage.h"
@@ -237,6 +238,19 @@ TEST_F(ProgramTest, AModelInTheClearElsewhereIsRefused)
     Program program(
         withData({"--llm-url", "http://models.example", "--llm-model", "m", "--listen", "0"}));
     EXPECT_THAT(program.readAll(), HasSubstr("must be https, or http on this machine"));
+    EXPECT_EQ(program.exitCode(), 1);
+}
+
+TEST_F(ProgramTest, ACertificateThatHasExpiredEndsTheStart)
+{
+    const testing::TestCertificate old(1, 2);
+    std::ofstream(folder + "/certificate.pem") << old.certificate;
+    std::ofstream(folder + "/key.pem") << old.key;
+    Program program(withData({"--listen", "0", "--tls-certificate", folder + "/certificate.pem",
+        "--tls-key", folder + "/key.pem"}));
+    EXPECT_EQ(program.readAll(),
+        "tavrin-devcloud: " + folder + "/certificate.pem, " + folder
+            + "/key.pem: the certificate has expired on 1970-01-01 00:00 UTC\n");
     EXPECT_EQ(program.exitCode(), 1);
 }
 
