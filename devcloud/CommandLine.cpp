@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <functional>
+#include <limits>
 #include <map>
 
 namespace tavrin::devcloud {
@@ -85,17 +86,49 @@ const std::map<std::string, Set, std::less<>>& valueOptions()
     return options;
 }
 
+bool wantsEmail(Command command)
+{
+    return command == Command::Account || command == Command::Sessions
+        || command == Command::Revoke;
+}
+
+std::string_view nameOf(Command command)
+{
+    switch (command) {
+    case Command::Sessions:
+        return "sessions";
+    case Command::Revoke:
+        return "revoke";
+    default:
+        return "account";
+    }
+}
+
+bool takeCommand(Options& options, const std::string& word)
+{
+    static const std::map<std::string, Command, std::less<>> commands{{"invite", Command::Invite},
+        {"account", Command::Account}, {"sessions", Command::Sessions},
+        {"revoke", Command::Revoke}};
+    const auto command = commands.find(word);
+    if (command != commands.end())
+        options.command = command->second;
+    return command != commands.end();
+}
+
 /// Takes a word that is no option; false when none fits here.
 bool takeWord(Options& options, const std::string& word)
 {
-    if (options.command == Command::Serve && word == "invite")
-        options.command = Command::Invite;
-    else if (options.command == Command::Serve && word == "account")
-        options.command = Command::Account;
-    else if (options.command == Command::Account && options.email.empty() && !word.empty())
+    if (options.command == Command::Serve)
+        return takeCommand(options, word);
+    if (wantsEmail(options.command) && options.email.empty() && !options.allAccounts) {
         options.email = word;
-    else
+        return !word.empty();
+    }
+    std::int64_t session = 0;
+    if (options.command != Command::Revoke || options.email.empty()
+        || !readNumber(word, 1, std::numeric_limits<std::int64_t>::max(), session))
         return false;
+    options.sessions.push_back(session);
     return true;
 }
 
@@ -115,8 +148,8 @@ tl::expected<void, std::string> takeOption(Options& options, std::span<const std
 
 tl::expected<Options, std::string> checked(Options options)
 {
-    if (options.command == Command::Account && options.email.empty())
-        return Problem("account needs an e-mail address");
+    if (wantsEmail(options.command) && options.email.empty() && !options.allAccounts)
+        return Problem(std::string(nameOf(options.command)) + " needs an e-mail address");
     if (options.modelUrl.empty() != options.modelName.empty())
         return Problem("--llm-url and --llm-model belong together");
     if (options.tlsCertificate.has_value() != options.tlsKey.has_value())
@@ -145,8 +178,13 @@ std::string_view helpText()
 {
     return R"(usage: tavrin-devcloud [OPTIONS]                 serve until SIGTERM or SIGINT
        tavrin-devcloud [OPTIONS] invite          print a new invite code
-       tavrin-devcloud [OPTIONS] account EMAIL   make an account, or set its password;
-                                                 the password is read from standard input
+       tavrin-devcloud [OPTIONS] account EMAIL   make an account, or set its password, which
+                                                 ends its sessions; the password is read from
+                                                 standard input
+       tavrin-devcloud [OPTIONS] sessions EMAIL  list the sessions of an account
+       tavrin-devcloud [OPTIONS] revoke EMAIL [SESSION...]
+                                                 end its sessions, or those with these numbers
+       tavrin-devcloud [OPTIONS] revoke --all    end the sessions of all accounts
 
   --data DIR            where the database and the outbox live
                         (default: $XDG_DATA_HOME/tavrin-devcloud)
@@ -177,6 +215,10 @@ tl::expected<Options, std::string> parseCommandLine(std::span<const std::string>
         if (argument == "--help" || argument == "--version") {
             options.command = argument == "--help" ? Command::Help : Command::Version;
             return options;
+        }
+        if (argument == "--all" && options.command == Command::Revoke && options.email.empty()) {
+            options.allAccounts = true;
+            continue;
         }
         if (!argument.starts_with("--")) {
             if (!takeWord(options, argument))

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <tl/expected.hpp>
+#include <vector>
 
 namespace tavrin::devcloud {
 
@@ -16,6 +17,8 @@ enum class Command {
     Serve,
     Invite,
     Account,
+    Sessions,
+    Revoke,
     Help,
     Version,
 };
@@ -23,7 +26,9 @@ enum class Command {
 /// What the command line asks for.
 struct Options {
     Command command = Command::Serve;
-    std::string email; ///< Of `account`.
+    std::string email; ///< Of `account`, `sessions` and `revoke`.
+    std::vector<std::int64_t> sessions; ///< Of `revoke`; none: all of the account.
+    bool allAccounts = false; ///< Of `revoke`, instead of an account.
     std::optional<std::filesystem::path> passwordFile;
     std::filesystem::path data;
     std::string host = "127.0.0.1";

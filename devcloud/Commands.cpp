@@ -1,5 +1,6 @@
 #include "devcloud/Commands.h"
 
+#include "devcloud/Housekeeping.h"
 #include "devcloud/Service.h"
 #include "devcloud/UpdateFile.h"
 #include "devcloud/http/HttpServer.h"
@@ -8,8 +9,6 @@
 #include "devcloud/security/Secrets.h"
 #include "devcloud/store/Accounts.h"
 #include "devcloud/store/Database.h"
-#include "devcloud/store/Registrations.h"
-#include "devcloud/store/Usage.h"
 #include "devcloud/text/Ascii.h"
 #include "devcloud/text/Utf8.h"
 
@@ -24,7 +23,7 @@
 namespace tavrin::devcloud {
 namespace {
 
-constexpr auto databaseName = "devcloud.sqlite";
+constexpr auto housekeepingInterval = std::chrono::minutes(10);
 
 std::int64_t systemTime()
 {
@@ -100,15 +99,6 @@ HttpServerSettings serverSettings(const Options& options, std::optional<TlsIdent
     return settings;
 }
 
-void removeDead(Database& database)
-{
-    Transaction transaction(database);
-    removeDeadSessions(transaction, systemTime());
-    removeDeadRegistrations(transaction, systemTime());
-    removeOldUsage(transaction, systemTime());
-    transaction.commit();
-}
-
 /// Keeps the signals that end the service from every thread, so that one of them can wait for them.
 sigset_t heldSignals()
 {
@@ -137,7 +127,8 @@ int serve(const Options& options)
 
     const sigset_t signals = heldSignals();
     Database database(options.data / databaseName);
-    removeDead(database);
+    removeDead(database, systemTime);
+    const Housekeeping housekeeping(database, systemTime, housekeepingInterval);
     Passwords passwords(PasswordCost::interactive());
     TokenLives lives;
     lives.access = options.accessTokenLife;
@@ -183,8 +174,16 @@ int makeAccount(const Options& options)
         return fail("no memory to hash the password");
 
     Database database(options.data / databaseName);
+    std::optional<Account> account;
+    {
+        Transaction transaction(database, Transaction::Access::Read);
+        account = findAccount(transaction, *email);
+    }
+    if (account && passwords.matches(account->passwordHash, *password)) {
+        std::printf("the password of %s stays as it is\n", email->c_str());
+        return 0;
+    }
     Transaction transaction(database);
-    const auto account = findAccount(transaction, *email);
     if (account)
         setPassword(transaction, account->id, *hash);
     else

@@ -38,6 +38,7 @@ inline constexpr auto transcriptEmpty = "没有可处理的文字。";
 inline constexpr auto targetUnknown = "不支持这种目标语言。";
 inline constexpr auto translationNeedsModel = "服务未配置语言模型，无法翻译。";
 inline constexpr auto chatNeedsModel = "服务未配置语言模型，无法畅聊。";
+inline constexpr auto tooManyAtOnce = "同时处理的请求过多，请稍后再试。";
 inline constexpr auto modelFailed = "语言模型没有给出结果，请稍后再试。";
 
 inline constexpr auto requestIdInvalid = "字段 requestId 的内容无效。";

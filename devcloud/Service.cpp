@@ -2,6 +2,7 @@
 
 #include "devcloud/Messages.h"
 #include "devcloud/RequestBody.h"
+#include "devcloud/http/ClientAddress.h"
 #include "devcloud/store/Database.h"
 #include "devcloud/text/Ascii.h"
 
@@ -86,13 +87,14 @@ Outcome Service::dispatch(const Call& call)
 
 Outcome Service::answerPublic(const Call& call, const Json& body)
 {
+    const std::string address = addressForCounting(call.address);
     switch (call.endpoint) {
     case Endpoint::Login:
-        return m_sessions.login(body, call.address);
+        return m_sessions.login(body, address);
     case Endpoint::Register:
-        return m_registration.registerAtOnce(body, call.address);
+        return m_registration.registerAtOnce(body, address);
     case Endpoint::RegistrationStart:
-        return m_registration.start(body, call.address);
+        return m_registration.start(body, address);
     case Endpoint::RegistrationVerify:
         return m_registration.verify(body);
     case Endpoint::RegistrationComplete:
@@ -102,13 +104,29 @@ Outcome Service::answerPublic(const Call& call, const Json& body)
     }
 }
 
-Outcome Service::answerSignedIn(const Call& call)
+std::optional<SessionOwner> Service::ownerOf(const Call& call)
 {
     std::optional<SessionOwner> owner;
     {
-        Transaction transaction(m_database);
+        Transaction transaction(m_database, Transaction::Access::Read);
         owner = ownerOfAccessToken(transaction, bearerToken(call.authorization), m_now());
     }
+    if (!owner || owner->unnotedPair.empty())
+        return owner;
+    try {
+        Transaction transaction(m_database);
+        noteUse(transaction, owner->unnotedPair);
+        transaction.commit();
+    } catch (const DatabaseError& error) {
+        // The next request notes it; this one can be answered without.
+        std::fprintf(stderr, "tavrin-devcloud: %s\n", error.what());
+    }
+    return owner;
+}
+
+Outcome Service::answerSignedIn(const Call& call)
+{
+    const std::optional<SessionOwner> owner = ownerOf(call);
     // Before the body: a stranger learns nothing about it.
     if (!owner)
         return refusal(401, messages::accessTokenInvalid);

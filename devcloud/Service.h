@@ -11,6 +11,7 @@
 #include "devcloud/security/Passwords.h"
 #include "devcloud/store/Sessions.h"
 
+#include <optional>
 #include <string>
 
 namespace tavrin::devcloud {
@@ -58,6 +59,7 @@ private:
     Outcome dispatch(const Call& call);
     Outcome answerPublic(const Call& call, const Json& body);
     Outcome answerSignedIn(const Call& call);
+    std::optional<SessionOwner> ownerOf(const Call& call);
 
     Database& m_database;
     Now m_now;

@@ -24,6 +24,10 @@ int run(const tavrin::devcloud::Options& options)
         return tavrin::devcloud::makeInvite(options);
     case Command::Account:
         return tavrin::devcloud::makeAccount(options);
+    case Command::Sessions:
+        return tavrin::devcloud::listSessions(options);
+    case Command::Revoke:
+        return tavrin::devcloud::revokeSessions(options);
     case Command::Serve:
         break;
     }

@@ -52,11 +52,32 @@ tl::expected<void, Problem> RegistrationEndpoints::takeAttempt(
     const std::string& email, const std::string& address)
 {
     auto wait = m_codesByAddress.take(address, m_now());
-    if (!wait)
+    if (!wait) {
         wait = m_codesByEmail.take(email, m_now());
+        if (wait)
+            m_codesByAddress.giveBack(address);
+    }
     if (wait)
         return tl::unexpected(Problem{429, messages::tooManyAttempts, *wait});
     return {};
+}
+
+void RegistrationEndpoints::giveAttemptBack(const std::string& email, const std::string& address)
+{
+    m_codesByEmail.giveBack(email);
+    m_codesByAddress.giveBack(address);
+}
+
+std::optional<Problem> RegistrationEndpoints::refusalFor(
+    Transaction& transaction, const std::string& email, const std::string& inviteDigest)
+{
+    const auto account = findAccount(transaction, email);
+    const bool isFree = inviteIsFree(transaction, inviteDigest);
+    if (account && (isFree || inviteMade(transaction, inviteDigest, account->id)))
+        return Problem{409, messages::emailRegistered, {}};
+    if (!isFree)
+        return Problem{403, messages::inviteInvalid, {}};
+    return std::nullopt;
 }
 
 Outcome RegistrationEndpoints::start(const Json& body, const std::string& address)
@@ -74,12 +95,9 @@ Outcome RegistrationEndpoints::start(const Json& body, const std::string& addres
 
     const std::string code = newVerificationCode();
     Transaction transaction(m_database);
-    // Asked before the invite: whoever registered long ago has an invite that is used up.
-    if (findAccount(transaction, *email))
-        return refusal(409, messages::emailRegistered);
     const std::string inviteDigest = digest(normalizedInviteCode(invite));
-    if (!inviteIsFree(transaction, inviteDigest))
-        return refusal(403, messages::inviteInvalid);
+    if (const auto refused = refusalFor(transaction, *email, inviteDigest))
+        return tl::unexpected(*refused);
     beginRegistration(
         transaction, *email, inviteDigest, codeDigest(*email, code), m_now() + codeLife.count());
     if (!m_sendMail(codeMail(*email, code)))
@@ -151,7 +169,10 @@ Outcome RegistrationEndpoints::registerAtOnce(const Json& body, const std::strin
         return refusal(422, messages::emailInvalid);
     if (const auto attempt = takeAttempt(*email, address); !attempt)
         return tl::unexpected(attempt.error());
-    return makeAccount({*email, digest(normalizedInviteCode(invite)), password, device});
+    Outcome made = makeAccount({*email, digest(normalizedInviteCode(invite)), password, device});
+    if (made)
+        giveAttemptBack(*email, address);
+    return made;
 }
 
 Outcome RegistrationEndpoints::makeAccount(const NewAccount& account)
@@ -163,11 +184,12 @@ Outcome RegistrationEndpoints::makeAccount(const NewAccount& account)
         return refusal(500, messages::internal);
 
     Transaction transaction(m_database);
-    if (findAccount(transaction, account.email))
-        return refusal(409, messages::emailRegistered);
+    if (const auto refused = refusalFor(transaction, account.email, account.inviteDigest))
+        return tl::unexpected(*refused);
     if (!useInvite(transaction, account.inviteDigest, m_now()))
         return refusal(403, messages::inviteInvalid);
     const std::int64_t id = addAccount(transaction, account.email, *hash, m_now());
+    noteMadeAccount(transaction, account.inviteDigest, id);
     const TokenPair tokens = startSession(transaction, id, account.device, m_lives, m_now());
     transaction.commit();
     return sessionAnswer(tokens, account.email, m_lives);

@@ -12,9 +12,13 @@ namespace tavrin::devcloud {
 
 class Database;
 class Passwords;
+class Transaction;
 
 /// New accounts: an invite is shown and a code mailed, the code is exchanged for a registration
 /// token, the token and a password make the account. Or all in one step, with the invite alone.
+///
+/// Whether an address has an account is told only to who shows a free invite, or the one that made
+/// the account: others could try addresses.
 class RegistrationEndpoints {
 public:
     RegistrationEndpoints(Database& database, Passwords& passwords, SendMail sendMail,
@@ -26,6 +30,7 @@ public:
     /// client shows it with every new password it tries.
     Outcome verify(const Json& body);
     Outcome complete(const Json& body);
+    /// Counts as a code does, unless it succeeds.
     Outcome registerAtOnce(const Json& body, const std::string& address);
 
 private:
@@ -37,6 +42,9 @@ private:
     };
 
     tl::expected<void, Problem> takeAttempt(const std::string& email, const std::string& address);
+    void giveAttemptBack(const std::string& email, const std::string& address);
+    std::optional<Problem> refusalFor(
+        Transaction& transaction, const std::string& email, const std::string& inviteDigest);
     Outcome makeAccount(const NewAccount& account);
 
     Database& m_database;

@@ -11,12 +11,17 @@ using namespace std::chrono_literals;
 namespace tavrin::devcloud {
 namespace {
 
-constexpr std::size_t attemptsPerAccount = 10;
+constexpr std::size_t attemptsPerPair = 10;
 constexpr std::size_t attemptsPerAddress = 50;
 constexpr std::chrono::seconds attemptWindow = 15min;
 constexpr std::size_t maxEmailBytes = 1024;
 constexpr std::size_t maxTokenBytes = 256;
 constexpr std::size_t maxDeviceFieldBytes = 512;
+
+std::string pairKey(const std::string& email, const std::string& address)
+{
+    return email + "\n" + address;
+}
 
 } // namespace
 
@@ -39,7 +44,7 @@ SessionEndpoints::SessionEndpoints(
     , m_passwords(passwords)
     , m_lives(lives)
     , m_now(std::move(now))
-    , m_attemptsByAccount(attemptsPerAccount, attemptWindow)
+    , m_attemptsByPair(attemptsPerPair, attemptWindow)
     , m_attemptsByAddress(attemptsPerAddress, attemptWindow)
 {
 }
@@ -49,7 +54,7 @@ tl::expected<void, Problem> SessionEndpoints::takeAttempt(
 {
     auto wait = m_attemptsByAddress.take(address, m_now());
     if (!wait) {
-        wait = m_attemptsByAccount.take(email, m_now());
+        wait = m_attemptsByPair.take(pairKey(email, address), m_now());
         if (wait)
             m_attemptsByAddress.giveBack(address);
     }
@@ -81,7 +86,7 @@ Outcome SessionEndpoints::login(const Json& body, const std::string& address)
     if (!m_passwords.matches(hash, password))
         return refusal(401, messages::credentialsWrong);
 
-    m_attemptsByAccount.forget(email);
+    m_attemptsByPair.forget(pairKey(email, address));
     m_attemptsByAddress.giveBack(address);
     Transaction transaction(m_database);
     const TokenPair tokens = startSession(transaction, account->id, device, m_lives, m_now());

@@ -24,7 +24,10 @@ class SessionEndpoints {
 public:
     SessionEndpoints(Database& database, Passwords& passwords, const TokenLives& lives, Now now);
 
-    /// Ten wrong passwords for one account, or fifty from one address, close it for 15 minutes.
+    /// Ten wrong passwords for one account from one address close the account to that address for
+    /// 15 minutes, and fifty for any accounts close all of them to it. Nothing closes an account to
+    /// everybody: who guesses must not be able to lock its owner out. What many addresses can guess
+    /// together is bounded by what a guess costs.
     Outcome login(const Json& body, const std::string& address);
     Outcome refresh(const Json& body);
     static Outcome me(const SessionOwner& owner);
@@ -38,7 +41,7 @@ private:
     Passwords& m_passwords;
     TokenLives m_lives;
     Now m_now;
-    Throttle m_attemptsByAccount;
+    Throttle m_attemptsByPair; ///< Of account and address.
     Throttle m_attemptsByAddress;
 };
 

@@ -12,6 +12,8 @@
 #include "devcloud/text/Ascii.h"
 #include "devcloud/text/Utf8.h"
 
+#include <cstdio>
+
 namespace tavrin::devcloud {
 namespace {
 
@@ -19,10 +21,17 @@ constexpr std::size_t maxTranscriptBytes = std::size_t{256} * 1024; // Some seve
 constexpr std::size_t maxContextBytes = std::size_t{16} * 1024;
 constexpr std::size_t maxIdentifierBytes = 256;
 constexpr auto rulesName = "rules";
+constexpr std::size_t modelRequestsPerAccount = 4;
+constexpr std::size_t ruleRequestsPerAccount = 8;
 
 std::int64_t length(const std::string& text)
 {
     return static_cast<std::int64_t>(countUtf16(text));
+}
+
+Problem tooManyAtOnce()
+{
+    return {429, messages::tooManyAtOnce, std::chrono::seconds(1)};
 }
 
 } // namespace
@@ -31,10 +40,23 @@ TextEndpoints::TextEndpoints(Database& database, LanguageModel* model, Now now)
     : m_database(database)
     , m_model(model)
     , m_now(std::move(now))
+    , m_slots(model ? modelRequestsPerAccount : ruleRequestsPerAccount)
 {
 }
 
 Outcome TextEndpoints::polish(const SessionOwner& owner, const Json& body)
+{
+    const AccountSlots::Place place(m_slots, owner.account);
+    return place.isTaken() ? polishInPlace(owner, body) : tl::unexpected(tooManyAtOnce());
+}
+
+Outcome TextEndpoints::chat(const SessionOwner& owner, const Json& body)
+{
+    const AccountSlots::Place place(m_slots, owner.account);
+    return place.isTaken() ? chatInPlace(owner, body) : tl::unexpected(tooManyAtOnce());
+}
+
+Outcome TextEndpoints::polishInPlace(const SessionOwner& owner, const Json& body)
 {
     FieldReader fields(body);
     Request request{owner, "polish", fields.text("transcript", maxTranscriptBytes)};
@@ -64,7 +86,7 @@ Outcome TextEndpoints::polish(const SessionOwner& owner, const Json& body)
     return finish(request, devcloud::polish(request.transcript, style), rulesName);
 }
 
-Outcome TextEndpoints::chat(const SessionOwner& owner, const Json& body)
+Outcome TextEndpoints::chatInPlace(const SessionOwner& owner, const Json& body)
 {
     FieldReader fields(body);
     const Request request{owner, "chat", fields.text("transcript", maxTranscriptBytes)};
@@ -80,10 +102,11 @@ Outcome TextEndpoints::chat(const SessionOwner& owner, const Json& body)
 
 Outcome TextEndpoints::answerByModel(const Request& request, const Prompt& prompt)
 {
-    const auto text = m_model->answer(prompt);
-    if (!text)
+    const auto answer = m_model->answer(prompt);
+    const std::string text = answer ? withoutFence(*answer, prompt.mark) : std::string();
+    if (text.empty())
         return refusal(502, messages::modelFailed);
-    return finish(request, *text, m_model->name());
+    return finish(request, text, m_model->name());
 }
 
 Outcome TextEndpoints::finish(
@@ -102,9 +125,14 @@ Outcome TextEndpoints::finish(
         std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - request.start)
             .count();
     entry.status = "success";
-    Transaction transaction(m_database);
-    addUsage(transaction, request.owner.account, entry, m_now());
-    transaction.commit();
+    try {
+        Transaction transaction(m_database);
+        addUsage(transaction, request.owner.account, entry, m_now());
+        transaction.commit();
+    } catch (const DatabaseError& error) {
+        // What was said must not be lost because it cannot be counted.
+        std::fprintf(stderr, "tavrin-devcloud: %s\n", error.what());
+    }
     return Json{{"text", text}};
 }
 

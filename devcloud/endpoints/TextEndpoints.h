@@ -2,6 +2,7 @@
 
 #include "devcloud/Now.h"
 #include "devcloud/Problem.h"
+#include "devcloud/endpoints/AccountSlots.h"
 #include "devcloud/model/LanguageModel.h"
 #include "devcloud/store/Sessions.h"
 
@@ -15,7 +16,8 @@ class Database;
 /// Polishing, translation and chat.
 ///
 /// With a model it does all three; where it fails, polishing goes on with the rules and the others
-/// answer 502. Without a model, translation and chat answer 503: rules cannot do either.
+/// answer 502. Without a model, translation and chat answer 503: rules cannot do either. One
+/// account gets 4 of them at the same time from a model, 8 by rules; more are answered 429.
 class TextEndpoints {
 public:
     /// @param model null for rules only; must outlive the endpoints.
@@ -32,12 +34,15 @@ private:
         std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
     };
 
+    Outcome polishInPlace(const SessionOwner& owner, const Json& body);
+    Outcome chatInPlace(const SessionOwner& owner, const Json& body);
     Outcome answerByModel(const Request& request, const Prompt& prompt);
     Outcome finish(const Request& request, const std::string& text, const std::string& model);
 
     Database& m_database;
     LanguageModel* m_model;
     Now m_now;
+    AccountSlots m_slots;
 };
 
 } // namespace tavrin::devcloud

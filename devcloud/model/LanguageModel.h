@@ -9,6 +9,7 @@ namespace tavrin::devcloud {
 struct Prompt {
     std::string instructions; ///< Ours: what to do.
     std::string request; ///< Holds what a person said, fenced as data.
+    std::string mark{}; ///< Of the fence: no answer should hold it.
 };
 
 /// A language model. Called from several threads at once.

@@ -29,4 +29,7 @@ Prompt translationPrompt(std::string_view transcript, const Application& applica
     std::string_view language);
 Prompt chatPrompt(std::string_view transcript, std::string_view context);
 
+/// An answer without what a model has repeated of the fence with @p mark, trimmed.
+std::string withoutFence(std::string_view answer, std::string_view mark);
+
 } // namespace tavrin::devcloud

@@ -57,6 +57,7 @@ void setPassword(Transaction& transaction, std::int64_t account, std::string_vie
         .bind(passwordHash)
         .bind(account)
         .run();
+    transaction.statement("DELETE FROM families WHERE account = ?").bind(account).run();
 }
 
 void addInvite(Transaction& transaction, std::string_view inviteDigest, std::int64_t now)
@@ -73,6 +74,12 @@ bool inviteIsFree(Transaction& transaction, std::string_view inviteDigest)
     return row.bind(inviteDigest).step();
 }
 
+bool inviteMade(Transaction& transaction, std::string_view inviteDigest, std::int64_t account)
+{
+    Statement row = transaction.statement("SELECT 1 FROM invites WHERE hash = ? AND account = ?");
+    return row.bind(inviteDigest).bind(account).step();
+}
+
 bool useInvite(Transaction& transaction, std::string_view inviteDigest, std::int64_t now)
 {
     transaction.statement("UPDATE invites SET used = ? WHERE hash = ? AND used IS NULL")
@@ -80,6 +87,14 @@ bool useInvite(Transaction& transaction, std::string_view inviteDigest, std::int
         .bind(inviteDigest)
         .run();
     return transaction.changedRows() == 1;
+}
+
+void noteMadeAccount(Transaction& transaction, std::string_view inviteDigest, std::int64_t account)
+{
+    transaction.statement("UPDATE invites SET account = ? WHERE hash = ?")
+        .bind(account)
+        .bind(inviteDigest)
+        .run();
 }
 
 } // namespace tavrin::devcloud

@@ -10,29 +10,27 @@
 namespace tavrin::devcloud {
 namespace {
 
-constexpr int busyMilliseconds = 5000; // The invite command may write while the server runs.
-
 constexpr auto schema = R"sql(
 CREATE TABLE IF NOT EXISTS accounts(
     id INTEGER PRIMARY KEY, email TEXT NOT NULL UNIQUE, password TEXT NOT NULL,
     created INTEGER NOT NULL);
 CREATE TABLE IF NOT EXISTS invites(
-    hash TEXT PRIMARY KEY, created INTEGER NOT NULL, used INTEGER);
+    hash TEXT PRIMARY KEY, created INTEGER NOT NULL, used INTEGER, account INTEGER);
 CREATE TABLE IF NOT EXISTS registrations(
     email TEXT PRIMARY KEY, invite TEXT NOT NULL, code TEXT NOT NULL,
     expires INTEGER NOT NULL, wrong_tries INTEGER NOT NULL, token TEXT, token_expires INTEGER);
 CREATE TABLE IF NOT EXISTS families(
     id INTEGER PRIMARY KEY, account INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
     device_id TEXT NOT NULL, device_name TEXT NOT NULL, client_version TEXT NOT NULL,
-    created INTEGER NOT NULL);
+    created INTEGER NOT NULL, refreshed INTEGER);
 CREATE INDEX IF NOT EXISTS families_by_account ON families(account);
 CREATE TABLE IF NOT EXISTS access_tokens(
     hash TEXT PRIMARY KEY, family INTEGER NOT NULL REFERENCES families(id) ON DELETE CASCADE,
-    expires INTEGER NOT NULL);
+    expires INTEGER NOT NULL, pair TEXT);
 CREATE INDEX IF NOT EXISTS access_tokens_by_family ON access_tokens(family);
 CREATE TABLE IF NOT EXISTS refresh_tokens(
     hash TEXT PRIMARY KEY, family INTEGER NOT NULL REFERENCES families(id) ON DELETE CASCADE,
-    expires INTEGER NOT NULL, consumed INTEGER);
+    expires INTEGER NOT NULL, consumed INTEGER, parent TEXT, used INTEGER, ended INTEGER);
 CREATE INDEX IF NOT EXISTS refresh_tokens_by_family ON refresh_tokens(family);
 CREATE TABLE IF NOT EXISTS usage(
     account INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE, request TEXT NOT NULL,
@@ -42,6 +40,18 @@ CREATE TABLE IF NOT EXISTS usage(
     error_code TEXT, created INTEGER NOT NULL, PRIMARY KEY(account, request));
 CREATE INDEX IF NOT EXISTS usage_by_time ON usage(created);
 )sql";
+
+/// What version 1, which did not count versions, lacks.
+constexpr auto versionTwo = R"sql(
+ALTER TABLE invites ADD COLUMN account INTEGER;
+ALTER TABLE families ADD COLUMN refreshed INTEGER;
+ALTER TABLE access_tokens ADD COLUMN pair TEXT;
+ALTER TABLE refresh_tokens ADD COLUMN parent TEXT;
+ALTER TABLE refresh_tokens ADD COLUMN used INTEGER;
+ALTER TABLE refresh_tokens ADD COLUMN ended INTEGER;
+)sql";
+
+constexpr std::int64_t schemaVersion = 2;
 
 void require(bool success, sqlite3* connection)
 {
@@ -149,17 +159,21 @@ bool Statement::isNull(int column) const
     return sqlite3_column_type(m_statement.get(), column) == SQLITE_NULL;
 }
 
-Database::Database(const std::filesystem::path& file)
+Database::Database(const std::filesystem::path& file, std::chrono::milliseconds patience)
 {
     createPrivateFile(file);
     m_connection = opened(file.c_str());
-    prepare();
+    try {
+        prepare(patience);
+    } catch (const DatabaseError& error) {
+        throw DatabaseError("cannot use the database " + file.string() + ": " + error.what());
+    }
 }
 
 Database::Database(sqlite3* connection)
     : m_connection(connection)
 {
-    prepare();
+    prepare(std::chrono::milliseconds(0));
 }
 
 std::unique_ptr<Database> Database::inMemory()
@@ -172,25 +186,67 @@ Database::~Database()
     sqlite3_close(m_connection);
 }
 
-void Database::prepare()
+void Database::prepare(std::chrono::milliseconds patience)
 {
-    sqlite3_busy_timeout(m_connection, busyMilliseconds);
+    sqlite3_busy_timeout(m_connection, static_cast<int>(patience.count()));
     try {
-        for (const char* sql : {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=NORMAL",
-                 "PRAGMA foreign_keys=ON", schema})
-            require(sqlite3_exec(m_connection, sql, nullptr, nullptr, nullptr) == SQLITE_OK,
-                m_connection);
+        // Before anything is written: a later version may keep its data in another way.
+        refuseLaterVersion();
+        for (const char* sql :
+            {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=NORMAL", "PRAGMA foreign_keys=ON"})
+            execute(sql);
+        bringUpToDate();
     } catch (const DatabaseError&) {
         sqlite3_close(m_connection);
         throw;
     }
 }
 
-Transaction::Transaction(Database& database)
+void Database::execute(const char* sql)
+{
+    require(sqlite3_exec(m_connection, sql, nullptr, nullptr, nullptr) == SQLITE_OK, m_connection);
+}
+
+std::int64_t Database::asked(const char* sql)
+{
+    Statement row(m_connection, sql);
+    row.step();
+    return row.number(0);
+}
+
+void Database::refuseLaterVersion()
+{
+    const std::int64_t version = asked("PRAGMA user_version");
+    if (version > schemaVersion)
+        throw DatabaseError("a later version of tavrin-devcloud has written it (its version is "
+            + std::to_string(version) + ", this program knows " + std::to_string(schemaVersion)
+            + ")");
+}
+
+/// In one transaction, so that a program that is ended meanwhile leaves the old version whole.
+void Database::bringUpToDate()
+{
+    execute("BEGIN IMMEDIATE");
+    try {
+        refuseLaterVersion(); // Another program may have been faster.
+        const bool isFirst = asked("PRAGMA user_version") == 0
+            && asked("SELECT COUNT(*) FROM sqlite_master WHERE name = 'invites'") == 1;
+        if (isFirst)
+            execute(versionTwo);
+        execute(schema);
+        execute(("PRAGMA user_version=" + std::to_string(schemaVersion)).c_str());
+        execute("COMMIT");
+    } catch (const DatabaseError&) {
+        sqlite3_exec(m_connection, "ROLLBACK", nullptr, nullptr, nullptr);
+        throw;
+    }
+}
+
+Transaction::Transaction(Database& database, Access access)
     : m_database(database)
     , m_lock(database.m_mutex)
 {
-    statement("BEGIN IMMEDIATE").run();
+    statement(access == Access::Write ? "BEGIN IMMEDIATE" : "BEGIN").run();
 }
 
 Transaction::~Transaction()

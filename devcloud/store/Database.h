@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -55,8 +56,12 @@ private:
 /// The file is created with mode 0600 in a folder of mode 0700, in WAL mode, with its tables.
 class Database {
 public:
-    /// Creates the folder and the file where they are missing. @throws DatabaseError
-    explicit Database(const std::filesystem::path& file);
+    /// Creates the folder and the file where they are missing, and brings one of an earlier version
+    /// up to date. One of a later version is left as it is. @throws DatabaseError
+    ///
+    /// @param patience how long to wait while another program writes.
+    explicit Database(const std::filesystem::path& file,
+        std::chrono::milliseconds patience = std::chrono::seconds(5));
     /// A database that lives in memory and ends with this object.
     static std::unique_ptr<Database> inMemory();
     ~Database();
@@ -66,7 +71,11 @@ public:
 private:
     friend class Transaction;
     explicit Database(sqlite3* connection);
-    void prepare();
+    void prepare(std::chrono::milliseconds patience);
+    void execute(const char* sql);
+    std::int64_t asked(const char* sql);
+    void refuseLaterVersion();
+    void bringUpToDate();
 
     sqlite3* m_connection = nullptr;
     std::mutex m_mutex;
@@ -75,7 +84,10 @@ private:
 /// Exclusive use of the database, as one transaction: what is not committed is undone.
 class Transaction {
 public:
-    explicit Transaction(Database& database);
+    /// Reading alone waits for no other program, and goes on when the disk is full.
+    enum class Access { Read, Write };
+
+    explicit Transaction(Database& database, Access access = Access::Write);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;

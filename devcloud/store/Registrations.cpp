@@ -53,13 +53,16 @@ void setRegistrationToken(Transaction& transaction, std::string_view email,
         .run();
 }
 
-void removeDeadRegistrations(Transaction& transaction, std::int64_t now)
+int removeDeadRegistrations(Transaction& transaction, std::int64_t now, std::int64_t most)
 {
     transaction
-        .statement("DELETE FROM registrations"
-                   " WHERE expires <= ?1 AND (token_expires IS NULL OR token_expires <= ?1)")
+        .statement("DELETE FROM registrations WHERE rowid IN (SELECT rowid FROM registrations"
+                   " WHERE expires <= ?1 AND (token_expires IS NULL OR token_expires <= ?1)"
+                   " LIMIT ?2)")
         .bind(now)
+        .bind(most)
         .run();
+    return transaction.changedRows();
 }
 
 } // namespace tavrin::devcloud

@@ -26,6 +26,7 @@ std::optional<Registration> findRegistration(Transaction& transaction, std::stri
 void countWrongTry(Transaction& transaction, std::string_view email);
 void setRegistrationToken(Transaction& transaction, std::string_view email,
     std::string_view tokenDigest, std::int64_t expires);
-void removeDeadRegistrations(Transaction& transaction, std::int64_t now);
+/// Removes at most @p most that have expired; how many it were.
+int removeDeadRegistrations(Transaction& transaction, std::int64_t now, std::int64_t most = 1000);
 
 } // namespace tavrin::devcloud

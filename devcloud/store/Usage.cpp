@@ -42,9 +42,15 @@ UsageTotals usageTotals(Transaction& transaction, std::int64_t account, std::str
     return {row.number(0), row.number(1), row.number(2)};
 }
 
-void removeOldUsage(Transaction& transaction, std::int64_t now)
+int removeOldUsage(Transaction& transaction, std::int64_t now, std::int64_t most)
 {
-    transaction.statement("DELETE FROM usage WHERE created <= ?").bind(now - keptSeconds).run();
+    transaction
+        .statement("DELETE FROM usage WHERE rowid IN"
+                   " (SELECT rowid FROM usage WHERE created <= ? LIMIT ?)")
+        .bind(now - keptSeconds)
+        .bind(most)
+        .run();
+    return transaction.changedRows();
 }
 
 } // namespace tavrin::devcloud

@@ -32,7 +32,7 @@ struct UsageTotals {
 void addUsage(
     Transaction& transaction, std::int64_t account, const UsageEntry& entry, std::int64_t now);
 UsageTotals usageTotals(Transaction& transaction, std::int64_t account, std::string_view source);
-/// Forgets what is older than 90 days.
-void removeOldUsage(Transaction& transaction, std::int64_t now);
+/// Forgets what is older than 90 days, at most @p most rows; how many it were.
+int removeOldUsage(Transaction& transaction, std::int64_t now, std::int64_t most = 1000);
 
 } // namespace tavrin::devcloud

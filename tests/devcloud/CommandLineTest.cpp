@@ -53,6 +53,30 @@ TEST(CommandLineTest, CommandsAreRead)
     EXPECT_FALSE(parse({"unknown"}));
 }
 
+TEST(CommandLineTest, SessionsAreNamedByAccountAndNumber)
+{
+    const Options listed = parse({"sessions", "a@b.c"}).value();
+    EXPECT_EQ(listed.command, Command::Sessions);
+    EXPECT_EQ(listed.email, "a@b.c");
+    const Options revoked = parse({"revoke", "a@b.c", "3", "14"}).value();
+    EXPECT_EQ(revoked.command, Command::Revoke);
+    EXPECT_EQ(revoked.email, "a@b.c");
+    EXPECT_EQ(revoked.sessions, (std::vector<std::int64_t>{3, 14}));
+    EXPECT_TRUE(parse({"revoke", "a@b.c"})->sessions.empty());
+    EXPECT_FALSE(parse({"revoke", "a@b.c"})->allAccounts);
+    EXPECT_TRUE(parse({"revoke", "--all"})->allAccounts);
+
+    EXPECT_EQ(parse({"sessions"}).error(), "sessions needs an e-mail address");
+    EXPECT_EQ(parse({"revoke"}).error(), "revoke needs an e-mail address");
+    EXPECT_FALSE(parse({"sessions", "a@b.c", "3"}));
+    EXPECT_FALSE(parse({"sessions", "--all"}));
+    EXPECT_FALSE(parse({"--all"}));
+    for (const char* number : {"x", "0", "-1", "1x", ""})
+        EXPECT_FALSE(parse({"revoke", "a@b.c", number})) << number;
+    EXPECT_FALSE(parse({"revoke", "a@b.c", "--all"}));
+    EXPECT_FALSE(parse({"revoke", "--all", "a@b.c"}));
+}
+
 TEST(CommandLineTest, LivesAndTimeoutsAreBounded)
 {
     EXPECT_EQ(parse({"--access-ttl", "5"})->accessTokenLife, std::chrono::seconds(5));
@@ -105,7 +129,7 @@ TEST(CommandLineTest, HelpNamesEveryOption)
     for (const char* option : {"--data", "--listen", "--access-ttl", "--refresh-ttl", "--llm-url",
              "--llm-model", "--llm-key-file", "--llm-timeout", "--update-file", "--password-file",
              "--tls-certificate", "--tls-key", "--trusted-proxy", "--help", "--version", "invite",
-             "account EMAIL"})
+             "account EMAIL", "sessions EMAIL", "revoke EMAIL", "revoke --all"})
         EXPECT_NE(helpText().find(option), std::string_view::npos) << option;
 }
 

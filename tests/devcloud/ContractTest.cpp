@@ -1,4 +1,5 @@
 #include "devcloud/ApiDocument.h"
+#include "devcloud/HeldModel.h"
 #include "devcloud/ServiceTest.h"
 
 #include <gmock/gmock.h>
@@ -7,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <sstream>
+#include <thread>
 
 namespace tavrin::devcloud {
 namespace {
@@ -241,6 +243,21 @@ protected:
                 return with(endpoint, field, value);
             };
         };
+        const auto tooMuchAtOnce = [this](const char* field, const char* value) {
+            return [this, field, value](const DocumentedEndpoint& endpoint) {
+                testing::HeldModel held;
+                restart(&held);
+                std::vector<std::thread> others;
+                for (int other = 0; other < 4; ++other)
+                    others.emplace_back([&] { with(endpoint, field, value); });
+                held.awaitQuestions(4);
+                Outcome outcome = with(endpoint, field, value);
+                held.release();
+                for (std::thread& other : others)
+                    other.join();
+                return outcome;
+            };
+        };
         const auto manyTimes = [this](int times, const char* field, const Json& value) {
             return [this, times, field, value](const DocumentedEndpoint& endpoint) {
                 Json body = goodBody(endpoint);
@@ -281,10 +298,12 @@ protected:
             {{"/v1/auth/logout", 401}, stranger},
             {{"/v1/text/polish", 401}, stranger},
             {{"/v1/text/polish", 422}, wrong("translation", "unknown")},
+            {{"/v1/text/polish", 429}, tooMuchAtOnce("translation", "english")},
             {{"/v1/text/polish", 502}, failingModel("translation", "english")},
             {{"/v1/text/polish", 503}, noModel("translation", "english")},
             {{"/v1/text/chat", 401}, stranger},
             {{"/v1/text/chat", 422}, wrong("transcript", " ")},
+            {{"/v1/text/chat", 429}, tooMuchAtOnce("context", "Notes")},
             {{"/v1/text/chat", 502}, failingModel("context", "Notes")},
             {{"/v1/text/chat", 503}, noModel("context", "Notes")},
             {{"/v1/usage/summary", 401}, stranger},
@@ -316,7 +335,8 @@ TEST_F(ContractErrorTest, EveryDocumentedErrorComesAboutAsDocumentedAndNoOtherIs
 
 TEST_F(ContractErrorTest, ErrorsThatEveryEndpointSharesAreDocumented)
 {
-    EXPECT_EQ(testing::readSharedErrors(page), (std::set<int>{400, 404, 405, 411, 413, 415, 500, 503}));
+    EXPECT_EQ(
+        testing::readSharedErrors(page), (std::set<int>{400, 404, 405, 411, 413, 415, 500, 503}));
 }
 
 } // namespace

@@ -1,13 +1,12 @@
 #include "devcloud/http/HttpServer.h"
 
+#include "devcloud/HeldModel.h"
 #include "devcloud/LoopbackClient.h"
 #include "devcloud/ServiceTest.h"
 
 #include <gmock/gmock.h>
 
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <thread>
 
 using namespace std::chrono_literals;
@@ -18,46 +17,9 @@ namespace tavrin::devcloud {
 namespace {
 
 using testing::bodyIn;
+using testing::HeldModel;
 using testing::LoopbackClient;
 using testing::statusIn;
-
-/// Answers when the test says so.
-class HeldModel : public LanguageModel {
-public:
-    ~HeldModel() override { release(); }
-
-    std::optional<std::string> answer(const Prompt& /*prompt*/) override
-    {
-        std::unique_lock lock(m_mutex);
-        m_isAsked = true;
-        m_changed.notify_all();
-        m_changed.wait(lock, [this] { return m_isReleased; });
-        return "the model's answer";
-    }
-
-    [[nodiscard]] std::string name() const override { return "held"; }
-
-    void awaitQuestion()
-    {
-        std::unique_lock lock(m_mutex);
-        EXPECT_TRUE(m_changed.wait_for(lock, 5s, [this] { return m_isAsked; }));
-    }
-
-    void release()
-    {
-        {
-            const std::lock_guard lock(m_mutex);
-            m_isReleased = true;
-        }
-        m_changed.notify_all();
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_isAsked = false;
-    bool m_isReleased = false;
-};
 
 class HttpServerTest : public testing::ServiceTest {
 protected:

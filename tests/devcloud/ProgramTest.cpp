@@ -2,6 +2,7 @@
 #include "devcloud/TestCertificate.h"
 #include "devcloud/store/Accounts.h"
 #include "devcloud/store/Database.h"
+#include "devcloud/store/Sessions.h"
 #include "devcloud/store/Usage.h"
 
 #include <gmock/gmock.h>
@@ -19,6 +20,7 @@
 
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
+using ::testing::Not;
 
 namespace tavrin::devcloud {
 namespace {
@@ -210,11 +212,67 @@ TEST_F(ProgramTest, TheServiceForgetsOldUsage)
 TEST_F(ProgramTest, AnAccountsPasswordIsReadFromAFileAndReplaced)
 {
     const std::string file = folder + "/password";
-    std::ofstream(file) << "correct horse\r\n";
-    for (const char* answer : {"account made: a@b.c\n", "new password for a@b.c\n"}) {
+    const auto run = [&](const std::string& password) {
+        std::ofstream(file) << password << "\r\n";
         Program program(withData({"account", "a@b.c", "--password-file", file}));
-        EXPECT_EQ(program.readAll(), answer);
+        std::string printed = program.readAll();
         EXPECT_EQ(program.exitCode(), 0);
+        return printed;
+    };
+    EXPECT_EQ(run("correct horse"), "account made: a@b.c\n");
+    EXPECT_EQ(run("another horse"), "new password for a@b.c\n");
+    EXPECT_EQ(run("another horse"), "the password of a@b.c stays as it is\n");
+}
+
+TEST_F(ProgramTest, SessionsAreListedAndRevoked)
+{
+    const auto run = [this](std::vector<std::string> arguments, int code = 0) {
+        Program program(withData(std::move(arguments)));
+        std::string printed = program.readAll();
+        EXPECT_EQ(program.exitCode(), code) << printed;
+        return printed;
+    };
+    {
+        Database database(folder + "/devcloud.sqlite");
+        Transaction transaction(database);
+        const std::int64_t now = std::time(nullptr);
+        const std::int64_t ada = addAccount(transaction, "ada@b.c", "hash", now);
+        const std::int64_t bob = addAccount(transaction, "bob@b.c", "hash", now);
+        startSession(transaction, ada, {"D", "Ada's \x1b[2Jdesk", "0.8.0"}, {}, 86'400);
+        startSession(transaction, ada, {"E", "Ada's lap", "0.8.0"}, {}, now);
+        startSession(transaction, ada, {"F", "Ada's tower", "0.8.0"}, {}, now);
+        startSession(transaction, bob, {"G", "Bob's desk", "0.8.0"}, {}, now);
+        transaction.commit();
+    }
+    const std::string listed = run({"sessions", "ADA@b.c"});
+    EXPECT_THAT(listed, Not(HasSubstr("desk"))); // Its tokens have expired long ago.
+    EXPECT_THAT(listed, HasSubstr("2  signed in 2"));
+    EXPECT_THAT(listed, HasSubstr("0.8.0  Ada's lap\n3  signed in"));
+    EXPECT_EQ(run({"sessions", "nobody@b.c"}, 1), "tavrin-devcloud: no account: nobody@b.c\n");
+
+    EXPECT_EQ(run({"revoke", "ada@b.c", "4"}, 1), "0 sessions ended\n"); // Bob's.
+    EXPECT_EQ(run({"revoke", "ada@b.c", "2"}), "1 session ended\n");
+    EXPECT_THAT(run({"sessions", "ada@b.c"}), Not(HasSubstr("lap")));
+    EXPECT_EQ(run({"revoke", "ada@b.c"}), "2 sessions ended\n");
+    EXPECT_EQ(run({"sessions", "ada@b.c"}), "");
+    EXPECT_THAT(run({"sessions", "bob@b.c"}), HasSubstr("Bob's desk"));
+    EXPECT_EQ(run({"revoke", "--all"}), "1 session ended\n");
+    EXPECT_EQ(run({"sessions", "bob@b.c"}), "");
+}
+
+TEST_F(ProgramTest, ADatabaseOfALaterVersionIsSaidAndLeftAlone)
+{
+    {
+        Database database(folder + "/devcloud.sqlite");
+        Transaction transaction(database);
+        transaction.statement("PRAGMA user_version=1000").run();
+        transaction.commit();
+    }
+    for (const auto& command : {withData({"--listen", "0"}), withData({"invite"})}) {
+        Program program(command);
+        EXPECT_THAT(program.readAll(),
+            HasSubstr("devcloud.sqlite: a later version of tavrin-devcloud has written it"));
+        EXPECT_EQ(program.exitCode(), 1);
     }
 }
 

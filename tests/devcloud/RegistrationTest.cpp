@@ -84,13 +84,62 @@ TEST_F(RegistrationTest, RegisteredEmailIsSaidInTheWordsTheAccountPanelLooksFor)
 {
     addTestAccount();
 
-    const Outcome withUsedInvite = start("TAV-AAAA-AAAA");
+    const Outcome inSteps = start(addTestInvite());
     const Outcome atOnce = registerAtOnce(addTestInvite());
 
-    EXPECT_EQ(statusOf(withUsedInvite), 409);
-    EXPECT_THAT(withUsedInvite.error().message, HasSubstr("已经注册"));
+    EXPECT_EQ(statusOf(inSteps), 409);
+    EXPECT_THAT(inSteps.error().message, HasSubstr("已经注册"));
     EXPECT_EQ(statusOf(atOnce), 409);
     EXPECT_THAT(atOnce.error().message, HasSubstr("已经注册"));
+}
+
+TEST_F(RegistrationTest, WithoutAnInviteNobodyLearnsWhoHasAnAccount)
+{
+    const std::string used = addTestInvite();
+    Json other = loginBody();
+    other["email"] = "other@example.org";
+    other["inviteCode"] = used;
+    EXPECT_EQ(statusOf(call(Endpoint::Register, other)), 200);
+    addTestAccount();
+
+    for (const std::string& invite : {std::string("TAV-AAAA-AAAA"), std::string(), used}) {
+        const Outcome known = start(invite);
+        const Outcome unknown = call(
+            Endpoint::RegistrationStart, {{"email", "new@example.org"}, {"inviteCode", invite}});
+        EXPECT_EQ(statusOf(known), 403) << invite;
+        EXPECT_EQ(statusOf(unknown), 403) << invite;
+        EXPECT_EQ(known.error().message, unknown.error().message);
+    }
+    EXPECT_EQ(statusOf(registerAtOnce("TAV-AAAA-AAAA")), 403);
+    EXPECT_EQ(statusOf(registerAtOnce(used)), 403);
+}
+
+TEST_F(RegistrationTest, TheInviteOfAnAccountIsToldThatItExists)
+{
+    const std::string invite = addTestInvite();
+    EXPECT_EQ(statusOf(registerAtOnce(invite)), 200);
+
+    EXPECT_EQ(statusOf(start(invite)), 409);
+    EXPECT_EQ(statusOf(registerAtOnce(invite)), 409);
+}
+
+TEST_F(RegistrationTest, ARegistrationThatSucceedsDoesNotCountAsAnAttempt)
+{
+    for (int person = 0; person < 35; ++person) {
+        Json body = loginBody();
+        body["email"] = std::to_string(person) + "@example.org";
+        body["inviteCode"] = addTestInvite();
+        ASSERT_EQ(statusOf(call(Endpoint::Register, body)), 200) << person;
+    }
+}
+
+TEST_F(RegistrationTest, AnAttemptForAClosedEmailIsNotCountedAgainstTheAddress)
+{
+    for (int attempt = 0; attempt < 40; ++attempt)
+        start("TAV-AAAA-AAAA"); // Closed after the fifth.
+    EXPECT_EQ(statusOf(call(Endpoint::RegistrationStart,
+                  {{"email", "new@example.org"}, {"inviteCode", addTestInvite()}})),
+        200);
 }
 
 TEST_F(RegistrationTest, AnInviteMakesOneAccount)

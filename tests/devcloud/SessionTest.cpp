@@ -57,7 +57,7 @@ TEST_F(SessionTest, WrongPasswordAndUnknownAccountAreAnsweredAlike)
     EXPECT_EQ(unknown.error().message, wrong.error().message);
 }
 
-TEST_F(SessionTest, TenWrongPasswordsCloseTheAccountForFifteenMinutes)
+TEST_F(SessionTest, TenWrongPasswordsCloseTheAccountToTheirAddressForFifteenMinutes)
 {
     addTestAccount();
     for (int guess = 0; guess < 10; ++guess)
@@ -185,10 +185,55 @@ TEST_F(SessionTest, TwoRefreshesAtOnceBothSucceed)
     EXPECT_EQ(meStatus(second["accessToken"]), 200);
 }
 
-TEST_F(SessionTest, AnOldRefreshTokenShownAgainEndsTheWholeFamily)
+TEST_F(SessionTest, ARefreshWhoseAnswerWasLostCostsNobodyTheSession)
+{
+    // 91 s: no data came; 121 s: the client's patience is over; a day: the machine slept.
+    addTestAccount();
+    for (const std::int64_t later : {11, 91, 121, 151, 86'400}) {
+        const Json session = call(Endpoint::Login, loginBody()).value();
+        ASSERT_EQ(statusOf(refresh(session["refreshToken"])), 200);
+        now += later;
+
+        const Outcome again = refresh(session["refreshToken"]);
+
+        ASSERT_EQ(statusOf(again), 200) << later;
+        EXPECT_EQ(meStatus(again.value()["accessToken"]), 200);
+        EXPECT_EQ(statusOf(refresh(again.value()["refreshToken"])), 200);
+    }
+}
+
+TEST_F(SessionTest, AnAnswerThatComesLateIsStillGood)
+{
+    const Json session = signIn();
+    const Json late = refresh(session["refreshToken"]).value();
+    now += 100;
+    const Json other = refresh(session["refreshToken"]).value();
+    EXPECT_EQ(meStatus(other["accessToken"]), 200);
+
+    EXPECT_EQ(meStatus(late["accessToken"]), 200);
+    EXPECT_EQ(statusOf(refresh(late["refreshToken"])), 200);
+}
+
+TEST_F(SessionTest, APairThatNeverArrivedEndsWhenNobodyWaitsForIt)
+{
+    const Json session = signIn();
+    const Json lost = refresh(session["refreshToken"]).value();
+    now += 151;
+    const Json fresh = refresh(session["refreshToken"]).value();
+
+    EXPECT_EQ(meStatus(lost["accessToken"]), 401);
+    EXPECT_EQ(meStatus(fresh["accessToken"]), 200);
+
+    // Somebody has it after all: one of the two is a thief.
+    EXPECT_EQ(statusOf(refresh(lost["refreshToken"])), 401);
+    EXPECT_EQ(meStatus(fresh["accessToken"]), 401);
+}
+
+TEST_F(SessionTest, AnOldRefreshTokenShownAfterItsSuccessorWasUsedEndsTheWholeFamily)
 {
     const Json session = signIn();
     const Json fresh = refresh(session["refreshToken"]).value();
+    EXPECT_EQ(meStatus(fresh["accessToken"]), 200);
     now += 11;
 
     EXPECT_EQ(statusOf(refresh(session["refreshToken"])), 401);
@@ -197,13 +242,104 @@ TEST_F(SessionTest, AnOldRefreshTokenShownAgainEndsTheWholeFamily)
     EXPECT_EQ(statusOf(refresh(fresh["refreshToken"])), 401);
 }
 
+TEST_F(SessionTest, AnOldRefreshTokenShownAfterItsSuccessorWasRefreshedEndsTheWholeFamily)
+{
+    const Json session = signIn();
+    const Json second = refresh(session["refreshToken"]).value();
+    const Json third = refresh(second["refreshToken"]).value();
+    now += 11;
+
+    EXPECT_EQ(statusOf(refresh(session["refreshToken"])), 401);
+
+    EXPECT_EQ(meStatus(third["accessToken"]), 401);
+}
+
+TEST_F(SessionTest, RepeatsBesideAUsedSuccessorComeToAnEnd)
+{
+    const Json session = signIn();
+    EXPECT_EQ(meStatus(refresh(session["refreshToken"]).value()["accessToken"]), 200);
+    now += 9;
+    EXPECT_EQ(statusOf(refresh(session["refreshToken"])), 200);
+    now += 9;
+    EXPECT_EQ(statusOf(refresh(session["refreshToken"])), 401);
+}
+
+TEST_F(SessionTest, TwoBranchesOfOneTokenEndTheWholeFamily)
+{
+    const Json session = signIn();
+    const Json first = refresh(session["refreshToken"]).value();
+    const Json second = refresh(session["refreshToken"]).value();
+    const Json goesOn = refresh(first["refreshToken"]).value();
+
+    EXPECT_EQ(statusOf(refresh(second["refreshToken"])), 401);
+    EXPECT_EQ(meStatus(goesOn["accessToken"]), 401);
+}
+
+TEST_F(SessionTest, AFamilyKeepsFewTokensHoweverOftenItRefreshes)
+{
+    const auto rows = [this](const std::string& table) {
+        Transaction transaction(*database);
+        Statement row = transaction.statement("SELECT COUNT(*) FROM " + table);
+        row.step();
+        return row.number(0);
+    };
+    Json session = signIn();
+    for (int round = 0; round < 200; ++round)
+        session = refresh(session["refreshToken"]).value();
+    EXPECT_LE(rows("refresh_tokens"), 17);
+    EXPECT_LE(rows("access_tokens"), 17);
+    EXPECT_EQ(meStatus(session["accessToken"]), 200);
+
+    for (int round = 0; round < 50; ++round)
+        refresh(session["refreshToken"]);
+    EXPECT_LE(rows("refresh_tokens"), 17);
+    EXPECT_EQ(statusOf(refresh(session["refreshToken"])), 200);
+}
+
+TEST_F(SessionTest, ANewPasswordEndsTheSessionsOfItsAccountAlone)
+{
+    const Json session = signIn();
+    Json other = loginBody();
+    other["email"] = "other@example.org";
+    {
+        Transaction transaction(*database);
+        addAccount(transaction, "other@example.org", *passwords.hash(password), now);
+        transaction.commit();
+    }
+    const Json others = call(Endpoint::Login, other).value();
+    {
+        Transaction transaction(*database);
+        setPassword(
+            transaction, findAccount(transaction, email)->id, *passwords.hash("new password"));
+        transaction.commit();
+    }
+    EXPECT_EQ(meStatus(session["accessToken"]), 401);
+    EXPECT_EQ(statusOf(refresh(session["refreshToken"])), 401);
+    EXPECT_EQ(meStatus(others["accessToken"]), 200);
+}
+
+TEST_F(SessionTest, WrongPasswordsFromElsewhereCloseTheAccountToNobodyElse)
+{
+    addTestAccount();
+    for (const char* guesser : {"192.0.2.1", "192.0.2.2", "2001:db8::1"}) {
+        address = guesser;
+        for (int guess = 0; guess < 10; ++guess)
+            EXPECT_EQ(statusOf(loginWith("a wrong guess")), 401);
+        EXPECT_EQ(statusOf(loginWith(password)), 429);
+    }
+    address = "2001:db8::2"; // The same network.
+    EXPECT_EQ(statusOf(loginWith(password)), 429);
+    address = "127.0.0.1";
+    EXPECT_EQ(statusOf(loginWith(password)), 200);
+}
+
 TEST_F(SessionTest, AnotherSignInOfTheAccountOutlivesTheEndedFamily)
 {
     const Json session = signIn();
     const Json other = call(Endpoint::Login, loginBody()).value();
-    refresh(session["refreshToken"]);
+    meStatus(refresh(session["refreshToken"]).value()["accessToken"]);
     now += 11;
-    refresh(session["refreshToken"]);
+    EXPECT_EQ(statusOf(refresh(session["refreshToken"])), 401);
 
     EXPECT_EQ(meStatus(other["accessToken"]), 200);
 }
