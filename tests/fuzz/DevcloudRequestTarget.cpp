@@ -1,5 +1,8 @@
+#include "devcloud/LoopbackClient.h"
 #include "devcloud/RequestBody.h"
 #include "devcloud/Service.h"
+#include "devcloud/http/ClientAddress.h"
+#include "devcloud/http/HttpServer.h"
 #include "devcloud/model/ChatCompletions.h"
 #include "devcloud/polish/Polish.h"
 #include "devcloud/security/Secrets.h"
@@ -8,12 +11,14 @@
 #include "devcloud/text/Utf8.h"
 #include "fuzz/Require.h"
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 // What the development service makes of any request: the first byte chooses the endpoint, the rest
-// is the body, and the same bytes stand for the head of a request and the answer of a model.
+// is the body, and the same bytes stand for the head of a request, the answer of a model, a
+// certificate and the header of a proxy. Each request also goes through the HTTP server.
 
 namespace tavrin::devcloud {
 namespace {
@@ -40,6 +45,10 @@ public:
         transaction.commit();
     }
 
+    [[nodiscard]] const std::string& authorization() const { return m_authorization; }
+
+    [[nodiscard]] Service& withRules() { return m_withRules; }
+
     Outcome answer(Endpoint endpoint, const std::string& body, bool withModel)
     {
         Service& service = withModel ? m_withModel : m_withRules;
@@ -62,6 +71,63 @@ private:
     Service m_withModel{parts(&m_model)};
     std::string m_authorization;
 };
+
+/// The service behind its HTTP server, asked by its own clients.
+class ServedService {
+public:
+    explicit ServedService(SignedInService& service)
+        : m_authorization(service.authorization())
+        , m_server(service.withRules(), settings())
+    {
+        require(m_server.start(), "the server starts");
+    }
+
+    void ask(const Route& route, const std::string& body)
+    {
+        const bool hasBody = route.method == "POST";
+        testing::LoopbackClient client(m_server.port());
+        client.send(std::string(route.method) + " " + std::string(route.path)
+            + " HTTP/1.1\r\nContent-Type: application/json\r\nAuthorization: " + m_authorization
+            + (hasBody ? "\r\nContent-Length: " + std::to_string(body.size()) : std::string())
+            + "\r\n\r\n" + (hasBody ? body : std::string()));
+        const std::string answer = client.readAnswer();
+        const int status = testing::statusIn(answer);
+        // 503: rules can neither translate nor chat.
+        require(status == 200 || status == 503 || (status >= 400 && status < 500),
+            "the server answers as it should");
+        require(Json::parse(testing::bodyIn(answer), nullptr, false).is_object(),
+            "the server answers an object");
+    }
+
+    /// Whatever comes instead of a request, the next one is answered.
+    void disturb(const std::string& bytes)
+    {
+        {
+            const testing::LoopbackClient client(m_server.port());
+            client.send(bytes);
+        }
+        ask({"GET", "/v1/client/update", Endpoint::ClientUpdate}, {});
+    }
+
+private:
+    static HttpServerSettings settings()
+    {
+        HttpServerSettings settings;
+        settings.port = 0;
+        return settings;
+    }
+
+    std::string m_authorization;
+    HttpServer m_server;
+};
+
+void checkOrigin(const std::string& text)
+{
+    const std::string client = clientAddress("127.0.0.1", std::array{text}, {"127.0.0.1"});
+    require(normalizedAddress(client) == client, "a client has a numeric address");
+    require(!addressForCounting(client).empty(), "every client is counted");
+    require(!checkedIdentity(text, text, 0), "no bytes alone are an identity");
+}
 
 void checkBody(const std::string& text)
 {
@@ -113,8 +179,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     checkBody(text);
     checkHead(text);
     checkPolish(text);
+    checkOrigin(text);
+    static ServedService served(service);
+    served.disturb(text);
     if (route.endpoint == Endpoint::Logout) // Would end the session that all inputs share.
         return 0;
+    served.ask(route, text);
     for (const bool withModel : {false, true}) {
         const Outcome outcome = service.answer(route.endpoint, text, withModel);
         require(outcome || (outcome.error().status >= 400 && outcome.error().status != 500),
