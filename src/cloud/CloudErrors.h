@@ -2,6 +2,7 @@
 
 #include "base/Error.h"
 #include "base/LocalizedText.h"
+#include "cloud/CloudTexts.h"
 #include "cloud/TavrinAPI.h"
 
 namespace tavrin::cloud {
@@ -28,7 +29,8 @@ inline constexpr int unauthorizedStatus = 401;
 /// What is left to say when the client has gone while its request ran.
 [[nodiscard]] inline Error cancelled()
 {
-    return Error{httpTransportErrorDomain, static_cast<int>(HttpFailure::Cancelled), {}};
+    return Error{httpTransportErrorDomain, static_cast<int>(HttpFailure::Cancelled),
+        texts::requestCancelled.toString()};
 }
 
 } // namespace tavrin::cloud

@@ -9,6 +9,7 @@ inline constexpr SimplifiedText invalidCloudUrl{u"云端服务地址无效；正
 inline constexpr SimplifiedText signInExpiredSignInAgain{u"登录已失效，请重新登录。"};
 inline constexpr SimplifiedText signInExpired{u"登录已失效。"};
 inline constexpr SimplifiedText signInFirst{u"请先登录。"};
+inline constexpr SimplifiedText requestCancelled{u"请求已取消。"};
 
 inline constexpr SimplifiedText polishNeedsSignIn{u"请先登录 Tavrin 云端账号。"};
 inline constexpr SimplifiedText polishWithoutText{u"云端没有返回整理结果。"};

@@ -393,6 +393,7 @@ TEST_F(CloudSessionTest, NothingIsRepeatedWhenTheClientHasGone)
 
     EXPECT_EQ(outcome.value()->domain, u"TavrinHttp"_s);
     EXPECT_EQ(outcome.value()->code, static_cast<int>(HttpFailure::Cancelled));
+    EXPECT_EQ(outcome.value()->message, u"请求已取消。"_s);
     EXPECT_EQ(transport.requests().size(), 2);
 }
 
