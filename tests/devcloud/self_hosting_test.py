@@ -9,6 +9,7 @@ import http.client
 import http.server
 import json
 import re
+import resource
 import shlex
 import socket
 import ssl
@@ -115,9 +116,9 @@ class SelfHostingTest(unittest.TestCase):
         self.assertEqual(done.returncode, 0, line + "\n" + done.stderr)
         return done.stdout
 
-    def start(self, arguments, port):
+    def start(self, arguments, port, prepare=None):
         with open(self.folder / f"log-{port}", "wb") as log:
-            process = subprocess.Popen(arguments, stdout=log, stderr=log)
+            process = subprocess.Popen(arguments, stdout=log, stderr=log, preexec_fn=prepare)
         self.addCleanup(process.wait)
         self.addCleanup(process.terminate)
         wait_for(arguments[0], lambda: answers(port) or process.poll() is not None)
@@ -192,6 +193,17 @@ class SelfHostingTest(unittest.TestCase):
         revoke = [line for line in commands() if " revoke " in line]
         self.assertEqual([self.run_line(line) for line in (revoke[1], revoke[0], revoke[2])],
                          ["1 session ended\n", "2 sessions ended\n", "0 sessions ended\n"])
+
+    def test_where_few_files_may_be_open_the_newest_connections_are_served(self):
+        port = free_port()
+        self.start([str(PROGRAM), "--data", str(self.data), "--listen", f"127.0.0.1:{port}"], port,
+                   lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (100, 100)))
+        silent = [socket.create_connection(("127.0.0.1", port), PATIENCE) for _ in range(400)]
+        for connection in silent:
+            self.addCleanup(connection.close)
+        connection = self.connect(http.client.HTTPConnection, "127.0.0.1", port)
+        connection.request("GET", "/v1/client/update")
+        self.assertEqual(connection.getresponse().status, 200)
 
     def test_behind_nginx_guesses_of_one_user_close_sign_in_to_nobody_else(self):
         self.start_unit()
