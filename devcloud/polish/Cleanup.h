@@ -1,27 +1,18 @@
 #pragma once
 
-#include "devcloud/polish/Sentence.h"
+#include <string>
+#include <string_view>
 
-/// The steps that clean one sentence. Each is a function of the sentence alone.
+/// The steps that clean one line of a text. Each leaves what it is not sure of as it stands.
 namespace tavrin::devcloud {
 
-/// Without what is said only to win time: "um" and 嗯 anywhere; 那个, "you know" … only where
-/// commas or pauses on both sides show that nothing is meant by them.
-Tokens withoutFillers(const Tokens& tokens);
+/// A line of a Chinese text: a sound that stands alone goes, a stammered beginning is said once,
+/// marks between characters get their width. With @p isWhole, when the line is all there is, it
+/// gets the mark that ends it.
+std::u32string cleanedChinese(std::u32string_view line, bool isWhole);
 
-/// Without stammered repeats ("the the", 我我我). A repeat that may be meant ("very very", 看看,
-/// "had had") stays.
-Tokens withoutRepeats(const Tokens& tokens);
-
-/// With the marks of its language, in its width, one at a time, and commas before conjunctions
-/// that open a new clause.
-Tokens withMarksOf(const Tokens& tokens, bool chinese);
-
-/// With capitals where English wants them: at the beginning, "I", names of days and months.
-Tokens withEnglishCapitals(const Tokens& tokens);
-
-/// The mark that ends the sentence: the one it has, in the width of its language, or else a
-/// question mark after what is plainly a question, or a full stop.
-std::u32string endMark(const Sentence& sentence);
+/// A line of an English text: likewise; "I", days and months get their capitals, and so does the
+/// word that opens a sentence. With @p opensText the line begins with one.
+std::u32string cleanedEnglish(std::u32string_view line, bool opensText, bool isWhole);
 
 } // namespace tavrin::devcloud

@@ -1,21 +1,16 @@
 #pragma once
 
+#include "devcloud/polish/Language.h"
 #include "devcloud/polish/Style.h"
 
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace tavrin::devcloud {
 
-/// A finished sentence, ready to be set.
-struct Clause {
-    std::u32string body;
-    std::u32string end;
-    bool isChinese = false;
-    bool startsParagraph = false;
-};
-
-/// Sets sentences in the form of a style. @p chinese chooses the language of the style's frame.
-std::u32string setInForm(const std::vector<Clause>& clauses, Style style, bool chinese);
+/// Sets a clean text in the form of a style: line by line, between a greeting and a close … What
+/// the form adds is fixed, in the language and script of the text, and says nothing about it.
+/// A text of Language::Other keeps its form.
+std::u32string setInForm(std::u32string_view text, Style style, Language language);
 
 } // namespace tavrin::devcloud

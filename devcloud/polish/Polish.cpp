@@ -1,8 +1,9 @@
 #include "devcloud/polish/Polish.h"
 
+#include "devcloud/polish/Characters.h"
 #include "devcloud/polish/Cleanup.h"
 #include "devcloud/polish/Forms.h"
-#include "devcloud/polish/Sentence.h"
+#include "devcloud/polish/Language.h"
 #include "devcloud/text/Utf8.h"
 
 #include <algorithm>
@@ -10,55 +11,47 @@
 namespace tavrin::devcloud {
 namespace {
 
-bool saysSomething(const Tokens& tokens)
+bool isSpace(char32_t c)
 {
-    return std::ranges::any_of(
-        tokens, [](const Token& token) { return token.kind != TokenKind::Mark; });
+    return isBlank(c) || c == U'\n';
 }
 
-Clause finished(Sentence sentence)
+std::u32string trimmed(std::u32string text)
 {
-    sentence.tokens = withMarksOf(sentence.tokens, sentence.isChinese);
-    if (!sentence.isChinese)
-        sentence.tokens = withEnglishCapitals(sentence.tokens);
-    return {
-        render(sentence.tokens), endMark(sentence), sentence.isChinese, sentence.startsParagraph};
+    std::erase_if(text, isControl);
+    const auto start = std::ranges::find_if_not(text, isSpace);
+    const auto end = std::find_if_not(text.rbegin(), text.rend(), isSpace).base();
+    return start < end ? std::u32string(start, end) : std::u32string();
 }
 
-std::vector<Clause> cleaned(const std::vector<Sentence>& sentences)
+std::u32string cleaned(std::u32string_view text, Language language)
 {
-    std::vector<Clause> clauses;
-    bool startsParagraph = false; // A line break stays when the sentence behind it goes.
-    for (Sentence sentence : sentences) {
-        startsParagraph = startsParagraph || sentence.startsParagraph;
-        sentence.tokens = withoutRepeats(withoutFillers(sentence.tokens));
-        if (!saysSomething(sentence.tokens))
-            continue;
-        sentence.isChinese = isMostlyChinese(sentence.tokens);
-        sentence.startsParagraph = startsParagraph && !clauses.empty();
-        startsParagraph = false;
-        clauses.push_back(finished(std::move(sentence)));
+    if (language == Language::Other)
+        return std::u32string(text);
+    const bool isWhole = text.find(U'\n') == std::u32string_view::npos;
+    std::u32string result;
+    for (std::size_t at = 0; at <= text.size();) {
+        const std::size_t end = std::min(text.find(U'\n', at), text.size());
+        const std::u32string_view line = text.substr(at, end - at);
+        if (at > 0)
+            result += U'\n';
+        result += language == Language::Chinese ? cleanedChinese(line, isWhole)
+                                                : cleanedEnglish(line, at == 0, isWhole);
+        at = end + 1;
     }
-    return clauses;
+    return result;
 }
 
 } // namespace
 
 std::string polish(std::string_view transcript, Style style)
 {
-    const Tokens tokens = tokenize(decodeUtf8(transcript));
-    const std::vector<Sentence> sentences = splitSentences(tokens);
-    std::vector<Clause> clauses = cleaned(sentences);
-    // Whoever says only "um" means it.
-    if (clauses.empty()) {
-        for (const Sentence& sentence : sentences) {
-            if (saysSomething(sentence.tokens))
-                clauses.push_back(finished(sentence));
-        }
-    }
-    if (clauses.empty())
+    std::u32string text = trimmed(decodeUtf8(transcript));
+    if (text.empty())
         return encodeUtf8(decodeUtf8(transcript));
-    return encodeUtf8(setInForm(clauses, style, isMostlyChinese(tokens)));
+    const Language language = languageOf(text);
+    text = cleaned(text, language);
+    return encodeUtf8(setInForm(text, style, language));
 }
 
 } // namespace tavrin::devcloud

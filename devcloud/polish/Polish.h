@@ -7,11 +7,13 @@
 
 namespace tavrin::devcloud {
 
-/// Polishes a transcript, Chinese or English, by rules: fillers and stammered repeats go, marks,
-/// capitals and spacing are restored, and the text takes the form of @p style.
+/// Polishes a transcript, Chinese or English, by rules: sounds and stammered words that stand alone
+/// go, marks and capitals that nobody could doubt are put in, and the text takes the form of
+/// @p style. What is not sure stays as it was said: every word, once and in its order, every
+/// address, command and number, and every text that is not surely Chinese or English, which only
+/// loses the white space around it.
 ///
-/// Every content word stays, once and in its order; the only words added are the fixed frame of a
-/// style, such as the greeting of an e-mail. Text of other languages is only tidied.
+/// The only words added are the fixed frame of a style, such as the greeting of an e-mail.
 std::string polish(std::string_view transcript, Style style);
 
 } // namespace tavrin::devcloud

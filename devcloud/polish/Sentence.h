@@ -1,26 +1,24 @@
 #pragma once
 
-#include "devcloud/polish/Token.h"
-
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tavrin::devcloud {
 
-/// A sentence under way: its tokens without the mark that ends it.
+/// A sentence of a finished text, with its marks, and the white space between it and the one
+/// before.
 struct Sentence {
-    Tokens tokens;
-    std::u32string end; ///< "." "？" …; empty while nobody has decided.
-    bool isChinese = false;
-    bool startsParagraph = false; ///< A line break stood before it.
+    std::u32string gap;
+    std::u32string text;
 };
 
-/// Cuts tokens into sentences at line breaks and at the marks that end one; a full stop after an
-/// abbreviation such as "Dr." ends none.
-std::vector<Sentence> splitSentences(const Tokens& tokens);
+/// Cuts a text where a sentence ends beyond doubt: at line breaks, and at marks outside quotation
+/// and brackets that neither belong to an abbreviation nor to a number.
+std::vector<Sentence> splitSentences(std::u32string_view text);
 
-/// Whether Han characters outweigh words of other scripts.
-bool isMostlyChinese(const Tokens& tokens);
+/// Without the plain full stop at the end, which would be stiff in a line that stands alone. The
+/// one of an abbreviation stays.
+std::u32string withoutStop(std::u32string_view sentence);
 
 } // namespace tavrin::devcloud

@@ -1,0 +1,244 @@
+#include "devcloud/polish/Characters.h"
+#include "devcloud/polish/ChineseSentence.h"
+#include "devcloud/polish/Cleanup.h"
+#include "devcloud/polish/Language.h"
+#include "devcloud/polish/Technical.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+namespace tavrin::devcloud {
+namespace {
+
+using Phrases = std::span<const std::u32string_view>;
+
+/// The sounds themselves. Others (啊, 哦, 唉 …) say something, and so does 嗯 as an answer.
+constexpr std::u32string_view sounds = U"嗯呃额額";
+
+/// What a speaker goes on with after he has won time, and nobody after an answer.
+constexpr auto goesOn =
+    std::to_array<std::u32string_view>({U"我想问", U"我想请", U"我想说", U"请问", U"请大家",
+        U"请帮", U"麻烦", U"帮我", U"关于", U"首先", U"我们先", U"各位", U"大家好"});
+/// With these a 嗯 may be the answer.
+constexpr auto answers = std::to_array<std::u32string_view>({U"好", U"是", U"对", U"行", U"可以",
+    U"没", U"不", U"我也", U"我知道", U"我明白", U"我同意", U"知道", U"明白", U"收到", U"当然"});
+/// A clause may begin with these and cannot begin with them twice.
+constexpr auto saidOnce = std::to_array<std::u32string_view>(
+    {U"我们", U"然后", U"因为", U"所以", U"但是", U"如果", U"我"});
+/// After a pause these open a clause. 因此 and 因为 may still belong to a negation before them.
+constexpr auto clauseOpeners =
+    std::to_array<std::u32string_view>({U"但是", U"所以", U"而且", U"然后"});
+
+/// Cleans from left to right; what is done stands in m_done, and is not looked at again.
+class ChineseLine {
+public:
+    explicit ChineseLine(std::u32string_view line)
+        : m_line(line)
+        , m_simple(line)
+        , m_isTechnical(isTechnical(line))
+    {
+        std::ranges::transform(m_simple, m_simple.begin(), simplified);
+        m_isSegmented = !m_isTechnical && isSegmented();
+    }
+
+    std::u32string cleaned()
+    {
+        if (m_isTechnical)
+            return m_line;
+        while (m_at < m_line.size()) {
+            if (!skipSound() && !skipRepeat() && !joinOrPause() && !widenMark())
+                m_done += m_line[m_at++];
+        }
+        return m_done;
+    }
+
+private:
+    [[nodiscard]] char32_t peek(std::size_t at) const
+    {
+        return at < m_line.size() ? m_line[at] : U'\0';
+    }
+
+    [[nodiscard]] bool isAnyAt(std::size_t at, Phrases phrases) const
+    {
+        const auto rest = std::u32string_view(m_simple).substr(std::min(at, m_simple.size()));
+        return std::ranges::any_of(
+            phrases, [rest](std::u32string_view phrase) { return rest.starts_with(phrase); });
+    }
+
+    [[nodiscard]] std::size_t afterBlanks(std::size_t at) const
+    {
+        while (isBlank(peek(at)))
+            ++at;
+        return at;
+    }
+
+    /// Whether a recogniser has put a space after each word: most are short, and there are words
+    /// among them that nobody pauses after. In a list that is read aloud there are none.
+    [[nodiscard]] bool isSegmented() const
+    {
+        constexpr std::size_t fewest = 5;
+        constexpr std::u32string_view smallWords = U"我你他她它们的了是在不这那有和就也都很去要";
+        std::size_t words = 0;
+        std::size_t single = 0;
+        std::size_t small = 0;
+        for (std::size_t at = afterBlanks(0); at < m_simple.size(); at = afterBlanks(at)) {
+            const std::size_t start = at;
+            while (at < m_simple.size() && !isBlank(m_simple[at]))
+                ++at;
+            ++words;
+            single += at - start == 1 ? 1 : 0;
+            small += at - start == 1 && isOneOf(smallWords, m_simple[start]) ? 1U : 0U;
+        }
+        return words >= fewest && small >= 2 && 3 * single >= words;
+    }
+
+    [[nodiscard]] bool opensSentence() const
+    {
+        return m_done.empty() || endsSentence(m_done.back());
+    }
+
+    [[nodiscard]] bool opensClause() const { return m_done.empty() || isPause(m_done.back()); }
+
+    [[nodiscard]] bool isRightPause(std::size_t at) const
+    {
+        return at >= m_line.size() || isPause(m_line[at])
+            || (!m_isSegmented && isBlank(m_line[at]));
+    }
+
+    /// Steps over a sound that stands alone, with the mark that was its own.
+    bool skipSound()
+    {
+        const char32_t sound = peek(m_at);
+        if (!isOneOf(sounds, sound))
+            return false;
+        std::size_t end = m_at;
+        while (peek(end) == sound)
+            ++end;
+        // 嗯嗯 agrees.
+        if (sound == U'嗯' && end - m_at > 1)
+            return false;
+        return opensSentence() ? skipOpeningSound(end) : skipInnerSound(end);
+    }
+
+    bool skipOpeningSound(std::size_t end)
+    {
+        const bool hasComma = isOneOf(U",，", peek(end));
+        const std::size_t next = afterBlanks(hasComma ? end + 1 : end);
+        const bool isAnswer = peek(m_at) == U'嗯' && !isAnyAt(next, goesOn);
+        const bool isHesitation = hasComma
+            || (peek(m_at) == U'呃' && isOneOf(U"我你您他她这那這", peek(end)))
+            || (!isOneOf(U"额額", peek(m_at)) && isAnyAt(end, goesOn));
+        if (isAnswer || !isHesitation || next >= m_line.size())
+            return false;
+        m_at = next;
+        return true;
+    }
+
+    bool skipInnerSound(std::size_t end)
+    {
+        const bool followsComma = isOneOf(U",，", m_done.back());
+        const bool followsBlank = !m_isSegmented && isBlank(m_done.back());
+        if ((!followsComma && !followsBlank) || !isRightPause(end) || isQuoted())
+            return false;
+        const std::size_t next = afterBlanks(end + (isPause(peek(end)) ? 1 : 0));
+        if (m_line[m_at] == U'嗯' && (next >= m_line.size() || isAnyAt(next, answers)))
+            return false;
+        const bool isTwice = isBlank(peek(end)) || (followsComma && isOneOf(U",，", peek(end)));
+        if (!isTwice)
+            m_done.pop_back(); // It led to the sound; what follows brings its own mark.
+        m_at = isTwice ? afterBlanks(end + 1) : end;
+        return true;
+    }
+
+    /// 他说，嗯
+    [[nodiscard]] bool isQuoted() const
+    {
+        return m_done.size() > 1 && isOneOf(U"说說声聲道喊叫答", m_done[m_done.size() - 2]);
+    }
+
+    bool skipRepeat()
+    {
+        if (!opensClause())
+            return false;
+        const auto rest = std::u32string_view(m_simple).substr(m_at);
+        if (rest.starts_with(U"这这个")) {
+            ++m_at;
+            return true;
+        }
+        for (const std::u32string_view phrase : saidOnce) {
+            const std::size_t length = phrase.size();
+            if (rest.starts_with(phrase) && rest.substr(length).starts_with(phrase)
+                && isHan(peek(m_at + 2 * length))) {
+                m_at += length;
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /// A space between two Han characters: none where a recogniser has put it after each word, and
+    /// a comma where somebody paused before a new clause.
+    bool joinOrPause()
+    {
+        const std::size_t next = afterBlanks(m_at);
+        if (next == m_at || m_done.empty() || !isHan(m_done.back()) || !isHan(peek(next)))
+            return false;
+        if (m_isSegmented)
+            m_at = next;
+        else if (isPauseBefore(next)) {
+            m_done += U'，';
+            m_at = next;
+        } else
+            return false;
+        return true;
+    }
+
+    [[nodiscard]] bool isPauseBefore(std::size_t next) const
+    {
+        constexpr std::size_t shortestClause = 4;
+        constexpr std::u32string_view leadsOn = U"不之是就会會没沒别別要未非";
+        const auto lastOther = std::find_if_not(m_done.rbegin(), m_done.rend(), isHan);
+        return std::distance(m_done.rbegin(), lastOther) >= std::ptrdiff_t{shortestClause}
+        && !isOneOf(leadsOn, m_done.back()) && isAnyAt(next, clauseOpeners) && isHan(peek(next + 2))
+            && isHan(peek(next + 3));
+    }
+
+    /// A narrow mark between Han characters.
+    bool widenMark()
+    {
+        constexpr std::u32string_view narrow = U",?!:;";
+        constexpr std::u32string_view wide = U"，？！：；";
+        const std::size_t mark = narrow.find(peek(m_at));
+        const std::size_t next = afterBlanks(m_at + 1);
+        if (m_done.empty() || !isHan(m_done.back()) || (next < m_line.size() && !isHan(peek(next))))
+            return false;
+        if (mark != std::u32string_view::npos)
+            m_done += wide[mark];
+        else if (peek(m_at) == U'.' && next >= m_line.size())
+            m_done += U'。';
+        else
+            return false;
+        m_at = next;
+        return true;
+    }
+
+    std::u32string m_line;
+    std::u32string m_simple; ///< The same in simplified characters, for comparing.
+    bool m_isTechnical;
+    bool m_isSegmented = false;
+    std::u32string m_done;
+    std::size_t m_at = 0;
+};
+
+} // namespace
+
+std::u32string cleanedChinese(std::u32string_view line, bool isWhole)
+{
+    std::u32string result = ChineseLine(line).cleaned();
+    if (isWhole)
+        result += chineseEndMark(result);
+    return result;
+}
+
+} // namespace tavrin::devcloud

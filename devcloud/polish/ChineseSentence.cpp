@@ -1,0 +1,150 @@
+#include "devcloud/polish/ChineseSentence.h"
+
+#include "devcloud/polish/Characters.h"
+#include "devcloud/polish/Language.h"
+#include "devcloud/polish/Technical.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string>
+
+namespace tavrin::devcloud {
+namespace {
+
+using Phrases = std::span<const std::u32string_view>;
+
+bool holds(std::u32string_view text, std::u32string_view phrase)
+{
+    return text.find(phrase) != std::u32string_view::npos;
+}
+
+bool holdsAny(std::u32string_view text, Phrases phrases)
+{
+    return std::ranges::any_of(phrases, [text](auto phrase) { return holds(text, phrase); });
+}
+
+bool startsWithAny(std::u32string_view text, Phrases phrases)
+{
+    return std::ranges::any_of(phrases, [text](auto phrase) { return text.starts_with(phrase); });
+}
+
+bool endsWithAny(std::u32string_view text, Phrases phrases)
+{
+    return std::ranges::any_of(phrases, [text](auto phrase) { return text.ends_with(phrase); });
+}
+
+/// @p text from behind the last of its marks for which @p isMark is true.
+std::u32string_view behindLast(std::u32string_view text, bool (*isMark)(char32_t))
+{
+    const auto last = std::find_if(text.rbegin(), text.rend(), isMark);
+    return text.substr(static_cast<std::size_t>(text.rend() - last));
+}
+
+/// Whether the text ends in what may be part of an address: "/文档", "/api打不开".
+bool endsInAddress(std::u32string_view text)
+{
+    constexpr std::size_t longestName = 4;
+    const std::u32string_view run = behindLast(text, isBlank);
+    const std::size_t separator = run.find_last_of(U"/\\@");
+    if (separator == std::u32string_view::npos)
+        return false;
+    const auto lastOther = std::find_if_not(run.rbegin(), run.rend(), isHan);
+    const bool isInName = isOneOf(U"/\\", *lastOther);
+    return isInName || lastOther - run.rbegin() < std::ptrdiff_t{longestName};
+}
+
+/// 去不去, 有没有
+bool holdsChoice(std::u32string_view text)
+{
+    for (std::size_t at = 0; at + 2 < text.size(); ++at) {
+        if (text[at] == text[at + 2] && isOneOf(U"不没", text[at + 1]) && isHan(text[at]))
+            return true;
+    }
+    return false;
+}
+
+/// 几 and 哪 are parts of other words too.
+bool holdsUnless(std::u32string_view text, char32_t character, char32_t before, char32_t after)
+{
+    for (std::size_t at = text.find(character); at != std::u32string_view::npos;
+         at = text.find(character, at + 1)) {
+        const bool isOther =
+            (at > 0 && text[at - 1] == before) || (at + 1 < text.size() && text[at + 1] == after);
+        if (!isOther)
+            return true;
+    }
+    return false;
+}
+
+bool mayAsk(std::u32string_view sentence)
+{
+    static constexpr auto asking = std::to_array<std::u32string_view>(
+        {U"吗", U"呢", U"什么", U"怎", U"谁", U"多少", U"多久", U"多大", U"多远", U"多长", U"啥",
+            U"咋", U"如何", U"为何", U"是否", U"能否", U"可否", U"难道", U"还是"});
+    return holdsAny(sentence, asking) || sentence.ends_with(U'吧') || holdsChoice(sentence)
+        || holdsUnless(sentence, U'几', U'茶', U'乎') || holdsUnless(sentence, U'哪', U'\0', U'怕');
+}
+
+/// 你几点到, 这个多少钱: short, addressed to somebody, and with nobody in it who knows or wonders.
+bool isShortQuestion(std::u32string_view clause)
+{
+    constexpr std::size_t longest = 8;
+    static constexpr auto subjects =
+        std::to_array<std::u32string_view>({U"你", U"您", U"这", U"那", U"现在", U"今天", U"明天"});
+    static constexpr auto endings = std::to_array<std::u32string_view>(
+        {U"多少钱", U"在哪里", U"在哪儿", U"在哪", U"是谁", U"是什么", U"怎么样", U"怎么办",
+            U"几点", U"几点了", U"几点到", U"几点来", U"几点去", U"几点走", U"几点起床", U"几点睡",
+            U"几点下班", U"几点上班", U"几点开会", U"几点回来", U"几点有空"});
+    static constexpr auto others = std::to_array<std::u32string_view>({U"知道", U"告诉", U"问",
+        U"明白", U"清楚", U"记得", U"忘", U"看", U"想", U"管", U"猜", U"听", U"说", U"懂", U"无论",
+        U"不论", U"随便", U"都", U"也", U"就", U"不", U"没", U"那几", U"这几"});
+    return clause.size() <= longest && startsWithAny(clause, subjects)
+        && endsWithAny(clause, endings) && !holdsAny(clause, others);
+}
+
+bool surelyAsks(std::u32string_view clause)
+{
+    constexpr std::size_t longestReason = 7;
+    static constexpr auto telling = std::to_array<std::u32string_view>(
+        {U"问", U"不知道", U"想知道", U"好奇", U"说", U"告诉", U"管"});
+    static constexpr auto knowing = std::to_array<std::u32string_view>(
+        {U"知道", U"懂", U"清楚", U"明白", U"说", U"都", U"因为"});
+    static constexpr auto polite = std::to_array<std::u32string_view>({U"请问"});
+    const bool isPolite = startsWithAny(clause, polite);
+    const std::u32string_view asked = isPolite ? clause.substr(polite.front().size()) : clause;
+    if (asked.ends_with(U'吗'))
+        return !holdsAny(asked, telling);
+    if (asked.starts_with(U"为什么"))
+        return asked.size() <= longestReason && !holdsAny(asked, knowing);
+    return isShortQuestion(asked);
+}
+
+/// A name, a title or a word alone is no sentence; these are in nearly every one.
+bool isSentence(std::u32string_view sentence)
+{
+    constexpr std::u32string_view usual =
+        U"我你您他她它们咱这那的了着过得是有没不别在把被让给就也都再才又很"
+        U"太最更已想说看走来去到买卖写吃喝做找请帮谢跟从叫等刚真向啊";
+    static constexpr auto phrases = std::to_array<std::u32string_view>(
+        {U"可以", U"然后", U"大家", U"天天", U"常常", U"因为", U"但是"});
+    return std::ranges::any_of(sentence, [usual](char32_t c) { return isOneOf(usual, c); })
+        || holdsAny(sentence, phrases);
+}
+
+} // namespace
+
+std::u32string_view chineseEndMark(std::u32string_view text)
+{
+    if (text.empty() || !isHan(text.back()) || isTechnical(text) || isListItem(text)
+        || endsInAddress(text))
+        return {};
+    std::u32string simple(text);
+    std::ranges::transform(simple, simple.begin(), simplified);
+    const std::u32string_view sentence = behindLast(simple, endsSentence);
+    if (surelyAsks(behindLast(sentence, isPause)))
+        return U"？";
+    return mayAsk(sentence) || !isSentence(sentence) ? U"" : U"。";
+}
+
+} // namespace tavrin::devcloud

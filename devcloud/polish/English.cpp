@@ -1,0 +1,221 @@
+#include "devcloud/polish/Cleanup.h"
+#include "devcloud/polish/EnglishLine.h"
+#include "devcloud/polish/EnglishSentence.h"
+#include "devcloud/polish/EnglishWords.h"
+#include "devcloud/polish/Technical.h"
+#include "devcloud/polish/WordList.h"
+#include "devcloud/text/Ascii.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+namespace tavrin::devcloud {
+namespace {
+
+bool isAllCapitals(const Run& run)
+{
+    return std::ranges::all_of(run.word, isAsciiUpper);
+}
+
+/// "um", "uh" …; capitals ("UM") are short for something.
+bool isSound(const Run& run)
+{
+    static constexpr auto sounds =
+        std::to_array<std::u32string_view>({U"um", U"umm", U"uh", U"uhh", U"uhm", U"erm", U"er"});
+    return contains(sounds, run.small) && run.opening.empty() && !isAllCapitals(run);
+}
+
+/// Takes out the sounds that stand alone, with the marks that were their own.
+class SoundRemover {
+public:
+    explicit SoundRemover(Runs runs)
+        : m_runs(std::move(runs))
+    {
+    }
+
+    Runs withoutSounds()
+    {
+        for (m_at = 0; m_at < m_runs.size(); ++m_at) {
+            if (!isSound(m_runs[m_at]) || !skip())
+                m_kept.push_back(std::move(m_runs[m_at]));
+        }
+        return std::move(m_kept);
+    }
+
+private:
+    [[nodiscard]] bool isLast() const { return m_at + 1 == m_runs.size(); }
+
+    bool skip()
+    {
+        const Run& sound = m_runs[m_at];
+        if (m_kept.empty() || m_kept.back().endsSentence()) {
+            if (isLast() || !opens(sound, m_runs[m_at + 1]))
+                return false;
+            handOn(sound, m_runs[m_at + 1]);
+            return true;
+        }
+        Run& before = m_kept.back();
+        if (!before.endsWithComma() || quotes(before))
+            return false;
+        if (sound.endsWithComma() && !isLast()) {
+            if (leadsOn(before))
+                before.closing.clear();
+            return true;
+        }
+        if (!isLast() || (!sound.closing.empty() && !sound.endsSentence()))
+            return false;
+        before.closing = sound.closing;
+        return true;
+    }
+
+    /// Whether @p sound only opens what goes on with @p next.
+    static bool opens(const Run& sound, const Run& next)
+    {
+        if (sound.endsWithComma() || sound.closing == U".")
+            return true;
+        return sound.closing.empty() && sound.small != U"er"
+            && (opensProse(next.small) || isSound(next));
+    }
+
+    /// The place at the beginning, and the capital that belongs there.
+    static void handOn(const Run& sound, Run& next)
+    {
+        next.blanks = sound.blanks;
+        if (!sound.isSmall() && (isEnglish(next.small) || isSound(next)) && next.isSmall())
+            next.capitalize();
+    }
+
+    /// "She said, um."
+    static bool quotes(const Run& run)
+    {
+        static constexpr auto verbs = std::to_array<std::u32string_view>(
+            {U"say", U"says", U"said", U"saying", U"goes", U"went", U"like", U"word"});
+        return contains(verbs, run.small);
+    }
+
+    /// Whether a word cannot end a clause, so that a comma behind it was only the sound's.
+    static bool leadsOn(const Run& run)
+    {
+        static constexpr auto words = std::to_array<std::u32string_view>({U"i", U"we", U"he",
+            U"she", U"they", U"the", U"a", U"an", U"my", U"your", U"our", U"their", U"of", U"and",
+            U"or", U"but", U"because", U"if", U"very", U"i'm", U"we're", U"it's"});
+        return contains(words, run.small);
+    }
+
+    Runs m_runs;
+    Runs m_kept;
+    std::size_t m_at = 0;
+};
+
+/// Without words that are said twice and cannot be meant twice: "the the", and "I I" that opens a
+/// sentence. "You you", "had had", "that that" … can.
+Runs withoutRepeats(Runs runs)
+{
+    static constexpr auto anywhere =
+        std::to_array<std::u32string_view>({U"the", U"an", U"our", U"their"});
+    Runs kept;
+    for (Run& run : runs) {
+        const bool isSecond = !kept.empty() && kept.back().closing.empty() && run.opening.empty()
+            && kept.back().small == run.small && (run.isSmall() || run.small == U"i");
+        const bool opens =
+            kept.size() == 1 || (kept.size() > 1 && kept[kept.size() - 2].endsSentence());
+        const bool isStammered = contains(anywhere, run.small) || (opens && run.small == U"i");
+        // With a mark behind it, it may be a name or a letter.
+        if (!isSecond || !isStammered || !run.closing.empty())
+            kept.push_back(std::move(run));
+    }
+    return kept;
+}
+
+/// "I" in all its forms; a lone letter beside words of programming is a name there.
+bool isPronoun(const Runs& runs, std::size_t at)
+{
+    static constexpr auto forms =
+        std::to_array<std::u32string_view>({U"i'm", U"i'll", U"i've", U"i'd"});
+    static constexpr auto before = std::to_array<std::u32string_view>({U"variable", U"index",
+        U"letter", U"counter", U"parameter", U"integer", U"loop", U"int", U"let", U"for", U"called",
+        U"named", U"character", U"type", U"vitamin", U"world", U"war"});
+    static constexpr auto behind = std::to_array<std::u32string_view>({U"in", U"is", U"equals",
+        U"plus", U"minus", U"times", U"to", U"of", U"becomes", U"goes", U"runs"});
+    if (contains(forms, runs[at].small))
+        return true;
+    const bool followsName = at > 0 && contains(before, runs[at - 1].small);
+    const bool leadsName = at + 1 < runs.size() && contains(behind, runs[at + 1].small);
+    return runs[at].small == U"i" && !followsName && !leadsName;
+}
+
+/// Days and months, but for "march", "may" and "august", which are words of other meanings too.
+bool isDayOrMonth(std::u32string_view word)
+{
+    static constexpr auto names = std::to_array<std::u32string_view>({U"monday", U"tuesday",
+        U"wednesday", U"thursday", U"friday", U"saturday", U"sunday", U"january", U"february",
+        U"april", U"june", U"july", U"september", U"october", U"november", U"december"});
+    if (word.ends_with(U"'s"))
+        word.remove_suffix(2);
+    else if (word.ends_with(U's'))
+        word.remove_suffix(1);
+    return contains(names, word);
+}
+
+/// Whether a sentence has ended beyond doubt before the run at @p at.
+bool followsSentence(const Runs& runs, std::size_t at)
+{
+    const Run& before = runs[at - 1];
+    return before.endsSentence() && before.closing.size() == 1 && mayEndSentence(before);
+}
+
+/// A word that opens a sentence is left as it is when it may be the name of a program.
+bool wantsCapital(const Runs& runs, std::size_t at, bool opensText, bool technical)
+{
+    const Run& run = runs[at];
+    if (!technical && (isDayOrMonth(run.small) || isPronoun(runs, at)))
+        return true;
+    const bool isKnown = opensProse(run.small) || (!technical && isEnglish(run.small));
+    const bool opens = at == 0 ? opensText : !technical && followsSentence(runs, at);
+    return opens && isKnown && run.opening.empty();
+}
+
+void capitalize(Runs& runs, bool opensText, bool technical)
+{
+    for (std::size_t at = 0; at < runs.size(); ++at) {
+        if (runs[at].isPlain() && runs[at].isSmall()
+            && wantsCapital(runs, at, opensText, technical))
+            runs[at].capitalize();
+    }
+}
+
+void collapseBlanks(Runs& runs)
+{
+    for (std::size_t at = 1; at < runs.size(); ++at) {
+        if (runs[at - 1].isPlain() && runs[at].isPlain())
+            runs[at].blanks = U" ";
+    }
+}
+
+std::u32string_view endMark(const Runs& runs)
+{
+    const auto lastEnd =
+        std::find_if(runs.rbegin(), runs.rend(), [](const Run& run) { return run.endsSentence(); });
+    return englishEndMark({lastEnd.base(), runs.end()});
+}
+
+} // namespace
+
+std::u32string cleanedEnglish(std::u32string_view line, bool opensText, bool isWhole)
+{
+    const bool isLabel = runsOf(line).empty() || runsOf(line).front().closing == U":";
+    const bool technical = isTechnical(line) || isListItem(line) || isLabel;
+    Runs runs = runsOf(line);
+    if (!technical) {
+        runs = withoutRepeats(SoundRemover(std::move(runs)).withoutSounds());
+        collapseBlanks(runs);
+    }
+    capitalize(runs, opensText, technical);
+    std::u32string text = textOf(runs);
+    if (isWhole && !technical)
+        text += endMark(runs);
+    return text;
+}
+
+} // namespace tavrin::devcloud

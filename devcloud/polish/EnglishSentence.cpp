@@ -1,0 +1,120 @@
+#include "devcloud/polish/EnglishSentence.h"
+
+#include "devcloud/polish/WordList.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tavrin::devcloud {
+namespace {
+
+using Sentence = std::span<const Run>;
+
+constexpr auto auxiliaries = std::to_array<std::u32string_view>(
+    {U"is", U"are", U"am", U"was", U"were", U"do", U"does", U"did", U"can", U"could", U"will",
+        U"would", U"should", U"shall", U"may", U"might", U"must", U"have", U"has", U"had", U"isn't",
+        U"aren't", U"wasn't", U"weren't", U"don't", U"doesn't", U"didn't", U"can't", U"couldn't",
+        U"won't", U"wouldn't", U"shouldn't", U"haven't", U"hasn't"});
+constexpr auto askingWords = std::to_array<std::u32string_view>(
+    {U"who", U"what", U"when", U"where", U"why", U"how", U"which", U"whose", U"whom", U"who's",
+        U"what's", U"where's", U"how's", U"why's", U"when's", U"any", U"anyone", U"anybody"});
+constexpr auto subjects = std::to_array<std::u32string_view>(
+    {U"i", U"we", U"you", U"he", U"she", U"it", U"they", U"anyone", U"anybody", U"there"});
+constexpr auto determiners = std::to_array<std::u32string_view>(
+    {U"the", U"this", U"that", U"these", U"those", U"my", U"your", U"his", U"our", U"their"});
+constexpr auto forms = std::to_array<std::u32string_view>({U"is", U"are", U"was", U"were"});
+
+bool isIn(WordList words, const Run& run)
+{
+    return contains(words, run.small);
+}
+
+/// Whether something is said behind the question as well: "can you help me i am lost".
+bool runsOn(Sentence rest)
+{
+    static constexpr auto speakers = std::to_array<std::u32string_view>({U"i", U"we", U"he", U"she",
+        U"they", U"i'm", U"we're", U"it's", U"i'll", U"i've", U"but", U"so", U"otherwise"});
+    static constexpr auto joining = std::to_array<std::u32string_view>(
+        {U"if", U"whether", U"when", U"where", U"what", U"why", U"how", U"who", U"that", U"which",
+            U"because", U"and", U"or", U"think", U"know", U"say", U"said", U"than", U"until",
+            U"before", U"after", U"while", U"since", U"as", U"thing", U"way", U"time"});
+    for (std::size_t at = 0; at < rest.size(); ++at) {
+        if (isIn(speakers, rest[at]) && (at == 0 || !isIn(joining, rest[at - 1])))
+            return true;
+    }
+    return false;
+}
+
+bool surelyAsks(Sentence sentence)
+{
+    constexpr std::size_t longest = 12;
+    static constexpr auto openings =
+        std::to_array<std::u32string_view>({U"what", U"where", U"when", U"why", U"who", U"how"});
+    // They open wishes and conditions too: "should you need help", "had i known".
+    static constexpr auto notOpening =
+        std::to_array<std::u32string_view>({U"should", U"had", U"were", U"must", U"might"});
+    if (sentence.size() < 2 || sentence.size() > longest)
+        return false;
+    const bool hasOpening = isIn(openings, sentence[0]);
+    const Sentence rest = sentence.subspan(hasOpening ? 1 : 0);
+    if (rest.size() < 2 || !isIn(auxiliaries, rest[0]) || isIn(notOpening, rest[0]))
+        return false;
+    const std::u32string& verb = rest[0].small;
+    const bool mayCommand = !hasOpening && (verb == U"do" || verb == U"have" || verb == U"don't");
+    const bool commands = mayCommand && (rest[1].small == U"it" || rest[1].small == U"there");
+    if (isIn(subjects, rest[1]))
+        return !commands && !runsOn(rest.subspan(2));
+    // "Is the build green", "what is the plan"; with a second verb it may be part of a statement.
+    constexpr std::size_t longestPlain = 8;
+    return isIn(determiners, rest[1]) && !mayCommand && rest.size() <= longestPlain
+        && (isIn(forms, rest[0]) || verb == U"did" || verb == U"does")
+        && std::ranges::none_of(rest.subspan(2), [](const Run& run) {
+               return isIn(auxiliaries, run) || isIn(askingWords, run) || isIn(subjects, run);
+           });
+}
+
+bool mayAsk(Sentence sentence)
+{
+    static constexpr auto objects = std::to_array<std::u32string_view>({U"it", U"not", U"this",
+        U"that", U"a", U"an", U"the", U"your", U"my", U"nothing", U"me", U"be", U"some"});
+    static constexpr auto ordering = std::to_array<std::u32string_view>({U"do", U"have", U"don't"});
+    static constexpr auto tags =
+        std::to_array<std::u32string_view>({U"right", U"okay", U"ok", U"yeah", U"yes", U"no"});
+    const bool hasTag = sentence.size() > 2 && sentence[sentence.size() - 2].endsWithComma()
+        && isIn(tags, sentence.back());
+    if (hasTag || isIn(askingWords, sentence[0]))
+        return true;
+    if (!isIn(auxiliaries, sentence[0]))
+        return false;
+    const bool orders = isIn(ordering, sentence[0]) && sentence.size() > 1
+        && (isIn(objects, sentence[1])
+            || (sentence[0].small == U"don't" && !isIn(subjects, sentence[1])));
+    return !orders;
+}
+
+/// A name, a title or a word alone is no sentence.
+bool isSentence(Sentence sentence)
+{
+    constexpr std::size_t longEnough = 4;
+    static constexpr auto greetings = std::to_array<std::u32string_view>(
+        {U"hello", U"hi", U"hey", U"thanks", U"thank", U"yes", U"no", U"okay", U"ok", U"good",
+            U"goodbye", U"bye", U"sorry", U"sure", U"please", U"congratulations", U"welcome"});
+    static constexpr auto clear = std::to_array<std::u32string_view>({U"i", U"we", U"you", U"he",
+        U"she", U"it", U"they", U"i'm", U"it's", U"that's", U"we're", U"there's", U"let's"});
+    return sentence.size() >= longEnough || isIn(greetings, sentence[0])
+        || std::ranges::any_of(
+            sentence, [](const Run& run) { return isIn(auxiliaries, run) || isIn(clear, run); });
+}
+
+} // namespace
+
+std::u32string_view englishEndMark(Sentence sentence)
+{
+    if (sentence.empty() || !sentence.back().isPlain() || !sentence.back().closing.empty())
+        return {};
+    if (surelyAsks(sentence))
+        return U"?";
+    return mayAsk(sentence) || !isSentence(sentence) ? U"" : U".";
+}
+
+} // namespace tavrin::devcloud
