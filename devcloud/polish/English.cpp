@@ -115,14 +115,16 @@ Runs withoutRepeats(Runs runs)
     static constexpr auto anywhere =
         std::to_array<std::u32string_view>({U"the", U"an", U"our", U"their"});
     Runs kept;
-    for (Run& run : runs) {
+    for (std::size_t at = 0; at < runs.size(); ++at) {
+        Run& run = runs[at];
         const bool isSecond = !kept.empty() && kept.back().closing.empty() && run.opening.empty()
             && kept.back().small == run.small && (run.isSmall() || run.small == U"i");
         const bool opens =
             kept.size() == 1 || (kept.size() > 1 && kept[kept.size() - 2].endsSentence());
         const bool isStammered = contains(anywhere, run.small) || (opens && run.small == U"i");
-        // With a mark behind it, it may be a name or a letter.
-        if (!isSecond || !isStammered || !run.closing.empty())
+        // With nothing or a mark behind it, it may be a name or a letter.
+        const bool leadsOn = at + 1 < runs.size() && run.closing.empty();
+        if (!isSecond || !isStammered || !leadsOn)
             kept.push_back(std::move(run));
     }
     return kept;
@@ -204,9 +206,9 @@ std::u32string_view endMark(const Runs& runs)
 
 std::u32string cleanedEnglish(std::u32string_view line, bool opensText, bool isWhole)
 {
-    const bool isLabel = runsOf(line).empty() || runsOf(line).front().closing == U":";
-    const bool technical = isTechnical(line) || isListItem(line) || isLabel;
     Runs runs = runsOf(line);
+    const bool isLabel = runs.empty() || runs.front().closing == U":";
+    const bool technical = isLabel || isTechnical(line) || isListItem(line);
     if (!technical) {
         runs = withoutRepeats(SoundRemover(std::move(runs)).withoutSounds());
         collapseBlanks(runs);

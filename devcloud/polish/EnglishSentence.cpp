@@ -73,6 +73,27 @@ bool surelyAsks(Sentence sentence)
            });
 }
 
+/// "So what do you think", "i have a question is it ready": a verb before its subject, or a word
+/// that asks before a verb.
+bool holdsInversion(Sentence sentence)
+{
+    static constexpr auto before = std::to_array<std::u32string_view>(
+        {U"so", U"and", U"but", U"well", U"okay", U"ok", U"then", U"now", U"or", U"yes", U"no"});
+    static constexpr auto withObject =
+        std::to_array<std::u32string_view>({U"have", U"has", U"had", U"do", U"does", U"did"});
+    for (std::size_t at = 0; at + 1 < sentence.size(); ++at) {
+        const Run& run = sentence[at];
+        const Run& next = sentence[at + 1];
+        const bool isObject = isIn(withObject, run) && next.small == U"it";
+        const bool isInverted = isIn(auxiliaries, run) && isIn(subjects, next) && !isObject;
+        const bool asks = (isIn(askingWords, run) && isIn(auxiliaries, next))
+            || (isIn(before, run) && isIn(askingWords, next));
+        if (isInverted || asks)
+            return true;
+    }
+    return false;
+}
+
 bool mayAsk(Sentence sentence)
 {
     static constexpr auto objects = std::to_array<std::u32string_view>({U"it", U"not", U"this",
@@ -82,10 +103,13 @@ bool mayAsk(Sentence sentence)
         std::to_array<std::u32string_view>({U"right", U"okay", U"ok", U"yeah", U"yes", U"no"});
     const bool hasTag = sentence.size() > 2 && sentence[sentence.size() - 2].endsWithComma()
         && isIn(tags, sentence.back());
-    if (hasTag || isIn(askingWords, sentence[0]))
+    // "They did what"
+    static constexpr auto echoes =
+        std::to_array<std::u32string_view>({U"what", U"who", U"where", U"when", U"which"});
+    if (hasTag || isIn(askingWords, sentence[0]) || isIn(echoes, sentence.back()))
         return true;
     if (!isIn(auxiliaries, sentence[0]))
-        return false;
+        return holdsInversion(sentence);
     const bool orders = isIn(ordering, sentence[0]) && sentence.size() > 1
         && (isIn(objects, sentence[1])
             || (sentence[0].small == U"don't" && !isIn(subjects, sentence[1])));
@@ -99,8 +123,8 @@ bool isSentence(Sentence sentence)
     static constexpr auto greetings = std::to_array<std::u32string_view>(
         {U"hello", U"hi", U"hey", U"thanks", U"thank", U"yes", U"no", U"okay", U"ok", U"good",
             U"goodbye", U"bye", U"sorry", U"sure", U"please", U"congratulations", U"welcome"});
-    static constexpr auto clear = std::to_array<std::u32string_view>({U"i", U"we", U"you", U"he",
-        U"she", U"it", U"they", U"i'm", U"it's", U"that's", U"we're", U"there's", U"let's"});
+    static constexpr auto clear = std::to_array<std::u32string_view>({U"i", U"we", U"he", U"she",
+        U"it", U"they", U"i'm", U"it's", U"that's", U"we're", U"there's", U"let's"});
     return sentence.size() >= longEnough || isIn(greetings, sentence[0])
         || std::ranges::any_of(
             sentence, [](const Run& run) { return isIn(auxiliaries, run) || isIn(clear, run); });

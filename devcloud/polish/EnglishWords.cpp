@@ -133,10 +133,10 @@ constexpr std::u32string_view foreign =
     U"der das und ist nicht ich ein eine einen mit für auf dem von zu sie wir ihr auch aber oder "
     U"wenn uhr dass sind haben bin bist immer noch denn nur schon dann habe hatte mir mich dir "
     U"dich "
-    U"les un une des du et est pas je tu il elle nous vous ils que qui dans pour avec ce cette "
+    U"les une des du et est pas je tu il elle nous vous ils que qui dans pour avec ce cette "
     U"mais "
-    U"ne el los las una es se por como pero muy este esta yo mi lo gli di che non sono questo ho "
-    U"os uma em não eu você ele ela mas meu het een niet ik zijn voor maar ook geen goed dat "
+    U"ne una es se por como pero muy este esta mi lo gli di che non sono questo ho "
+    U"uma em não eu você ele ela mas meu het een niet ik zijn voor maar ook geen goed dat "
     U"och att det som är jag inte og jeg ikke jest nie się ang ng mga saya yang dan";
 
 constexpr std::u32string_view proseOpeners =
@@ -146,7 +146,9 @@ constexpr std::u32string_view proseOpeners =
     U"didn't won't wouldn't couldn't isn't aren't wasn't weren't haven't hasn't i i'm i'll i've "
     U"i'd "
     U"it's he's she's we're we'll we've we'd they're they'll they've you're you'll you've you'd "
-    U"that's there's what's who's where's let's can could would should";
+    U"that's there's what's who's where's let's can could would should so well but also now yeah "
+    U"no "
+    U"our";
 
 constexpr std::u32string_view commands =
     U"sudo apt apt-get cd ls rm cp mv mkdir rmdir chmod chown ssh scp curl wget grep sed awk cat "
@@ -173,9 +175,9 @@ bool isForm(const Words& words, std::u32string_view word, std::u32string_view en
     constexpr std::size_t shortestStem = 2;
     if (!word.ends_with(ending) || word.size() < ending.size() + shortestStem)
         return false;
-    std::u32string stem(word.substr(0, word.size() - ending.size()));
-    stem += original;
-    return words.contains(stem);
+    const std::u32string_view stem = word.substr(0, word.size() - ending.size());
+    return original.empty() ? words.contains(stem)
+                            : words.contains(std::u32string(stem) + std::u32string(original));
 }
 
 } // namespace

@@ -66,7 +66,7 @@ std::u32string letter(std::u32string_view text, Language language)
     result += joined(std::span(sentences).subspan(parts.greeting, bodySize));
     if (parts.closing > 0)
         return result + U"\n\n" + joined(std::span(sentences).last(parts.closing));
-    return result.append(closing.in(text, language));
+    return mayClose(sentences.back()) ? result : result.append(closing.in(text, language));
 }
 
 } // namespace

@@ -14,8 +14,8 @@ constexpr auto hanGreetings = std::to_array<std::u32string_view>(
     {U"您好", U"你好", U"大家好", U"早上好", U"上午好", U"下午好", U"晚上好", U"早安", U"午安"});
 constexpr auto hanAddresses =
     std::to_array<std::u32string_view>({U"尊敬的", U"敬爱的", U"敬愛的", U"亲爱的", U"親愛的"});
-constexpr auto hanClosings = std::to_array<std::u32string_view>(
-    {U"此致敬礼", U"此致敬禮", U"祝好", U"顺祝商祺", U"順頌商祺", U"顺颂商祺", U"敬上"});
+constexpr auto hanClosings = std::to_array<std::u32string_view>({U"此致敬礼", U"此致敬禮",
+    U"此致 敬礼", U"此致 敬禮", U"此致", U"祝好", U"顺祝商祺", U"順頌商祺", U"顺颂商祺", U"敬上"});
 constexpr auto closings = std::to_array<std::u32string_view>({U"best regards", U"kind regards",
     U"warm regards", U"yours sincerely", U"yours truly", U"yours faithfully", U"sincerely",
     U"best wishes", U"with best regards", U"with kind regards"});
@@ -70,7 +70,7 @@ bool isHanGreeting(std::u32string_view sentence)
         if (!words.ends_with(greeting) || words.size() > greeting.size() + longestAddress)
             return false;
         return words.find_first_of(verbs) == std::u32string_view::npos
-            && std::ranges::all_of(words, isHan);
+            && std::ranges::all_of(words, [](char32_t c) { return isHan(c) || c == U'，'; });
     });
 }
 
@@ -125,7 +125,23 @@ bool mayGreet(std::u32string_view text)
     };
     const std::u32string_view line = text.substr(0, text.find(U'\n'));
     return std::ranges::any_of(hanGreetings, opens) || std::ranges::any_of(hanAddresses, opens)
-        || greetingLength(runsOf(line)) > 0 || isHanGreeting(line.substr(0, line.find(U'，')));
+        || greetingLength(runsOf(line)) > 0
+        || isHanGreeting(line.substr(0, line.find_first_of(U"。！")))
+        || isHanGreeting(line.substr(0, line.find(U'，')));
+}
+
+bool mayClose(const Sentence& last)
+{
+    static constexpr auto openings = std::to_array<std::u32string_view>(
+        {U"best", U"yours", U"cheers", U"regards", U"sincerely", U"thanks"});
+    const Runs runs = runsOf(last.text);
+    const bool isEnglishClose =
+        !runs.empty() && runs[0].endsWithComma() && contains(openings, runs[0].small);
+    const std::u32string_view words = withoutMarks(last.text);
+    return isEnglishClose || std::ranges::any_of(hanClosings, [words](std::u32string_view closing) {
+        return words.ends_with(closing)
+            || (words.starts_with(closing) && !isHan(words[closing.size()]));
+    });
 }
 
 } // namespace tavrin::devcloud

@@ -74,7 +74,9 @@ TEST(CorpusWordsTest, TheCheckSeesEachKindOfFault)
 TEST(CorpusWordsTest, WhatIsWantedKeepsEveryWord)
 {
     for (const CorpusEntry& entry : corpus())
-        EXPECT_EQ(faultOf(entry.said, insideFrame(entry.wanted, entry.style), entry.removed), "")
+        EXPECT_EQ(
+            faultOf(entry.said, insideFrame(entry.said, entry.wanted, entry.style), entry.removed),
+            "")
             << entry.place;
 }
 
@@ -82,7 +84,7 @@ TEST(CorpusWordsTest, NoStyleAddsLosesOrTearsAWord)
 {
     for (const CorpusEntry& entry : corpus()) {
         for (const Style style : allStyles) {
-            const std::string written = insideFrame(polish(entry.said, style), style);
+            const std::string written = insideFrame(entry.said, polish(entry.said, style), style);
             EXPECT_EQ(faultOf(entry.said, written, entry.removed), "")
                 << entry.place << " in style " << static_cast<int>(style);
         }
@@ -149,7 +151,7 @@ TEST(CorpusWordsTest, WordsInAnyOrderAreKept)
     for (int round = 0; round < 500; ++round) {
         const std::string text = randomText(random);
         for (const Style style : allStyles)
-            ASSERT_EQ(faultOf(text, insideFrame(polish(text, style), style)), "") << text;
+            ASSERT_EQ(faultOf(text, insideFrame(text, polish(text, style), style)), "") << text;
     }
 }
 

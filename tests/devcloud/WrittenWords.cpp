@@ -213,6 +213,13 @@ std::vector<std::string> signsOf(const std::string& text)
     return result;
 }
 
+/// Without the line breaks around it.
+std::string_view withoutBreaks(std::string_view text)
+{
+    const std::size_t start = text.find_first_not_of('\n');
+    return text.substr(start, text.find_last_not_of('\n') - start + 1);
+}
+
 } // namespace
 
 std::string faultOf(const std::string& said, const std::string& written,
@@ -226,14 +233,13 @@ std::string faultOf(const std::string& said, const std::string& written,
         return "a word was added, lost or reordered: " + written;
     if (std::string fault = spacingFault(saidText, writtenText, *origin); !fault.empty())
         return fault;
-    for (const std::string& sign : signsOf(said)) {
-        if (written.find(sign) == std::string::npos)
-            return sign + " did not arrive as it was: " + written;
-    }
-    return {};
+    const std::vector<std::string> signs = signsOf(said);
+    const auto lost = std::ranges::find_if(signs,
+        [&written](const std::string& sign) { return written.find(sign) == std::string::npos; });
+    return lost == signs.end() ? "" : *lost + " did not arrive as it was: " + written;
 }
 
-std::string insideFrame(const std::string& written, Style style)
+std::string insideFrame(const std::string& said, const std::string& written, Style style)
 {
     static constexpr std::array<std::string_view, 8> openings{"您好：\n\n", "Hello,\n\n",
         "会议记录：\n", "會議記錄：\n", "Meeting notes:\n", "任务：\n", "任務：\n", "Task:\n"};
@@ -245,13 +251,13 @@ std::string insideFrame(const std::string& written, Style style)
     if (!hasFrame)
         return written;
     for (const std::string_view opening : openings) {
-        if (inside.starts_with(opening)) {
+        if (inside.starts_with(opening) && !said.starts_with(withoutBreaks(opening))) {
             inside.remove_prefix(opening.size());
             break;
         }
     }
     for (const std::string_view closing : closings) {
-        if (inside.ends_with(closing)) {
+        if (inside.ends_with(closing) && !said.ends_with(withoutBreaks(closing))) {
             inside.remove_suffix(closing.size());
             break;
         }

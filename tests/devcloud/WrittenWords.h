@@ -18,7 +18,7 @@ enum class Removal { AllOf, AnyOf };
 std::string faultOf(const std::string& said, const std::string& written,
     const std::vector<std::string>& removed = {}, Removal removal = Removal::AllOf);
 
-/// A text without the words that @p style puts around it.
-std::string insideFrame(const std::string& written, Style style);
+/// A written text without the words that @p style has put around it.
+std::string insideFrame(const std::string& said, const std::string& written, Style style);
 
 } // namespace tavrin::devcloud::testing
