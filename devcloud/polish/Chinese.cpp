@@ -200,8 +200,8 @@ private:
         constexpr std::u32string_view leadsOn = U"不之是就会會没沒别別要未非";
         const auto lastOther = std::find_if_not(m_done.rbegin(), m_done.rend(), isHan);
         return std::distance(m_done.rbegin(), lastOther) >= std::ptrdiff_t{shortestClause}
-        && !isOneOf(leadsOn, m_done.back()) && isAnyAt(next, clauseOpeners) && isHan(peek(next + 2))
-            && isHan(peek(next + 3));
+        && !isOneOf(leadsOn, m_done.back()) && isAnyAt(next, clauseOpeners)
+            && peek(next + 2) != U'然' && isHan(peek(next + 2)) && isHan(peek(next + 3));
     }
 
     /// A narrow mark between Han characters.
