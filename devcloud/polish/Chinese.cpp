@@ -17,9 +17,8 @@ using Phrases = std::span<const std::u32string_view>;
 constexpr std::u32string_view sounds = U"嗯呃额額";
 
 /// What a speaker goes on with after he has won time, and nobody after an answer.
-constexpr auto goesOn =
-    std::to_array<std::u32string_view>({U"我想问", U"我想请", U"我想说", U"请问", U"请大家",
-        U"请帮", U"麻烦", U"帮我", U"关于", U"首先", U"我们先", U"各位", U"大家好"});
+constexpr auto goesOn = std::to_array<std::u32string_view>({U"我想问", U"我想请", U"我想说",
+    U"请问", U"请大家", U"请帮", U"麻烦", U"帮我", U"关于", U"首先", U"各位", U"大家好"});
 /// With these a 嗯 may be the answer.
 constexpr auto answers = std::to_array<std::u32string_view>({U"好", U"是", U"对", U"行", U"可以",
     U"没", U"不", U"我也", U"我知道", U"我明白", U"我同意", U"知道", U"明白", U"收到", U"当然"});
@@ -110,7 +109,7 @@ private:
     bool skipSound()
     {
         const char32_t sound = peek(m_at);
-        if (!isOneOf(sounds, sound))
+        if (!isOneOf(sounds, sound) || (!m_done.empty() && m_done.back() == sound))
             return false;
         std::size_t end = m_at;
         while (peek(end) == sound)
@@ -167,10 +166,12 @@ private:
             return true;
         }
         for (const std::u32string_view phrase : saidOnce) {
-            const std::size_t length = phrase.size();
-            if (rest.starts_with(phrase) && rest.substr(length).starts_with(phrase)
-                && isHan(peek(m_at + 2 * length))) {
-                m_at += length;
+            std::size_t times = 0;
+            while (rest.substr(times * phrase.size()).starts_with(phrase))
+                ++times;
+            // With nothing behind it, it may be all that was meant.
+            if (times > 1 && isHan(peek(m_at + times * phrase.size()))) {
+                m_at += (times - 1) * phrase.size();
                 return true;
             }
         }
@@ -181,8 +182,10 @@ private:
     /// a comma where somebody paused before a new clause.
     bool joinOrPause()
     {
+        if (m_done.empty() || !isHan(m_done.back()))
+            return false;
         const std::size_t next = afterBlanks(m_at);
-        if (next == m_at || m_done.empty() || !isHan(m_done.back()) || !isHan(peek(next)))
+        if (next == m_at || !isHan(peek(next)))
             return false;
         if (m_isSegmented)
             m_at = next;
@@ -210,15 +213,15 @@ private:
         constexpr std::u32string_view narrow = U",?!:;";
         constexpr std::u32string_view wide = U"，？！：；";
         const std::size_t mark = narrow.find(peek(m_at));
+        const bool isStop = peek(m_at) == U'.';
+        if (m_done.empty() || !isHan(m_done.back())
+            || (mark == std::u32string_view::npos && !isStop))
+            return false;
         const std::size_t next = afterBlanks(m_at + 1);
-        if (m_done.empty() || !isHan(m_done.back()) || (next < m_line.size() && !isHan(peek(next))))
+        const bool isLast = next >= m_line.size();
+        if (isStop ? !isLast : !isLast && !isHan(peek(next)))
             return false;
-        if (mark != std::u32string_view::npos)
-            m_done += wide[mark];
-        else if (peek(m_at) == U'.' && next >= m_line.size())
-            m_done += U'。';
-        else
-            return false;
+        m_done += isStop ? U'。' : wide[mark];
         m_at = next;
         return true;
     }
