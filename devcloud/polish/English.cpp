@@ -130,21 +130,36 @@ Runs withoutRepeats(Runs runs)
     return kept;
 }
 
-/// "I" in all its forms; a lone letter beside words of programming is a name there.
+/// "I" in all its forms. A lone letter is that only where a speaker can stand: beside his verb, or
+/// behind a word that wants a subject; elsewhere it may be a variable.
 bool isPronoun(const Runs& runs, std::size_t at)
 {
     static constexpr auto forms =
         std::to_array<std::u32string_view>({U"i'm", U"i'll", U"i've", U"i'd"});
-    static constexpr auto before = std::to_array<std::u32string_view>({U"variable", U"index",
+    static constexpr auto names = std::to_array<std::u32string_view>({U"variable", U"index",
         U"letter", U"counter", U"parameter", U"integer", U"loop", U"int", U"let", U"for", U"called",
-        U"named", U"character", U"type", U"vitamin", U"world", U"war"});
-    static constexpr auto behind = std::to_array<std::u32string_view>({U"in", U"is", U"equals",
-        U"plus", U"minus", U"times", U"to", U"of", U"becomes", U"goes", U"runs"});
+        U"named", U"character", U"type", U"vitamin", U"world", U"war", U"point", U"set"});
+    static constexpr auto operators = std::to_array<std::u32string_view>({U"in", U"is", U"equals",
+        U"plus", U"minus", U"times", U"to", U"of", U"becomes", U"goes", U"runs", U"rows", U"and"});
+    static constexpr auto wantSubject = std::to_array<std::u32string_view>({U"am", U"do", U"did",
+        U"can", U"could", U"should", U"would", U"will", U"may", U"shall", U"have", U"had", U"was",
+        U"when", U"that", U"because", U"what", U"where", U"how", U"why", U"than", U"while", U"so",
+        U"but", U"before", U"after", U"until", U"though", U"think", U"know", U"said"});
     if (contains(forms, runs[at].small))
         return true;
-    const bool followsName = at > 0 && contains(before, runs[at - 1].small);
-    const bool leadsName = at + 1 < runs.size() && contains(behind, runs[at + 1].small);
-    return runs[at].small == U"i" && !followsName && !leadsName;
+    if (runs[at].small != U"i" || (at > 0 && contains(names, runs[at - 1].small)))
+        return false;
+    const bool isCoupled = at > 1 && runs[at - 1].small == U"and"
+        && (runs[at - 2].small == U"you" || runs[at - 2].small == U"he"
+            || runs[at - 2].small == U"she");
+    const bool follows = at > 0 && contains(wantSubject, runs[at - 1].small);
+    if (at + 1 == runs.size())
+        return follows || isCoupled;
+    const Run& next = runs[at + 1];
+    const bool opens = at == 0 || !runs[at - 1].closing.empty();
+    const bool isSubject = opens || follows || isCoupled;
+    return isVerbOfSpeaker(next.small)
+        || (isSubject && isEnglish(next.small) && !contains(operators, next.small));
 }
 
 /// Days and months, but for "march", "may" and "august", which are words of other meanings too.

@@ -127,7 +127,9 @@ constexpr std::u32string_view common =
     U"language english chinese speaker traffic fridge theatre theater coast café favourite "
     U"favorite "
     U"database loop branch release feature request response command terminal script source output "
-    U"input log wall error file path port host domain address flag option window tab page process";
+    U"input log wall error file path port host domain address flag option window tab page process "
+    U"done section setting "
+    U"privacy chapter paragraph sentence";
 
 constexpr std::u32string_view foreign =
     U"der das und ist nicht ich ein eine einen mit für auf dem von zu sie wir ihr auch aber oder "
@@ -150,10 +152,27 @@ constexpr std::u32string_view proseOpeners =
     U"no "
     U"our";
 
+constexpr std::u32string_view verbsOfSpeaker =
+    U"i am was had have will would can could should may might must shall do did don't didn't can't "
+    U"couldn't won't wouldn't shouldn't haven't hadn't wasn't think thought know knew need needed "
+    U"want "
+    U"wanted like liked love loved hate hated hope hoped guess mean meant see saw said say told "
+    U"tell "
+    U"ask asked got get went go came come took take made make gave give found find felt feel look "
+    U"looked used use work worked call called tried try left leave kept keep put read write wrote "
+    U"hear "
+    U"heard ran brought bring bought buy sent send live lived believe believed remember remembered "
+    U"forgot forget understand understood agree agreed wonder wondered wish spent met lost paid "
+    U"started "
+    U"finished stopped stayed talked spoke ate drank slept woke played moved decided changed sat "
+    U"stood "
+    U"just really also already always never still usually often only even actually probably "
+    U"definitely "
+    U"certainly finally sometimes rather";
 constexpr std::u32string_view commands =
     U"sudo apt apt-get cd ls rm cp mv mkdir rmdir chmod chown ssh scp curl wget grep sed awk cat "
     U"tar "
-    U"cmake ninja systemctl journalctl echo export bash ping psql chroot xargs";
+    U"cmake ninja systemctl journalctl echo export bash ping psql chroot xargs tail";
 constexpr std::u32string_view programs = U"git npm npx yarn pip pip3 apt apt-get docker "
                                          U"docker-compose kubectl cargo brew systemctl sudo "
                                          U"helm svn go cmake python python3 node terraform";
@@ -221,6 +240,12 @@ bool isForeign(std::u32string_view word)
 bool opensProse(std::u32string_view word)
 {
     static const Words words = wordsOf(proseOpeners);
+    return isIn(words, word);
+}
+
+bool isVerbOfSpeaker(std::u32string_view word)
+{
+    static const Words words = wordsOf(verbsOfSpeaker);
     return isIn(words, word);
 }
 

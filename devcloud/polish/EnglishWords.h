@@ -16,6 +16,9 @@ bool isEnglish(std::u32string_view word);
 /// A common word of another language that English does not have.
 bool isForeign(std::u32string_view word);
 
+/// A word that stands behind "I", and beside no variable.
+bool isVerbOfSpeaker(std::u32string_view word);
+
 /// A word with which no command and no line of code begins, and no name either.
 bool opensProse(std::u32string_view word);
 
