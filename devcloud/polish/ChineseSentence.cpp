@@ -77,6 +77,12 @@ bool holdsUnless(std::u32string_view text, char32_t character, char32_t before, 
     return false;
 }
 
+/// A narrow full stop stands in "main.cpp" and "3.5" too.
+bool endsChineseSentence(char32_t c)
+{
+    return c != U'.' && endsSentence(c);
+}
+
 bool mayAsk(std::u32string_view sentence)
 {
     static constexpr auto asking = std::to_array<std::u32string_view>(
@@ -120,16 +126,29 @@ bool surelyAsks(std::u32string_view clause)
     return isShortQuestion(asked);
 }
 
-/// A name, a title or a word alone is no sentence; these are in nearly every one.
+/// A name, a title or a phrase such as 我的电话 is no sentence. These are in nearly every one.
 bool isSentence(std::u32string_view sentence)
 {
+    constexpr std::size_t longEnough = 6;
     constexpr std::u32string_view usual =
-        U"我你您他她它们咱这那的了着过得是有没不别在把被让给就也都再才又很"
-        U"太最更已想说看走来去到买卖写吃喝做找请帮谢跟从叫等刚真向啊";
+        U"了着过得是有没不别在把被让给就也都再才又很太最更已想说看走来去到买卖"
+        U"写吃喝做找请帮谢跟从叫等刚真向啊";
+    constexpr std::u32string_view pronouns = U"我你您他她它们咱";
     static constexpr auto phrases = std::to_array<std::u32string_view>(
-        {U"可以", U"然后", U"大家", U"天天", U"常常", U"因为", U"但是"});
-    return std::ranges::any_of(sentence, [usual](char32_t c) { return isOneOf(usual, c); })
-        || holdsAny(sentence, phrases);
+        {U"可以", U"然后", U"大家", U"天天", U"常常", U"因为", U"但是", U"好的", U"是的"});
+    if (holdsAny(sentence, phrases)
+        || std::ranges::any_of(sentence, [usual](char32_t c) { return isOneOf(usual, c); }))
+        return true;
+    // The owner of something speaks no sentence yet.
+    for (std::size_t at = 0; at < sentence.size(); ++at) {
+        const bool isOwner = at + 1 < sentence.size() && isOneOf(U"的们", sentence[at + 1]);
+        if (isOneOf(pronouns, sentence[at]) && !isOwner)
+            return true;
+    }
+    static constexpr auto weaker =
+        std::to_array<std::u32string_view>({U"这", U"那", U"今天", U"明天", U"昨天"});
+    return std::ranges::count_if(sentence, isHan) >= std::ptrdiff_t{longEnough}
+    && holdsAny(sentence, weaker);
 }
 
 } // namespace
@@ -141,7 +160,7 @@ std::u32string_view chineseEndMark(std::u32string_view text)
         return {};
     std::u32string simple(text);
     std::ranges::transform(simple, simple.begin(), simplified);
-    const std::u32string_view sentence = behindLast(simple, endsSentence);
+    const std::u32string_view sentence = behindLast(simple, endsChineseSentence);
     if (surelyAsks(behindLast(sentence, isPause)))
         return U"？";
     return mayAsk(sentence) || !isSentence(sentence) ? U"" : U"。";
