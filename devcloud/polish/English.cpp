@@ -97,9 +97,11 @@ private:
     /// Whether a word cannot end a clause, so that a comma behind it was only the sound's.
     static bool leadsOn(const Run& run)
     {
-        static constexpr auto words = std::to_array<std::u32string_view>({U"i", U"we", U"he",
-            U"she", U"they", U"the", U"a", U"an", U"my", U"your", U"our", U"their", U"of", U"and",
-            U"or", U"but", U"because", U"if", U"very", U"i'm", U"we're", U"it's"});
+        static constexpr auto words =
+            std::to_array<std::u32string_view>({U"i", U"we", U"he", U"she", U"they", U"the", U"a",
+                U"an", U"my", U"your", U"our", U"their", U"of", U"and", U"or", U"but", U"because",
+                U"if", U"very", U"i'm", U"we're", U"it's", U"think", U"guess", U"that", U"is",
+                U"are", U"was", U"were", U"to", U"in", U"with", U"for", U"so"});
         return contains(words, run.small);
     }
 

@@ -1,5 +1,6 @@
 #include "devcloud/polish/Forms.h"
 
+#include "devcloud/polish/Characters.h"
 #include "devcloud/polish/Letter.h"
 #include "devcloud/polish/Sentence.h"
 
@@ -28,14 +29,20 @@ constexpr FrameText closing{U"\n\n此致\n敬礼", U"\n\n此致\n敬禮", U"\n\n
 
 enum class Stops { Kept, Dropped };
 
-/// Each sentence on a line of its own, behind @p sign.
+bool hasBullet(std::u32string_view line)
+{
+    return line.size() > 1 && isOneOf(U"-*•·", line[0]) && isBlank(line[1]);
+}
+
+/// Each sentence on a line of its own, behind @p sign, unless it has one.
 std::u32string lines(std::span<const Sentence> sentences, std::u32string_view sign, Stops stops)
 {
     std::u32string text;
     for (const Sentence& sentence : sentences) {
         if (!text.empty())
             text += U'\n';
-        text += sign;
+        if (!hasBullet(sentence.text))
+            text += sign;
         text += stops == Stops::Dropped ? withoutStop(sentence.text) : sentence.text;
     }
     return text;
