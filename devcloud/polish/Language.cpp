@@ -124,8 +124,12 @@ struct LatinWords {
     {
         const std::u32string small = folded(word);
         ++all;
+        if (isOnlyEnglish(small)) {
+            ++onlyEnglish;
+            ++english;
+            return;
+        }
         english += isEnglish(small) ? 1U : 0U;
-        onlyEnglish += isOnlyEnglish(small) ? 1U : 0U;
         foreign += isForeign(small) ? 1U : 0U;
     }
 
