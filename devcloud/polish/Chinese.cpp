@@ -39,6 +39,7 @@ public:
     {
         std::ranges::transform(m_simple, m_simple.begin(), simplified);
         m_isSegmented = !m_isTechnical && isSegmented();
+        m_isSentence = isChineseSentence(m_simple);
     }
 
     std::u32string cleaned()
@@ -143,7 +144,9 @@ private:
         const std::size_t next = afterBlanks(end + (isPause(peek(end)) ? 1 : 0));
         if (m_line[m_at] == U'嗯' && (next >= m_line.size() || isAnyAt(next, answers)))
             return false;
-        const bool isTwice = isBlank(peek(end)) || (followsComma && isOneOf(U",，", peek(end)));
+        const auto before = std::find_if_not(m_done.rbegin(), m_done.rend(), isBlank);
+        const bool followsMark = before != m_done.rend() && isPause(*before);
+        const bool isTwice = isBlank(peek(end)) || (followsMark && isOneOf(U",，", peek(end)));
         if (!isTwice)
             m_done.pop_back(); // It led to the sound; what follows brings its own mark.
         m_at = isTwice ? afterBlanks(end + 1) : end;
@@ -199,22 +202,24 @@ private:
 
     [[nodiscard]] bool isPauseBefore(std::size_t next) const
     {
-        constexpr std::size_t shortestClause = 4;
+        constexpr std::ptrdiff_t shortestClause = 4;
         constexpr std::u32string_view leadsOn = U"不之是就会會没沒别別要未非";
         const auto lastOther = std::find_if_not(m_done.rbegin(), m_done.rend(), isHan);
-        return std::distance(m_done.rbegin(), lastOther) >= std::ptrdiff_t{shortestClause}
-        && !isOneOf(leadsOn, m_done.back()) && isAnyAt(next, clauseOpeners)
-            && peek(next + 2) != U'然' && isHan(peek(next + 2)) && isHan(peek(next + 3));
+        const std::ptrdiff_t length = lastOther - m_done.rbegin();
+        const char32_t third = peek(next + 2); // 所以然 is a word.
+        return length >= shortestClause && !isOneOf(leadsOn, m_done.back())
+            && isAnyAt(next, clauseOpeners) && third != U'然' && isHan(third)
+            && isHan(peek(next + 3));
     }
 
-    /// A narrow mark between Han characters.
+    /// A narrow mark between Han characters, unless it may belong to a list that a machine reads.
     bool widenMark()
     {
         constexpr std::u32string_view narrow = U",?!:;";
         constexpr std::u32string_view wide = U"，？！：；";
         const std::size_t mark = narrow.find(peek(m_at));
         const bool isStop = peek(m_at) == U'.';
-        if (m_done.empty() || !isHan(m_done.back())
+        if (!m_isSentence || m_done.empty() || !isHan(m_done.back())
             || (mark == std::u32string_view::npos && !isStop))
             return false;
         const std::size_t next = afterBlanks(m_at + 1);
@@ -230,6 +235,7 @@ private:
     std::u32string m_simple; ///< The same in simplified characters, for comparing.
     bool m_isTechnical;
     bool m_isSegmented = false;
+    bool m_isSentence = false;
     std::u32string m_done;
     std::size_t m_at = 0;
 };

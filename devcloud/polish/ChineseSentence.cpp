@@ -44,14 +44,14 @@ std::u32string_view behindLast(std::u32string_view text, bool (*isMark)(char32_t
 /// Whether the text ends in what may be part of an address: "/文档", "/api打不开".
 bool endsInAddress(std::u32string_view text)
 {
-    constexpr std::size_t longestName = 4;
+    constexpr std::ptrdiff_t longestName = 4;
     const std::u32string_view run = behindLast(text, isBlank);
     const std::size_t separator = run.find_last_of(U"/\\@");
     if (separator == std::u32string_view::npos)
         return false;
     const auto lastOther = std::find_if_not(run.rbegin(), run.rend(), isHan);
     const bool isInName = isOneOf(U"/\\", *lastOther);
-    return isInName || lastOther - run.rbegin() < std::ptrdiff_t{longestName};
+    return isInName || lastOther - run.rbegin() < longestName;
 }
 
 /// 去不去, 有没有
@@ -126,32 +126,31 @@ bool surelyAsks(std::u32string_view clause)
     return isShortQuestion(asked);
 }
 
-/// A name, a title or a phrase such as 我的电话 is no sentence. These are in nearly every one.
-bool isSentence(std::u32string_view sentence)
+} // namespace
+
+bool isChineseSentence(std::u32string_view simple)
 {
-    constexpr std::size_t longEnough = 6;
+    // These are in nearly every one.
+    constexpr std::ptrdiff_t longEnough = 6;
     constexpr std::u32string_view usual =
         U"了着过得是有没不别在把被让给就也都再才又很太最更已想说看走来去到买卖"
         U"写吃喝做找请帮谢跟从叫等刚真向啊";
     constexpr std::u32string_view pronouns = U"我你您他她它们咱";
     static constexpr auto phrases = std::to_array<std::u32string_view>(
         {U"可以", U"然后", U"大家", U"天天", U"常常", U"因为", U"但是", U"好的", U"是的"});
-    if (holdsAny(sentence, phrases)
-        || std::ranges::any_of(sentence, [usual](char32_t c) { return isOneOf(usual, c); }))
+    if (holdsAny(simple, phrases)
+        || std::ranges::any_of(simple, [usual](char32_t c) { return isOneOf(usual, c); }))
         return true;
-    // The owner of something speaks no sentence yet.
-    for (std::size_t at = 0; at < sentence.size(); ++at) {
-        const bool isOwner = at + 1 < sentence.size() && isOneOf(U"的们", sentence[at + 1]);
-        if (isOneOf(pronouns, sentence[at]) && !isOwner)
+    // The owner of something makes no sentence yet.
+    for (std::size_t at = 0; at < simple.size(); ++at) {
+        const bool isOwner = at + 1 < simple.size() && isOneOf(U"的们", simple[at + 1]);
+        if (isOneOf(pronouns, simple[at]) && !isOwner)
             return true;
     }
     static constexpr auto weaker =
         std::to_array<std::u32string_view>({U"这", U"那", U"今天", U"明天", U"昨天"});
-    return std::ranges::count_if(sentence, isHan) >= std::ptrdiff_t{longEnough}
-    && holdsAny(sentence, weaker);
+    return std::ranges::count_if(simple, isHan) >= longEnough && holdsAny(simple, weaker);
 }
-
-} // namespace
 
 std::u32string_view chineseEndMark(std::u32string_view text)
 {
@@ -163,7 +162,7 @@ std::u32string_view chineseEndMark(std::u32string_view text)
     const std::u32string_view sentence = behindLast(simple, endsChineseSentence);
     if (surelyAsks(behindLast(sentence, isPause)))
         return U"？";
-    return mayAsk(sentence) || !isSentence(sentence) ? U"" : U"。";
+    return mayAsk(sentence) || !isChineseSentence(sentence) ? U"" : U"。";
 }
 
 } // namespace tavrin::devcloud
