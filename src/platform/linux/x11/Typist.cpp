@@ -27,7 +27,7 @@ constexpr auto fingerPatience = 600ms;
 constexpr auto fingerPause = 5ms;
 
 // A window manager that just made the target active may not have said so yet.
-constexpr auto managerPatience = 200ms;
+constexpr auto managerPatience = 500ms;
 
 // Faster, and editors drop keys.
 constexpr auto strokePause = 1ms;
@@ -266,8 +266,10 @@ xcb_window_t Typist::takeAim(const RunningApplication& target)
         m_aim = focus();
         // The window manager moves the focus first and tells of it afterwards: ask both.
         if (isInFront(window, target)
-            && (m_aim <= XCB_INPUT_FOCUS_POINTER_ROOT || m_windows.isWithin(m_aim, window)))
+            && (m_aim == XCB_INPUT_FOCUS_POINTER_ROOT || m_windows.isWithin(m_aim, window))) {
+            m_aimedWindow = window;
             return window;
+        }
         if (Clock::now() >= end)
             return XCB_WINDOW_NONE;
         std::this_thread::sleep_for(fingerPause);
@@ -318,6 +320,15 @@ bool Typist::releaseHeldModifiers(const KeyboardLayouts& layouts, int group)
 }
 
 bool Typist::press(const std::vector<Chord>& chords)
+{
+    if (pressAtAim(chords))
+        return true;
+    // A part of the same window may have taken the keyboard, or the window itself from its manager.
+    m_aim = focus();
+    return m_windows.isWithin(m_aim, m_aimedWindow) && pressAtAim(chords);
+}
+
+bool Typist::pressAtAim(const std::vector<Chord>& chords)
 {
     // Between the look at the focus and the keys nobody else gets a word in.
     xcb_grab_server(connection().get());

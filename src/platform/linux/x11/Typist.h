@@ -76,9 +76,11 @@ private:
     void settle();
     /// False when somebody keeps holding one.
     [[nodiscard]] bool releaseHeldModifiers(const KeyboardLayouts& layouts, int group);
-    /// The chords in one breath. False, and nothing pressed, when the keyboard is no longer where
-    /// takeAim() found it.
+    /// The chords in one breath. False, and nothing pressed, when the keyboard is no longer in the
+    /// window that takeAim() found.
     bool press(const std::vector<Chord>& chords);
+    /// The same, when the keyboard is no longer exactly where it was found.
+    bool pressAtAim(const std::vector<Chord>& chords);
     /// Waits until the program has taken every key so far, or should have where it cannot tell.
     /// False when it does not answer.
     [[nodiscard]] bool waitForProgram(xcb_window_t window);
@@ -99,6 +101,7 @@ private:
     InputMethods m_inputMethods{InputMethods::noteFile()};
     std::atomic<quint64> m_turn = 0; // Changed by cancel(): older turns end.
     xcb_window_t m_aim = XCB_WINDOW_NONE; // The focus that the keys of this turn are meant for.
+    xcb_window_t m_aimedWindow = XCB_WINDOW_NONE; // The top-level window of the same.
     quint32 m_lastPing = 0;
     quint32 m_answeredPing = 0;
     PingSeries m_pasteWatch;

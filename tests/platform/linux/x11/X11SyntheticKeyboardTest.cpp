@@ -17,6 +17,7 @@
 
 #include <chrono>
 #include <optional>
+#include <unistd.h>
 
 namespace tavrin::testing {
 namespace {
@@ -466,6 +467,39 @@ TEST_F(X11SyntheticKeyboardTest, StopsWhenAnotherWindowTakesTheKeyboard)
     EXPECT_EQ(posting, KeyPosting::Broken);
     EXPECT_LT(text().size(), endless.size());
     EXPECT_EQ(other.toPlainText(), QString());
+}
+
+TEST_F(X11SyntheticKeyboardTest, TypingGoesOnWhenAPartOfTheWindowTakesTheKeyboard)
+{
+    // As programs of GTK do it some time after their window has become the active one.
+    xcb_connection_t* server = m_client.connection().get();
+    const xcb_window_t window =
+        m_client.createWindow("bare", "Bare", static_cast<quint32>(::getpid()));
+    const quint32 keys = XCB_EVENT_MASK_KEY_PRESS;
+    xcb_change_window_attributes(server, window, XCB_CW_EVENT_MASK, &keys);
+    const xcb_window_t part = xcb_generate_id(server);
+    xcb_create_window(server, XCB_COPY_FROM_PARENT, part, window, 0, 0, 1, 1, 0,
+        XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &keys);
+    xcb_map_window(server, part);
+    xcb_flush(server);
+    m_target.window = window;
+    std::optional<KeyPosting> posting;
+    m_keyboard.postUnicodeText(
+        {QStringLiteral("a").repeated(400)}, m_target, [&](KeyPosting end) { posting = end; });
+
+    int presses = 0;
+    const auto countPresses = [&] {
+        while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(server)})
+            presses += (event->response_type & 0x7f) == XCB_KEY_PRESS ? 1 : 0;
+        return presses;
+    };
+    ASSERT_TRUE(TestClient::eventually([&] { return countPresses() > 20; }));
+    xcb_set_input_focus(server, XCB_INPUT_FOCUS_PARENT, part, XCB_CURRENT_TIME);
+    xcb_flush(server);
+    EXPECT_TRUE(TestClient::eventually([&] { return posting.has_value(); }));
+    EXPECT_EQ(posting, KeyPosting::Done);
+    EXPECT_TRUE(TestClient::eventually([&] { return countPresses() == 400; })) << presses;
+    m_client.destroyWindow(window);
 }
 
 TEST_F(X11SyntheticKeyboardTest, CancellingLeavesNoKeyPressedOrRemapped)
