@@ -17,6 +17,8 @@ using Set = std::function<bool(Options&, const std::string&)>;
 constexpr std::int64_t longestLife = std::int64_t{365} * 24 * 3600;
 constexpr std::int64_t longestModelTimeout = 85; // Clients give up after 90 seconds without data.
 
+constexpr std::string_view everybody = "--all"; // Stands where an account would.
+
 bool readNumber(std::string_view text, std::int64_t min, std::int64_t max, std::int64_t& number)
 {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -120,6 +122,10 @@ bool takeWord(Options& options, const std::string& word)
 {
     if (options.command == Command::Serve)
         return takeCommand(options, word);
+    if (word == everybody) {
+        options.allAccounts = options.command == Command::Revoke && options.email.empty();
+        return options.allAccounts;
+    }
     if (wantsEmail(options.command) && options.email.empty() && !options.allAccounts) {
         options.email = word;
         return !word.empty();
@@ -216,11 +222,7 @@ tl::expected<Options, std::string> parseCommandLine(std::span<const std::string>
             options.command = argument == "--help" ? Command::Help : Command::Version;
             return options;
         }
-        if (argument == "--all" && options.command == Command::Revoke && options.email.empty()) {
-            options.allAccounts = true;
-            continue;
-        }
-        if (!argument.starts_with("--")) {
+        if (!argument.starts_with("--") || argument == everybody) {
             if (!takeWord(options, argument))
                 return Problem("unexpected argument: " + argument);
             continue;

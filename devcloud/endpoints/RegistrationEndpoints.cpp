@@ -34,6 +34,19 @@ Mail codeMail(const std::string& email, const std::string& code)
     return {email, "Tavrin 验证码", "您的验证码：" + code + "\n10 分钟内有效。"};
 }
 
+/// Why nobody may register @p email with the invite. Without a good one nobody learns of accounts.
+std::optional<Problem> refusalFor(
+    Transaction& transaction, const std::string& email, const std::string& inviteDigest)
+{
+    const auto account = findAccount(transaction, email);
+    const bool isFree = inviteIsFree(transaction, inviteDigest);
+    if (account && (isFree || inviteMade(transaction, inviteDigest, account->id)))
+        return Problem{409, messages::emailRegistered, {}};
+    if (!isFree)
+        return Problem{403, messages::inviteInvalid, {}};
+    return std::nullopt;
+}
+
 } // namespace
 
 RegistrationEndpoints::RegistrationEndpoints(
@@ -66,18 +79,6 @@ void RegistrationEndpoints::giveAttemptBack(const std::string& email, const std:
 {
     m_codesByEmail.giveBack(email);
     m_codesByAddress.giveBack(address);
-}
-
-std::optional<Problem> RegistrationEndpoints::refusalFor(
-    Transaction& transaction, const std::string& email, const std::string& inviteDigest)
-{
-    const auto account = findAccount(transaction, email);
-    const bool isFree = inviteIsFree(transaction, inviteDigest);
-    if (account && (isFree || inviteMade(transaction, inviteDigest, account->id)))
-        return Problem{409, messages::emailRegistered, {}};
-    if (!isFree)
-        return Problem{403, messages::inviteInvalid, {}};
-    return std::nullopt;
 }
 
 Outcome RegistrationEndpoints::start(const Json& body, const std::string& address)

@@ -12,7 +12,6 @@ namespace tavrin::devcloud {
 
 class Database;
 class Passwords;
-class Transaction;
 
 /// New accounts: an invite is shown and a code mailed, the code is exchanged for a registration
 /// token, the token and a password make the account. Or all in one step, with the invite alone.
@@ -43,8 +42,6 @@ private:
 
     tl::expected<void, Problem> takeAttempt(const std::string& email, const std::string& address);
     void giveAttemptBack(const std::string& email, const std::string& address);
-    std::optional<Problem> refusalFor(
-        Transaction& transaction, const std::string& email, const std::string& inviteDigest);
     Outcome makeAccount(const NewAccount& account);
 
     Database& m_database;
