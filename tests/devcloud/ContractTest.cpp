@@ -248,6 +248,7 @@ protected:
                 testing::HeldModel held;
                 restart(&held);
                 std::vector<std::thread> others;
+                others.reserve(4);
                 for (int other = 0; other < 4; ++other)
                     others.emplace_back([&] { with(endpoint, field, value); });
                 held.awaitQuestions(4);

@@ -18,7 +18,8 @@ public:
         std::unique_lock lock(m_mutex);
         ++m_asked;
         m_changed.notify_all();
-        m_changed.wait(lock, [this] { return m_isReleased; });
+        // Not for ever, so that a test that fails comes to its end.
+        m_changed.wait_for(lock, std::chrono::seconds(10), [this] { return m_isReleased; });
         return "the model's answer";
     }
 

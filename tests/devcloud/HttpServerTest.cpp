@@ -222,6 +222,7 @@ TEST_F(HttpServerTest, TheOldestIdleConnectionGivesWayToANewOne)
     settings.limits.connections = 8;
     start();
     std::vector<std::unique_ptr<LoopbackClient>> idle;
+    idle.reserve(2 * settings.limits.connections);
     for (std::size_t client = 0; client < 2 * settings.limits.connections; ++client) {
         idle.push_back(std::make_unique<LoopbackClient>(server->port()));
         idle.back()->send("GET /v1/client/update HTTP/1.1\r\n\r\n");
@@ -236,6 +237,7 @@ TEST_F(HttpServerTest, SilentConnectionsKeepNobodyWaiting)
 {
     start();
     std::vector<std::unique_ptr<LoopbackClient>> silent;
+    silent.reserve(200);
     for (int client = 0; client < 200; ++client)
         silent.push_back(std::make_unique<LoopbackClient>(server->port()));
 
@@ -297,6 +299,7 @@ TEST_F(HttpServerTest, OneAddressCannotTakeTheConnectionsOfAll)
     settings.limits.connectionsPerAddress = 4;
     start();
     std::vector<std::unique_ptr<LoopbackClient>> silent;
+    silent.reserve(6);
     for (int client = 0; client < 6; ++client)
         silent.push_back(std::make_unique<LoopbackClient>(server->port()));
 
@@ -311,6 +314,7 @@ TEST_F(HttpServerTest, ATrustedProxyMayTakeAllConnections)
     settings.trustedProxies = {"127.0.0.1"};
     start();
     std::vector<std::unique_ptr<LoopbackClient>> connections;
+    connections.reserve(20);
     for (int client = 0; client < 20; ++client)
         connections.push_back(std::make_unique<LoopbackClient>(server->port()));
     for (const auto& connection : connections) {

@@ -84,6 +84,7 @@ TEST_F(ModelAnswerTest, OneAccountHoldsFourPlacesOfTheModelAndOthersGoOn)
     }
     const std::string others = call(Endpoint::Login, other).value()["accessToken"];
     std::vector<std::thread> asking;
+    asking.reserve(5);
     for (int request = 0; request < 4; ++request)
         asking.emplace_back([this] { EXPECT_EQ(statusOf(polish()), 200); });
     model.awaitQuestions(4);

@@ -105,7 +105,7 @@ TEST_F(TlsServerTest, SpeaksHttpsAsWhomItsCertificateSays)
     HttpServer server(*service, settings);
     ASSERT_TRUE(server.start());
     httplib::SSLClient client("localhost", server.port());
-    client.set_ca_cert_path(file.c_str());
+    client.set_ca_cert_path(file);
     client.set_keep_alive(true);
     for (int round = 0; round < 3; ++round) {
         const auto answer = client.Post("/v1/auth/login", loginBody().dump(), "application/json");
