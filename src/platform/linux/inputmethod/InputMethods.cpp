@@ -10,13 +10,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// One that is only slow answers within this; one that hangs has the program in front hang as well.
-constexpr auto patience = 300ms;
-
-Deadline fromNow()
-{
-    return std::chrono::steady_clock::now() + patience;
-}
+// One that is only slow answers within this, also on a busy machine; one that hangs has the program
+// in front hang as well.
+constexpr auto usualPatience = 1s;
 
 /// Fcitx first: where it runs, it also answers in the place of IBus.
 std::vector<std::unique_ptr<InputMethod>> knownInputMethods()
@@ -30,14 +26,21 @@ std::vector<std::unique_ptr<InputMethod>> knownInputMethods()
 } // namespace
 
 InputMethods::InputMethods(const QString& noteFile)
-    : InputMethods(knownInputMethods(), noteFile)
+    : InputMethods(knownInputMethods(), noteFile, usualPatience)
 {
 }
 
-InputMethods::InputMethods(std::vector<std::unique_ptr<InputMethod>> known, const QString& noteFile)
+InputMethods::InputMethods(std::vector<std::unique_ptr<InputMethod>> known, const QString& noteFile,
+    std::chrono::milliseconds patience)
     : m_known(std::move(known))
     , m_note(noteFile)
+    , m_patience(patience)
 {
+}
+
+Deadline InputMethods::fromNow() const
+{
+    return std::chrono::steady_clock::now() + m_patience;
 }
 
 QString InputMethods::noteFile()

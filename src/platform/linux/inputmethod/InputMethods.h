@@ -13,13 +13,14 @@ namespace tavrin {
 /// would make Chinese, and while something is being composed it may swallow the paste shortcut.
 ///
 /// Used by one thread, while the program that gets the keys is in front. No call waits longer than
-/// 300 ms for an input method, however it hangs.
+/// its patience for an input method, however it hangs.
 class InputMethods {
 public:
-    /// Those this program knows. @p noteFile in the session's folder for run-time files; empty:
-    /// after a crash the engine stays off until the user switches it on.
+    /// Those this program knows, with a patience of a second. @p noteFile in the session's folder
+    /// for run-time files; empty: after a crash the engine stays off until the user switches it on.
     explicit InputMethods(const QString& noteFile);
-    InputMethods(std::vector<std::unique_ptr<InputMethod>> known, const QString& noteFile);
+    InputMethods(std::vector<std::unique_ptr<InputMethod>> known, const QString& noteFile,
+        std::chrono::milliseconds patience);
 
     /// The note of this display; empty without a folder for run-time files.
     [[nodiscard]] static QString noteFile();
@@ -43,10 +44,12 @@ public:
     void putBack();
 
 private:
+    [[nodiscard]] Deadline fromNow() const;
     bool putBack(const AsideEngine& aside);
 
     std::vector<std::unique_ptr<InputMethod>> m_known;
     AsideNote m_note;
+    std::chrono::milliseconds m_patience;
     std::optional<AsideEngine> m_aside;
     InputMethod* m_inUse = nullptr; // The one that keys pass through, also when it lets them.
 };

@@ -72,7 +72,7 @@ protected:
         std::vector<std::unique_ptr<InputMethod>> known;
         known.push_back(std::make_unique<ScriptedInputMethod>(m_first));
         known.push_back(std::make_unique<ScriptedInputMethod>(m_second));
-        return {std::move(known), m_file};
+        return {std::move(known), m_file, std::chrono::milliseconds(20)};
     }
 
     void leaveNote(const QByteArray& inputMethod)

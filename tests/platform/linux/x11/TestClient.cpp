@@ -215,7 +215,9 @@ void TestClient::fakeInput(quint8 type, quint8 detail)
 {
     xcb_test_fake_input(
         m_connection.get(), type, detail, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-    xcb_flush(m_connection.get());
+    // The server takes the requests of one client before those of another as it likes.
+    const XcbPointer<xcb_get_input_focus_reply_t> done(xcb_get_input_focus_reply(
+        m_connection.get(), xcb_get_input_focus(m_connection.get()), nullptr));
 }
 
 void TestClient::fakeKey(xcb_keycode_t code, bool down)
