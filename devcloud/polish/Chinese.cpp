@@ -2,6 +2,7 @@
 #include "devcloud/polish/ChineseSentence.h"
 #include "devcloud/polish/Cleanup.h"
 #include "devcloud/polish/Language.h"
+#include "devcloud/polish/Nesting.h"
 #include "devcloud/polish/Technical.h"
 
 #include <algorithm>
@@ -13,12 +14,14 @@ namespace {
 
 using Phrases = std::span<const std::u32string_view>;
 
-/// The sounds themselves. Others (啊, 哦, 唉 …) say something, and so does 嗯 as an answer.
+/// The sounds themselves. Others (啊, 哦, 唉 …) say something, and so does 嗯 as an answer; 额 is
+/// a word behind a space.
 constexpr std::u32string_view sounds = U"嗯呃额額";
+constexpr std::u32string_view innerSounds = U"嗯呃";
 
 /// What a speaker goes on with after he has won time, and nobody after an answer.
-constexpr auto goesOn = std::to_array<std::u32string_view>({U"我想问", U"我想请", U"我想说",
-    U"请问", U"请大家", U"请帮", U"麻烦", U"帮我", U"关于", U"首先", U"各位", U"大家好"});
+constexpr auto goesOn = std::to_array<std::u32string_view>(
+    {U"我想问", U"我想请", U"我想说", U"请问", U"请大家", U"关于", U"首先", U"各位", U"大家好"});
 /// With these a 嗯 may be the answer.
 constexpr auto answers = std::to_array<std::u32string_view>({U"好", U"是", U"对", U"行", U"可以",
     U"没", U"不", U"我也", U"我知道", U"我明白", U"我同意", U"知道", U"明白", U"收到", U"当然"});
@@ -47,8 +50,10 @@ public:
         if (m_isTechnical)
             return m_line;
         while (m_at < m_line.size()) {
+            const std::size_t start = m_at;
             if (!skipSound() && !skipRepeat() && !joinOrPause() && !widenMark())
                 m_done += m_line[m_at++];
+            m_nesting.follow(std::u32string_view(m_line).substr(start, m_at - start));
         }
         return m_done;
     }
@@ -110,7 +115,8 @@ private:
     bool skipSound()
     {
         const char32_t sound = peek(m_at);
-        if (!isOneOf(sounds, sound) || (!m_done.empty() && m_done.back() == sound))
+        if (!isOneOf(sounds, sound) || m_nesting.isInside()
+            || (!m_done.empty() && m_done.back() == sound))
             return false;
         std::size_t end = m_at;
         while (peek(end) == sound)
@@ -139,14 +145,24 @@ private:
     {
         const bool followsComma = isOneOf(U",，", m_done.back());
         const bool followsBlank = !m_isSegmented && isBlank(m_done.back());
-        if ((!followsComma && !followsBlank) || !isRightPause(end) || isQuoted())
+        if ((!followsComma && !followsBlank) || !isOneOf(innerSounds, peek(m_at))
+            || !isRightPause(end) || isQuoted())
             return false;
         const std::size_t next = afterBlanks(end + (isPause(peek(end)) ? 1 : 0));
         if (m_line[m_at] == U'嗯' && (next >= m_line.size() || isAnyAt(next, answers)))
             return false;
+        const bool hasComma = isOneOf(U",，", peek(end));
+        const Clause clause = clauseBefore();
+        if (clause == Clause::MayLeadOn && next < m_line.size())
+            return false;
+        if (hasComma && clause == Clause::LeadsOn && !isOneOf(sounds, peek(next))) {
+            m_done.erase(endOfClause());
+            m_at = next;
+            return true;
+        }
         const auto before = std::find_if_not(m_done.rbegin(), m_done.rend(), isBlank);
         const bool followsMark = before != m_done.rend() && isPause(*before);
-        const bool isTwice = isBlank(peek(end)) || (followsMark && isOneOf(U",，", peek(end)));
+        const bool isTwice = isBlank(peek(end)) || (followsMark && hasComma);
         if (!isTwice)
             m_done.pop_back(); // It led to the sound; what follows brings its own mark.
         m_at = isTwice ? afterBlanks(end + 1) : end;
@@ -156,7 +172,41 @@ private:
     /// 他说，嗯
     [[nodiscard]] bool isQuoted() const
     {
-        return m_done.size() > 1 && isOneOf(U"说說声聲道喊叫答", m_done[m_done.size() - 2]);
+        return m_done.size() > 1
+            && isOneOf(U"说說声聲道喊叫答问問回写寫", m_done[m_done.size() - 2]);
+    }
+
+    /// Where the clause ends that stands in m_done, before its mark or space.
+    [[nodiscard]] std::size_t endOfClause() const
+    {
+        std::size_t end = m_done.size();
+        while (end > 0 && (isBlank(m_done[end - 1]) || isPause(m_done[end - 1])))
+            --end;
+        return end;
+    }
+
+    enum class Clause {
+        IsWhole,
+        MayLeadOn, ///< 我们要去，嗯，北京 wants no comma, 他要去，嗯，我也要去 does.
+        LeadsOn, ///< 我想，嗯，去北京: the comma was the sound's.
+    };
+
+    [[nodiscard]] Clause clauseBefore() const
+    {
+        static constexpr auto openings = std::to_array<std::u32string_view>(
+            {U"我", U"我们", U"我想", U"我们想", U"我觉得", U"我们觉得", U"他", U"她", U"他们"});
+        const std::size_t end = endOfClause();
+        std::size_t start = end;
+        while (start > 0 && isHan(m_done[start - 1]))
+            --start;
+        std::u32string clause = m_done.substr(start, end - start);
+        std::ranges::transform(clause, clause.begin(), simplified);
+        const bool opens = start == 0 || isPause(m_done[start - 1]);
+        if (opens && std::ranges::find(openings, clause) != openings.end())
+            return Clause::LeadsOn;
+        const bool mayLeadOn =
+            !clause.empty() && isOneOf(U"去要想在是和跟把给到对从向得", clause.back());
+        return mayLeadOn ? Clause::MayLeadOn : Clause::IsWhole;
     }
 
     bool skipRepeat()
@@ -203,7 +253,7 @@ private:
     [[nodiscard]] bool isPauseBefore(std::size_t next) const
     {
         constexpr std::ptrdiff_t shortestClause = 4;
-        constexpr std::u32string_view leadsOn = U"不之是就会會没沒别別要未非";
+        constexpr std::u32string_view leadsOn = U"不之是就会會没沒别別要未非说說讲講写寫叫用道";
         const auto lastOther = std::find_if_not(m_done.rbegin(), m_done.rend(), isHan);
         const std::ptrdiff_t length = lastOther - m_done.rbegin();
         const char32_t third = peek(next + 2); // 所以然 is a word.
@@ -237,6 +287,7 @@ private:
     bool m_isSegmented = false;
     bool m_isSentence = false;
     std::u32string m_done;
+    Nesting m_nesting; ///< Of what stands before m_at.
     std::size_t m_at = 0;
 };
 

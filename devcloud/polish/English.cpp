@@ -2,6 +2,7 @@
 #include "devcloud/polish/EnglishLine.h"
 #include "devcloud/polish/EnglishSentence.h"
 #include "devcloud/polish/EnglishWords.h"
+#include "devcloud/polish/Nesting.h"
 #include "devcloud/polish/Technical.h"
 #include "devcloud/polish/WordList.h"
 #include "devcloud/text/Ascii.h"
@@ -37,7 +38,10 @@ public:
     Runs withoutSounds()
     {
         for (m_at = 0; m_at < m_runs.size(); ++m_at) {
-            if (!isSound(m_runs[m_at]) || !skip())
+            const Run& run = m_runs[m_at];
+            const bool isLoose = isSound(run) && !m_nesting.isInside();
+            m_nesting.follow(run.opening + run.word + run.closing);
+            if (!isLoose || !skip())
                 m_kept.push_back(std::move(m_runs[m_at]));
         }
         return std::move(m_kept);
@@ -56,9 +60,12 @@ private:
             return true;
         }
         Run& before = m_kept.back();
-        if (!before.endsWithComma() || quotes(before))
+        // Emergency rooms are listed between commas too.
+        if (!before.endsWithComma() || quotes(before) || sound.small == U"er")
             return false;
         if (sound.endsWithComma() && !isLast()) {
+            if (mayLeadOn(before))
+                return false;
             if (leadsOn(before))
                 before.closing.clear();
             return true;
@@ -90,23 +97,42 @@ private:
     static bool quotes(const Run& run)
     {
         static constexpr auto verbs = std::to_array<std::u32string_view>(
-            {U"say", U"says", U"said", U"saying", U"goes", U"went", U"like", U"word"});
+            {U"say", U"says", U"said", U"saying", U"goes", U"went", U"like", U"word", U"replied",
+                U"wrote", U"asked", U"answered", U"reply", U"answer", U"write", U"ask"});
         return contains(verbs, run.small);
     }
 
-    /// Whether a word cannot end a clause, so that a comma behind it was only the sound's.
-    static bool leadsOn(const Run& run)
+    /// Whether the last @p count kept runs open a clause.
+    [[nodiscard]] bool openClause(std::size_t count) const
+    {
+        return m_kept.size() == count
+            || (m_kept.size() > count && !m_kept[m_kept.size() - count - 1].closing.empty());
+    }
+
+    /// Whether a word cannot end a clause here, so that a comma behind it was only the sound's.
+    [[nodiscard]] bool leadsOn(const Run& run) const
+    {
+        static constexpr auto words = std::to_array<std::u32string_view>({U"i", U"we", U"he",
+            U"she", U"they", U"the", U"a", U"an", U"my", U"your", U"our", U"their", U"and", U"or",
+            U"but", U"because", U"if", U"very", U"i'm", U"we're", U"it's"});
+        static constexpr auto opinions = std::to_array<std::u32string_view>({U"think", U"guess"});
+        if (contains(opinions, run.small))
+            return openClause(2) && m_kept[m_kept.size() - 2].small == U"i";
+        return contains(words, run.small) || (run.small == U"so" && openClause(1));
+    }
+
+    /// "The answer is, um, forty" wants no comma; "that is how it is, um, we go" does.
+    static bool mayLeadOn(const Run& run)
     {
         static constexpr auto words =
-            std::to_array<std::u32string_view>({U"i", U"we", U"he", U"she", U"they", U"the", U"a",
-                U"an", U"my", U"your", U"our", U"their", U"of", U"and", U"or", U"but", U"because",
-                U"if", U"very", U"i'm", U"we're", U"it's", U"think", U"guess", U"that", U"is",
-                U"are", U"was", U"were", U"to", U"in", U"with", U"for", U"so"});
+            std::to_array<std::u32string_view>({U"that", U"is", U"are", U"was", U"were", U"to",
+                U"in", U"on", U"at", U"of", U"with", U"for", U"about", U"from", U"by"});
         return contains(words, run.small);
     }
 
     Runs m_runs;
     Runs m_kept;
+    Nesting m_nesting; ///< Of what stands before m_at.
     std::size_t m_at = 0;
 };
 

@@ -3,6 +3,7 @@
 #include "devcloud/polish/Characters.h"
 #include "devcloud/polish/EnglishLine.h"
 #include "devcloud/polish/EnglishWords.h"
+#include "devcloud/polish/Nesting.h"
 #include "devcloud/text/Ascii.h"
 
 #include <algorithm>
@@ -52,11 +53,11 @@ public:
     {
         while (m_at < m_text.size()) {
             const char32_t c = m_text[m_at];
-            follow(c);
+            m_nesting.follow(c);
             ++m_at;
             if (c == U'\n')
                 finish(m_at - 1);
-            else if (m_depth == 0 && !m_isQuoted && endsHere())
+            else if (!m_nesting.isInside() && endsHere())
                 finish(m_at);
         }
         finish(m_at);
@@ -64,21 +65,6 @@ public:
     }
 
 private:
-    /// Counts brackets and quotation marks, so that nothing is cut inside them.
-    void follow(char32_t c)
-    {
-        if (c == U'"')
-            m_isQuoted = !m_isQuoted;
-        else if (isOneOf(U"“「『（(《【", c))
-            ++m_depth;
-        else if (isOneOf(U"”」』）)》】", c) && m_depth > 0)
-            --m_depth;
-        else if (c == U'\n') {
-            m_depth = 0;
-            m_isQuoted = false;
-        }
-    }
-
     /// Whether the sentence ends with the mark before m_at.
     [[nodiscard]] bool endsHere() const
     {
@@ -113,8 +99,7 @@ private:
     std::u32string m_gap;
     std::size_t m_start = 0;
     std::size_t m_at = 0;
-    int m_depth = 0;
-    bool m_isQuoted = false;
+    Nesting m_nesting; ///< Of what stands before m_at; nothing is cut inside.
 };
 
 } // namespace
