@@ -51,6 +51,8 @@ public:
             return m_line;
         while (m_at < m_line.size()) {
             const std::size_t start = m_at;
+            if (m_at >= m_endOfRun)
+                enterRun();
             if (!skipSound() && !skipRepeat() && !joinOrPause() && !widenMark())
                 m_done += m_line[m_at++];
             m_nesting.follow(std::u32string_view(m_line).substr(start, m_at - start));
@@ -71,6 +73,15 @@ private:
             phrases, [rest](std::u32string_view phrase) { return rest.starts_with(phrase); });
     }
 
+    /// Looks at what stands from m_at to the next space.
+    void enterRun()
+    {
+        const auto start = m_line.begin() + static_cast<std::ptrdiff_t>(m_at);
+        const auto end = std::find_if(start + 1, m_line.end(), isBlank);
+        m_isInAddress = std::any_of(start, end, [](char32_t c) { return isOneOf(U"/\\@", c); });
+        m_endOfRun = static_cast<std::size_t>(end - m_line.begin());
+    }
+
     [[nodiscard]] std::size_t afterBlanks(std::size_t at) const
     {
         while (isBlank(peek(at)))
@@ -83,17 +94,24 @@ private:
     [[nodiscard]] bool isSegmented() const
     {
         constexpr std::size_t fewest = 5;
+        constexpr std::u32string_view pronouns = U"我你他她它";
         constexpr std::u32string_view smallWords = U"我你他她它们的了是在不这那有和就也都很去要";
         std::size_t words = 0;
         std::size_t single = 0;
         std::size_t small = 0;
+        char32_t last = U'\0';
         for (std::size_t at = afterBlanks(0); at < m_simple.size(); at = afterBlanks(at)) {
             const std::size_t start = at;
             while (at < m_simple.size() && !isBlank(m_simple[at]))
                 ++at;
             ++words;
-            single += at - start == 1 ? 1 : 0;
-            small += at - start == 1 && isOneOf(smallWords, m_simple[start]) ? 1U : 0U;
+            const char32_t alone = at - start == 1 ? m_simple[start] : U'\0';
+            // 我 你 他 is a list too.
+            if (isOneOf(pronouns, alone) && isOneOf(pronouns, last))
+                return false;
+            single += alone != U'\0' ? 1U : 0U;
+            small += alone != U'\0' && isOneOf(smallWords, alone) ? 1U : 0U;
+            last = alone;
         }
         return words >= fewest && small >= 2 && 3 * single >= words;
     }
@@ -269,7 +287,7 @@ private:
         constexpr std::u32string_view wide = U"，？！：；";
         const std::size_t mark = narrow.find(peek(m_at));
         const bool isStop = peek(m_at) == U'.';
-        if (!m_isSentence || m_done.empty() || !isHan(m_done.back())
+        if (!m_isSentence || m_isInAddress || m_done.empty() || !isHan(m_done.back())
             || (mark == std::u32string_view::npos && !isStop))
             return false;
         const std::size_t next = afterBlanks(m_at + 1);
@@ -286,6 +304,8 @@ private:
     bool m_isTechnical;
     bool m_isSegmented = false;
     bool m_isSentence = false;
+    bool m_isInAddress = false; ///< In a stretch with marks of an address or a path.
+    std::size_t m_endOfRun = 0;
     std::u32string m_done;
     Nesting m_nesting; ///< Of what stands before m_at.
     std::size_t m_at = 0;

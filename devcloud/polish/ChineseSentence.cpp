@@ -46,6 +46,11 @@ bool endsInAddress(std::u32string_view text)
 {
     constexpr std::ptrdiff_t longestName = 4;
     const std::u32string_view run = behindLast(text, isBlank);
+    // 例子.中国
+    const std::size_t dot = run.rfind(U'.');
+    if (dot != std::u32string_view::npos && dot > 0 && isHan(run[dot - 1])
+        && run.size() - dot <= static_cast<std::size_t>(longestName))
+        return true;
     const std::size_t separator = run.find_last_of(U"/\\@");
     if (separator == std::u32string_view::npos)
         return false;
@@ -54,11 +59,15 @@ bool endsInAddress(std::u32string_view text)
     return isInName || lastOther - run.rbegin() < longestName;
 }
 
-/// 去不去, 有没有
+/// 去不去, 有没有, 同意不同意
 bool holdsChoice(std::u32string_view text)
 {
-    for (std::size_t at = 0; at + 2 < text.size(); ++at) {
-        if (text[at] == text[at + 2] && isOneOf(U"不没", text[at + 1]) && isHan(text[at]))
+    for (std::size_t at = 1; at + 1 < text.size(); ++at) {
+        if (!isOneOf(U"不没", text[at]))
+            continue;
+        if (isHan(text[at - 1]) && text[at - 1] == text[at + 1])
+            return true;
+        if (at >= 2 && text.substr(at - 2, 2) == text.substr(at + 1, 2))
             return true;
     }
     return false;
@@ -85,10 +94,13 @@ bool endsChineseSentence(char32_t c)
 
 bool mayAsk(std::u32string_view sentence)
 {
-    static constexpr auto asking = std::to_array<std::u32string_view>(
-        {U"吗", U"呢", U"什么", U"怎", U"谁", U"多少", U"多久", U"多大", U"多远", U"多长", U"啥",
-            U"咋", U"如何", U"为何", U"是否", U"能否", U"可否", U"难道", U"还是"});
-    return holdsAny(sentence, asking) || sentence.ends_with(U'吧') || holdsChoice(sentence)
+    static constexpr auto asking = std::to_array<std::u32string_view>({U"吗", U"呢", U"什么", U"怎",
+        U"谁", U"多少", U"多久", U"多大", U"多远", U"多长", U"啥", U"咋", U"如何", U"为何", U"是否",
+        U"能否", U"可否", U"难道", U"还是", U"到底", U"究竟", U"何时", U"何处", U"何地", U"多高",
+        U"多重", U"多深", U"多快", U"多宽", U"多厚", U"干嘛", U"唔", U"咗"});
+    static constexpr auto endings =
+        std::to_array<std::u32string_view>({U"吧", U"嘛", U"么", U"没", U"没有", U"不", U"未"});
+    return holdsAny(sentence, asking) || endsWithAny(sentence, endings) || holdsChoice(sentence)
         || holdsUnless(sentence, U'几', U'茶', U'乎') || holdsUnless(sentence, U'哪', U'\0', U'怕');
 }
 
@@ -102,9 +114,10 @@ bool isShortQuestion(std::u32string_view clause)
         {U"多少钱", U"在哪里", U"在哪儿", U"在哪", U"是谁", U"是什么", U"怎么样", U"怎么办",
             U"几点", U"几点了", U"几点到", U"几点来", U"几点去", U"几点走", U"几点起床", U"几点睡",
             U"几点下班", U"几点上班", U"几点开会", U"几点回来", U"几点有空"});
-    static constexpr auto others = std::to_array<std::u32string_view>({U"知道", U"告诉", U"问",
-        U"明白", U"清楚", U"记得", U"忘", U"看", U"想", U"管", U"猜", U"听", U"说", U"懂", U"无论",
-        U"不论", U"随便", U"都", U"也", U"就", U"不", U"没", U"那几", U"这几"});
+    static constexpr auto others = std::to_array<std::u32string_view>(
+        {U"知道", U"告诉", U"问", U"明白", U"清楚", U"记得", U"忘", U"看", U"想", U"管", U"猜",
+            U"听", U"说", U"懂", U"无论", U"不论", U"随便", U"都", U"也", U"就", U"不", U"没",
+            U"那几", U"这几", U"查", U"算", U"确认", U"打听", U"取决", U"关系"});
     return clause.size() <= longest && startsWithAny(clause, subjects)
         && endsWithAny(clause, endings) && !holdsAny(clause, others);
 }
@@ -112,8 +125,8 @@ bool isShortQuestion(std::u32string_view clause)
 bool surelyAsks(std::u32string_view clause)
 {
     constexpr std::size_t longestReason = 7;
-    static constexpr auto telling = std::to_array<std::u32string_view>(
-        {U"问", U"不知道", U"想知道", U"好奇", U"说", U"告诉", U"管"});
+    static constexpr auto telling = std::to_array<std::u32string_view>({U"问", U"不知道", U"想知道",
+        U"好奇", U"说", U"告诉", U"管", U"干吗", U"幹吗", U"确认", U"查", U"看看", U"打听"});
     static constexpr auto knowing = std::to_array<std::u32string_view>(
         {U"知道", U"懂", U"清楚", U"明白", U"说", U"都", U"因为"});
     static constexpr auto polite = std::to_array<std::u32string_view>({U"请问"});
@@ -126,30 +139,48 @@ bool surelyAsks(std::u32string_view clause)
     return isShortQuestion(asked);
 }
 
+/// Whether somebody is spoken of; the owner of something makes no sentence yet, nor does a list.
+bool holdsSpeaker(std::u32string_view simple)
+{
+    constexpr std::u32string_view pronouns = U"我你您他她它们咱";
+    for (std::size_t at = 0; at + 1 < simple.size(); ++at) {
+        const char32_t next = simple[at + 1];
+        const bool leadsOn = next != U'的' && !isBlank(next) && !isOneOf(pronouns, next);
+        if (isOneOf(pronouns, simple[at]) && leadsOn)
+            return true;
+    }
+    return false;
+}
+
+/// 我要买苹果 香蕉 葡萄 西瓜
+bool isInPieces(std::u32string_view sentence)
+{
+    constexpr std::ptrdiff_t many = 3;
+    return std::ranges::count_if(sentence, isBlank) >= many;
+}
+
 } // namespace
 
 bool isChineseSentence(std::u32string_view simple)
 {
-    // These are in nearly every one.
-    constexpr std::ptrdiff_t longEnough = 6;
-    constexpr std::u32string_view usual =
-        U"了着过得是有没不别在把被让给就也都再才又很太最更已想说看走来去到买卖"
-        U"写吃喝做找请帮谢跟从叫等刚真向啊";
-    constexpr std::u32string_view pronouns = U"我你您他她它们咱";
-    static constexpr auto phrases = std::to_array<std::u32string_view>(
-        {U"可以", U"然后", U"大家", U"天天", U"常常", U"因为", U"但是", U"好的", U"是的"});
-    if (holdsAny(simple, phrases)
-        || std::ranges::any_of(simple, [usual](char32_t c) { return isOneOf(usual, c); }))
-        return true;
-    // The owner of something makes no sentence yet.
-    for (std::size_t at = 0; at < simple.size(); ++at) {
-        const bool isOwner = at + 1 < simple.size() && isOneOf(U"的们", simple[at + 1]);
-        if (isOneOf(pronouns, simple[at]) && !isOwner)
-            return true;
-    }
+    static constexpr auto phrases = std::to_array<std::u32string_view>({U"可以", U"然后", U"大家",
+        U"天天", U"常常", U"因为", U"但是", U"好的", U"是的", U"谢谢", U"收到", U"没关系",
+        U"没关係", U"没有", U"不能", U"不会", U"不要", U"不用", U"已经", U"很", U"并非", U"哪怕"});
     static constexpr auto weaker =
         std::to_array<std::u32string_view>({U"这", U"那", U"今天", U"明天", U"昨天"});
-    return std::ranges::count_if(simple, isHan) >= longEnough && holdsAny(simple, weaker);
+    if (holdsAny(simple, phrases) || holdsUnless(simple, U'了', U'为', U'解')
+        || holdsUnless(simple, U'是', U'\0', U'非') || simple.ends_with(U'啊')
+        || holdsSpeaker(simple))
+        return true;
+    // One of the usual characters may belong to a name or a title.
+    constexpr std::u32string_view usual =
+        U"过得有没不别在把被让给就也都再才又太最更想说看走来去到喝做找请帮跟叫等刚真";
+    constexpr std::ptrdiff_t fewest = 2;
+    constexpr std::ptrdiff_t longEnough = 6;
+    const auto found =
+        std::ranges::count_if(simple, [usual](char32_t c) { return isOneOf(usual, c); });
+    const bool isLong = std::ranges::count_if(simple, isHan) >= longEnough;
+    return found >= fewest || ((found > 0 || isLong) && holdsAny(simple, weaker));
 }
 
 std::u32string_view chineseEndMark(std::u32string_view text)
@@ -162,7 +193,8 @@ std::u32string_view chineseEndMark(std::u32string_view text)
     const std::u32string_view sentence = behindLast(simple, endsChineseSentence);
     if (surelyAsks(behindLast(sentence, isPause)))
         return U"？";
-    return mayAsk(sentence) || !isChineseSentence(sentence) ? U"" : U"。";
+    const bool isUnsure = mayAsk(sentence) || isInPieces(sentence);
+    return isUnsure || !isChineseSentence(sentence) ? U"" : U"。";
 }
 
 } // namespace tavrin::devcloud

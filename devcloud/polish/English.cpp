@@ -158,17 +158,19 @@ Runs withoutRepeats(Runs runs)
     return kept;
 }
 
-/// "I" in all its forms. A lone letter is that only where a speaker can stand: beside his verb, or
-/// behind a word that wants a subject; elsewhere it may be a variable.
+/// "I" in all its forms. A lone letter is that between two words of English, unless they are such
+/// as stand beside a variable, a number of a chapter or a war.
 bool isPronoun(const Runs& runs, std::size_t at)
 {
     static constexpr auto forms =
         std::to_array<std::u32string_view>({U"i'm", U"i'll", U"i've", U"i'd"});
     static constexpr auto names = std::to_array<std::u32string_view>({U"variable", U"index",
         U"letter", U"counter", U"parameter", U"integer", U"loop", U"int", U"let", U"for", U"called",
-        U"named", U"character", U"type", U"vitamin", U"world", U"war", U"point", U"set"});
+        U"named", U"character", U"type", U"vitamin", U"world", U"war", U"point", U"set", U"part",
+        U"chapter", U"section", U"phase", U"volume", U"act"});
     static constexpr auto operators = std::to_array<std::u32string_view>({U"in", U"is", U"equals",
-        U"plus", U"minus", U"times", U"to", U"of", U"becomes", U"goes", U"runs", U"rows", U"and"});
+        U"plus", U"minus", U"times", U"to", U"of", U"becomes", U"goes", U"runs", U"rows", U"and",
+        U"with", U"by", U"from", U"until", U"as", U"or", U"if", U"on", U"at", U"into"});
     static constexpr auto wantSubject = std::to_array<std::u32string_view>({U"am", U"do", U"did",
         U"can", U"could", U"should", U"would", U"will", U"may", U"shall", U"have", U"had", U"was",
         U"when", U"that", U"because", U"what", U"where", U"how", U"why", U"than", U"while", U"so",
@@ -185,7 +187,7 @@ bool isPronoun(const Runs& runs, std::size_t at)
         return follows || isCoupled;
     const Run& next = runs[at + 1];
     const bool opens = at == 0 || !runs[at - 1].closing.empty();
-    const bool isSubject = opens || follows || isCoupled;
+    const bool isSubject = opens || follows || isCoupled || isEnglish(runs[at - 1].small);
     return isVerbOfSpeaker(next.small)
         || (isSubject && isEnglish(next.small) && !contains(operators, next.small));
 }
@@ -216,7 +218,10 @@ bool wantsCapital(const Runs& runs, std::size_t at, bool opensText, bool technic
     const Run& run = runs[at];
     if (!technical && (isDayOrMonth(run.small) || isPronoun(runs, at)))
         return true;
-    const bool isKnown = opensProse(run.small) || (!technical && isEnglish(run.small));
+    // "today = x", "hello: world"
+    const bool isProse = run.closing.empty() && runs.size() > 1 && runs[1].isPlain()
+        && isEnglish(runs[1].small) && opensProse(run.small);
+    const bool isKnown = technical ? isProse : isEnglish(run.small) || isSound(run);
     const bool opens = at == 0 ? opensText : !technical && followsSentence(runs, at);
     return opens && isKnown && run.opening.empty();
 }
@@ -240,9 +245,15 @@ void collapseBlanks(Runs& runs)
 
 std::u32string_view endMark(const Runs& runs)
 {
-    const auto lastEnd =
+    const auto lastMark =
         std::find_if(runs.rbegin(), runs.rend(), [](const Run& run) { return run.endsSentence(); });
-    return englishEndMark({lastEnd.base(), runs.end()});
+    const std::u32string_view mark = englishEndMark({lastMark.base(), runs.end()});
+    if (lastMark == runs.rend() || mayEndSentence(*lastMark))
+        return mark;
+    // "What Mr. Lee wants": the sentence may have begun before that mark.
+    const auto lastEnd = std::find_if(lastMark, runs.rend(),
+        [](const Run& run) { return run.endsSentence() && mayEndSentence(run); });
+    return mark == englishEndMark({lastEnd.base(), runs.end()}) ? mark : U"";
 }
 
 } // namespace

@@ -72,7 +72,8 @@ std::u32string textOf(const Runs& runs)
 bool mayEndSentence(const Run& run)
 {
     // Words that are also short for something.
-    constexpr std::u32string_view abbreviations = U" no in am is sat sun mar jan art fig min max ";
+    constexpr std::u32string_view abbreviations =
+        U" no in am is sat sun mar jan art fig min max long sing add rep dim rev sec ";
     constexpr std::size_t shortest = 2;
     const bool isShort = abbreviations.find(U' ' + run.small + U' ') != std::u32string_view::npos;
     return run.isPlain() && run.small.size() >= shortest && isEnglish(run.small) && !isShort;

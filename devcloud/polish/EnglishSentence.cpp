@@ -1,5 +1,6 @@
 #include "devcloud/polish/EnglishSentence.h"
 
+#include "devcloud/polish/EnglishWords.h"
 #include "devcloud/polish/WordList.h"
 
 #include <algorithm>
@@ -29,20 +30,48 @@ bool isIn(WordList words, const Run& run)
     return contains(words, run.small);
 }
 
+/// Whether a word opens another clause: "can you hurry the bus is here", "are you there it rings".
+bool opensClause(Sentence rest, std::size_t at)
+{
+    static constexpr auto speakers = std::to_array<std::u32string_view>(
+        {U"i", U"we", U"he", U"she", U"they", U"i'm", U"we're", U"it's", U"that's", U"there's",
+            U"i'll", U"i've", U"but", U"so", U"otherwise", U"is", U"are", U"am", U"was", U"were",
+            U"has", U"will", U"would", U"can", U"could", U"should", U"must"});
+    static constexpr auto mayOpen =
+        std::to_array<std::u32string_view>({U"it", U"there", U"please"});
+    static constexpr auto behindObject = std::to_array<std::u32string_view>(
+        {U"to", U"for", U"in", U"on", U"at", U"with", U"up", U"off", U"out", U"again", U"today",
+            U"tomorrow", U"now", U"back", U"by", U"please", U"yet", U"before", U"after", U"from"});
+    if (isIn(mayOpen, rest[at]))
+        return at + 1 < rest.size() && !isIn(behindObject, rest[at + 1]);
+    return isIn(speakers, rest[at]) || rest[at].small == U"thanks";
+}
+
 /// Whether something is said behind the question as well: "can you help me i am lost".
 bool runsOn(Sentence rest)
 {
-    static constexpr auto speakers = std::to_array<std::u32string_view>({U"i", U"we", U"he", U"she",
-        U"they", U"i'm", U"we're", U"it's", U"i'll", U"i've", U"but", U"so", U"otherwise"});
     static constexpr auto joining = std::to_array<std::u32string_view>(
         {U"if", U"whether", U"when", U"where", U"what", U"why", U"how", U"who", U"that", U"which",
             U"because", U"and", U"or", U"think", U"know", U"say", U"said", U"than", U"until",
             U"before", U"after", U"while", U"since", U"as", U"thing", U"way", U"time"});
+    bool isJoined = false;
     for (std::size_t at = 0; at < rest.size(); ++at) {
-        if (isIn(speakers, rest[at]) && (at == 0 || !isIn(joining, rest[at - 1])))
+        if (isIn(joining, rest[at]))
+            isJoined = true;
+        else if (!isJoined && opensClause(rest, at))
             return true;
     }
     return false;
+}
+
+/// "Have it your way", "don't you worry", "am i glad to see you", "may she rest in peace".
+bool isNoQuestion(std::u32string_view verb, std::u32string_view subject)
+{
+    if (verb == U"do" || verb == U"have")
+        return subject == U"it" || subject == U"there";
+    if (verb == U"may")
+        return subject != U"i" && subject != U"we";
+    return verb == U"don't" || verb == U"am";
 }
 
 bool surelyAsks(Sentence sentence)
@@ -50,20 +79,23 @@ bool surelyAsks(Sentence sentence)
     constexpr std::size_t longest = 12;
     static constexpr auto openings =
         std::to_array<std::u32string_view>({U"what", U"where", U"when", U"why", U"who", U"how"});
+    // "What time is it", "how many are there"
+    static constexpr auto measured = std::to_array<std::u32string_view>(
+        {U"time", U"many", U"much", U"long", U"old", U"far", U"often"});
     // They open wishes and conditions too: "should you need help", "had i known".
     static constexpr auto notOpening =
         std::to_array<std::u32string_view>({U"should", U"had", U"were", U"must", U"might"});
     if (sentence.size() < 2 || sentence.size() > longest)
         return false;
     const bool hasOpening = isIn(openings, sentence[0]);
-    const Sentence rest = sentence.subspan(hasOpening ? 1 : 0);
+    const bool measures = hasOpening && isIn(measured, sentence[1]);
+    const Sentence rest = sentence.subspan((hasOpening ? 1U : 0U) + (measures ? 1U : 0U));
     if (rest.size() < 2 || !isIn(auxiliaries, rest[0]) || isIn(notOpening, rest[0]))
         return false;
     const std::u32string& verb = rest[0].small;
     const bool mayCommand = !hasOpening && (verb == U"do" || verb == U"have" || verb == U"don't");
-    const bool commands = mayCommand && (rest[1].small == U"it" || rest[1].small == U"there");
     if (isIn(subjects, rest[1]))
-        return !commands && !runsOn(rest.subspan(2));
+        return (hasOpening || !isNoQuestion(verb, rest[1].small)) && !runsOn(rest.subspan(2));
     // "Is the build green", "what is the plan"; with a second verb it may be part of a statement.
     constexpr std::size_t longestPlain = 8;
     return isIn(determiners, rest[1]) && !mayCommand && rest.size() <= longestPlain
@@ -81,6 +113,13 @@ bool holdsInversion(Sentence sentence)
         {U"so", U"and", U"but", U"well", U"okay", U"ok", U"then", U"now", U"or", U"yes", U"no"});
     static constexpr auto withObject =
         std::to_array<std::u32string_view>({U"have", U"has", U"had", U"do", U"does", U"did"});
+    static constexpr auto relating = std::to_array<std::u32string_view>(
+        {U"at", U"in", U"on", U"for", U"to", U"with", U"from", U"by", U"of"});
+    const bool asksBehind = sentence.size() > 1
+        && ((isIn(before, sentence[0]) && isIn(auxiliaries, sentence[1]))
+            || (isIn(relating, sentence[0]) && isIn(askingWords, sentence[1])));
+    if (asksBehind)
+        return true;
     for (std::size_t at = 0; at + 1 < sentence.size(); ++at) {
         const Run& run = sentence[at];
         const Run& next = sentence[at + 1];
@@ -106,7 +145,11 @@ bool mayAsk(Sentence sentence)
     // "They did what"
     static constexpr auto echoes =
         std::to_array<std::u32string_view>({U"what", U"who", U"where", U"when", U"which"});
-    if (hasTag || isIn(askingWords, sentence[0]) || isIn(echoes, sentence.back()))
+    // "Mind if I sit here", "need any help"
+    static constexpr auto shortened =
+        std::to_array<std::u32string_view>({U"mind", U"need", U"want", U"got", U"care"});
+    if (hasTag || isIn(askingWords, sentence[0]) || isIn(echoes, sentence.back())
+        || isIn(shortened, sentence[0]))
         return true;
     if (!isIn(auxiliaries, sentence[0]))
         return holdsInversion(sentence);
@@ -116,27 +159,51 @@ bool mayAsk(Sentence sentence)
     return !orders;
 }
 
+/// "Turn left after the bridge", "you know him".
+bool orders(Sentence sentence)
+{
+    constexpr std::size_t shortest = 3;
+    static constexpr auto verbs = std::to_array<std::u32string_view>(
+        {U"turn", U"call", U"press", U"write", U"log", U"see", U"open", U"bring", U"send", U"put",
+            U"go", U"take", U"keep", U"tell", U"give", U"get", U"have", U"do", U"don't", U"use"});
+    static constexpr auto objects = std::to_array<std::u32string_view>({U"the", U"a", U"an", U"me",
+        U"it", U"us", U"him", U"her", U"them", U"my", U"your", U"you", U"this", U"these", U"those",
+        U"to", U"on", U"off", U"down", U"up", U"out", U"left", U"right", U"back"});
+    if (sentence.size() < shortest)
+        return false;
+    return (isIn(verbs, sentence[0]) && isIn(objects, sentence[1]))
+        || (sentence[0].small == U"you" && isVerbOfSpeaker(sentence[1].small));
+}
+
 /// A name, a title or a word alone is no sentence.
 bool isSentence(Sentence sentence)
 {
-    constexpr std::size_t longEnough = 4;
     static constexpr auto greetings = std::to_array<std::u32string_view>(
         {U"hello", U"hi", U"hey", U"thanks", U"thank", U"yes", U"no", U"okay", U"ok", U"good",
             U"goodbye", U"bye", U"sorry", U"sure", U"please", U"congratulations", U"welcome"});
-    static constexpr auto clear = std::to_array<std::u32string_view>({U"i", U"we", U"he", U"she",
-        U"it", U"they", U"i'm", U"it's", U"that's", U"we're", U"there's", U"let's"});
-    return sentence.size() >= longEnough || isIn(greetings, sentence[0])
-        || std::ranges::any_of(
-            sentence, [](const Run& run) { return isIn(auxiliaries, run) || isIn(clear, run); });
+    static constexpr auto clear = std::to_array<std::u32string_view>(
+        {U"i", U"we", U"he", U"she", U"it", U"they", U"i'm", U"it's", U"that's", U"we're",
+            U"there's", U"let's", U"i'll", U"i've", U"i'd", U"we'll", U"we've", U"we'd", U"they're",
+            U"they'll", U"they've", U"you're", U"you'll", U"you've", U"he's", U"she's"});
+    return isIn(greetings, sentence[0]) || orders(sentence)
+        || std::ranges::any_of(sentence, [](const Run& run) {
+               return isIn(auxiliaries, run) || isIn(clear, run) || isFiniteVerb(run.small);
+           });
 }
 
 } // namespace
 
 std::u32string_view englishEndMark(Sentence sentence)
 {
-    if (sentence.empty() || !sentence.back().isPlain() || !sentence.back().closing.empty())
+    if (sentence.empty() || !sentence.back().isPlain() || !sentence.back().closing.empty()
+        || sentence.front().word.ends_with(U'-'))
         return {};
-    if (surelyAsks(sentence))
+    // "So what do you think"
+    static constexpr auto leading =
+        std::to_array<std::u32string_view>({U"so", U"and", U"but", U"okay", U"ok"});
+    const bool isLed =
+        sentence.size() > 1 && isIn(leading, sentence[0]) && isIn(askingWords, sentence[1]);
+    if (surelyAsks(sentence.subspan(isLed ? 1 : 0)))
         return U"?";
     return mayAsk(sentence) || !isSentence(sentence) ? U"" : U".";
 }

@@ -129,17 +129,18 @@ constexpr std::u32string_view common =
     U"database loop branch release feature request response command terminal script source output "
     U"input log wall error file path port host domain address flag option window tab page process "
     U"done section setting "
-    U"privacy chapter paragraph sentence";
+    U"privacy chapter paragraph sentence lent built vitamin ah";
 
 constexpr std::u32string_view foreign =
     U"der das und ist nicht ich ein eine einen mit für auf dem von zu sie wir ihr auch aber oder "
-    U"wenn uhr dass sind haben bin bist immer noch denn nur schon dann habe hatte mir mich dir "
+    U"wenn uhr dass sind haben bist immer noch denn nur schon dann habe hatte mir mich dir "
     U"dich "
     U"les une des du et est pas je tu il elle nous vous ils que qui dans pour avec ce cette "
     U"mais "
-    U"ne una es se por como pero muy este esta mi lo gli di che non sono questo ho "
-    U"uma em não eu você ele ela mas meu het een niet ik zijn voor maar ook geen goed dat "
-    U"och att det som är jag inte og jeg ikke jest nie się ang ng mga saya yang dan";
+    U"ne una es se por como pero muy este esta mi lo gli di che sono questo ho "
+    U"uma em não você ele ela mas meu het een niet ik zijn voor maar ook geen goed dat "
+    U"och att det som är jag inte og jeg ikke jest nie się ang ng mga saya yang é è ein alle tutti "
+    U"tous todos todas mucho bom";
 
 constexpr std::u32string_view proseOpeners =
     U"the this that these those there their they you your she he we it my our his what why how who "
@@ -172,10 +173,19 @@ constexpr std::u32string_view verbsOfSpeaker =
 constexpr std::u32string_view commands =
     U"sudo apt apt-get cd ls rm cp mv mkdir rmdir chmod chown ssh scp curl wget grep sed awk cat "
     U"tar "
-    U"cmake ninja systemctl journalctl echo export bash ping psql chroot xargs tail";
+    U"cmake ninja systemctl journalctl echo export bash ping psql chroot xargs tail touch vim less";
+constexpr std::u32string_view wordCommands = U"which man head find make more sort watch";
+constexpr std::u32string_view finiteVerbs =
+    U"makes wants goes comes thinks knows gets takes gives keeps says seems means leaves needs "
+    U"works "
+    U"lives reads writes tells brings buys eats sends starts stops opens closes costs loves likes "
+    U"made wanted went came thought knew got took gave kept said told brought bought ate sent "
+    U"wrote "
+    U"asked began became lost paid met saw won heard found read moved started arrived returns "
+    U"arrives";
 constexpr std::u32string_view programs = U"git npm npx yarn pip pip3 apt apt-get docker "
                                          U"docker-compose kubectl cargo brew systemctl sudo "
-                                         U"helm svn go cmake python python3 node terraform";
+                                         U"helm svn cmake python python3 node terraform";
 constexpr std::u32string_view subcommands =
     U"push pull commit checkout clone rebase merge add status log diff install uninstall run build "
     U"test get apply exec start stop restart update upgrade compose up down remove init fetch "
@@ -246,6 +256,18 @@ bool opensProse(std::u32string_view word)
 bool isVerbOfSpeaker(std::u32string_view word)
 {
     static const Words words = wordsOf(verbsOfSpeaker);
+    return isIn(words, word);
+}
+
+bool isFiniteVerb(std::u32string_view word)
+{
+    static const Words words = wordsOf(finiteVerbs);
+    return isIn(words, word);
+}
+
+bool mayBeCommand(std::u32string_view word)
+{
+    static const Words words = wordsOf(wordCommands);
     return isIn(words, word);
 }
 

@@ -2,6 +2,7 @@
 
 #include "devcloud/polish/Characters.h"
 #include "devcloud/polish/EnglishWords.h"
+#include "devcloud/polish/WordList.h"
 #include "devcloud/text/Ascii.h"
 
 #include <algorithm>
@@ -44,7 +45,7 @@ constexpr std::u32string_view alsoJapanese =
     U"婦嬰孫審憲宮賓導爾嘗島嶺崗幣帥師帳莊慶庫強徹徵態憶懇悶愛慣憤戶撲執掃揚撫擁擬揮損換攜敵無"
     U"暫術楊極構槍標樹橋檔橫漢湯溝淚濃測潔漁濾災煩熱猶獲環畫療監盤礙確禍種積窮競筆簡糧緊糾紅約"
     U"級紀純紙納紛細終組結統維網緒線練績縮織罰羅聖聯職節蘇蘭補裏複規訂訊討訓詢詳誤課調談諾謀講"
-    U"貝負財貨責貴費資質贈跡軟軍較載輪輯輸針鋼鏡陣陰階隨邊險並縣獎輕";
+    U"貝負財貨責貴費資質贈跡軟軍較載輪輯輸針鋼鏡陣陰階隨邊險並縣獎輕層階";
 
 /// And the simplified ones.
 constexpr std::u32string_view simplifiedAlsoJapanese =
@@ -52,10 +53,11 @@ constexpr std::u32string_view simplifiedAlsoJapanese =
     U"准几并征划杰叶叹尝据机灯炉状湿温横数虚践装将尽区恋携猫湾画庄泪强";
 
 /// And those of one form that only Chinese writes.
-constexpr std::u32string_view chineseWords = U"你您她它咱很呢吧把哪怎啊呀啦哦嗯呃爸奶找吃喝跟怕";
-constexpr auto chinesePhrases = std::to_array<std::u32string_view>({U"都有", U"都是", U"都不",
-    U"就是", U"可以", U"今天", U"明天", U"昨天", U"不行", U"的人", U"没有", U"現在在", U"负责",
-    U"負責", U"之前", U"祝好", U"好的", U"收到", U"謝謝", U"剛剛", U"不用", U"大家好", U"看看"});
+constexpr std::u32string_view chineseWords = U"你您她它咱很呢吧哪怎啊呀啦哦嗯呃爸奶找吃喝跟怕";
+constexpr auto chinesePhrases =
+    std::to_array<std::u32string_view>({U"都是", U"都不", U"就是", U"可以", U"今天", U"明天",
+        U"昨天", U"不行", U"的人", U"没有", U"現在在", U"负责", U"負責", U"之前", U"祝好", U"好的",
+        U"收到", U"謝謝", U"剛剛", U"不用谢", U"不用謝", U"大家好", U"看看"});
 
 const std::unordered_map<char32_t, char32_t>& simplifiedForms()
 {
@@ -83,20 +85,22 @@ std::u32string onlyChineseCharacters()
     return result;
 }
 
-/// 了, 是, 我 and 他 are Chinese but in a few words that Japanese shares.
+/// 了, 是, 我, 把 and 他 are Chinese but in a few words that Japanese shares.
 bool isChineseParticle(std::u32string_view text, std::size_t at)
 {
     const char32_t before = at > 0 ? text[at - 1] : U'\0';
     const char32_t after = at + 1 < text.size() ? text[at + 1] : U'\0';
     switch (text[at]) {
     case U'了':
-        return !isOneOf(U"完終终修魅満校", before) && !isOneOf(U"解承見", after);
+        return !isOneOf(U"完終终修魅満校読", before) && !isOneOf(U"解承見", after);
     case U'是':
-        return !isOneOf(U"非正認", after);
+        return before != U'社' && !isOneOf(U"非正認", after);
     case U'我':
         return !isOneOf(U"慢流孫", after);
+    case U'把':
+        return before != U'一' && !isOneOf(U"握持捉", after);
     case U'他':
-        return before != U'其' && !isOneOf(U"人社国方", after);
+        return before != U'其' && !isOneOf(U"人社国方言", after);
     default:
         return false;
     }
@@ -118,6 +122,7 @@ struct LatinWords {
     std::size_t all = 0;
     std::size_t english = 0;
     std::size_t onlyEnglish = 0;
+    std::size_t mostlyEnglish = 0; ///< One that hardly any other language has.
     std::size_t foreign = 0;
 
     void add(std::u32string_view word)
@@ -129,15 +134,20 @@ struct LatinWords {
             ++english;
             return;
         }
+        static constexpr auto mostly = std::to_array<std::u32string_view>(
+            {U"it", U"my", U"if", U"we", U"his", U"not", U"of", U"it's"});
+        mostlyEnglish += contains(mostly, small) ? 1U : 0U;
         english += isEnglish(small) ? 1U : 0U;
         foreign += isForeign(small) ? 1U : 0U;
     }
 
     [[nodiscard]] bool areSurelyEnglish() const
     {
-        constexpr std::size_t manyWords = 4; // So many are no chance, if there are no others.
-        const bool hasProof = onlyEnglish > 0 || (english == all && all >= manyWords);
-        return hasProof && foreign == 0 && 2 * english >= all;
+        // So many are no chance, if there are no others and one is hardly ever foreign.
+        constexpr std::size_t manyWords = 4;
+        const bool hasProof =
+            onlyEnglish > 0 || (mostlyEnglish > 0 && english == all && all >= manyWords);
+        return hasProof && foreign == 0 && 5 * english >= 3 * all;
     }
 };
 

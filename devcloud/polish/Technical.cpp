@@ -90,7 +90,9 @@ bool isTechnical(std::u32string_view line)
         std::u32string word = folded(run);
         const bool isFirst = last.empty() && opensWithRun;
         const bool isSecond = opensWithRun && !last.empty() && beforeLast.empty();
-        if (isCode(run) || (isFirst && isCommand(word)) || (isSecond && isNumberFlag(run))
+        const bool opensCommand = isFirst && isCommand(word);
+        const bool isArgument = isSecond && mayBeCommand(last) && !isEnglish(word);
+        if (isCode(run) || opensCommand || isArgument || (isSecond && isNumberFlag(run))
             || areCommand(last, word) || isLoop(beforeLast, last, word))
             return true;
         beforeLast = std::move(last);
