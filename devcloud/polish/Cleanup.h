@@ -12,7 +12,7 @@ namespace tavrin::devcloud {
 std::u32string cleanedChinese(std::u32string_view line, bool isWhole);
 
 /// A line of an English text: likewise; "I", days and months get their capitals, and so does the
-/// word that opens a sentence. With @p opensText the line begins with one.
-std::u32string cleanedEnglish(std::u32string_view line, bool opensText, bool isWhole);
+/// word that opens a sentence. One of several lines may begin within one.
+std::u32string cleanedEnglish(std::u32string_view line, bool isWhole);
 
 } // namespace tavrin::devcloud

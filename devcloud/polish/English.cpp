@@ -258,7 +258,7 @@ std::u32string_view endMark(const Runs& runs)
 
 } // namespace
 
-std::u32string cleanedEnglish(std::u32string_view line, bool opensText, bool isWhole)
+std::u32string cleanedEnglish(std::u32string_view line, bool isWhole)
 {
     Runs runs = runsOf(line);
     const bool isLabel = runs.empty() || runs.front().closing == U":";
@@ -267,7 +267,7 @@ std::u32string cleanedEnglish(std::u32string_view line, bool opensText, bool isW
         runs = withoutRepeats(SoundRemover(std::move(runs)).withoutSounds());
         collapseBlanks(runs);
     }
-    capitalize(runs, opensText, technical);
+    capitalize(runs, isWhole, technical);
     std::u32string text = textOf(runs);
     if (isWhole && !technical)
         text += endMark(runs);

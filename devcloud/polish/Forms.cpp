@@ -1,8 +1,8 @@
 #include "devcloud/polish/Forms.h"
 
-#include "devcloud/polish/Characters.h"
 #include "devcloud/polish/Letter.h"
 #include "devcloud/polish/Sentence.h"
+#include "devcloud/polish/Technical.h"
 
 #include <span>
 
@@ -29,19 +29,14 @@ constexpr FrameText closing{U"\n\n此致\n敬礼", U"\n\n此致\n敬禮", U"\n\n
 
 enum class Stops { Kept, Dropped };
 
-bool hasBullet(std::u32string_view line)
-{
-    return line.size() > 1 && isOneOf(U"-*•·", line[0]) && isBlank(line[1]);
-}
-
-/// Each sentence on a line of its own, behind @p sign, unless it has one.
+/// Each sentence on a line of its own, behind @p sign, unless it has a sign or a number.
 std::u32string lines(std::span<const Sentence> sentences, std::u32string_view sign, Stops stops)
 {
     std::u32string text;
     for (const Sentence& sentence : sentences) {
         if (!text.empty())
             text += U'\n';
-        if (!hasBullet(sentence.text))
+        if (!isListItem(sentence.text))
             text += sign;
         text += stops == Stops::Dropped ? withoutStop(sentence.text) : sentence.text;
     }
@@ -73,7 +68,7 @@ std::u32string letter(std::u32string_view text, Language language)
     result += joined(std::span(sentences).subspan(parts.greeting, bodySize));
     if (parts.closing > 0)
         return result + U"\n\n" + joined(std::span(sentences).last(parts.closing));
-    return mayClose(sentences.back()) ? result : result.append(closing.in(text, language));
+    return mayClose(sentences) ? result : result.append(closing.in(text, language));
 }
 
 } // namespace

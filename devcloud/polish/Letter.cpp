@@ -99,6 +99,13 @@ bool closes(const Sentence& sentence)
     });
 }
 
+/// "王明" behind a sentence of its own, without a mark.
+bool isSignature(std::u32string_view sentence)
+{
+    constexpr std::size_t longest = 4;
+    return sentence.size() <= longest && std::ranges::all_of(sentence, isHan);
+}
+
 } // namespace
 
 LetterParts partsOfLetter(std::span<const Sentence> sentences)
@@ -130,13 +137,17 @@ bool mayGreet(std::u32string_view text)
         || isHanGreeting(line.substr(0, line.find(U'，')));
 }
 
-bool mayClose(const Sentence& last)
+bool mayClose(std::span<const Sentence> sentences)
 {
+    const Sentence& last = sentences.back();
+    if (sentences.size() > 1 && isSignature(last.text))
+        return true;
     static constexpr auto openings = std::to_array<std::u32string_view>(
-        {U"best", U"yours", U"cheers", U"regards", U"sincerely", U"thanks"});
+        {U"best", U"yours", U"cheers", U"regards", U"sincerely", U"thanks", U"many"});
     const Runs runs = runsOf(last.text);
+    const auto comma = std::ranges::find_if(runs, &Run::endsWithComma);
     const bool isEnglishClose =
-        !runs.empty() && runs[0].endsWithComma() && contains(openings, runs[0].small);
+        comma != runs.end() && comma - runs.begin() < 2 && contains(openings, runs[0].small);
     const std::u32string_view words = withoutMarks(last.text);
     return isEnglishClose || std::ranges::any_of(hanClosings, [words](std::u32string_view closing) {
         return words.ends_with(closing)

@@ -20,7 +20,7 @@ LetterParts partsOfLetter(std::span<const Sentence> sentences);
 /// Whether a text begins like a greeting, whatever follows: one more would be too much.
 bool mayGreet(std::u32string_view text);
 
-/// Whether the last sentence of a text looks like a close, whatever else it says.
-bool mayClose(const Sentence& last);
+/// Whether the last sentence of a text looks like a close or a signature, whatever else it says.
+bool mayClose(std::span<const Sentence> sentences);
 
 } // namespace tavrin::devcloud

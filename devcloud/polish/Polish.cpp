@@ -36,7 +36,7 @@ std::u32string cleaned(std::u32string_view text, Language language)
         if (at > 0)
             result += U'\n';
         result += language == Language::Chinese ? cleanedChinese(line, isWhole)
-                                                : cleanedEnglish(line, at == 0, isWhole);
+                                                : cleanedEnglish(line, isWhole);
         at = end + 1;
     }
     return result;

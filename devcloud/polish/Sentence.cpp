@@ -28,7 +28,7 @@ bool isAbbreviation(std::u32string_view word)
 {
     constexpr std::u32string_view abbreviations =
         U" mr mrs ms dr prof rev gen sen rep gov st mt ft inc ltd co corp llc jr sr vs etc approx "
-        U"dept est fig vol no nos ch sec art jan feb mar apr jun jul aug sep sept oct nov dec mon "
+        U"dept est fig vol nos ch sec art jan feb mar apr jun jul aug sep sept oct nov dec mon "
         U"tue "
         U"wed thu fri sat sun ave blvd rd ed eds al ph phd capt col lt sgt hon ";
     return abbreviations.find(U' ' + folded(word) + U' ') != std::u32string_view::npos;
@@ -77,8 +77,15 @@ private:
         const std::size_t following = m_text.find_first_not_of(U" \t", m_at);
         if (!isSpace(next) || following == std::u32string_view::npos)
             return false;
-        return (isAsciiUpper(m_text[following]) || isHan(m_text[following]))
-            && endsEnglish(lastRun(m_text.substr(m_start, m_at - m_start)));
+        if (!isAsciiUpper(m_text[following]) && !isHan(m_text[following]))
+            return false;
+        const Run last = lastRun(m_text.substr(m_start, m_at - m_start));
+        // "Yahoo! News", "no. A 12"
+        if (mark == U'!' && !isEnglish(last.small))
+            return false;
+        const bool isNumber = last.small == U"no"
+            && (following + 1 == m_text.size() || !isAsciiLower(m_text[following + 1]));
+        return endsEnglish(last) && !isNumber;
     }
 
     void finish(std::size_t end)
@@ -113,7 +120,7 @@ std::u32string withoutStop(std::u32string_view sentence)
 {
     const std::u32string_view rest =
         sentence.substr(0, std::max<std::size_t>(sentence.size(), 1) - 1);
-    const bool isChinese = sentence.ends_with(U'。') && !rest.empty() && isHan(rest.back());
+    const bool isChinese = sentence.ends_with(U'。') && !rest.empty() && !isPause(rest.back());
     const Run last = sentence.ends_with(U'.') ? lastRun(sentence) : Run{};
     const bool isEnglishStop =
         last.closing == U"." && (endsEnglish(last) || (last.isPlain() && isEnglish(last.small)));

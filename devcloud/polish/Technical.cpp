@@ -106,8 +106,9 @@ bool isListItem(std::u32string_view line)
     const std::size_t end = line.find_first_not_of(U"0123456789一二三四五六七八九十");
     if (end == std::u32string_view::npos)
         return false;
+    const bool isNumber = line[end] == U'.' && end + 1 < line.size() && isAsciiDigit(line[end + 1]);
     if (end > 0)
-        return isOneOf(U".、)）．", line[end]);
+        return isOneOf(U".、)）．", line[end]) && !isNumber;
     return line.size() > 1 && isOneOf(U"-*•·+", line[0]) && isBlank(line[1]);
 }
 
