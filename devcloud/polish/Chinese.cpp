@@ -32,6 +32,11 @@ constexpr auto saidOnce = std::to_array<std::u32string_view>(
 constexpr auto clauseOpeners =
     std::to_array<std::u32string_view>({U"但是", U"所以", U"而且", U"然后"});
 
+bool isComma(char32_t c)
+{
+    return c == U',' || c == U'，';
+}
+
 /// Cleans from left to right; what is done stands in m_done, and is not looked at again.
 class ChineseLine {
 public:
@@ -147,7 +152,7 @@ private:
 
     bool skipOpeningSound(std::size_t end)
     {
-        const bool hasComma = isOneOf(U",，", peek(end));
+        const bool hasComma = isComma(peek(end));
         const std::size_t next = afterBlanks(hasComma ? end + 1 : end);
         const bool isAnswer = peek(m_at) == U'嗯' && !isAnyAt(next, goesOn);
         const bool isHesitation = hasComma
@@ -161,30 +166,40 @@ private:
 
     bool skipInnerSound(std::size_t end)
     {
-        const bool followsComma = isOneOf(U",，", m_done.back());
-        const bool followsBlank = !m_isSegmented && isBlank(m_done.back());
-        if ((!followsComma && !followsBlank) || !isOneOf(innerSounds, peek(m_at))
-            || !isRightPause(end) || isQuoted())
-            return false;
         const std::size_t next = afterBlanks(end + (isPause(peek(end)) ? 1 : 0));
+        if (!standsAlone(end) || isQuoted())
+            return false;
         if (m_line[m_at] == U'嗯' && (next >= m_line.size() || isAnyAt(next, answers)))
             return false;
-        const bool hasComma = isOneOf(U",，", peek(end));
         const Clause clause = clauseBefore();
         if (clause == Clause::MayLeadOn && next < m_line.size())
             return false;
-        if (hasComma && clause == Clause::LeadsOn && !isOneOf(sounds, peek(next))) {
+        if (isComma(peek(end)) && clause == Clause::LeadsOn && !isOneOf(sounds, peek(next))) {
             m_done.erase(endOfClause());
             m_at = next;
-            return true;
-        }
+        } else
+            dropMark(end);
+        return true;
+    }
+
+    /// Whether the sound that ends at @p end has a pause on either side.
+    [[nodiscard]] bool standsAlone(std::size_t end) const
+    {
+        const bool followsComma = isComma(m_done.back());
+        const bool followsBlank = !m_isSegmented && isBlank(m_done.back());
+        return (followsComma || followsBlank) && isOneOf(innerSounds, peek(m_at))
+            && isRightPause(end);
+    }
+
+    /// Goes on behind the sound that ends at @p end, with one of the pauses around it.
+    void dropMark(std::size_t end)
+    {
         const auto before = std::find_if_not(m_done.rbegin(), m_done.rend(), isBlank);
         const bool followsMark = before != m_done.rend() && isPause(*before);
-        const bool isTwice = isBlank(peek(end)) || (followsMark && hasComma);
+        const bool isTwice = isBlank(peek(end)) || (followsMark && isComma(peek(end)));
         if (!isTwice)
             m_done.pop_back(); // It led to the sound; what follows brings its own mark.
         m_at = isTwice ? afterBlanks(end + 1) : end;
-        return true;
     }
 
     /// 他说，嗯
@@ -213,9 +228,10 @@ private:
     {
         static constexpr auto openings = std::to_array<std::u32string_view>(
             {U"我", U"我们", U"我想", U"我们想", U"我觉得", U"我们觉得", U"他", U"她", U"他们"});
+        constexpr std::size_t longestOpening = 4;
         const std::size_t end = endOfClause();
         std::size_t start = end;
-        while (start > 0 && isHan(m_done[start - 1]))
+        while (start > 0 && end - start <= longestOpening && isHan(m_done[start - 1]))
             --start;
         std::u32string clause = m_done.substr(start, end - start);
         std::ranges::transform(clause, clause.begin(), simplified);

@@ -52,13 +52,21 @@ private:
 
     bool skip()
     {
+        return m_kept.empty() || m_kept.back().endsSentence() ? skipOpening() : skipInner();
+    }
+
+    bool skipOpening()
+    {
         const Run& sound = m_runs[m_at];
-        if (m_kept.empty() || m_kept.back().endsSentence()) {
-            if (isLast() || !opens(sound, m_runs[m_at + 1]))
-                return false;
-            handOn(sound, m_runs[m_at + 1]);
-            return true;
-        }
+        if (isLast() || !opens(sound, m_runs[m_at + 1]))
+            return false;
+        handOn(sound, m_runs[m_at + 1]);
+        return true;
+    }
+
+    bool skipInner()
+    {
+        const Run& sound = m_runs[m_at];
         Run& before = m_kept.back();
         // Emergency rooms are listed between commas too.
         if (!before.endsWithComma() || quotes(before) || sound.small == U"er")
