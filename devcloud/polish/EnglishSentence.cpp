@@ -42,6 +42,8 @@ bool opensClause(Sentence rest, std::size_t at)
     static constexpr auto behindObject = std::to_array<std::u32string_view>(
         {U"to", U"for", U"in", U"on", U"at", U"with", U"up", U"off", U"out", U"again", U"today",
             U"tomorrow", U"now", U"back", U"by", U"please", U"yet", U"before", U"after", U"from"});
+    if (at == 0 && rest[at].small == U"please")
+        return false; // "Can you please wait"
     if (isIn(mayOpen, rest[at]))
         return at + 1 < rest.size() && !isIn(behindObject, rest[at + 1]);
     return isIn(speakers, rest[at]) || rest[at].small == U"thanks";

@@ -138,7 +138,9 @@ struct LatinWords {
             {U"it", U"my", U"if", U"we", U"his", U"not", U"of", U"it's"});
         mostlyEnglish += contains(mostly, small) ? 1U : 0U;
         english += isEnglish(small) ? 1U : 0U;
-        foreign += isForeign(small) ? 1U : 0U;
+        // "MIT" is a school.
+        const bool isShortened = std::ranges::all_of(word, isAsciiUpper);
+        foreign += isForeign(small) && !isShortened ? 1U : 0U;
     }
 
     [[nodiscard]] bool areSurelyEnglish() const
