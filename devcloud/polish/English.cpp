@@ -123,19 +123,26 @@ private:
         static constexpr auto words = std::to_array<std::u32string_view>({U"i", U"we", U"he",
             U"she", U"they", U"the", U"a", U"an", U"my", U"your", U"our", U"their", U"and", U"or",
             U"but", U"because", U"if", U"very", U"i'm", U"we're", U"it's"});
-        static constexpr auto opinions = std::to_array<std::u32string_view>({U"think", U"guess"});
-        if (contains(opinions, run.small))
-            return openClause(2) && m_kept[m_kept.size() - 2].small == U"i";
+        if (isOpinion(run))
+            return openClause(2) && isMine();
         return contains(words, run.small) || (run.small == U"so" && openClause(1));
     }
 
     /// "The answer is, um, forty" wants no comma; "that is how it is, um, we go" does.
-    static bool mayLeadOn(const Run& run)
+    [[nodiscard]] bool mayLeadOn(const Run& run) const
     {
         static constexpr auto words =
             std::to_array<std::u32string_view>({U"that", U"is", U"are", U"was", U"were", U"to",
                 U"in", U"on", U"at", U"of", U"with", U"for", U"about", U"from", U"by"});
-        return contains(words, run.small);
+        return contains(words, run.small) || (isOpinion(run) && !isMine());
+    }
+
+    static bool isOpinion(const Run& run) { return run.small == U"think" || run.small == U"guess"; }
+
+    /// Whether the last kept run stands behind "I".
+    [[nodiscard]] bool isMine() const
+    {
+        return m_kept.size() > 1 && m_kept[m_kept.size() - 2].small == U"i";
     }
 
     Runs m_runs;

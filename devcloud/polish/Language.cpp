@@ -123,14 +123,17 @@ struct LatinWords {
     std::size_t english = 0;
     std::size_t onlyEnglish = 0;
     std::size_t mostlyEnglish = 0; ///< One that hardly any other language has.
+    std::size_t borrowed = 0; ///< One of English that people say in other languages.
     std::size_t foreign = 0;
 
     void add(std::u32string_view word)
     {
         const std::u32string small = folded(word);
         ++all;
+        static constexpr auto loans = std::to_array<std::u32string_view>(
+            {U"hello", U"yes", U"just", U"like", U"password", U"sunday", U"monday"});
         if (isOnlyEnglish(small)) {
-            ++onlyEnglish;
+            ++(contains(loans, small) ? borrowed : onlyEnglish);
             ++english;
             return;
         }
@@ -147,8 +150,8 @@ struct LatinWords {
     {
         // So many are no chance, if there are no others and one is hardly ever foreign.
         constexpr std::size_t manyWords = 4;
-        const bool hasProof =
-            onlyEnglish > 0 || (mostlyEnglish > 0 && english == all && all >= manyWords);
+        const bool isLikely = borrowed > 0 || (mostlyEnglish > 0 && all >= manyWords);
+        const bool hasProof = onlyEnglish > 0 || (isLikely && english == all);
         return hasProof && foreign == 0 && 5 * english >= 3 * all;
     }
 };
