@@ -239,7 +239,7 @@ private:
         if (opens && std::ranges::find(openings, clause) != openings.end())
             return Clause::LeadsOn;
         const bool mayLeadOn =
-            !clause.empty() && isOneOf(U"去要想在是和跟把给到对从向得", clause.back());
+            !clause.empty() && isOneOf(U"去要想在是和跟把给到对从向得的个这那共", clause.back());
         return mayLeadOn ? Clause::MayLeadOn : Clause::IsWhole;
     }
 
