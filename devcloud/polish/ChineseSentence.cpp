@@ -125,6 +125,7 @@ bool isShortQuestion(std::u32string_view clause)
 bool surelyAsks(std::u32string_view clause)
 {
     constexpr std::size_t longestReason = 7;
+    constexpr std::size_t longestDoubt = 9; // A longer one may go on behind it.
     static constexpr auto telling = std::to_array<std::u32string_view>({U"问", U"不知道", U"想知道",
         U"好奇", U"说", U"告诉", U"管", U"干吗", U"幹吗", U"确认", U"查", U"看看", U"打听"});
     static constexpr auto knowing = std::to_array<std::u32string_view>(
@@ -134,6 +135,8 @@ bool surelyAsks(std::u32string_view clause)
     const std::u32string_view asked = isPolite ? clause.substr(polite.front().size()) : clause;
     if (asked.ends_with(U'吗'))
         return !holdsAny(asked, telling);
+    if (asked.starts_with(U"难道"))
+        return asked.size() <= longestDoubt;
     if (asked.starts_with(U"为什么"))
         return asked.size() <= longestReason && !holdsAny(asked, knowing);
     return isShortQuestion(asked);
