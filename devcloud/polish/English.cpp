@@ -254,7 +254,7 @@ void collapseBlanks(Runs& runs)
 {
     for (std::size_t at = 1; at < runs.size(); ++at) {
         if (runs[at - 1].isPlain() && runs[at].isPlain())
-            runs[at].blanks = U" ";
+            runs[at].blanks.assign(1, U' ');
     }
 }
 
