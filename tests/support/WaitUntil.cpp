@@ -12,6 +12,8 @@ bool waitUntil(const std::function<bool()>& condition, Seconds limit)
     deadline.setSingleShot(true);
     QObject::connect(&deadline, &QTimer::timeout, [&] { expired = true; });
     deadline.start(std::chrono::duration_cast<std::chrono::milliseconds>(limit));
+    QTimer look;
+    look.start(std::chrono::milliseconds{5});
     while (!condition() && !expired)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     return condition();
