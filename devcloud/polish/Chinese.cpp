@@ -1,4 +1,5 @@
 #include "devcloud/polish/Characters.h"
+#include "devcloud/polish/ChinesePhrases.h"
 #include "devcloud/polish/ChineseSentence.h"
 #include "devcloud/polish/Cleanup.h"
 #include "devcloud/polish/Language.h"
@@ -19,12 +20,6 @@ using Phrases = std::span<const std::u32string_view>;
 constexpr std::u32string_view sounds = U"嗯呃额額";
 constexpr std::u32string_view innerSounds = U"嗯呃";
 
-/// What a speaker goes on with after he has won time, and nobody after an answer.
-constexpr auto goesOn = std::to_array<std::u32string_view>(
-    {U"我想问", U"我想请", U"我想说", U"请问", U"请大家", U"关于", U"首先", U"各位", U"大家好"});
-/// With these a 嗯 may be the answer.
-constexpr auto answers = std::to_array<std::u32string_view>({U"好", U"是", U"对", U"行", U"可以",
-    U"没", U"不", U"我也", U"我知道", U"我明白", U"我同意", U"知道", U"明白", U"收到", U"当然"});
 /// A clause may begin with these and cannot begin with them twice.
 constexpr auto saidOnce = std::to_array<std::u32string_view>(
     {U"我们", U"然后", U"因为", U"所以", U"但是", U"如果", U"我"});
@@ -71,9 +66,15 @@ private:
         return at < m_line.size() ? m_line[at] : U'\0';
     }
 
+    /// The line from @p at on, in simplified characters.
+    [[nodiscard]] std::u32string_view restFrom(std::size_t at) const
+    {
+        return std::u32string_view(m_simple).substr(std::min(at, m_simple.size()));
+    }
+
     [[nodiscard]] bool isAnyAt(std::size_t at, Phrases phrases) const
     {
-        const auto rest = std::u32string_view(m_simple).substr(std::min(at, m_simple.size()));
+        const std::u32string_view rest = restFrom(at);
         return std::ranges::any_of(
             phrases, [rest](std::u32string_view phrase) { return rest.starts_with(phrase); });
     }
@@ -154,10 +155,10 @@ private:
     {
         const bool hasComma = isComma(peek(end));
         const std::size_t next = afterBlanks(hasComma ? end + 1 : end);
-        const bool isAnswer = peek(m_at) == U'嗯' && !isAnyAt(next, goesOn);
+        const bool isAnswer = peek(m_at) == U'嗯' && !goesOn(restFrom(next));
         const bool isHesitation = hasComma
             || (peek(m_at) == U'呃' && isOneOf(U"我你您他她这那這", peek(end)))
-            || (!isOneOf(U"额額", peek(m_at)) && isAnyAt(end, goesOn));
+            || (!isOneOf(U"额額", peek(m_at)) && goesOn(restFrom(end)));
         if (isAnswer || !isHesitation || next >= m_line.size())
             return false;
         m_at = next;
@@ -167,11 +168,15 @@ private:
     bool skipInnerSound(std::size_t end)
     {
         const std::size_t next = afterBlanks(end + (isPause(peek(end)) ? 1 : 0));
+        if (splitsSubject(end)) {
+            m_at = end;
+            return true;
+        }
         if (!standsAlone(end) || isQuoted())
             return false;
-        if (m_line[m_at] == U'嗯' && (next >= m_line.size() || isAnyAt(next, answers)))
+        if (m_line[m_at] == U'嗯' && (next >= m_line.size() || mayAnswer(restFrom(next))))
             return false;
-        const Clause clause = clauseBefore();
+        const Clause clause = clauseBefore(next);
         if (clause == Clause::MayLeadOn && next < m_line.size())
             return false;
         if (isComma(peek(end)) && clause == Clause::LeadsOn && !isOneOf(sounds, peek(next))) {
@@ -189,6 +194,13 @@ private:
         const bool followsBlank = !m_isSegmented && isBlank(m_done.back());
         return (followsComma || followsBlank) && isOneOf(innerSounds, peek(m_at))
             && isRightPause(end);
+    }
+
+    /// 我呃想去: whether the sound that ends at @p end stands between who wants and what he wants.
+    [[nodiscard]] bool splitsSubject(std::size_t end) const
+    {
+        return m_line[m_at] == U'呃' && isHan(m_done.back())
+            && areSubjectAndWish(openingClause(), restFrom(end));
     }
 
     /// Goes on behind the sound that ends at @p end, with one of the pauses around it.
@@ -224,23 +236,33 @@ private:
         LeadsOn, ///< 我想，嗯，去北京: the comma was the sound's.
     };
 
-    [[nodiscard]] Clause clauseBefore() const
+    /// The clause in m_done in simplified characters, if it is a short one; empty otherwise.
+    [[nodiscard]] std::u32string openingClause() const
     {
-        static constexpr auto openings = std::to_array<std::u32string_view>(
-            {U"我", U"我们", U"我想", U"我们想", U"我觉得", U"我们觉得", U"他", U"她", U"他们"});
-        constexpr std::size_t longestOpening = 4;
+        constexpr std::size_t longestOpening = 5;
         const std::size_t end = endOfClause();
         std::size_t start = end;
-        while (start > 0 && end - start <= longestOpening && isHan(m_done[start - 1]))
+        while (start > 0 && end - start < longestOpening && isHan(m_done[start - 1]))
             --start;
-        std::u32string clause = m_done.substr(start, end - start);
-        std::ranges::transform(clause, clause.begin(), simplified);
         const bool opens = start == 0 || isPause(m_done[start - 1]);
-        if (opens && std::ranges::find(openings, clause) != openings.end())
+        std::u32string clause = opens ? m_done.substr(start, end - start) : std::u32string();
+        std::ranges::transform(clause, clause.begin(), simplified);
+        return clause;
+    }
+
+    /// What the clause before a sound is, when @p next is where the next one begins.
+    [[nodiscard]] Clause clauseBefore(std::size_t next) const
+    {
+        const std::u32string clause = openingClause();
+        if (leadsOnTo(clause, restFrom(next)))
             return Clause::LeadsOn;
-        const bool mayLeadOn =
-            !clause.empty() && isOneOf(U"去要想在是和跟把给到对从向得的个这那共", clause.back());
-        return mayLeadOn ? Clause::MayLeadOn : Clause::IsWhole;
+        // 这个，呃，方案不错: the comma is right too, and 呃 is no answer.
+        if (clause == U"这个" && m_line[m_at] == U'呃')
+            return Clause::IsWhole;
+        const std::size_t end = endOfClause();
+        const char32_t last = end > 0 ? simplified(m_done[end - 1]) : U'\0';
+        return isOneOf(U"去要想在是和跟把给到对从向得的个这那共", last) ? Clause::MayLeadOn
+                                                                        : Clause::IsWhole;
     }
 
     bool skipRepeat()
