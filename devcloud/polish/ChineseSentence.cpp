@@ -92,6 +92,16 @@ bool endsChineseSentence(char32_t c)
     return c != U'.' && endsSentence(c);
 }
 
+/// 这么多人啊, 他走了啊: somebody asks whether it is so, or cries out. 真亮啊 does neither.
+bool maySurprise(std::u32string_view sentence)
+{
+    constexpr std::size_t lengthOfPraise = 3;
+    if (!sentence.ends_with(U'啊') || sentence.size() < lengthOfPraise)
+        return sentence.ends_with(U'啊');
+    const std::u32string_view praise = sentence.substr(sentence.size() - lengthOfPraise);
+    return praise.front() != U'真' || !isOneOf(U"好美亮大香棒冷热快贵甜", praise[1]);
+}
+
 bool mayAsk(std::u32string_view sentence)
 {
     static constexpr auto asking = std::to_array<std::u32string_view>({U"吗", U"呢", U"什么", U"怎",
@@ -101,7 +111,17 @@ bool mayAsk(std::u32string_view sentence)
     static constexpr auto endings =
         std::to_array<std::u32string_view>({U"吧", U"嘛", U"么", U"没", U"没有", U"不", U"未"});
     return holdsAny(sentence, asking) || endsWithAny(sentence, endings) || holdsChoice(sentence)
-        || holdsUnless(sentence, U'几', U'茶', U'乎') || holdsUnless(sentence, U'哪', U'\0', U'怕');
+        || maySurprise(sentence) || holdsUnless(sentence, U'几', U'茶', U'乎')
+        || holdsUnless(sentence, U'哪', U'\0', U'怕');
+}
+
+/// 你几点来我几点走 makes the one depend on the other.
+bool asksTwice(std::u32string_view clause)
+{
+    static constexpr auto asking = std::to_array<std::u32string_view>(
+        {U"几点", U"何时", U"哪", U"谁", U"什么", U"多少", U"怎么"});
+    return std::ranges::any_of(
+        asking, [clause](auto word) { return clause.find(word) != clause.rfind(word); });
 }
 
 /// 你几点到, 这个多少钱: short, addressed to somebody, and with nobody in it who knows or wonders.
@@ -109,17 +129,19 @@ bool isShortQuestion(std::u32string_view clause)
 {
     constexpr std::size_t longest = 8;
     static constexpr auto subjects =
-        std::to_array<std::u32string_view>({U"你", U"您", U"这", U"那", U"现在", U"今天", U"明天"});
+        std::to_array<std::u32string_view>({U"你", U"您", U"这", U"那", U"现在", U"今天", U"明天",
+            U"洗手间", U"卫生间", U"停车场", U"地铁站", U"出口", U"入口", U"电梯"});
     static constexpr auto endings = std::to_array<std::u32string_view>(
         {U"多少钱", U"在哪里", U"在哪儿", U"在哪", U"是谁", U"是什么", U"怎么样", U"怎么办",
             U"几点", U"几点了", U"几点到", U"几点来", U"几点去", U"几点走", U"几点起床", U"几点睡",
-            U"几点下班", U"几点上班", U"几点开会", U"几点回来", U"几点有空"});
+            U"几点下班", U"几点上班", U"几点开会", U"几点回来", U"几点有空", U"何时回来", U"何时来",
+            U"何时到", U"何时走", U"何时出发", U"何时有空", U"在干嘛", U"在乾嘛", U"在幹嘛"});
     static constexpr auto others = std::to_array<std::u32string_view>(
         {U"知道", U"告诉", U"问", U"明白", U"清楚", U"记得", U"忘", U"看", U"想", U"管", U"猜",
             U"听", U"说", U"懂", U"无论", U"不论", U"随便", U"都", U"也", U"就", U"不", U"没",
             U"那几", U"这几", U"查", U"算", U"确认", U"打听", U"取决", U"关系"});
     return clause.size() <= longest && startsWithAny(clause, subjects)
-        && endsWithAny(clause, endings) && !holdsAny(clause, others);
+        && endsWithAny(clause, endings) && !holdsAny(clause, others) && !asksTwice(clause);
 }
 
 bool surelyAsks(std::u32string_view clause)
@@ -133,7 +155,10 @@ bool surelyAsks(std::u32string_view clause)
     static constexpr auto polite = std::to_array<std::u32string_view>({U"请问"});
     const bool isPolite = startsWithAny(clause, polite);
     const std::u32string_view asked = isPolite ? clause.substr(polite.front().size()) : clause;
-    if (asked.ends_with(U'吗'))
+    // 饿了么 is a name.
+    const bool isInformal =
+        asked.ends_with(U"了么") && !asked.ends_with(U"饿了么") && !asked.ends_with(U"餓了么");
+    if (asked.ends_with(U'吗') || isInformal)
         return !holdsAny(asked, telling);
     if (asked.starts_with(U"难道"))
         return asked.size() <= longestDoubt;
@@ -182,8 +207,13 @@ bool isChineseSentence(std::u32string_view simple)
     constexpr std::ptrdiff_t longEnough = 6;
     const auto found =
         std::ranges::count_if(simple, [usual](char32_t c) { return isOneOf(usual, c); });
-    const bool isLong = std::ranges::count_if(simple, isHan) >= longEnough;
-    return found >= fewest || ((found > 0 || isLong) && holdsAny(simple, weaker));
+    // 今天下午的会议纪要 is long and says nothing, and neither does 这个这个，那个那个.
+    const std::u32string_view tail = behindLast(simple, [](char32_t c) { return c == U'的'; });
+    const bool saysMore =
+        std::ranges::any_of(tail, [](char32_t c) { return isHan(c) && !isOneOf(U"这那个些", c); });
+    const bool isLong =
+        saysMore && std::ranges::count_if(tail, isHan) >= longEnough && holdsAny(tail, weaker);
+    return found >= fewest || isLong || (found > 0 && holdsAny(simple, weaker));
 }
 
 std::u32string_view chineseEndMark(std::u32string_view text)
