@@ -220,6 +220,28 @@ bool isDayOrMonth(std::u32string_view word)
     return contains(names, word);
 }
 
+/// "In may" at the end of a sentence that has told of another month: "those who came in may" has
+/// not.
+bool isMonthBesideAnother(const Runs& runs, std::size_t at)
+{
+    static constexpr auto otherWords =
+        std::to_array<std::u32string_view>({U"march", U"may", U"august"});
+    static constexpr auto relating =
+        std::to_array<std::u32string_view>({U"who", U"that", U"which", U"whoever", U"whom",
+            U"whose", U"those", U"anyone", U"everyone", U"if", U"whether", U"people", U"ones"});
+    const bool isLast = at + 1 == runs.size() || runs[at].endsSentence();
+    if (!contains(otherWords, runs[at].small) || !isLast || at == 0 || runs[at - 1].small != U"in")
+        return false;
+    bool toldAnother = false;
+    for (std::size_t before = at; before-- > 0 && !runs[before].endsSentence();) {
+        if (contains(relating, runs[before].small))
+            return false;
+        toldAnother = toldAnother
+            || (before > 0 && runs[before - 1].small == U"in" && isDayOrMonth(runs[before].small));
+    }
+    return toldAnother;
+}
+
 /// Whether a sentence has ended beyond doubt before the run at @p at.
 bool followsSentence(const Runs& runs, std::size_t at)
 {
@@ -231,7 +253,8 @@ bool followsSentence(const Runs& runs, std::size_t at)
 bool wantsCapital(const Runs& runs, std::size_t at, bool opensText, bool technical)
 {
     const Run& run = runs[at];
-    if (!technical && (isDayOrMonth(run.small) || isPronoun(runs, at)))
+    if (!technical
+        && (isDayOrMonth(run.small) || isPronoun(runs, at) || isMonthBesideAnother(runs, at)))
         return true;
     // "today = x", "hello: world"
     const bool isProse = run.closing.empty() && runs.size() > 1 && runs[1].isPlain()
@@ -258,17 +281,33 @@ void collapseBlanks(Runs& runs)
     }
 }
 
+/// No sentence ends with these, whatever name follows.
+bool isTitle(const Run& run)
+{
+    return run.closing == U"." && (run.small == U"mr" || run.small == U"mrs");
+}
+
+/// "We open at 9 a.m. and close at noon": whether the sentence goes on behind that mark.
+bool goesOn(std::span<const Run> rest)
+{
+    static constexpr auto joining = std::to_array<std::u32string_view>({U"and", U"or"});
+    return rest.size() > 1 && contains(joining, rest[0].small) && rest[0].isSmall()
+        && !mayAskInEnglish(rest);
+}
+
 std::u32string_view endMark(const Runs& runs)
 {
-    const auto lastMark =
-        std::find_if(runs.rbegin(), runs.rend(), [](const Run& run) { return run.endsSentence(); });
-    const std::u32string_view mark = englishEndMark({lastMark.base(), runs.end()});
+    const auto lastMark = std::find_if(runs.rbegin(), runs.rend(),
+        [](const Run& run) { return run.endsSentence() && !isTitle(run); });
+    const std::span<const Run> rest(lastMark.base(), runs.end());
+    const std::u32string_view mark = englishEndMark(rest);
     if (lastMark == runs.rend() || mayEndSentence(*lastMark))
         return mark;
-    // "What Mr. Lee wants": the sentence may have begun before that mark.
+    // "What they want in the U.S. is": the sentence may have begun before that mark.
     const auto lastEnd = std::find_if(lastMark, runs.rend(),
         [](const Run& run) { return run.endsSentence() && mayEndSentence(run); });
-    return mark == englishEndMark({lastEnd.base(), runs.end()}) ? mark : U"";
+    const std::u32string_view longer = englishEndMark({lastEnd.base(), runs.end()});
+    return mark == longer || (longer == U"." && goesOn(rest)) ? longer : U"";
 }
 
 } // namespace

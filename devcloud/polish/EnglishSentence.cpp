@@ -193,7 +193,22 @@ bool isSentence(Sentence sentence)
            });
 }
 
+/// "At what time does it start": the sentence from "what" on.
+Sentence fromWhat(Sentence sentence)
+{
+    static constexpr auto relating =
+        std::to_array<std::u32string_view>({U"at", U"since", U"until", U"by", U"from"});
+    const bool asksForTime = sentence.size() > 2 && isIn(relating, sentence[0])
+        && sentence[1].small == U"what" && sentence[2].small == U"time";
+    return sentence.subspan(asksForTime ? 1 : 0);
+}
+
 } // namespace
+
+bool mayAskInEnglish(Sentence sentence)
+{
+    return !sentence.empty() && mayAsk(sentence);
+}
 
 std::u32string_view englishEndMark(Sentence sentence)
 {
@@ -205,7 +220,7 @@ std::u32string_view englishEndMark(Sentence sentence)
         std::to_array<std::u32string_view>({U"so", U"and", U"but", U"okay", U"ok"});
     const bool isLed =
         sentence.size() > 1 && isIn(leading, sentence[0]) && isIn(askingWords, sentence[1]);
-    if (surelyAsks(sentence.subspan(isLed ? 1 : 0)))
+    if (surelyAsks(fromWhat(sentence.subspan(isLed ? 1 : 0))))
         return U"?";
     return mayAsk(sentence) || !isSentence(sentence) ? U"" : U".";
 }

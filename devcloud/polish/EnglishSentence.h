@@ -12,4 +12,7 @@ namespace tavrin::devcloud {
 /// possible, when it is no sentence, or when it ends in an address, a number or a mark.
 std::u32string_view englishEndMark(std::span<const Run> sentence);
 
+/// Whether the form of these runs may be that of a question.
+bool mayAskInEnglish(std::span<const Run> sentence);
+
 } // namespace tavrin::devcloud
