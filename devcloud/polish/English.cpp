@@ -68,11 +68,13 @@ private:
     {
         const Run& sound = m_runs[m_at];
         Run& before = m_kept.back();
+        if (standsInClause())
+            return true;
         // Emergency rooms are listed between commas too.
         if (!before.endsWithComma() || quotes(before) || sound.small == U"er")
             return false;
         if (sound.endsWithComma() && !isLast()) {
-            if (mayLeadOn(before))
+            if (mayLeadOn(before) && !endsHowItIs())
                 return false;
             if (leadsOn(before))
                 before.closing.clear();
@@ -82,6 +84,58 @@ private:
             return false;
         before.closing = sound.closing;
         return true;
+    }
+
+    /// "We could um try", "well uh we could": whether nothing can stand there that is called "um".
+    [[nodiscard]] bool standsInClause() const
+    {
+        static constexpr auto openings =
+            std::to_array<std::u32string_view>({U"well", U"so", U"but", U"and", U"okay"});
+        static constexpr auto verbs = std::to_array<std::u32string_view>({U"be", U"do", U"have",
+            U"go", U"get", U"make", U"take", U"give", U"see", U"ask", U"tell", U"try", U"find",
+            U"keep", U"put", U"send", U"bring", U"meet", U"want", U"need"});
+        const Run& sound = m_runs[m_at];
+        const Run& before = m_kept.back();
+        if (sound.small == U"er" || !sound.closing.empty() || !before.closing.empty() || isLast())
+            return false;
+        const bool splitsVerb = isModal(before) && m_kept.size() > 1
+            && isSubject(m_kept[m_kept.size() - 2]) && contains(verbs, m_runs[m_at + 1].small);
+        return splitsVerb || (contains(openings, before.small) && openClause(1) && opensNext());
+    }
+
+    static bool isModal(const Run& run)
+    {
+        static constexpr auto modals = std::to_array<std::u32string_view>({U"can", U"could",
+            U"will", U"would", U"should", U"must", U"might", U"can't", U"won't"});
+        return contains(modals, run.small) && run.closing.empty();
+    }
+
+    static bool isSubject(const Run& run)
+    {
+        static constexpr auto subjects = std::to_array<std::u32string_view>(
+            {U"i", U"we", U"he", U"she", U"they", U"nobody", U"nothing"});
+        return contains(subjects, run.small) && run.opening.empty() && run.closing.empty();
+    }
+
+    /// Whether a clause of its own begins behind the sound: "we can", "nothing will".
+    [[nodiscard]] bool opensNext() const
+    {
+        return m_at + 2 < m_runs.size() && isSubject(m_runs[m_at + 1]) && isModal(m_runs[m_at + 2]);
+    }
+
+    /// "That's how it is, um, we can": nothing is missing before the comma.
+    [[nodiscard]] bool endsHowItIs() const
+    {
+        static constexpr auto asking =
+            std::to_array<std::u32string_view>({U"how", U"what", U"where", U"who", U"why"});
+        static constexpr auto pronouns =
+            std::to_array<std::u32string_view>({U"it", U"he", U"she", U"they", U"we", U"things"});
+        static constexpr auto forms =
+            std::to_array<std::u32string_view>({U"is", U"are", U"was", U"were"});
+        const std::size_t size = m_kept.size();
+        return size > 2 && contains(forms, m_kept.back().small)
+            && contains(pronouns, m_kept[size - 2].small)
+            && contains(asking, m_kept[size - 3].small) && opensNext();
     }
 
     /// Whether @p sound only opens what goes on with @p next.
@@ -124,7 +178,7 @@ private:
             U"she", U"they", U"the", U"a", U"an", U"my", U"your", U"our", U"their", U"and", U"or",
             U"but", U"because", U"if", U"very", U"i'm", U"we're", U"it's"});
         if (isOpinion(run))
-            return openClause(2) && isMine();
+            return isMine() && openClause(lengthOfOpinion());
         return contains(words, run.small) || (run.small == U"so" && openClause(1));
     }
 
@@ -139,11 +193,20 @@ private:
 
     static bool isOpinion(const Run& run) { return run.small == U"think" || run.small == U"guess"; }
 
-    /// Whether the last kept run stands behind "I".
-    [[nodiscard]] bool isMine() const
+    /// The words of "I think" or "I really think" when the last kept run ends them; 0 otherwise.
+    [[nodiscard]] std::size_t lengthOfOpinion() const
     {
-        return m_kept.size() > 1 && m_kept[m_kept.size() - 2].small == U"i";
+        static constexpr auto adverbs = std::to_array<std::u32string_view>(
+            {U"really", U"just", U"still", U"also", U"actually"});
+        const std::size_t size = m_kept.size();
+        if (size > 1 && m_kept[size - 2].small == U"i")
+            return 2;
+        const bool isStressed = size > 2 && contains(adverbs, m_kept[size - 2].small)
+            && m_kept[size - 2].closing.empty() && m_kept[size - 3].small == U"i";
+        return isStressed ? 3 : 0;
     }
+
+    [[nodiscard]] bool isMine() const { return lengthOfOpinion() > 0; }
 
     Runs m_runs;
     Runs m_kept;
