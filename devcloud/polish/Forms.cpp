@@ -1,5 +1,6 @@
 #include "devcloud/polish/Forms.h"
 
+#include "devcloud/polish/Characters.h"
 #include "devcloud/polish/Letter.h"
 #include "devcloud/polish/Sentence.h"
 #include "devcloud/polish/Technical.h"
@@ -29,14 +30,23 @@ constexpr FrameText closing{U"\n\n此致\n敬礼", U"\n\n此致\n敬禮", U"\n\n
 
 enum class Stops { Kept, Dropped };
 
-/// Each sentence on a line of its own, behind @p sign, unless it has a sign or a number.
+/// Whether the first of @p sentences only says what the items below it are.
+bool introducesItems(std::span<const Sentence> sentences)
+{
+    const std::u32string& text = sentences.front().text;
+    return sentences.size() > 1 && isOneOf(U":：", text.back()) && isListItem(sentences[1].text);
+}
+
+/// Each sentence on a line of its own, behind @p sign, unless it has a sign or a number, or stands
+/// above such as have one.
 std::u32string lines(std::span<const Sentence> sentences, std::u32string_view sign, Stops stops)
 {
     std::u32string text;
-    for (const Sentence& sentence : sentences) {
-        if (!text.empty())
+    for (std::size_t at = 0; at < sentences.size(); ++at) {
+        const Sentence& sentence = sentences[at];
+        if (at > 0)
             text += U'\n';
-        if (!isListItem(sentence.text))
+        if (!isListItem(sentence.text) && !introducesItems(sentences.subspan(at)))
             text += sign;
         text += stops == Stops::Dropped ? withoutStop(sentence.text) : sentence.text;
     }

@@ -2,6 +2,7 @@
 
 #include "devcloud/polish/Characters.h"
 #include "devcloud/polish/EnglishLine.h"
+#include "devcloud/polish/Language.h"
 #include "devcloud/polish/WordList.h"
 
 #include <algorithm>
@@ -106,6 +107,18 @@ bool isSignature(std::u32string_view sentence)
     return sentence.size() <= longest && std::ranges::all_of(sentence, isHan);
 }
 
+/// 您好这个词 speaks of the greeting itself; @p rest stands behind it.
+bool isMention(std::u32string_view rest)
+{
+    static constexpr auto mentions =
+        std::to_array<std::u32string_view>({U"这个词", U"这两个字", U"两个字", U"二字"});
+    constexpr std::size_t longest = 4;
+    std::u32string simple(rest.substr(0, longest));
+    std::ranges::transform(simple, simple.begin(), simplified);
+    return std::ranges::any_of(
+        mentions, [&simple](auto mention) { return simple.starts_with(mention); });
+}
+
 } // namespace
 
 LetterParts partsOfLetter(std::span<const Sentence> sentences)
@@ -127,7 +140,7 @@ bool mayGreet(std::u32string_view text)
     // 你好像, 你好几
     static constexpr std::u32string_view otherWords = U"像几幾多久奇好歹心意学學在不";
     const auto opens = [text](std::u32string_view phrase) {
-        return text.starts_with(phrase)
+        return text.starts_with(phrase) && !isMention(text.substr(phrase.size()))
             && !(text.size() > phrase.size() && isOneOf(otherWords, text[phrase.size()]));
     };
     const std::u32string_view line = text.substr(0, text.find(U'\n'));
