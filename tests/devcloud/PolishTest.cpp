@@ -51,6 +51,11 @@ TEST(PolishTest, ControlCharactersGoAndTheSeamsOfEmojiStay)
         polish("\xef\xbb\xbfwe\x07 like 👩‍💻", Style::Professional), "We like 👩‍💻");
 }
 
+TEST(PolishTest, ASoundThatTrailsOffStays)
+{
+    EXPECT_EQ(polish("we could um... try it", Style::Professional), "We could um... try it.");
+}
+
 TEST(PolishTest, AnyBytesArePolishedIntoUtf8)
 {
     std::mt19937 random(99);
