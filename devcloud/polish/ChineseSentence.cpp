@@ -137,11 +137,21 @@ bool isShortQuestion(std::u32string_view clause)
             U"几点下班", U"几点上班", U"几点开会", U"几点回来", U"几点有空", U"何时回来", U"何时来",
             U"何时到", U"何时走", U"何时出发", U"何时有空", U"在干嘛", U"在乾嘛", U"在幹嘛"});
     static constexpr auto others = std::to_array<std::u32string_view>(
-        {U"知道", U"告诉", U"问", U"明白", U"清楚", U"记得", U"忘", U"看", U"想", U"管", U"猜",
-            U"听", U"说", U"懂", U"无论", U"不论", U"随便", U"都", U"也", U"就", U"不", U"没",
-            U"那几", U"这几", U"查", U"算", U"确认", U"打听", U"取决", U"关系"});
+        {U"知道", U"告诉", U"问", U"明白", U"清楚", U"忘", U"看", U"想", U"管", U"猜", U"听", U"说",
+            U"懂", U"无论", U"不论", U"随便", U"都", U"也", U"就", U"不", U"没", U"那几", U"这几",
+            U"查", U"算", U"确认", U"打听", U"取决", U"关系", U"定", U"选", U"挑", U"安排", U"记"});
     return clause.size() <= longest && startsWithAny(clause, subjects)
         && endsWithAny(clause, endings) && !holdsAny(clause, others) && !asksTwice(clause);
+}
+
+/// 你吃饭了么. 饿了么 is a name, and in 这就对了么 it stands for 嘛.
+bool isInformalQuestion(std::u32string_view clause)
+{
+    static constexpr auto listeners = std::to_array<std::u32string_view>({U"你", U"您"});
+    static constexpr auto names = std::to_array<std::u32string_view>({U"饿了么", U"餓了么"});
+    return startsWithAny(clause, listeners) && clause.ends_with(U"了么")
+        && !endsWithAny(clause, names)
+        && clause.find_first_of(U"就都早不也") == std::u32string_view::npos;
 }
 
 bool surelyAsks(std::u32string_view clause)
@@ -155,10 +165,7 @@ bool surelyAsks(std::u32string_view clause)
     static constexpr auto polite = std::to_array<std::u32string_view>({U"请问"});
     const bool isPolite = startsWithAny(clause, polite);
     const std::u32string_view asked = isPolite ? clause.substr(polite.front().size()) : clause;
-    // 饿了么 is a name.
-    const bool isInformal =
-        asked.ends_with(U"了么") && !asked.ends_with(U"饿了么") && !asked.ends_with(U"餓了么");
-    if (asked.ends_with(U'吗') || isInformal)
+    if (asked.ends_with(U'吗') || isInformalQuestion(asked))
         return !holdsAny(asked, telling);
     if (asked.starts_with(U"难道"))
         return asked.size() <= longestDoubt;

@@ -169,7 +169,8 @@ std::u32string_view endMark(const Runs& runs)
     const auto lastEnd = std::find_if(lastMark, runs.rend(),
         [](const Run& run) { return run.endsSentence() && mayEndSentence(run); });
     const std::u32string_view longer = englishEndMark({lastEnd.base(), runs.end()});
-    return mark == longer || (longer == U"." && goesOn(rest)) ? longer : U"";
+    const bool isOne = longer == U"." && lastMark->closing == U"." && goesOn(rest);
+    return mark == longer || isOne ? longer : U"";
 }
 
 } // namespace
