@@ -85,6 +85,53 @@ TEST_F(AppDelegateTest, AStoredSessionOffersNoSignIn)
     EXPECT_EQ(takeTrace(), QStringList());
 }
 
+class StoredSessionAtLaunchTest : public AppDelegateTest {
+protected:
+    StoredSessionAtLaunchTest()
+    {
+        preferences.setValue(keys::cloudRefreshToken, u""_s);
+        preferences.setValue(keys::cloudAccountEmail, u"ann@example.com"_s);
+        preferences.setValue(keys::tavrinLastUpdateCheckAt, time.sinceEpoch().count());
+        preferences.synchronize();
+        launch();
+        takeTrace();
+    }
+
+    const QStringList sessionKeys{
+        keys::cloudAccessToken, keys::cloudRefreshToken, keys::cloudAccountEmail};
+};
+
+TEST_F(StoredSessionAtLaunchTest, ASessionThatTheServiceRefusesIsForgottenForGoodWithoutAnAlert)
+{
+    QVariantList storedAtTheRefresh;
+    onNote = [&](const QString& line) {
+        if (line == "refresh account"_L1)
+            storedAtTheRefresh.append(preferences.value(keys::cloudAccessToken));
+    };
+    http.answer(401, R"({"error": {"message": "gone"}})");
+    time.advance(0s);
+
+    for (const QString& key : sessionKeys) {
+        EXPECT_FALSE(preferences.value(key).isValid()) << key.toStdString();
+        EXPECT_FALSE(preferences.flushed(key).isValid()) << key.toStdString();
+    }
+    EXPECT_EQ(storedAtTheRefresh, QVariantList({QVariant()}));
+    EXPECT_TRUE(alerts->shown().isEmpty());
+}
+
+TEST_F(StoredSessionAtLaunchTest, ASessionStaysWhenTheServiceCannotBeReached)
+{
+    http.fail(HttpFailure::Unreachable);
+    time.advance(0s);
+
+    for (const QString& key : sessionKeys) {
+        EXPECT_TRUE(preferences.value(key).isValid()) << key.toStdString();
+        EXPECT_TRUE(preferences.flushed(key).isValid()) << key.toStdString();
+    }
+    EXPECT_EQ(takeTrace(), QStringList({"refresh account"}));
+    EXPECT_TRUE(alerts->shown().isEmpty());
+}
+
 TEST_F(AppDelegateTest, AnAutomaticCheckWithinSixHoursIsSkippedAtLaunch)
 {
     preferences.setValue(keys::tavrinLastUpdateCheckAt, time.sinceEpoch().count() - 60);
@@ -228,6 +275,28 @@ TEST_F(AppDelegateTest, EscapeInAnOwnWindowBelongsToTheSessionOnlyWhileItRecords
     EXPECT_FALSE(keyboard->sendToOwnWindow(escape));
 }
 
+TEST_F(AppDelegateTest, EscapeInAnotherProgramChangesNothingUnlessTheSessionRecords)
+{
+    const KeyEvent escape{KeyEvent::Kind::KeyDown, key_codes::escape, {}, false};
+    launch();
+    time.advance(1s);
+    const QString idleTitle = statusItem->title;
+    takeTrace();
+    keyboard->sendToOtherProgram(escape);
+    time.advance(1s);
+    EXPECT_EQ(takeTrace(), QStringList());
+    EXPECT_EQ(statusItem->title, idleTitle);
+
+    statusItem->press("Start chat (⇧⌘ Space)");
+    statusItem->press("Finish chat (⇧⌘ Space)");
+    time.advance(0s);
+    takeTrace();
+    keyboard->sendToOtherProgram(escape);
+    time.advance(0s);
+    EXPECT_EQ(takeTrace(), QStringList());
+    EXPECT_EQ(statusItem->title, u"…"_s);
+}
+
 TEST_F(AppDelegateTest, OtherSoundIsMutedWhileARecordingGoesOn)
 {
     constexpr AudioDeviceId loudspeaker = 3;
@@ -358,6 +427,20 @@ TEST_F(AppDelegateTest, AfterTheLaunchTheLogTellsWhichShortcutsAreHeld)
     EXPECT_FALSE(log.lines().contains(line));
     time.advance(1ms);
     EXPECT_TRUE(log.lines().contains(line));
+}
+
+TEST_F(AppDelegateTest, TheDefaultOfChatStaysAndIsLoggedWhenAnotherProgramHoldsIt)
+{
+    const testing::CapturedLog log;
+    preferences.remove(keys::chatShortcutIdentifiers);
+    probe->heldByOthers = {
+        {key_codes::space, KeyModifiers(KeyModifier::Command) | KeyModifier::Shift}};
+    launch();
+    time.advance(40s);
+
+    EXPECT_EQ(
+        preferences.value(keys::chatShortcutIdentifiers), QStringList{u"commandShiftSpace"_s});
+    EXPECT_EQ(log.lines().count(u"Another program holds the shortcut ⇧⌘ Space"_s), 1);
 }
 
 TEST_F(AppDelegateTest, ARecordingIsHeardWithTheMostUsedTermsOfTheDictionary)

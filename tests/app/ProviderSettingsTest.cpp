@@ -127,7 +127,8 @@ TEST_F(ProviderSettingsTest, SavingStoresTheTrimmedFields)
     EXPECT_EQ(stored(keys::providerAPIKey), u"sk-secret"_s);
     EXPECT_EQ(stored(keys::providerBaseURL), u"https://models.test/v1"_s);
     EXPECT_EQ(stored(keys::providerModel), u"small"_s);
-    EXPECT_EQ(preferences.synchronizations(), 1);
+    for (const QString& key : {keys::providerAPIKey, keys::providerBaseURL, keys::providerModel})
+        EXPECT_EQ(preferences.flushed(key).toString(), stored(key));
     EXPECT_EQ(health.refreshes, 1);
 }
 

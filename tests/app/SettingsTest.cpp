@@ -233,8 +233,14 @@ TEST_F(SettingsTest, ShortcutsAreNamedAndUnknownOnesAreNotSet)
     setLanguage(u"en"_s);
     for (const NamedInThreeLanguages& shortcut : shortcutTable)
         EXPECT_EQ(settings.ShortcutDisplayNameForIdentifier(shortcut.identifier), shortcut.en);
-    for (const QString& unknown : {u"fnKey"_s, u""_s, QString()})
+    for (const QString& unknown : {u"fnKey"_s, u""_s, QString()}) {
+        setLanguage(u"en"_s);
         EXPECT_EQ(settings.ShortcutDisplayNameForIdentifier(unknown), u"Not set"_s);
+        setLanguage(u"zh-Hans"_s);
+        EXPECT_EQ(settings.ShortcutDisplayNameForIdentifier(unknown), u"未设置"_s);
+        setLanguage(u"zh-Hant"_s);
+        EXPECT_EQ(settings.ShortcutDisplayNameForIdentifier(unknown), u"未設定"_s);
+    }
 }
 
 TEST_F(SettingsTest, LinuxNamesShortcutsByItsOwnKeysAndStoresTheSameIdentifiers)
@@ -385,6 +391,18 @@ TEST_F(DesktopDefaultsTest, ChatGivesWayToATranslationThatMovesLate)
     EXPECT_TRUE(early.lookAtDesktop());
     EXPECT_EQ(early.TranslationShortcutIdentifiers(), QStringList{u"controlOptionSpace"_s});
     EXPECT_EQ(early.ChatShortcutIdentifiers(), QStringList());
+}
+
+TEST_F(DesktopDefaultsTest, ChatKeepsItsDefaultThoughAnotherProgramHoldsIt)
+{
+    probe.keptUnlessHeld = false;
+    probe.heldByOthers = {
+        {key_codes::space, KeyModifiers(KeyModifier::Command) | KeyModifier::Shift}};
+    Settings held = start();
+    EXPECT_EQ(held.TranslationShortcutIdentifiers(), QStringList{u"optionSpace"_s});
+    EXPECT_EQ(held.ChatShortcutIdentifiers(), QStringList{u"commandShiftSpace"_s});
+    EXPECT_EQ(stored(keys::chatShortcutIdentifiers), QStringList{u"commandShiftSpace"_s});
+    EXPECT_FALSE(held.lookAtDesktop());
 }
 
 TEST_F(DesktopDefaultsTest, TheDesktopsCombinationIsBetterThanOneOfDictation)

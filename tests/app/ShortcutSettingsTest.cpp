@@ -38,6 +38,12 @@ constexpr qsizetype commandShiftSpace = 5;
 /// Popups and labels that nobody sees.
 class PaperControls final : public ShortcutControls {
 public:
+    /// @param calls learns of each status that is set.
+    explicit PaperControls(QStringList& calls)
+        : m_calls(calls)
+    {
+    }
+
     std::map<ShortcutSlot, qsizetype> indexes;
     QString instruction;
     QString statusText;
@@ -56,6 +62,7 @@ public:
     {
         statusText = text;
         status = newStatus;
+        m_calls.append(u"setShortcutStatus"_s);
     }
 
     [[nodiscard]] QList<qsizetype> shown() const
@@ -65,6 +72,9 @@ public:
             rows.append(indexes.at(slot));
         return rows;
     }
+
+private:
+    QStringList& m_calls;
 };
 
 class ShortcutSettingsTest : public ::testing::Test {
@@ -80,7 +90,7 @@ protected:
     ShortcutMonitor monitor{
         keyboard, time, settings, {[] {}, [] { return false; }, [] {}, [](OperationMode) {}}};
     QStringList calls;
-    PaperControls controls;
+    PaperControls controls{calls};
     ShortcutSettings shortcuts{{alerts, probe, localization, preferences, settings, monitor},
         {[this] { calls.append(u"refreshToolTip"_s); }, [this] { calls.append(u"updateUI"_s); }}};
 
@@ -115,6 +125,17 @@ protected:
             preferences.value(keys::chatShortcutIdentifiers).toStringList()};
     }
 
+    /// What a crash would leave, with the old single setting last.
+    QList<QStringList> flushed() const
+    {
+        QList<QStringList> all;
+        for (const QString& key : {keys::dictationShortcutIdentifiers,
+                 keys::translationShortcutIdentifiers, keys::chatShortcutIdentifiers})
+            all.append(preferences.flushed(key).toStringList());
+        all.append({preferences.flushed(keys::shortcutMode).toString()});
+        return all;
+    }
+
     QString storedMode() const { return preferences.value(keys::shortcutMode).toString(); }
 };
 
@@ -142,6 +163,19 @@ TEST_F(ShortcutSettingsTest, AChosenShortcutIsStoredForItsOperation)
             {u"commandShiftSpace"_s, u"optionSpace"_s}}));
     EXPECT_TRUE(alerts.shown().isEmpty());
     EXPECT_EQ(preferences.synchronizations(), 3);
+}
+
+TEST_F(ShortcutSettingsTest, AChoiceOutlivesACrash)
+{
+    choose(ShortcutSlot::DictationPrimary, leftOption);
+    EXPECT_EQ(flushed(),
+        (QList<QStringList>{
+            {u"leftOption"_s}, {u"optionSpace"_s}, {u"commandShiftSpace"_s}, {u"leftOption"_s}}));
+
+    choose(ShortcutSlot::TranslationPrimary, controlOptionSpace);
+    choose(ShortcutSlot::ChatPrimary, none);
+    choose(ShortcutSlot::DictationPrimary, none);
+    EXPECT_EQ(flushed(), (QList<QStringList>{{}, {u"controlOptionSpace"_s}, {}, {u"none"_s}}));
 }
 
 TEST_F(ShortcutSettingsTest, TheOldSingleSettingFollowsTheFirstDictationShortcut)
@@ -242,7 +276,7 @@ TEST_F(ShortcutSettingsTest, AfterAChoiceEverythingThatShowsShortcutsIsRefreshed
 {
     choose(ShortcutSlot::DictationSecondary, leftOption);
 
-    EXPECT_EQ(calls, (QStringList{u"refreshToolTip"_s, u"updateUI"_s}));
+    EXPECT_EQ(calls, (QStringList{u"refreshToolTip"_s, u"setShortcutStatus"_s, u"updateUI"_s}));
     EXPECT_EQ(controls.status, ShortcutStatus::NoConflict);
 }
 

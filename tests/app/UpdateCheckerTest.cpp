@@ -109,15 +109,36 @@ TEST_F(UpdateCheckerTest, ManualChecksNeverWait)
     EXPECT_EQ(requests, 2);
 }
 
+/// Of a machine that has forgotten the time: an hour after the beginning of 1970.
+class ClockOf1970 final : public Clock {
+public:
+    [[nodiscard]] Seconds sinceEpoch() const override { return 1h; }
+
+    [[nodiscard]] Seconds uptime() const override { return 1h; }
+};
+
 TEST_F(UpdateCheckerTest, AStoredTimeThatIsNoneDoesNotHoldTheCheckBack)
 {
+    ClockOf1970 clock;
+    UpdateChecker early(
+        [this](const Completion<Result<QJsonObject>>& completion) {
+            ++requests;
+            completion(answer);
+        },
+        UpdateChecker::Neighbours{
+            alerts, clock, errorAlert, time, preferences, systemInfo, workspace},
+        QStringLiteral("domain.com"));
     for (const QVariant& stored :
         {QVariant(0.0), QVariant(-1.0), QVariant("soon"), QVariant(QVariantList{1.7e9})}) {
         preferences.setValue(keys::tavrinLastUpdateCheckAt, stored);
         requests = 0;
-        check(false);
-        EXPECT_EQ(requests, 1);
+        early.checkForUpdatesIfNeeded(false);
+        time.advance(0s);
+        EXPECT_EQ(requests, 1) << stored.toString().toStdString();
+        EXPECT_EQ(preferences.value(keys::tavrinLastUpdateCheckAt).toDouble(), 3600.0);
     }
+    early.checkForUpdatesIfNeeded(false);
+    EXPECT_EQ(requests, 1);
 }
 
 TEST_F(UpdateCheckerTest, TheAnswerIsHandledOnTheMainQueue)

@@ -11,6 +11,8 @@
 #include <QJsonDocument>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace tavrin {
 
 /// A client of a service that the test plays.
@@ -39,12 +41,14 @@ protected:
                 [this] { return target; }, baseUrl});
     }
 
+    /// As a session of an earlier run: a crash would not lose it.
     void storeSession(const QString& accessToken, const QString& refreshToken,
         const QString& email = QStringLiteral("ann@example.com"))
     {
         preferences.setValue(keys::cloudAccessToken, accessToken);
         preferences.setValue(keys::cloudRefreshToken, refreshToken);
         preferences.setValue(keys::cloudAccountEmail, email);
+        preferences.synchronize();
     }
 
     [[nodiscard]] QString stored(const QString& key) const
@@ -52,11 +56,20 @@ protected:
         return preferences.value(key).toString();
     }
 
+    /// What a crash would leave of a value.
+    [[nodiscard]] QString flushed(const QString& key) const
+    {
+        return preferences.flushed(key).toString();
+    }
+
+    /// Nothing of the session is left, nor would it come back after a crash.
     [[nodiscard]] bool signedOut() const
     {
-        return !preferences.value(keys::cloudAccessToken).isValid()
-            && !preferences.value(keys::cloudRefreshToken).isValid()
-            && !preferences.value(keys::cloudAccountEmail).isValid();
+        const QStringList all{
+            keys::cloudAccessToken, keys::cloudRefreshToken, keys::cloudAccountEmail};
+        return std::ranges::none_of(all, [this](const QString& key) {
+            return preferences.value(key).isValid() || preferences.flushed(key).isValid();
+        });
     }
 
     /// Lets the prepared answers arrive.

@@ -91,7 +91,8 @@ TEST_F(CloudRequestTest, SlashesAroundTheBaseUrlAreDropped)
 TEST_F(CloudRequestTest, HttpsAndThisMachineAreAsked)
 {
     for (const QString& base : {u"https://cloud.test"_s, u"http://localhost"_s,
-             u"http://localhost:8787"_s, u"http://127.0.0.1:8787"_s, u"https://localhost"_s}) {
+             u"http://localhost:8787"_s, u"http://127.0.0.1:8787"_s, u"https://localhost"_s,
+             u"ftp://localhost"_s, u"test://127.0.0.1:8787"_s}) {
         connectTo(base);
         Received<CloudResponse> answer;
         transport.willAnswer(200);

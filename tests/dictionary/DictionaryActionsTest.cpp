@@ -264,8 +264,8 @@ TEST_F(DictionaryActionsTest, SwitchingLearningOffEndsTheWatch)
     actions->toggleAutomaticDictionaryLearning(false);
 
     EXPECT_EQ(preferences.value(keys::automaticDictionaryLearning), QVariant(false));
+    EXPECT_EQ(preferences.flushed(keys::automaticDictionaryLearning), QVariant(false));
     EXPECT_EQ(endedWatches, 1);
-    EXPECT_EQ(preferences.synchronizations(), 1);
 }
 
 TEST_F(DictionaryActionsTest, SwitchingLearningOnLeavesTheWatchAlone)
@@ -273,8 +273,8 @@ TEST_F(DictionaryActionsTest, SwitchingLearningOnLeavesTheWatchAlone)
     actions->toggleAutomaticDictionaryLearning(true);
 
     EXPECT_EQ(preferences.value(keys::automaticDictionaryLearning), QVariant(true));
+    EXPECT_EQ(preferences.flushed(keys::automaticDictionaryLearning), QVariant(true));
     EXPECT_EQ(endedWatches, 0);
-    EXPECT_EQ(preferences.synchronizations(), 1);
 }
 
 } // namespace

@@ -75,6 +75,14 @@ TEST_F(HistoryActionsTest, ADeletedRecordIsGoneAndCollapsed)
     EXPECT_EQ(calls.last(), u"refresh"_s);
 }
 
+TEST_F(HistoryActionsTest, EveryRecordWithTheIdIsDeleted)
+{
+    putFile(R"([{"id":"A","finalText":"one"},{"id":"B","finalText":"two"},
+        {"id":"A","finalText":"three"}])");
+    actions.deleteHistoryRecord(u"A"_s);
+    EXPECT_EQ(ids(), QStringList{u"B"_s});
+}
+
 TEST_F(HistoryActionsTest, AnEmptyIdIsNeverExpanded)
 {
     actions.toggleHistoryOriginal(QString());
@@ -85,7 +93,7 @@ TEST_F(HistoryActionsTest, ChoosingARetentionPrunesAtOnce)
 {
     actions.selectHistoryRetention(2);
     EXPECT_EQ(preferences.value(keys::historyRetention).toString(), u"30"_s);
-    EXPECT_EQ(preferences.synchronizations(), 1);
+    EXPECT_EQ(preferences.flushed(keys::historyRetention).toString(), u"30"_s);
     EXPECT_EQ(file(), "[]"_ba);
     EXPECT_EQ(calls, QStringList{u"refresh"_s});
 }
