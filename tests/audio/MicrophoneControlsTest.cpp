@@ -61,6 +61,20 @@ TEST_F(MicrophoneControlsTest, WithoutDevicesOnlyTheSystemsDefaultIsThereAndSele
     EXPECT_EQ(controls.selected, 0);
 }
 
+TEST_F(MicrophoneControlsTest, ASilentSoundServerLeavesOnlyTheSystemsDefaultAndThePreference)
+{
+    devices.addMicrophone(1, "Webcam", "usb-webcam");
+    preferences.setValue(keys::preferredMicrophoneUID, "usb-webcam");
+    ASSERT_EQ(refresh().selected, 1);
+    devices.answers = false;
+
+    const MicrophoneControls controls = refresh();
+
+    EXPECT_EQ(controls.items, QList<Item>({{"Follow system default", ""}}));
+    EXPECT_EQ(controls.selected, 0);
+    EXPECT_EQ(preferences.value(keys::preferredMicrophoneUID), QVariant("usb-webcam"));
+}
+
 TEST_F(MicrophoneControlsTest, ThePreferredMicrophoneIsSelected)
 {
     devices.addMicrophone(1, "A", "a");

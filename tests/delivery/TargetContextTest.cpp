@@ -16,6 +16,11 @@ using testing::FakeElement;
 constexpr qint64 editorProcess = 4711;
 constexpr qint64 otherProcess = 815;
 
+/// In the order in which they are tried.
+const QStringList hints{u"gmail"_s, u"outlook mail"_s, u"proton mail"_s, u"google docs"_s,
+    u"google slides"_s, u"chatgpt"_s, u"claude"_s, u"gemini"_s, u"perplexity"_s, u"grok"_s,
+    u"slack"_s, u"discord"_s, u"whatsapp"_s, u"telegram"_s, u"notion"_s};
+
 class TargetContextTest : public ::testing::Test {
 protected:
     testing::InMemoryWorkspace workspace;
@@ -81,6 +86,18 @@ TEST_F(TargetContextTest, WithoutTrustOnlyTheApplicationIsCaptured)
     const ApplicationContext context = target.applicationContext();
     EXPECT_EQ(context.focusedRole, QString());
     EXPECT_EQ(context.windowHint, QString());
+}
+
+TEST_F(TargetContextTest, ATrustThatIsTakenAwayAfterTheElementLeavesTheWindowEmpty)
+{
+    accessibility.focusedElements[editorProcess] = element(editorProcess);
+    openWindow(u"gmail"_s);
+    accessibility.onFocusedElement = [this] { accessibility.trusted = false; };
+
+    target.capture();
+
+    EXPECT_NE(target.targetFocusedElement(), nullptr);
+    EXPECT_EQ(target.targetFocusedWindow(), nullptr);
 }
 
 TEST_F(TargetContextTest, ANewCaptureReleasesTheReferencesOfTheOldOne)
@@ -175,16 +192,14 @@ TEST_F(TargetContextTest, AnElementWithoutARoleGivesNone)
 
 TEST_F(TargetContextTest, EveryHintIsFoundInATitle)
 {
-    for (const QString& hint : {u"gmail"_s, u"outlook mail"_s, u"proton mail"_s, u"google docs"_s,
-             u"google slides"_s, u"chatgpt"_s, u"claude"_s, u"gemini"_s, u"perplexity"_s, u"grok"_s,
-             u"slack"_s, u"discord"_s, u"whatsapp"_s, u"telegram"_s, u"notion"_s})
+    for (const QString& hint : hints)
         EXPECT_EQ(windowHint(u"A – "_s + hint.toUpper() + u" – B"_s), hint);
 }
 
 TEST_F(TargetContextTest, TheEarlierHintOfTheListWins)
 {
-    EXPECT_EQ(windowHint(u"Claude notes in Google Docs"_s), u"google docs"_s);
-    EXPECT_EQ(windowHint(u"notion and slack"_s), u"slack"_s);
+    for (qsizetype i = 0; i + 1 < hints.size(); ++i)
+        EXPECT_EQ(windowHint(hints[i + 1] + u" – "_s + hints[i]), hints[i]);
 }
 
 TEST_F(TargetContextTest, AHintInsideALongerWordCounts)

@@ -126,6 +126,21 @@ TEST_F(TextDeliveryTest, ACapturedElementOfAnotherProcessIsReplacedByTheOneInFoc
     EXPECT_EQ(stranger->text, u"Dear "_s);
 }
 
+TEST_F(TextDeliveryTest, ACapturedElementWhoseProcessCannotBeReadIsReplacedByTheOneInFocus)
+{
+    const auto nameless = std::make_shared<FakeElement>(*editor);
+    accessibility.focusedElements[editorProcess] = nameless;
+    target.capture();
+    ASSERT_NE(target.targetFocusedElement(), nullptr);
+    nameless->exposesProcess = false;
+    accessibility.focusedElements[editorProcess] = editor;
+
+    pasteToTheEnd(u"Anna"_s);
+
+    expectVerifiedAt(780ms);
+    EXPECT_EQ(editor->text, u"Dear Anna"_s);
+}
+
 TEST_F(TextDeliveryTest, ACapturedElementWithoutARoleIsReplacedByTheOneInFocus)
 {
     const auto mute = std::make_shared<FakeElement>(*editor);

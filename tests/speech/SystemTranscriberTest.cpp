@@ -46,25 +46,31 @@ protected:
     }
 };
 
+/// A status that is no permission, and the code of its error.
+struct StatusCode {
+    AuthorizationStatus status;
+    int code;
+};
+
 class SystemTranscriberStatusTest : public SystemTranscriberTest,
-                                    public ::testing::WithParamInterface<AuthorizationStatus> { };
+                                    public ::testing::WithParamInterface<StatusCode> { };
 
 TEST_P(SystemTranscriberStatusTest, WithoutPermissionTheStatusIsTheCodeAndNothingIsRequested)
 {
-    permissions.speech = GetParam();
+    permissions.speech = GetParam().status;
 
     transcribe();
 
     EXPECT_EQ(onlyError(),
-        (Error{"TavrinSpeech", static_cast<int>(GetParam()),
+        (Error{"TavrinSpeech", GetParam().code,
             QStringLiteral("请在“系统设置 → 隐私与安全性 → 语音识别”中允许 Tavrin。")}));
     EXPECT_TRUE(recognizer.calls.empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(NotAuthorized, SystemTranscriberStatusTest,
-    ::testing::Values(AuthorizationStatus::NotDetermined, AuthorizationStatus::Denied,
-        AuthorizationStatus::Restricted),
-    testing::authorizationName);
+    ::testing::Values(StatusCode{AuthorizationStatus::NotDetermined, 0},
+        StatusCode{AuthorizationStatus::Denied, 1}, StatusCode{AuthorizationStatus::Restricted, 2}),
+    [](const auto& given) { return "Code" + std::to_string(given.param.code); });
 
 TEST_F(SystemTranscriberTest, AnUnavailableRecognizerIsCodeTen)
 {
@@ -98,7 +104,7 @@ TEST_F(SystemTranscriberTest, ARefusedPermissionIsToldBeforeAnUnavailableRecogni
     transcribe();
 
     EXPECT_EQ(permissions.speechRequests, 1);
-    EXPECT_EQ(onlyError().code, static_cast<int>(AuthorizationStatus::Denied));
+    EXPECT_EQ(onlyError().code, 1);
 }
 
 TEST_F(SystemTranscriberTest, TheErrorsSayWhatTheyAreGiven)

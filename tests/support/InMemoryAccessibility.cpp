@@ -52,6 +52,8 @@ bool InMemoryAccessibility::requestTrust()
 
 ElementHandle InMemoryAccessibility::focusedElement(qint64 processIdentifier)
 {
+    if (onFocusedElement)
+        onFocusedElement();
     return refer(focusedElements.value(processIdentifier));
 }
 

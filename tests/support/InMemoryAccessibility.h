@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 namespace tavrin::testing {
@@ -51,6 +52,7 @@ public:
     QHash<qint64, ElementPointer> focusedElements; ///< By process.
     QHash<qint64, ElementPointer> focusedWindows; ///< By process.
     ElementPointer systemFocus;
+    std::function<void()> onFocusedElement; ///< Told when a process is asked for its element.
 
     // What was asked of it.
     QStringList calls; ///< The writes, in order: "setFocused", "setSelectedText" …
