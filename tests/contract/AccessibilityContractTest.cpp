@@ -251,8 +251,9 @@ INSTANTIATE_TEST_SUITE_P(Implementations, AccessibilityContractTest,
 
 // What only another process can do.
 
-// Half a second, and what a busy machine may add: bench/session judges the half second.
-constexpr auto giveUp = 700ms;
+// Half of what as many questions take that are each given up for themselves, so that a busy machine
+// has its time. That it is half a second on a quiet one is judged by bench/session.
+constexpr auto giveUp = 3s;
 
 TEST(AtspiAccessibilityTest, AHungProgramIsGivenUpSoonAndThenAtOnce)
 {
@@ -266,9 +267,9 @@ TEST(AtspiAccessibilityTest, AHungProgramIsGivenUpSoonAndThenAtOnce)
     EXPECT_EQ(desktop.port().value(element.get()), std::nullopt);
     const auto first = std::chrono::steady_clock::now();
     EXPECT_LT(first - start, giveUp);
-    for (int call = 0; call < 10; ++call)
+    for (int call = 0; call < 20; ++call)
         EXPECT_EQ(desktop.port().selectedTextRange(element.get()), std::nullopt);
-    EXPECT_LT(std::chrono::steady_clock::now() - first, 100ms);
+    EXPECT_LT(std::chrono::steady_clock::now() - first, giveUp);
     EXPECT_TRUE(desktop.port().isProtected(element.get()));
 
     desktop.editor().resume();
@@ -285,11 +286,13 @@ TEST(AtspiAccessibilityTest, AHungProgramHoldsUpNoMoreThanOneOfManyQuestions)
     desktop.editor().suspend();
 
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_FALSE(desktop.port().setFocused(element.get()));
-    EXPECT_EQ(desktop.port().attribute(ElementAttribute::Role, element.get()), std::nullopt);
-    EXPECT_EQ(desktop.port().focusedElement(process), nullptr);
-    EXPECT_EQ(desktop.port().systemFocusedElement(), nullptr); // The same program's, until now.
-    EXPECT_EQ(desktop.port().focusedWindow(process), nullptr);
+    for (int round = 0; round < 4; ++round) {
+        EXPECT_FALSE(desktop.port().setFocused(element.get()));
+        EXPECT_EQ(desktop.port().attribute(ElementAttribute::Role, element.get()), std::nullopt);
+        EXPECT_EQ(desktop.port().focusedElement(process), nullptr);
+        EXPECT_EQ(desktop.port().systemFocusedElement(), nullptr); // The same program's, until now.
+        EXPECT_EQ(desktop.port().focusedWindow(process), nullptr);
+    }
     EXPECT_LT(std::chrono::steady_clock::now() - start, giveUp);
 }
 

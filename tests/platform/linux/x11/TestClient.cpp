@@ -80,6 +80,21 @@ void TestClient::destroyWindow(xcb_window_t window)
     });
 }
 
+void TestClient::listenToKeys(xcb_window_t window)
+{
+    const quint32 mask = XCB_EVENT_MASK_KEY_PRESS;
+    xcb_change_window_attributes(m_connection.get(), window, XCB_CW_EVENT_MASK, &mask);
+    xcb_flush(m_connection.get());
+}
+
+std::optional<xcb_keycode_t> TestClient::nextKey()
+{
+    const auto event = nextEvent(XCB_KEY_PRESS);
+    if (!event)
+        return std::nullopt;
+    return reinterpret_cast<const xcb_key_press_event_t&>(*event).detail;
+}
+
 void TestClient::setProperty(xcb_window_t window, const char* name, quint32 number)
 {
     const auto set = xcb_change_property_checked(m_connection.get(), XCB_PROP_MODE_REPLACE, window,

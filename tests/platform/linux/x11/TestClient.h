@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 
 namespace tavrin::testing {
 
@@ -31,6 +32,12 @@ public:
         const QByteArray& instance, const QByteArray& className, quint32 processIdentifier);
 
     void destroyWindow(xcb_window_t window);
+
+    /// Has the keys reported that reach @p window, one of its own.
+    void listenToKeys(xcb_window_t window);
+    /// The next key that is pressed in such a window; none when none comes.
+    [[nodiscard]] std::optional<xcb_keycode_t> nextKey();
+
     void setProperty(xcb_window_t window, const char* name, quint32 number);
     void minimize(xcb_window_t window);
 

@@ -1,6 +1,7 @@
 #include "platform/linux/x11/X11KeyMonitor.h"
 
 #include "platform/linux/x11/KeyTracker.h"
+#include "platform/linux/x11/SecondKeyboard.h"
 #include "platform/linux/x11/TestClient.h"
 
 #include <QLineEdit>
@@ -56,6 +57,11 @@ protected:
         m_other = m_client.createWindow("other", "Other", static_cast<quint32>(::getppid()));
     }
 
+    [[nodiscard]] xcb_keycode_t codeOf(xcb_keysym_t symbol) const
+    {
+        return KeyboardMap::read(m_client.connection()).codeOf(symbol).value_or(0);
+    }
+
     void TearDown() override
     {
         if (m_other != XCB_WINDOW_NONE)
@@ -109,6 +115,43 @@ TEST_F(X11KeyMonitorTest, KeysComeWithTheModifiersThatAreDown)
         KeyModifiers(KeyModifier::Control) | KeyModifier::Option, false};
     EXPECT_EQ(events[2], space);
     EXPECT_EQ(events[5], (KeyEvent{Kind::KeyDown, key_codes::escape, {}, false}));
+}
+
+TEST_F(X11KeyMonitorTest, WhatIsWatchedStillReachesTheOtherProgram)
+{
+    TestClient other;
+    const xcb_window_t window =
+        other.createWindow("other", "Other", static_cast<quint32>(::getppid()));
+    other.listenToKeys(window);
+    const auto observation = watch();
+    ASSERT_TRUE(observation);
+    m_client.tap('a');
+    m_client.tap(keysyms::escape);
+    m_client.pressKey(rightAltCode);
+    m_client.releaseKey(rightAltCode);
+    m_client.tap(keysyms::space);
+    for (const xcb_keycode_t code :
+        {codeOf('a'), codeOf(keysyms::escape), rightAltCode, codeOf(keysyms::space)})
+        EXPECT_EQ(other.nextKey(), code);
+    EXPECT_TRUE(TestClient::eventually([this] { return m_events.all().size() == 5; }));
+    other.destroyWindow(window);
+}
+
+TEST_F(X11KeyMonitorTest, AfterALongPauseTheServerIsAskedWhichKeysAreDown)
+{
+    SecondKeyboard elsewhere;
+    ASSERT_TRUE(elsewhere.isThere());
+    otherProgramInFront();
+    const auto observation = watch();
+    ASSERT_TRUE(observation);
+    elsewhere.pressKey(leftAltCode);
+    ASSERT_TRUE(TestClient::eventually([this] { return m_events.all().size() == 1; }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(1200)); // The pause itself.
+    m_client.tap(keysyms::space);
+    EXPECT_TRUE(m_events.eventuallyAre(
+        {{Kind::FlagsChanged, key_codes::leftOption, KeyModifier::Option, false},
+            {Kind::FlagsChanged, key_codes::leftOption, {}, false},
+            {Kind::KeyDown, key_codes::space, {}, false}}));
 }
 
 TEST_F(X11KeyMonitorTest, GlobalHandlersRunWhileTheMainThreadIsBusy)

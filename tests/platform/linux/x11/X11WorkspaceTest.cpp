@@ -105,9 +105,11 @@ TEST_F(X11WorkspaceTest, AProgramThatIsGoneCannotBeActivatedAndCostsNoTime)
 {
     const RunningApplication gone{4'000'000, QString(), QString(), 0x7ffffff0};
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_FALSE(m_workspace.activate(gone));
-    EXPECT_FALSE(m_workspace.isActive(gone));
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(250));
+    for (int i = 0; i < 20; ++i) { // Of which each would wait for almost half a second.
+        EXPECT_FALSE(m_workspace.activate(gone));
+        EXPECT_FALSE(m_workspace.isActive(gone));
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
 }
 
 TEST_F(X11WorkspaceTest, AWindowNumberThatWasGivenOutAgainIsSomebodyElses)
