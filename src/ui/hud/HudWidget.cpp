@@ -261,10 +261,13 @@ void Widget::paintEvent(QPaintEvent* /*event*/)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
 
-    painter.setPen(QPen(white(0.12), 1));
+    painter.setPen(Qt::NoPen);
     painter.setBrush(color(0.075, 0.065, 0.16, 0.96));
+    painter.drawRoundedRect(QRectF(rect()), panelRadius, panelRadius);
+    painter.setPen(QPen(white(0.12), 1));
+    painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(
-        QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), panelRadius, panelRadius);
+        QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), panelRadius - 0.5, panelRadius - 0.5);
 
     painter.setPen(Qt::NoPen);
     painter.setBrush(dotColor(m_content.dot));
@@ -292,10 +295,8 @@ void Widget::paintTexts(QPainter& painter) const
 
     painter.setFont(systemFont(12, QFont::Normal));
     painter.setPen(white(0.58));
-    const double detailWidth =
-        m_content.barsVisible ? 255 : 366; // To the edge where no bars stand.
-    drawFitting(painter, frame(42, 79, detailWidth, 20), m_content.detailLabel,
-        Qt::AlignLeft | Qt::AlignVCenter);
+    drawFitting(
+        painter, frame(42, 79, 255, 20), m_content.detailLabel, Qt::AlignLeft | Qt::AlignVCenter);
 
     painter.setFont(systemFont(14, QFont::Medium));
     painter.setPen(white(0.75));

@@ -5,6 +5,8 @@
 #include "ui/hud/HudTexts.h"
 
 #include <QApplication>
+#include <QFontDatabase>
+#include <QFontMetricsF>
 #include <QImage>
 #include <QPainter>
 #include <QPushButton>
@@ -12,6 +14,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -40,6 +45,44 @@ bool isNear(const QColor& seen, std::array<double, 3> expected)
     return std::abs(seen.redF() - expected[0]) < tolerance
         && std::abs(seen.greenF() - expected[1]) < tolerance
         && std::abs(seen.blueF() - expected[2]) < tolerance;
+}
+
+constexpr std::array<double, 3> ground{0.075, 0.065, 0.16};
+constexpr std::array<double, 3> trackGround{0.04, 0.14, 0.24};
+
+/// Whether the top left @p corner is round: untouched outside a circle of @p radius, and full of
+/// @p inner within the @p border. Pixels on the edge itself are between the two.
+bool isRound(const QImage& image, QPoint corner, double radius, double border,
+    std::array<double, 3> inner, const std::function<bool(const QColor&)>& isOutside)
+{
+    constexpr double halfAPixel = 0.71; // Across.
+    bool round = true;
+    for (int y = 0; y < radius; ++y) {
+        for (int x = 0; x < radius; ++x) {
+            const double distance = std::hypot(radius - x - 0.5, radius - y - 0.5);
+            const QColor seen = image.pixelColor(corner + QPoint(x, y));
+            if (distance > radius + halfAPixel - 0.01)
+                round &= isOutside(seen);
+            else if (distance < radius - border - halfAPixel)
+                round &= isNear(seen, inner);
+        }
+    }
+    return round;
+}
+
+/// A font in which a 1 is narrower than a 0, if there is one; else the usual one.
+QFont unevenFont()
+{
+    QFont font = QApplication::font();
+    font.setPixelSize(14);
+    for (const QString& family : QFontDatabase::families()) {
+        QFont candidate = font;
+        candidate.setFamily(family);
+        const QFontMetricsF metrics(candidate);
+        if (metrics.horizontalAdvance(u'0') - metrics.horizontalAdvance(u'1') > 1)
+            return candidate;
+    }
+    return font;
 }
 
 class HudWidgetTest : public ::testing::Test {
@@ -140,9 +183,67 @@ TEST_F(HudWidgetTest, TheCornersAreRoundWithAndWithoutTransparency)
 
 TEST_F(HudWidgetTest, TheGroundIsDarkAndAlmostOpaque)
 {
-    const QColor ground = picture(empty()).pixelColor(215, 72);
-    EXPECT_TRUE(isNear(ground, {0.075, 0.065, 0.16}));
-    EXPECT_NEAR(ground.alphaF(), 0.96, 0.01);
+    const QColor seen = picture(empty()).pixelColor(215, 72);
+    EXPECT_TRUE(isNear(seen, ground));
+    EXPECT_NEAR(seen.alphaF(), 0.96, 0.01);
+}
+
+TEST_F(HudWidgetTest, AFaintBorderOfOnePointLiesOnTheGround)
+{
+    const QImage image = picture(empty());
+    constexpr double alpha = 0.96 * 0.88 + 0.12;
+    const auto mixed = [](double dark) { return (dark * 0.96 * 0.88 + 0.12) / alpha; };
+    const std::array<double, 3> border{mixed(ground[0]), mixed(ground[1]), mixed(ground[2])};
+
+    struct Side {
+        QPoint edge;
+        QPoint inwards;
+    };
+
+    for (const auto& [edge, inwards] : {Side{{215, 0}, {0, 1}}, Side{{215, 144}, {0, -1}},
+             Side{{0, 60}, {1, 0}}, Side{{429, 60}, {-1, 0}}}) {
+        EXPECT_TRUE(isNear(image.pixelColor(edge), border)) << edge.x() << ',' << edge.y();
+        EXPECT_NEAR(image.pixelColor(edge).alphaF(), alpha, 0.01);
+        EXPECT_TRUE(isNear(image.pixelColor(edge + inwards), ground));
+    }
+}
+
+TEST_F(HudWidgetTest, TheCornersOfPanelAndTrackAreCirclesOfTheirRadius)
+{
+    const QImage image = picture(empty());
+    const auto isClear = [](const QColor& seen) { return seen.alpha() == 0; };
+    EXPECT_TRUE(isRound(image, {0, 0}, 22, 1, ground, isClear));
+    EXPECT_TRUE(isRound(image, frame(20, 18, 390, 7).topLeft(), 3.5, 0, trackGround,
+        [](const QColor& seen) { return isNear(seen, ground); }));
+}
+
+TEST_F(HudWidgetTest, TheBarsAreRoundAtTheirEnds)
+{
+    Content content = empty();
+    QImage expected = picture(content);
+    content.barsVisible = true;
+    content.bars = staircaseBars();
+    QPainter painter(&expected);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor::fromRgbF(0, 0.76F, 1));
+    for (int i = 0; i < barCount; ++i) {
+        const Bar& bar = content.bars.at(std::size_t(i));
+        const QRectF place(310 + 12 * i, panelHeight - bar.y - bar.height, 4, bar.height);
+        painter.drawRoundedRect(place, 2.5, 2.5);
+    }
+    painter.end();
+
+    const QImage seen = picture(content);
+    const int trackTop = frame(20, 18, 390, 7).top(); // The track lies over their feet.
+    for (int y = 0; y < trackTop; ++y) {
+        for (int x = 310; x < 400; ++x) {
+            const QColor drawn = expected.pixelColor(x, y);
+            EXPECT_TRUE(
+                isNear(seen.pixelColor(x, y), {drawn.redF(), drawn.greenF(), drawn.blueF()}))
+                << x << ',' << y;
+        }
+    }
 }
 
 TEST_F(HudWidgetTest, TheDotHasTheColourOfWhatItSays)
@@ -244,19 +345,36 @@ TEST_F(HudWidgetTest, LongTextsStayWithinTheirPlaces)
     content.titleLabel = text;
     expectWithin(frame(42, 103, 235, 24), content);
 
-    content = empty();
-    content.detailLabel = text;
-    content.barsVisible = true; // Beside them there is less room.
-    Content bars = empty();
-    bars.barsVisible = true;
-    const QImage without = picture(bars);
-    const QImage with = picture(content);
-    const QRect beside(42 + 255, 0, 430 - 42 - 255, 145);
-    EXPECT_EQ(without.copy(beside), with.copy(beside));
+    const QRect besideTheDetail(42 + 255, 0, 430 - 42 - 255, 145);
+    for (const bool bars : {false, true}) {
+        content = empty();
+        content.barsVisible = bars;
+        const QImage without = picture(content);
+        content.detailLabel = text;
+        const QImage with = picture(content);
+        EXPECT_NE(without, with);
+        EXPECT_EQ(without.copy(besideTheDetail), with.copy(besideTheDetail));
+    }
 
     content = empty();
     content.transcriptLabel = text;
     expectWithin(frame(20, 37, 390, 42), content); // Two lines; glyphs may reach a little over.
+}
+
+TEST_F(HudWidgetTest, ARunningTimeDoesNotTremble)
+{
+    const QFont usual = QApplication::font();
+    QApplication::setFont(unevenFont());
+    const auto colonOf = [this](const QString& time) {
+        Content content = empty();
+        content.timeLabel = time;
+        return picture(content).copy(QRect(376, 0, 4, panelHeight));
+    };
+    const QImage colon = colonOf(u"00:00"_s);
+    EXPECT_NE(colon, colonOf(QString()));
+    for (const QString& time : {u"11:11"_s, u"10:01"_s, u"00:11"_s, u"11:00"_s})
+        EXPECT_EQ(colonOf(time), colon) << time.toStdString();
+    QApplication::setFont(usual);
 }
 
 TEST_F(HudWidgetTest, OfALongTranscriptTheEndIsShown)
@@ -311,6 +429,18 @@ TEST_F(HudWidgetTest, TheLightTravelsWithinTheTrack)
     EXPECT_TRUE(isNear(image.pixelColor(20 + 100 + 75, track.center().y()), {1, 1, 1}));
     EXPECT_TRUE(isNear(image.pixelColor(20 + 50, track.center().y()), {0.04, 0.14, 0.24}));
     expectWithin(frame(120, 18, 150, 7), content);
+
+    // Bluish on the way to the white middle, and through at both ends.
+    const auto overTrack = [](std::array<double, 3> light, double alpha) {
+        for (std::size_t i = 0; i < light.size(); ++i)
+            light.at(i) = light.at(i) * alpha + trackGround.at(i) * (1 - alpha);
+        return light;
+    };
+    const auto lightAt = [&](int x) { return image.pixelColor(120 + x, track.center().y()); };
+    EXPECT_TRUE(isNear(lightAt(0), trackGround));
+    EXPECT_TRUE(isNear(lightAt(36), overTrack({0, 0.78, 1}, 0.85)));
+    EXPECT_TRUE(isNear(lightAt(113), overTrack({0.12, 0.45, 1}, 0.8)));
+    EXPECT_TRUE(isNear(lightAt(149), trackGround));
 
     content.lightX = 380; // Leaves the track at its end.
     expectWithin(frame(400, 18, 10, 7), content);
@@ -385,6 +515,16 @@ TEST_F(HudWidgetTest, TheButtonsActWhileTheyAreShown)
     EXPECT_TRUE(widget.windowFlags().testFlag(Qt::WindowTransparentForInput));
     EXPECT_TRUE(button(texts::continueButton)->isHidden());
     EXPECT_TRUE(widget.isVisible());
+}
+
+TEST_F(HudWidgetTest, TheLongestReasonIsWholeWithinItsPlace)
+{
+    Content content = empty();
+    content.detailLabel = u"目标应用没有暴露可写入的焦点控件；请按 Ctrl+V"_s;
+    const QImage whole = picture(content);
+    expectWithin(frame(42, 79, 255, 20), content);
+    content.detailLabel += u"."_s;
+    EXPECT_NE(picture(content), whole);
 }
 
 TEST_F(HudWidgetTest, ALongInstructionIsWholeWithinItsPlace)
