@@ -97,18 +97,7 @@ TEST_P(SoundPlayerContractTest, ARapidRepeatRestartsAndNothingWaits)
         sound->setVolume(0.55F);
         sound->play();
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 500ms);
-}
-
-TEST_P(SoundPlayerContractTest, APositionBeyondTheEndPlaysNothing)
-{
-    const auto sound = subject().player().soundNamed(QStringLiteral("start"));
-    ASSERT_TRUE(sound);
-    sound->setCurrentTime(Seconds{60});
-    sound->play();
-    sound->setCurrentTime(Seconds{-1});
-    sound->play();
-    sound->stop();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 2s); // One after the other they take 4 s.
 }
 
 /// What comes out of the loudspeakers of the desktop, recorded by a program of the sound server.
@@ -168,6 +157,21 @@ TEST(PulseSoundPlayerTest, ARapidRepeatIsHeardOnceAndAsLoudAsAsked)
     }
 
     EXPECT_NEAR(loudspeakers.loudestWithin(1s), asked, asked / 5);
+}
+
+TEST(PulseSoundPlayerTest, APositionBeyondTheEndPlaysNothing)
+{
+    PulseSubject subject;
+    const auto sound = subject.player().soundNamed(QStringLiteral("start"));
+    ASSERT_TRUE(sound);
+    Loudspeakers loudspeakers;
+    sound->setCurrentTime(Seconds{60});
+    sound->play();
+    EXPECT_EQ(loudspeakers.loudestWithin(1s), 0);
+
+    sound->setCurrentTime(Seconds{-1});
+    sound->play();
+    EXPECT_GT(loudspeakers.loudestWithin(1s), 0);
 }
 
 } // namespace

@@ -177,15 +177,21 @@ TEST_P(StatusItemContractTest, OnlyTheOwnerSetsCheckMarks)
     EXPECT_EQ(subject().menu(), QStringList({QStringLiteral("[x] A"), QStringLiteral("B")}));
 }
 
-TEST_P(StatusItemContractTest, EverythingIsAcceptedWithoutATray)
+TEST_P(StatusItemContractTest, EverythingIsAcceptedWithoutATrayAndTheMenuStays)
 {
+    bool done = false;
+    subject().item().setMenu({entry(QStringLiteral("Go"), [&] { done = true; })});
     subject().item().setLength(38);
     subject().item().setImage({34, 18, 1, 2, 31, 13, 3, 1, QStringLiteral("Tav"), 8, 0, {}});
     subject().item().setTitle(QStringLiteral("●"));
     subject().item().setToolTip(QStringLiteral("tip"));
     subject().item().setAccessibilityLabel(QStringLiteral("label"));
     subject().item().setVisible(true);
+    EXPECT_EQ(subject().menu(), QStringList(QStringLiteral("Go")));
     subject().item().setVisible(false);
+    EXPECT_EQ(subject().menu(), QStringList(QStringLiteral("Go")));
+    subject().choose(QStringLiteral("Go"));
+    EXPECT_TRUE(done);
 }
 
 TEST(QtStatusItemTest, AnEntryThatChangesStaysInPlaceSoThatAnOpenMenuStaysOpen)

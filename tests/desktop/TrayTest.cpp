@@ -9,6 +9,7 @@
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -87,8 +88,8 @@ protected:
         ASSERT_TRUE(preferences.open(QIODevice::WriteOnly));
         preferences.write(R"({"interfaceLanguage": "en", "tavrinBetaOnboardingSeen": true,)"
                           R"( "cloudAccessToken": "access", "cloudRefreshToken": "refresh",)"
-                          R"( "tavrinLastUpdateCheckAt": 32503680000)"
-            + moreSettings() + '}');
+                          R"( "tavrinLastUpdateCheckAt": )"
+            + QByteArray::number(QDateTime::currentSecsSinceEpoch()) + moreSettings() + '}');
         preferences.close();
 
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
