@@ -22,8 +22,9 @@ CREATE TABLE IF NOT EXISTS registrations(
 CREATE TABLE IF NOT EXISTS families(
     id INTEGER PRIMARY KEY, account INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
     device_id TEXT NOT NULL, device_name TEXT NOT NULL, client_version TEXT NOT NULL,
-    created INTEGER NOT NULL, refreshed INTEGER);
+    created INTEGER NOT NULL, refreshed INTEGER, key TEXT);
 CREATE INDEX IF NOT EXISTS families_by_account ON families(account);
+CREATE INDEX IF NOT EXISTS families_by_key ON families(key);
 CREATE TABLE IF NOT EXISTS access_tokens(
     hash TEXT PRIMARY KEY, family INTEGER NOT NULL REFERENCES families(id) ON DELETE CASCADE,
     expires INTEGER NOT NULL, pair TEXT);
@@ -51,7 +52,9 @@ ALTER TABLE refresh_tokens ADD COLUMN used INTEGER;
 ALTER TABLE refresh_tokens ADD COLUMN ended INTEGER;
 )sql";
 
-constexpr std::int64_t schemaVersion = 2;
+constexpr auto versionThree = "ALTER TABLE families ADD COLUMN key TEXT";
+
+constexpr std::int64_t schemaVersion = 3;
 
 void require(bool success, sqlite3* connection)
 {
@@ -229,10 +232,13 @@ void Database::bringUpToDate()
     execute("BEGIN IMMEDIATE");
     try {
         refuseLaterVersion(); // Another program may have been faster.
-        const bool isFirst = asked("PRAGMA user_version") == 0
-            && asked("SELECT COUNT(*) FROM sqlite_master WHERE name = 'invites'") == 1;
-        if (isFirst)
+        const std::int64_t version = asked("PRAGMA user_version");
+        const bool hasTables =
+            asked("SELECT COUNT(*) FROM sqlite_master WHERE name = 'invites'") == 1;
+        if (hasTables && version < 2)
             execute(versionTwo);
+        if (hasTables && version < 3)
+            execute(versionThree);
         execute(schema);
         execute(("PRAGMA user_version=" + std::to_string(schemaVersion)).c_str());
         execute("COMMIT");

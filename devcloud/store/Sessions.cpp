@@ -8,9 +8,20 @@
 namespace tavrin::devcloud {
 namespace {
 
-/// How many tokens of each kind a family keeps: enough to notice a theft, and to let requests under
-/// way end, and no more however often it refreshes.
+/// How many tokens of each kind a family keeps: enough to let requests under way end, and no more
+/// however often it refreshes.
 constexpr std::int64_t keptTokens = 16;
+
+/// Between the key of its family, which all refresh tokens of it share, and what is a token's own.
+/// The key tells whose token it was when the token itself is kept no more.
+constexpr char keyEnd = '.';
+
+/// Empty in a token of a version without keys.
+std::string_view keyOf(std::string_view refreshToken)
+{
+    const std::size_t end = refreshToken.find(keyEnd);
+    return end == std::string_view::npos ? std::string_view() : refreshToken.substr(0, end);
+}
 
 /// A refresh token that was shown.
 struct ShownToken {
@@ -33,11 +44,13 @@ void forgetOldTokens(Transaction& transaction, std::int64_t family, std::string_
         transaction.statement(sql).bind(family).bind(keptHash).bind(keptTokens).run();
 }
 
-/// @param parent the digest of the token that the pair is given for; empty at a sign-in.
-TokenPair addPair(Transaction& transaction, std::int64_t family, std::string_view parent,
+/// @param shown the refresh token that the pair is given for; empty at a sign-in.
+TokenPair addPair(Transaction& transaction, std::int64_t family, std::string_view shown,
     const TokenLives& lives, std::int64_t now)
 {
-    TokenPair pair{newToken(), newToken()};
+    const std::string parent = shown.empty() ? std::string() : digest(shown);
+    const std::string key = keyOf(shown).empty() ? newToken() : std::string(keyOf(shown));
+    TokenPair pair{newToken(), key + keyEnd + newToken()};
     transaction.statement("DELETE FROM access_tokens WHERE family = ? AND expires <= ?")
         .bind(family)
         .bind(now)
@@ -56,8 +69,9 @@ TokenPair addPair(Transaction& transaction, std::int64_t family, std::string_vie
         .bind(now + lives.refresh.count())
         .bind(parent)
         .run();
-    transaction.statement("UPDATE families SET refreshed = ? WHERE id = ?")
+    transaction.statement("UPDATE families SET refreshed = ?, key = ? WHERE id = ?")
         .bind(now)
+        .bind(digest(key))
         .bind(family)
         .run();
     forgetOldTokens(transaction, family, parent);
@@ -67,6 +81,15 @@ TokenPair addPair(Transaction& transaction, std::int64_t family, std::string_vie
 void endFamily(Transaction& transaction, std::int64_t family)
 {
     transaction.statement("DELETE FROM families WHERE id = ?").bind(family).run();
+}
+
+/// Ends the family that a refresh token was of, if it goes on.
+void endFamilyOf(Transaction& transaction, std::string_view refreshToken)
+{
+    if (!keyOf(refreshToken).empty())
+        transaction.statement("DELETE FROM families WHERE key = ?")
+            .bind(digest(keyOf(refreshToken)))
+            .run();
 }
 
 std::optional<ShownToken> findShown(
@@ -172,8 +195,10 @@ std::optional<RefreshedSession> refreshSession(
     Transaction& transaction, std::string_view token, const TokenLives& lives, std::int64_t now)
 {
     const auto shown = findShown(transaction, digest(token), now);
-    if (!shown)
+    if (!shown) {
+        endFamilyOf(transaction, token);
         return std::nullopt;
+    }
     if (!mayExchange(transaction, *shown, lives, now)) {
         endFamily(transaction, shown->family);
         return std::nullopt;
@@ -188,8 +213,7 @@ std::optional<RefreshedSession> refreshSession(
             .bind(now)
             .bind(shown->hash)
             .run();
-    return RefreshedSession{
-        addPair(transaction, shown->family, shown->hash, lives, now), shown->owner};
+    return RefreshedSession{addPair(transaction, shown->family, token, lives, now), shown->owner};
 }
 
 bool endSession(Transaction& transaction, std::string_view accessToken)

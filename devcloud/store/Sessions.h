@@ -69,7 +69,7 @@ void noteUse(Transaction& transaction, std::string_view pair);
 /// One that was exchanged before means that the answer was lost, unless a pair that came of it has
 /// been used: then two hold what one should, and the whole family ends. When no answer can be on
 /// its way any more, the pairs that never arrived end; showing one of them later, or the tokens of
-/// two pairs that came of one, ends the family too.
+/// two pairs that came of one, ends the family too, and so does a token that is no longer kept.
 std::optional<RefreshedSession> refreshSession(
     Transaction& transaction, std::string_view token, const TokenLives& lives, std::int64_t now);
 

@@ -78,11 +78,11 @@ protected:
 TEST_F(DatabaseTest, OneOfALaterVersionIsLeftAsItIs)
 {
     signIn();
-    run({"PRAGMA user_version=3"});
+    run({"PRAGMA user_version=4"});
 
     EXPECT_THAT(problemOfOpening(), HasSubstr("a later version of tavrin-devcloud has written it"));
     EXPECT_THAT(problemOfOpening(), HasSubstr(file.string()));
-    EXPECT_EQ(asked(*database, "PRAGMA user_version"), 3);
+    EXPECT_EQ(asked(*database, "PRAGMA user_version"), 4);
     EXPECT_EQ(asked(*database, "SELECT COUNT(*) FROM families"), 1);
 }
 
@@ -90,7 +90,8 @@ TEST_F(DatabaseTest, OneOfTheFirstVersionGoesOnWithItsSessions)
 {
     const std::string invite = addTestInvite();
     const Json session = signIn();
-    run({"ALTER TABLE invites DROP COLUMN account", "ALTER TABLE families DROP COLUMN refreshed",
+    run({"DROP INDEX families_by_key", "ALTER TABLE families DROP COLUMN key",
+        "ALTER TABLE invites DROP COLUMN account", "ALTER TABLE families DROP COLUMN refreshed",
         "ALTER TABLE access_tokens DROP COLUMN pair",
         "ALTER TABLE refresh_tokens DROP COLUMN parent",
         "ALTER TABLE refresh_tokens DROP COLUMN used",
@@ -98,7 +99,7 @@ TEST_F(DatabaseTest, OneOfTheFirstVersionGoesOnWithItsSessions)
 
     reopen();
 
-    EXPECT_EQ(asked(*database, "PRAGMA user_version"), 2);
+    EXPECT_EQ(asked(*database, "PRAGMA user_version"), 3);
     EXPECT_EQ(statusOf(polish(session)), 200);
     EXPECT_EQ(statusOf(call(Endpoint::Refresh, {{"refreshToken", session["refreshToken"]}})), 200);
     Json body = loginBody();
@@ -107,6 +108,31 @@ TEST_F(DatabaseTest, OneOfTheFirstVersionGoesOnWithItsSessions)
     EXPECT_EQ(statusOf(call(Endpoint::Register, body)), 200);
     reopen();
     EXPECT_EQ(asked(*database, "SELECT COUNT(*) FROM families"), 2);
+}
+
+TEST_F(DatabaseTest, TokensOfTheSecondVersionAreGoodAndItsSessionsNoticeTheftFromThenOn)
+{
+    const Json session = signIn();
+    const std::string token = session["refreshToken"];
+    // As that version made them: without the family's part in front.
+    const std::string old = token.substr(token.find('.') + 1);
+    run({"UPDATE refresh_tokens SET hash = '" + digest(old) + "'",
+        "UPDATE access_tokens SET pair = '" + digest(old) + "'", "DROP INDEX families_by_key",
+        "ALTER TABLE families DROP COLUMN key", "PRAGMA user_version=2"});
+    reopen();
+    const auto refresh = [this](const Json& shown) {
+        return call(Endpoint::Refresh, {{"refreshToken", shown}});
+    };
+    EXPECT_EQ(statusOf(call(Endpoint::Me, {}, session["accessToken"])), 200);
+
+    const Json fresh = refresh(old).value();
+    EXPECT_EQ(asked(*database, "PRAGMA user_version"), 3);
+    Json last = fresh;
+    for (int round = 0; round < 20; ++round)
+        last = refresh(last["refreshToken"]).value();
+
+    EXPECT_EQ(statusOf(refresh(fresh["refreshToken"])), 401);
+    EXPECT_EQ(statusOf(refresh(last["refreshToken"])), 401);
 }
 
 TEST_F(DatabaseTest, WhileAnotherProgramWritesTextsAreAnsweredAndTheRestIsRefused)

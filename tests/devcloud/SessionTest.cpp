@@ -254,6 +254,54 @@ TEST_F(SessionTest, AnOldRefreshTokenShownAfterItsSuccessorWasRefreshedEndsTheWh
     EXPECT_EQ(meStatus(third["accessToken"]), 401);
 }
 
+TEST_F(SessionTest, RefreshingOftenDoesNotHideATheft)
+{
+    addTestAccount();
+    for (const bool isOfTheSignIn : {true, false}) {
+        const Json session = call(Endpoint::Login, loginBody()).value();
+        const Json second = refresh(session["refreshToken"]).value();
+        Json last = second;
+        for (int round = 0; round < 20; ++round)
+            last = refresh(last["refreshToken"]).value();
+        EXPECT_EQ(meStatus(last["accessToken"]), 200);
+        now += 11;
+
+        const Json& old = isOfTheSignIn ? session : second;
+        EXPECT_EQ(statusOf(refresh(old["refreshToken"])), 401);
+
+        EXPECT_EQ(meStatus(last["accessToken"]), 401);
+        EXPECT_EQ(statusOf(refresh(last["refreshToken"])), 401);
+    }
+}
+
+TEST_F(SessionTest, RepeatsDoNotHideThatASuccessorIsUsed)
+{
+    const Json session = signIn();
+    const Json owners = refresh(session["refreshToken"]).value();
+    EXPECT_EQ(meStatus(owners["accessToken"]), 200);
+    Json thiefs;
+    for (int round = 0; round < 20; ++round)
+        thiefs = refresh(session["refreshToken"]).value();
+
+    EXPECT_EQ(statusOf(refresh(owners["refreshToken"])), 401);
+    EXPECT_EQ(meStatus(thiefs["accessToken"]), 401);
+}
+
+TEST_F(SessionTest, NobodyEndsASessionWithoutATokenOfIt)
+{
+    const Json session = signIn();
+    const std::string access = session["accessToken"];
+    const std::string token = session["refreshToken"];
+    const std::string key = token.substr(0, token.find('.'));
+    const std::string own = token.substr(key.size());
+    for (const std::string& guessed :
+        {access, access + own, own, std::string("."), "1" + own, digest(key) + own})
+        EXPECT_EQ(statusOf(refresh(guessed)), 401) << guessed;
+
+    EXPECT_EQ(meStatus(session["accessToken"]), 200);
+    EXPECT_EQ(statusOf(refresh(token)), 200);
+}
+
 TEST_F(SessionTest, RepeatsBesideAUsedSuccessorComeToAnEnd)
 {
     const Json session = signIn();
