@@ -89,6 +89,10 @@ Outcome SessionEndpoints::login(const Json& body, const std::string& address)
     m_attemptsByPair.forget(pairKey(email, address));
     m_attemptsByAddress.giveBack(address);
     Transaction transaction(m_database);
+    // The password may have been replaced meanwhile, which ended the sessions there were.
+    const auto current = findAccount(transaction, email);
+    if (!current || current->id != account->id || current->passwordHash != account->passwordHash)
+        return refusal(401, messages::credentialsWrong);
     const TokenPair tokens = startSession(transaction, account->id, device, m_lives, m_now());
     transaction.commit();
     return sessionAnswer(tokens, account->email, m_lives);

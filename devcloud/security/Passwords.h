@@ -28,13 +28,16 @@ struct PasswordCost {
 class Passwords {
 public:
     explicit Passwords(PasswordCost cost);
+    virtual ~Passwords() = default;
+    Passwords(const Passwords&) = delete;
+    Passwords& operator=(const Passwords&) = delete;
 
     /// The digest with its salt and cost; empty when memory is out.
     std::optional<std::string> hash(std::string_view password);
 
     /// Whether @p password belongs to @p hash. Without a hash (no such account) the same time is
     /// spent on one that fits nothing.
-    bool matches(const std::optional<std::string>& hash, std::string_view password);
+    virtual bool matches(const std::optional<std::string>& hash, std::string_view password);
 
 private:
     class Turn;

@@ -1,7 +1,9 @@
+#include "devcloud/HeldPasswords.h"
 #include "devcloud/Messages.h"
 #include "devcloud/ServiceTest.h"
 
 #include <ctime>
+#include <thread>
 
 namespace tavrin::devcloud {
 namespace {
@@ -364,6 +366,28 @@ TEST_F(SessionTest, ANewPasswordEndsTheSessionsOfItsAccountAlone)
     EXPECT_EQ(meStatus(session["accessToken"]), 401);
     EXPECT_EQ(statusOf(refresh(session["refreshToken"])), 401);
     EXPECT_EQ(meStatus(others["accessToken"]), 200);
+}
+
+TEST_F(SessionTest, APasswordThatIsReplacedWhileItIsComparedSignsNobodyIn)
+{
+    addTestAccount();
+    testing::HeldPasswords held;
+    service.emplace(ServiceParts{*database, held, [](const Mail&) { return true; }, nullptr, lives,
+        {}, [this] { return now.load(); }});
+    Outcome outcome = refusal(0, "");
+    std::thread signingIn([&] { outcome = loginWith(password); });
+    held.awaitQuestions(1);
+    {
+        Transaction transaction(*database);
+        setPassword(
+            transaction, findAccount(transaction, email)->id, *passwords.hash("new password"));
+        transaction.commit();
+    }
+    held.release();
+    signingIn.join();
+
+    EXPECT_EQ(statusOf(outcome), 401);
+    EXPECT_EQ(statusOf(loginWith("new password")), 200);
 }
 
 TEST_F(SessionTest, WrongPasswordsFromElsewhereCloseTheAccountToNobodyElse)
