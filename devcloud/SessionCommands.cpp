@@ -2,6 +2,7 @@
 #include "devcloud/store/Accounts.h"
 #include "devcloud/store/Database.h"
 #include "devcloud/store/Sessions.h"
+#include "devcloud/text/Utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -21,12 +22,23 @@ std::string printedTime(std::int64_t time)
     return text.data();
 }
 
-/// What a client said of itself must not steer the terminal of who reads it.
-std::string printable(std::string text)
+/// Whether a terminal obeys the character instead of showing it: controls, breaks of lines, and
+/// what turns the direction of all that follows.
+bool steersTerminal(char32_t c)
 {
-    std::ranges::replace_if(
-        text, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; }, '?');
-    return text;
+    const bool isControl = c < 0x20 || (c >= 0x7f && c < 0xa0);
+    const bool isBreak = c == 0x2028 || c == 0x2029;
+    const bool turns = c == 0x061c || c == 0x200e || c == 0x200f || (c >= 0x202a && c <= 0x202e)
+        || (c >= 0x2066 && c <= 0x2069);
+    return isControl || isBreak || turns;
+}
+
+/// What a client said of itself must not steer the terminal of who reads it.
+std::string printable(const std::string& text)
+{
+    std::u32string characters = decodeUtf8(text);
+    std::ranges::replace_if(characters, steersTerminal, U'?');
+    return encodeUtf8(characters);
 }
 
 std::optional<Account> accountOf(Transaction& transaction, const Options& options)

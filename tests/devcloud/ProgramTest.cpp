@@ -1,3 +1,4 @@
+#include "devcloud/Json.h"
 #include "devcloud/LoopbackClient.h"
 #include "devcloud/TestCertificate.h"
 #include "devcloud/store/Accounts.h"
@@ -13,11 +14,14 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <optional>
+#include <sstream>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::Not;
@@ -131,7 +135,77 @@ protected:
         return arguments;
     }
 
+    /// What a command prints that ends with @p code.
+    std::string run(std::vector<std::string> arguments, int code = 0) const
+    {
+        Program program(withData(std::move(arguments)));
+        std::string printed = program.readAll();
+        EXPECT_EQ(program.exitCode(), code) << printed;
+        return printed;
+    }
+
+    void setPasswordByCommand(const std::string& email, const std::string& password) const
+    {
+        const std::string file = folder + "/password";
+        std::ofstream(file) << password << '\n';
+        run({"account", email, "--password-file", file});
+    }
+
     std::string folder;
+};
+
+/// The service as it runs, with an account.
+class RunningProgramTest : public ProgramTest {
+protected:
+    void SetUp() override
+    {
+        ProgramTest::SetUp();
+        setPasswordByCommand(email, password);
+        service.emplace(withData({"--listen", "127.0.0.1:0"}));
+        const std::string line = service->readLine();
+        ASSERT_THAT(line, MatchesRegex("tavrin-devcloud: listening on 127.0.0.1:[0-9]+"));
+        port = std::atoi(line.substr(line.rfind(':') + 1).c_str());
+    }
+
+    void TearDown() override
+    {
+        service.reset();
+        ProgramTest::TearDown();
+    }
+
+    /// The answer to a request on a connection of its own.
+    std::string ask(const std::string& line, const Json& body, const std::string& token = {}) const
+    {
+        testing::LoopbackClient client(port);
+        const std::string text = body.is_null() ? std::string() : body.dump();
+        client.send(line + " HTTP/1.1\r\nContent-Type: application/json\r\nAuthorization: Bearer "
+            + token + "\r\nContent-Length: " + std::to_string(text.size()) + "\r\n\r\n" + text);
+        return client.readAnswer();
+    }
+
+    Json signIn() const
+    {
+        const std::string answer =
+            ask("POST /v1/auth/login", {{"email", email}, {"password", password}});
+        EXPECT_EQ(testing::statusIn(answer), 200);
+        return Json::parse(testing::bodyIn(answer));
+    }
+
+    int meStatus(const Json& session) const
+    {
+        return testing::statusIn(ask("GET /v1/auth/me", {}, session["accessToken"]));
+    }
+
+    int refreshStatus(const Json& session) const
+    {
+        return testing::statusIn(
+            ask("POST /v1/auth/refresh", {{"refreshToken", session["refreshToken"]}}));
+    }
+
+    const std::string email = "ada@example.org";
+    const std::string password = "correct horse";
+    std::optional<Program> service;
+    int port = 0;
 };
 
 TEST_F(ProgramTest, HelpAndVersionAreAnswered)
@@ -226,19 +300,13 @@ TEST_F(ProgramTest, AnAccountsPasswordIsReadFromAFileAndReplaced)
 
 TEST_F(ProgramTest, SessionsAreListedAndRevoked)
 {
-    const auto run = [this](std::vector<std::string> arguments, int code = 0) {
-        Program program(withData(std::move(arguments)));
-        std::string printed = program.readAll();
-        EXPECT_EQ(program.exitCode(), code) << printed;
-        return printed;
-    };
     {
         Database database(folder + "/devcloud.sqlite");
         Transaction transaction(database);
         const std::int64_t now = std::time(nullptr);
         const std::int64_t ada = addAccount(transaction, "ada@b.c", "hash", now);
         const std::int64_t bob = addAccount(transaction, "bob@b.c", "hash", now);
-        startSession(transaction, ada, {"D", "Ada's \x1b[2Jdesk", "0.8.0"}, {}, 86'400);
+        startSession(transaction, ada, {"D", "Ada's desk", "0.8.0"}, {}, 86'400);
         startSession(transaction, ada, {"E", "Ada's lap", "0.8.0"}, {}, now);
         startSession(transaction, ada, {"F", "Ada's tower", "0.8.0"}, {}, now);
         startSession(transaction, bob, {"G", "Bob's desk", "0.8.0"}, {}, now);
@@ -258,6 +326,72 @@ TEST_F(ProgramTest, SessionsAreListedAndRevoked)
     EXPECT_THAT(run({"sessions", "bob@b.c"}), HasSubstr("Bob's desk"));
     EXPECT_EQ(run({"revoke", "--all"}), "1 session ended\n");
     EXPECT_EQ(run({"sessions", "bob@b.c"}), "");
+}
+
+TEST_F(RunningProgramTest, ANewPasswordEndsTheSessionsThereAre)
+{
+    const Json session = signIn();
+    EXPECT_EQ(meStatus(session), 200);
+
+    setPasswordByCommand(email, "another horse");
+
+    EXPECT_EQ(meStatus(session), 401);
+    EXPECT_EQ(refreshStatus(session), 401);
+    const auto login = [this](const std::string& typed) {
+        return testing::statusIn(
+            ask("POST /v1/auth/login", {{"email", email}, {"password", typed}}));
+    };
+    EXPECT_EQ(login(password), 401);
+    EXPECT_EQ(login("another horse"), 200);
+}
+
+TEST_F(RunningProgramTest, ARevokedSessionIsRefusedAtOnceAndTheOthersGoOn)
+{
+    const std::vector<Json> sessions{signIn(), signIn(), signIn()};
+    const auto statuses = [&] {
+        return std::vector{
+            meStatus(sessions.at(0)), meStatus(sessions.at(1)), meStatus(sessions.at(2))};
+    };
+    EXPECT_THAT(statuses(), ElementsAre(200, 200, 200));
+
+    EXPECT_EQ(run({"revoke", email, "2"}), "1 session ended\n");
+    EXPECT_THAT(statuses(), ElementsAre(200, 401, 200));
+    EXPECT_EQ(refreshStatus(sessions.at(1)), 401);
+
+    EXPECT_EQ(run({"revoke", email}), "2 sessions ended\n");
+    EXPECT_THAT(statuses(), ElementsAre(401, 401, 401));
+
+    const Json last = signIn();
+    EXPECT_EQ(meStatus(last), 200);
+    EXPECT_EQ(run({"revoke", "--all"}), "1 session ended\n");
+    EXPECT_EQ(meStatus(last), 401);
+    EXPECT_EQ(refreshStatus(last), 401);
+}
+
+TEST_F(ProgramTest, WhatAClientSaysOfItselfSteersNoTerminal)
+{
+    {
+        Database database(folder + "/devcloud.sqlite");
+        Transaction transaction(database);
+        const std::int64_t now = std::time(nullptr);
+        const std::int64_t ada = addAccount(transaction, "ada@b.c", "hash", now);
+        for (const char* name :
+            {"\x1b[2Jdesk", "line\nbreak\x7f", "\u009b2Jdesk", "\u202eksed", "\u2066desk\u2069",
+                "\u200edesk\u200f", "\u061cdesk", "new\u2028line", "broken\xff\xc2"})
+            startSession(transaction, ada, {"D", name, "0.8.0\x1b[1m"}, {}, now);
+        startSession(
+            transaction, ada, {"E", "\u7535\u8111 \u00fc\u00a0\U0001f4bb", "0.8.0"}, {}, now);
+        transaction.commit();
+    }
+    std::vector<std::string> names;
+    std::istringstream listed(run({"sessions", "ada@b.c"}));
+    for (std::string line; std::getline(listed, line);)
+        names.push_back(line.substr(line.find("0.8.0")));
+    EXPECT_THAT(names,
+        ElementsAre("0.8.0?[1m  ?[2Jdesk", "0.8.0?[1m  line?break?", "0.8.0?[1m  ?2Jdesk",
+            "0.8.0?[1m  ?ksed", "0.8.0?[1m  ?desk?", "0.8.0?[1m  ?desk?", "0.8.0?[1m  ?desk",
+            "0.8.0?[1m  new?line", "0.8.0?[1m  broken\ufffd\ufffd",
+            "0.8.0  \u7535\u8111 \u00fc\u00a0\U0001f4bb"));
 }
 
 TEST_F(ProgramTest, ADatabaseOfALaterVersionIsSaidAndLeftAlone)
