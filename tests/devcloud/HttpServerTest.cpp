@@ -1,6 +1,7 @@
 #include "devcloud/http/HttpServer.h"
 
 #include "devcloud/HeldModel.h"
+#include "devcloud/HeldPasswords.h"
 #include "devcloud/LoopbackClient.h"
 #include "devcloud/ServiceTest.h"
 
@@ -18,6 +19,7 @@ namespace {
 
 using testing::bodyIn;
 using testing::HeldModel;
+using testing::HeldPasswords;
 using testing::LoopbackClient;
 using testing::statusIn;
 
@@ -254,6 +256,70 @@ TEST_F(HttpServerTest, AConnectionThatNeverBeginsIsClosed)
     const LoopbackClient silent(server->port());
 
     EXPECT_TRUE(silent.isClosedByServer());
+}
+
+TEST_F(HttpServerTest, AConnectionThatAsksNothingMoreIsClosed)
+{
+    settings.limits.idle = 250ms;
+    settings.limits.wholeRequest = 20s;
+    start();
+    LoopbackClient client(server->port());
+    client.send("GET /v1/client/update HTTP/1.1\r\n\r\n");
+    EXPECT_EQ(statusIn(client.readAnswer()), 200);
+
+    EXPECT_TRUE(client.isClosedByServer());
+}
+
+TEST_F(HttpServerTest, AClientThatNeverTakesItsAnswerIsCutOff)
+{
+    const std::string token = signIn()["accessToken"];
+    testing::ScriptedModel model;
+    model.nextAnswer = std::string(std::size_t{1024} * 1024, 'x');
+    restart(&model);
+    settings.limits.wholeAnswer = 250ms;
+    settings.limits.wholeRequest = 20s;
+    start();
+    // More than the buffers between the two hold.
+    std::string requests;
+    for (int request = 0; request < 16; ++request)
+        requests += post("/v1/text/polish", R"({"transcript":"hello"})",
+            "Authorization: Bearer " + token + "\r\n");
+    const LoopbackClient client(server->port());
+    client.send(requests);
+
+    const auto begin = std::chrono::steady_clock::now();
+    while (client.send("x") && std::chrono::steady_clock::now() - begin < 5s)
+        std::this_thread::sleep_for(10ms);
+
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s);
+    EXPECT_EQ(statusFor("GET /v1/client/update HTTP/1.1\r\n\r\n"), 200);
+    server->stop(); // The model ends before the server does.
+}
+
+TEST_F(HttpServerTest, PasswordsThatAreComparedHoldUpNoOtherRequest)
+{
+    addTestAccount();
+    HeldPasswords held;
+    service.emplace(ServiceParts{*database, held, [](const Mail&) { return true; }, nullptr, lives,
+        {}, [this] { return now.load(); }});
+    settings.workers.quick = 1;
+    settings.workers.passwords = 2;
+    start();
+    std::vector<std::unique_ptr<LoopbackClient>> clients;
+    clients.reserve(4);
+    for (int client = 0; client < 4; ++client) {
+        clients.push_back(std::make_unique<LoopbackClient>(server->port()));
+        clients.back()->send(post("/v1/auth/login", loginBody().dump()));
+    }
+    held.awaitQuestions(2);
+
+    EXPECT_EQ(statusFor("GET /v1/client/update HTTP/1.1\r\n\r\n"), 200);
+    EXPECT_EQ(statusFor("GET /v1/auth/me HTTP/1.1\r\n\r\n"), 401);
+
+    held.release();
+    for (const auto& client : clients)
+        EXPECT_EQ(statusIn(client->readAnswer()), 200);
+    server->stop(); // The passwords end before the server does.
 }
 
 TEST_F(HttpServerTest, ConnectionsCutAtEveryStageHarmNobody)
