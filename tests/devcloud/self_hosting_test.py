@@ -1,18 +1,21 @@
 #!/usr/bin/env python3
 """Tries what docs/self-hosting.md says: its commands, its unit, its nginx.
 
-The blocks are taken out of the page itself. Only what must differ here is replaced: /var/lib and /etc
-by folders of the test, the names of hosts by this machine, and each port by a free one.
+The blocks are taken out of the page itself. Only what must differ here is replaced: the folders of the
+system by folders of the test, the built program by the one to be tested, its user by who runs the test,
+the names of hosts by this machine, and each port by a free one.
 """
 
 import http.client
 import http.server
 import json
+import os
 import re
 import resource
 import shlex
 import socket
 import ssl
+import stat
 import subprocess
 import sys
 import tempfile
@@ -25,12 +28,27 @@ PROGRAM = Path(sys.argv[1]).resolve()
 TOP = Path(__file__).resolve().parents[2]
 PAGE = (TOP / "docs/self-hosting.md").read_text(encoding="utf-8")
 PASSWORD = "correct horse"
+# Makes the system read-only but for one folder, and starts a program without rights:
+# sh CONFINE FOLDER WRITABLE PROGRAM...
+CONFINE = """set -e
+mount --bind "$1" "$1"
+mount --bind "$2" "$2"
+mount -o remount,bind,ro "$1"
+mount -o remount,bind,ro /
+! touch "$1/written" /etc/written 2>/dev/null
+shift 2
+umask 0077
+ulimit -n 8192
+exec setpriv --bounding-set=-all --inh-caps=-all --no-new-privs "$@"
+"""
 PATIENCE = 30  # Seconds until something that should happen has not happened.
 
-# What changes the machine or takes minutes, tried by other tests or by nobody but the reader.
-ELSEWHERE = [r"scripts/install-dependencies build", r"cmake --preset (local|release)( -D\w+=\S+)*",
-             r"cmake --build --preset (local|release)( --target tavrin-devcloud)?",
-             r"install .*", r"useradd .*", r"sqlite3 .*", r"systemctl .*"]
+# What changes the machine or takes minutes, tried by nobody but the reader. The page says so.
+UNTRIED = [r"scripts/install-dependencies build", r"cmake --preset (local|release)( -D\w+=\S+)*",
+           r"cmake --build --preset (local|release)( --target tavrin-devcloud)?",
+           r"apt-get install .*", r"useradd .*", r"systemctl .*"]
+TRIED = [r"install .*", r"sqlite3 .*", r"nginx -t", r"tavrin-devcloud .*",
+         r"runuser -u tavrin-devcloud -- tavrin-devcloud .*"]
 
 
 def blocks(kind):
@@ -89,16 +107,24 @@ class SelfHostingTest(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
         self.data = self.folder / "var/lib/tavrin-devcloud"
-        self.data.mkdir(parents=True, mode=0o700)
+        for made in ("var/lib", "var/backups", "etc", "usr/local/bin"):
+            (self.folder / made).mkdir(parents=True)
         self.ports = {}
+        for line in commands():
+            if line.startswith("install ") and "/var/backups" not in line:
+                self.run_tool(line)
+        self.program = self.folder / "usr/local/bin/tavrin-devcloud"
 
     def port(self, of_page):
         return self.ports.setdefault(of_page, free_port())
 
     def here(self, text):
         """The text of the page for this machine."""
-        text = text.replace("/usr/local/bin/tavrin-devcloud", str(PROGRAM))
-        text = re.sub(r"(?<![\w/])/(var/lib|etc)/", rf"{self.folder}/\1/", text)
+        text = text.replace("build/local/devcloud/tavrin-devcloud", str(PROGRAM))
+        text = re.sub(r"(?<![\w/])/(var/lib|var/backups|etc|usr/local/bin)/",
+                      rf"{self.folder}/\1/", text)
+        text = re.sub(r"-o tavrin-devcloud -g tavrin-devcloud",
+                      f"-o {os.getuid()} -g {os.getgid()}", text)
         text = text.replace("0.0.0.0:", "127.0.0.1:")
         return re.sub(r"\b(8787|8443|8080)\b", lambda port: str(self.port(port[0])), text)
 
@@ -108,7 +134,10 @@ class SelfHostingTest(unittest.TestCase):
         if words[:2] == ["runuser", "-u"]:
             words = words[words.index("--") + 1:]
         self.assertEqual(words[0], "tavrin-devcloud", line)
-        return [str(PROGRAM)] + words[1:]
+        return [str(self.program)] + words[1:]
+
+    def run_tool(self, line):
+        subprocess.run(shlex.split(self.here(line)), check=True, timeout=PATIENCE)
 
     def run_line(self, line, typed=""):
         done = subprocess.run(self.words(line), input=typed, text=True, capture_output=True,
@@ -117,6 +146,7 @@ class SelfHostingTest(unittest.TestCase):
         return done.stdout
 
     def start(self, arguments, port, prepare=None):
+        arguments = [str(argument) for argument in arguments]
         with open(self.folder / f"log-{port}", "wb") as log:
             process = subprocess.Popen(arguments, stdout=log, stderr=log, preexec_fn=prepare)
         self.addCleanup(process.wait)
@@ -124,11 +154,11 @@ class SelfHostingTest(unittest.TestCase):
         wait_for(arguments[0], lambda: answers(port) or process.poll() is not None)
         self.assertIsNone(process.poll(), (self.folder / f"log-{port}").read_text())
 
-    def start_unit(self):
+    def start_unit(self, confined_by=()):
         """The service as its unit starts it, and an account."""
         line = re.search(r"^ExecStart=(.*)$", blocks("ini")[0], re.M)[1]
-        self.start(shlex.split(self.here(line)) + ["--listen", f"127.0.0.1:{self.port('8787')}"],
-                   self.port("8787"))
+        self.start([*confined_by, *shlex.split(self.here(line)),
+                    "--listen", f"127.0.0.1:{self.port('8787')}"], self.port("8787"))
         self.assertEqual(self.make_account(), "account made: ada@example.org\n")
 
     def make_account(self):
@@ -163,18 +193,60 @@ class SelfHostingTest(unittest.TestCase):
         return self.post(connection, "/v1/auth/login", {"email": email, "password": password},
                          headers)
 
-    def test_every_command_is_tried_or_known_to_be_tried_elsewhere(self):
+    def test_every_command_is_tried_or_known_to_be_untried(self):
         for line in commands():
-            tried = line.startswith(("tavrin-devcloud ", "runuser -u tavrin-devcloud -- "))
-            elsewhere = any(re.fullmatch(pattern, line) for pattern in ELSEWHERE)
-            self.assertTrue(tried or elsewhere or line == "nginx -t", line)
+            kinds = [any(re.fullmatch(pattern, line) for pattern in patterns)
+                     for patterns in (TRIED, UNTRIED)]
+            self.assertEqual(sorted(kinds), [False, True], line)
 
-    def test_the_options_of_the_client_exist(self):
-        deployment = (TOP / "cmake/TavrinDeployment.cmake").read_text(encoding="utf-8")
-        options = re.findall(r"-D(\w+)=", command_with("--preset release"))
-        self.assertEqual(len(options), 3)
+    def test_the_packages_of_the_page_are_those_of_the_tests(self):
+        known = (TOP / "scripts/dependencies").read_text(encoding="utf-8").splitlines()
+        packages = command_with("install nginx").split()[2:]
+        self.assertEqual(len(packages), 2)
+        for package in packages:
+            self.assertIn(package, known)
+
+    def test_the_program_and_its_data_get_their_places(self):
+        self.assertTrue(self.data.is_dir())
+        self.assertEqual(stat.S_IMODE(self.data.stat().st_mode), 0o700)
+        self.assertEqual(stat.S_IMODE(self.program.stat().st_mode), 0o755)
+        self.assertEqual(self.program.read_bytes(), PROGRAM.read_bytes())
+
+    def test_a_copy_made_while_the_service_runs_is_whole_and_private(self):
+        self.start_unit()
+        connection = self.connect(http.client.HTTPConnection, "127.0.0.1", self.port("8787"))
+        token = self.sign_in(connection)[1]["accessToken"]
+        lines = [line for line in commands() if "/var/backups" in line]
+        self.assertEqual(len(lines), 2)
+        for line in lines:
+            self.run_tool(line)
+        copy = self.folder / "var/backups/devcloud.sqlite"
+        self.assertEqual(stat.S_IMODE(copy.stat().st_mode), 0o600)
+
+        restored = self.folder / "restored"
+        restored.mkdir()
+        copy.rename(restored / copy.name)
+        port = free_port()
+        self.start([self.program, "--data", restored, "--listen", f"127.0.0.1:{port}"], port)
+        connection = self.connect(http.client.HTTPConnection, "127.0.0.1", port)
+        self.assertEqual(self.sign_in(connection)[0], 200)
+        connection.request("GET", "/v1/auth/me", headers={"Authorization": f"Bearer {token}"})
+        self.assertEqual(connection.getresponse().status, 200)
+
+    def test_the_address_of_the_client_is_one(self):
+        deployment = TOP / "cmake/TavrinDeployment.cmake"
+        options = re.findall(r"-D\w+=\S+", command_with("--preset release"))
+        self.assertEqual({option[2:].split("=")[0] for option in options},
+                         set(re.findall(r"^set\((\w+) ", deployment.read_text("utf-8"), re.M)))
+
+        def accepted(given):
+            done = subprocess.run(["cmake", *given, "-P", deployment], capture_output=True,
+                                  text=True, timeout=PATIENCE)
+            return done.returncode == 0
+        self.assertTrue(accepted(options))
         for option in options:
-            self.assertIn(f"set({option} ", deployment)
+            wrong = [other for other in options if other != option] + [option + "?"]
+            self.assertFalse(accepted(wrong), option)
 
     def test_the_unit_is_one(self):
         unit = self.folder / "tavrin-devcloud.service"
@@ -182,6 +254,23 @@ class SelfHostingTest(unittest.TestCase):
         done = subprocess.run(["systemd-analyze", "verify", "--man=no", "--recursive-errors=no",
                                unit], text=True, capture_output=True, timeout=PATIENCE)
         self.assertEqual((done.returncode, done.stderr), (0, ""))
+
+    def test_the_program_needs_no_more_than_its_unit_leaves(self):
+        unit = blocks("ini")[0].splitlines()
+        for line in ("ProtectSystem=strict", "ReadWritePaths=/var/lib/tavrin-devcloud",
+                     "CapabilityBoundingSet=", "NoNewPrivileges=yes", "UMask=0077",
+                     "LimitNOFILE=8192"):
+            self.assertIn(line, unit)
+        if subprocess.run(["unshare", "--mount", "true"], capture_output=True).returncode != 0:
+            self.skipTest("mounts of its own are only for root")
+        self.start_unit(["unshare", "--mount", "sh", "-c", CONFINE, "confine",
+                         self.folder, self.data])
+        connection = self.connect(http.client.HTTPConnection, "127.0.0.1", self.port("8787"))
+        self.assertEqual(self.sign_in(connection)[0], 200)
+        code = {"email": "grace@example.org", "inviteCode": self.run_line(
+            command_with("invite")).strip()}
+        self.assertEqual(self.post(connection, "/v1/auth/registration/start", code)[0], 200)
+        self.assertEqual(len(list((self.data / "outbox").iterdir())), 1)
 
     def test_people_are_invited_listed_and_sent_away(self):
         self.assertRegex(self.run_line(command_with("invite")), r"^TAV-\w{4}-\w{4}\n$")
@@ -196,7 +285,7 @@ class SelfHostingTest(unittest.TestCase):
 
     def test_where_few_files_may_be_open_the_newest_connections_are_served(self):
         port = free_port()
-        self.start([str(PROGRAM), "--data", str(self.data), "--listen", f"127.0.0.1:{port}"], port,
+        self.start([str(self.program), "--data", str(self.data), "--listen", f"127.0.0.1:{port}"], port,
                    lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (100, 100)))
         silent = [socket.create_connection(("127.0.0.1", port), PATIENCE) for _ in range(400)]
         for connection in silent:
