@@ -19,7 +19,11 @@ bool writePrivately(const std::filesystem::path& file, std::string_view text)
     if (descriptor < 0)
         return false;
     const ssize_t written = write(descriptor, text.data(), text.size());
-    return close(descriptor) == 0 && written == static_cast<ssize_t>(text.size());
+    const bool isWhole = close(descriptor) == 0 && written == static_cast<ssize_t>(text.size());
+    // On a full disk, half a code would look like one.
+    if (!isWhole)
+        unlink(file.c_str());
+    return isWhole;
 }
 
 } // namespace

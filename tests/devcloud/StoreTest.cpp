@@ -10,9 +10,11 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
 #include <fstream>
 #include <set>
 #include <sstream>
+#include <sys/resource.h>
 
 namespace tavrin::devcloud {
 namespace {
@@ -181,6 +183,44 @@ TEST_F(StoreTest, MailThatCannotBeWrittenIsSaid)
     EXPECT_FALSE(Outbox(folder / "file" / "outbox")({"a@b", "", ""}));
 }
 
+/// Files may grow so far and no further, as on a full disk, while this lives.
+class SmallFiles {
+public:
+    explicit SmallFiles(rlim_t bytes)
+        : m_handler(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &m_before), 0);
+        const rlimit small{bytes, m_before.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    }
+
+    ~SmallFiles()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+
+    SmallFiles(const SmallFiles&) = delete;
+    SmallFiles& operator=(const SmallFiles&) = delete;
+
+private:
+    rlimit m_before{};
+    void (*m_handler)(int);
+};
+
+TEST_F(StoreTest, MailThatTheDiskHasNoRoomForLeavesNoHalfOfItself)
+{
+    const Outbox outbox(folder / "outbox");
+    {
+        const SmallFiles full(10);
+        EXPECT_FALSE(outbox({"ada@example.org", "Subject", "123456"}));
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(folder / "outbox"));
+
+    EXPECT_TRUE(outbox({"ada@example.org", "Subject", "123456"}));
+    EXPECT_FALSE(std::filesystem::is_empty(folder / "outbox"));
+}
+
 TEST_F(StoreTest, PasswordsAreHashedWithArgon2idAndSalt)
 {
     Passwords passwords(PasswordCost::least());
@@ -243,6 +283,21 @@ TEST(ThrottleTest, RemembersALimitedNumberOfKeys)
     EXPECT_FALSE(throttle.take("last", 5));
     EXPECT_FALSE(throttle.take("one too many", 11)); // "first" has left the window, the rest not.
     EXPECT_TRUE(throttle.take("5", 11));
+}
+
+TEST(ThrottleTest, ForgetsAllKeysWhenTooManyAreWithinTheWindow)
+{
+    Throttle throttle(1, std::chrono::seconds(10));
+    for (int key = 0; key < 10'000; ++key)
+        EXPECT_FALSE(throttle.take(std::to_string(key), 5));
+    EXPECT_TRUE(throttle.take("0", 5));
+    EXPECT_TRUE(throttle.take("9999", 5));
+
+    EXPECT_FALSE(throttle.take("one too many", 5));
+
+    EXPECT_TRUE(throttle.take("one too many", 5));
+    EXPECT_FALSE(throttle.take("0", 5));
+    EXPECT_FALSE(throttle.take("9999", 5));
 }
 
 } // namespace
