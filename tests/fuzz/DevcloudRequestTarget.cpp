@@ -40,22 +40,35 @@ public:
     {
         require(initializeSecrets(), "the system gives randomness");
         Transaction transaction(*m_database);
-        const std::int64_t account = addAccount(transaction, "a@b", "no hash", m_now);
-        m_authorization = "Bearer " + startSession(transaction, account, {}, m_lives, m_now).access;
+        m_account = addAccount(transaction, "a@b", "no hash", m_now);
+        m_authorization = newAuthorization(transaction);
         transaction.commit();
     }
 
-    [[nodiscard]] const std::string& authorization() const { return m_authorization; }
+    /// Of the session that all inputs share; signing out, which would end it, gets one of its own.
+    std::string authorizationFor(Endpoint endpoint)
+    {
+        if (endpoint != Endpoint::Logout)
+            return m_authorization;
+        Transaction transaction(*m_database);
+        std::string authorization = newAuthorization(transaction);
+        transaction.commit();
+        return authorization;
+    }
 
-    [[nodiscard]] Service& withRules() { return m_withRules; }
+    Service& service(bool withModel) { return withModel ? m_withModel : m_withRules; }
 
     Outcome answer(Endpoint endpoint, const std::string& body, bool withModel)
     {
-        Service& service = withModel ? m_withModel : m_withRules;
-        return service.answer({endpoint, m_authorization, body, "127.0.0.1"});
+        return service(withModel).answer({endpoint, authorizationFor(endpoint), body, "127.0.0.1"});
     }
 
 private:
+    std::string newAuthorization(Transaction& transaction)
+    {
+        return "Bearer " + startSession(transaction, m_account, {}, m_lives, m_now).access;
+    }
+
     ServiceParts parts(LanguageModel* model)
     {
         return {*m_database, m_passwords, [](const Mail&) { return true; }, model, m_lives, {},
@@ -69,15 +82,16 @@ private:
     EchoModel m_model;
     Service m_withRules{parts(nullptr)};
     Service m_withModel{parts(&m_model)};
+    std::int64_t m_account = 0;
     std::string m_authorization;
 };
 
 /// The service behind its HTTP server, asked by its own clients.
 class ServedService {
 public:
-    explicit ServedService(SignedInService& service)
-        : m_authorization(service.authorization())
-        , m_server(service.withRules(), settings())
+    ServedService(SignedInService& service, bool withModel)
+        : m_service(service)
+        , m_server(service.service(withModel), settings())
     {
         require(m_server.start(), "the server starts");
     }
@@ -87,7 +101,8 @@ public:
         const bool hasBody = route.method == "POST";
         testing::LoopbackClient client(m_server.port());
         client.send(std::string(route.method) + " " + std::string(route.path)
-            + " HTTP/1.1\r\nContent-Type: application/json\r\nAuthorization: " + m_authorization
+            + " HTTP/1.1\r\nContent-Type: application/json\r\nAuthorization: "
+            + m_service.authorizationFor(route.endpoint)
             + (hasBody ? "\r\nContent-Length: " + std::to_string(body.size()) : std::string())
             + "\r\n\r\n" + (hasBody ? body : std::string()));
         const std::string answer = client.readAnswer();
@@ -97,6 +112,8 @@ public:
             "the server answers as it should");
         require(Json::parse(testing::bodyIn(answer), nullptr, false).is_object(),
             "the server answers an object");
+        require(route.endpoint != Endpoint::Logout || status == 200 || status == 413,
+            "who is signed in can sign out");
     }
 
     /// Whatever comes instead of a request, the next one is answered.
@@ -117,7 +134,7 @@ private:
         return settings;
     }
 
-    std::string m_authorization;
+    SignedInService& m_service;
     HttpServer m_server;
 };
 
@@ -180,11 +197,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     checkHead(text);
     checkPolish(text);
     checkOrigin(text);
-    static ServedService served(service);
-    served.disturb(text);
-    if (route.endpoint == Endpoint::Logout) // Would end the session that all inputs share.
-        return 0;
-    served.ask(route, text);
+    static ServedService servedByRules(service, false);
+    static ServedService servedByModel(service, true);
+    servedByRules.disturb(text);
+    servedByRules.ask(route, text);
+    servedByModel.ask(route, text);
     for (const bool withModel : {false, true}) {
         const Outcome outcome = service.answer(route.endpoint, text, withModel);
         require(outcome || (outcome.error().status >= 400 && outcome.error().status != 500),
