@@ -157,6 +157,20 @@ TEST_F(CloudRequestTest, AnUnreadableBodyIsTheEmptyObject)
     }
 }
 
+TEST_F(CloudRequestTest, AnAnswerMayNestAThousandAndTwentyFourLevels)
+{
+    for (const qsizetype levels : {1024, 1025}) {
+        Received<CloudResponse> answer;
+        transport.willAnswer(
+            200, R"({"a":)" + QByteArray(levels - 1, '[') + QByteArray(levels - 1, ']') + '}');
+        api->cloudRequestPath(u"/v1/thing"_s, "GET", std::nullopt, {}, answer.completion());
+        run();
+
+        EXPECT_EQ(answer.value().status, 200);
+        EXPECT_EQ(answer.value().object.value()[u"a"_s].isArray(), levels == 1024) << levels;
+    }
+}
+
 TEST_F(CloudRequestTest, AnAnswerOfNineMebibytesIsTheTransportsError)
 {
     const CloudResponse& response = answerOf(200, QByteArray(9LL * 1024 * 1024, ' '));
