@@ -69,6 +69,11 @@ TEST(CorpusWordsTest, TheCheckSeesEachKindOfFault)
     EXPECT_NE(faultOf("the iphone", "the iPhone"), "");
     EXPECT_NE(faultOf("see std::vector", "see std:: vector"), "");
     EXPECT_NE(faultOf("see a.b/c?d", "see A.b/c?d"), "");
+    for (const std::string sign : {"🙂", "€", "℃", "→", "👍🏽", "±"}) {
+        EXPECT_EQ(faultOf("a " + sign + " b", "A " + sign + " b."), "") << sign;
+        EXPECT_NE(faultOf("a " + sign + " b", "A b."), "") << sign;
+        EXPECT_NE(faultOf("a b", "A " + sign + " b."), "") << sign;
+    }
 }
 
 TEST(CorpusWordsTest, WhatIsWantedKeepsEveryWord)

@@ -13,7 +13,8 @@
 namespace tavrin::devcloud::testing {
 namespace {
 
-/// A character that carries meaning: a letter, a digit or an accent on one.
+/// A character that carries meaning: a letter, a digit, an accent on one, or a sign beyond ASCII
+/// such as an emoji, a currency or an arrow. Those of ASCII belong to addresses and code.
 struct Character {
     UChar32 character;
     std::int32_t at; ///< In UTF-16 units.
@@ -24,7 +25,8 @@ using Characters = std::vector<Character>;
 bool isContent(UChar32 c)
 {
     const bool isAccent = (U_GET_GC_MASK(c) & U_GC_M_MASK) != 0 && c != 0xfe0f;
-    return u_isalnum(c) != 0 || isAccent;
+    const bool isSign = c > 0x7f && (U_GET_GC_MASK(c) & U_GC_S_MASK) != 0;
+    return u_isalnum(c) != 0 || isAccent || isSign;
 }
 
 Characters contentOf(const icu::UnicodeString& text)
@@ -220,6 +222,21 @@ std::string_view withoutBreaks(std::string_view text)
     return text.substr(start, text.find_last_not_of('\n') - start + 1);
 }
 
+/// Without the sign that a post has in front of each line, unless it was said.
+std::string withoutLineMarks(const std::string& said, std::string written)
+{
+    constexpr std::string_view mark = "📌 ";
+    if (said.find(mark) != std::string::npos)
+        return written;
+    for (std::size_t line = 0; line != std::string::npos;) {
+        if (std::string_view(written).substr(line).starts_with(mark))
+            written.erase(line, mark.size());
+        const std::size_t next = written.find('\n', line);
+        line = next == std::string::npos ? next : next + 1;
+    }
+    return written;
+}
+
 } // namespace
 
 std::string faultOf(const std::string& said, const std::string& written,
@@ -246,6 +263,8 @@ std::string insideFrame(const std::string& said, const std::string& written, Sty
     static constexpr std::array<std::string_view, 3> closings{
         "\n\n此致\n敬礼", "\n\n此致\n敬禮", "\n\nBest regards,"};
     std::string_view inside = written;
+    if (style == Style::Xiaohongshu)
+        return withoutLineMarks(said, written);
     const bool hasFrame =
         style == Style::BusinessEmail || style == Style::Meeting || style == Style::AiPrompt;
     if (!hasFrame)

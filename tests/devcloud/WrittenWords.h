@@ -18,7 +18,7 @@ enum class Removal { AllOf, AnyOf };
 std::string faultOf(const std::string& said, const std::string& written,
     const std::vector<std::string>& removed = {}, Removal removal = Removal::AllOf);
 
-/// A written text without the words that @p style has put around it.
+/// A written text without the words and signs that @p style has put around it.
 std::string insideFrame(const std::string& said, const std::string& written, Style style);
 
 } // namespace tavrin::devcloud::testing
