@@ -205,17 +205,40 @@ TEST_F(ProgramTest, AModelInTheClearElsewhereIsRefused)
     EXPECT_EQ(program.exitCode(), 1);
 }
 
-TEST_F(ProgramTest, ACertificateThatHasExpiredEndsTheStart)
+TEST_F(ProgramTest, ACertificateThatIsOfNoUseEndsTheStart)
 {
+    constexpr std::int64_t hour = 3600;
+    const std::int64_t now = std::time(nullptr);
     const testing::TestCertificate old(1, 2);
-    std::ofstream(folder + "/certificate.pem") << old.certificate;
-    std::ofstream(folder + "/key.pem") << old.key;
-    Program program(withData({"--listen", "0", "--tls-certificate", folder + "/certificate.pem",
-        "--tls-key", folder + "/key.pem"}));
-    EXPECT_EQ(program.readAll(),
-        "tavrin-devcloud: " + folder + "/certificate.pem, " + folder
-            + "/key.pem: the certificate has expired on 1970-01-01 00:00 UTC\n");
-    EXPECT_EQ(program.exitCode(), 1);
+    const testing::TestCertificate ours(now - hour, now + hour);
+    const testing::TestCertificate other(now - hour, now + hour);
+    const std::string certificate = folder + "/certificate.pem";
+    const std::string key = folder + "/key.pem";
+    const std::string both = certificate + ", " + key + ": ";
+
+    struct Case {
+        std::string certificate; ///< Empty: there is no such file.
+        std::string key;
+        std::string problem;
+    };
+
+    for (const Case& each : {Case{old.certificate, old.key,
+                                 both + "the certificate has expired on 1970-01-01 00:00 UTC"},
+             Case{"", ours.key, "cannot read " + certificate},
+             Case{ours.certificate, "", "cannot read " + key},
+             Case{ours.certificate, other.key,
+                 both + "the key does not belong to the certificate"}}) {
+        for (const auto& [file, text] :
+            {std::pair(certificate, each.certificate), std::pair(key, each.key)}) {
+            std::filesystem::remove(file);
+            if (!text.empty())
+                std::ofstream(file) << text;
+        }
+        Program program(
+            withData({"--listen", "0", "--tls-certificate", certificate, "--tls-key", key}));
+        EXPECT_EQ(program.readAll(), "tavrin-devcloud: " + each.problem + "\n");
+        EXPECT_EQ(program.exitCode(), 1);
+    }
 }
 
 TEST_F(ProgramTest, APortThatIsTakenIsSaid)

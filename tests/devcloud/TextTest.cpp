@@ -4,6 +4,9 @@
 #include <gmock/gmock.h>
 
 #include <cctype>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
 
 using ::testing::HasSubstr;
 using ::testing::Not;
@@ -51,6 +54,42 @@ TEST_F(TextTest, WithoutAModelTranslationAndChatSaySo)
     EXPECT_EQ(translation.error().message, messages::translationNeedsModel);
     EXPECT_EQ(statusOf(answer), 503);
     EXPECT_EQ(answer.error().message, messages::chatNeedsModel);
+}
+
+TEST_F(TextTest, WithoutAModelAnAccountGetsEightAnswersAtATime)
+{
+    constexpr int calls = 20;
+    constexpr int allowed = 8;
+    TextEndpoints endpoints(*database, nullptr, [this] { return now.load(); });
+    const auto account = [this] {
+        Transaction transaction(*database);
+        return findAccount(transaction, email)->id;
+    }();
+    std::mutex mutex;
+    std::condition_variable changed;
+    int refused = 0;
+    int answered = 0;
+    std::vector<std::thread> callers(calls);
+    {
+        // Each answer is counted in the database before it is given.
+        const Transaction held(*database);
+        for (std::thread& caller : callers) {
+            caller = std::thread([&] {
+                const Outcome outcome =
+                    endpoints.polish(SessionOwner{account, email}, {{"transcript", "hello"}});
+                const std::lock_guard lock(mutex);
+                ++(statusOf(outcome) == 429 ? refused : answered);
+                changed.notify_all();
+            });
+        }
+        std::unique_lock lock(mutex);
+        EXPECT_TRUE(changed.wait_for(
+            lock, std::chrono::seconds(5), [&] { return refused == calls - allowed; }));
+    }
+    for (std::thread& caller : callers)
+        caller.join();
+    EXPECT_EQ(answered, allowed);
+    EXPECT_EQ(refused, calls - allowed);
 }
 
 TEST_F(TextTest, AModelAnswersAllThree)

@@ -120,6 +120,27 @@ TEST_F(TlsServerTest, SpeaksHttpsAsWhomItsCertificateSays)
     std::filesystem::remove(file);
 }
 
+TEST_F(TlsServerTest, SendsTheCertificatesThatVouchForItsOwn)
+{
+    const std::int64_t today = std::time(nullptr);
+    const testing::TestChain chain(today - 60, today + 3600);
+    const std::string file = ::testing::TempDir() + "root.pem";
+    std::ofstream(file) << chain.root;
+    const auto isTrusted = [&](const std::string& certificate) {
+        const auto identity = checkedIdentity(certificate, chain.key, today);
+        EXPECT_EQ(problemOf(identity), "none");
+        settings.tls = *identity;
+        HttpServer server(*service, settings);
+        EXPECT_TRUE(server.start());
+        httplib::SSLClient client("localhost", server.port());
+        client.set_ca_cert_path(file);
+        return static_cast<bool>(client.Get("/v1/client/update"));
+    };
+    EXPECT_TRUE(isTrusted(chain.certificate + chain.authority));
+    EXPECT_FALSE(isTrusted(chain.certificate));
+    std::filesystem::remove(file);
+}
+
 TEST_F(TlsServerTest, PlainHttpGetsNoAnswer)
 {
     HttpServer server(*service, settings);
