@@ -1,6 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/CommandLine.h"
-#include "app/NoCorrectionLearning.h"
+#include "app/session/NoCorrectionLearning.h"
 #include "base/Log.h"
 #include "cloud/TavrinAPI.h"
 #include "platform/Platform.h"
@@ -94,11 +94,11 @@ int signIn(const QString& email)
     QString password;
     if (input.open(stdin, QIODevice::ReadOnly))
         password = QString::fromUtf8(input.readLine(longestPassword)).remove(u'\n');
-    Platform platform = createPlatformWithoutDesktop();
+    const MachinePorts machine = createMachinePorts();
     TavrinAPI api(
-        *platform.httpTransport, *platform.preferences, *platform.systemInfo, CloudSettings());
+        *machine.httpTransport, *machine.preferences, *machine.systemInfo, CloudSettings());
     int status = EXIT_FAILURE;
-    platform.mainQueue->post([&] {
+    machine.mainQueue->post([&] {
         api.loginEmail(email, password, [&status](const CloudResponse& answer) {
             if (answer.error)
                 std::fprintf(stderr, "tavrin: %s\n", qPrintable(answer.error->message));

@@ -3,13 +3,13 @@
 // Presses keys, and reports what happens on the desktop and when, a line an event: "SECONDS EVENT
 // DETAIL", the seconds on the monotonic clock. Takes a command a line, until the input ends:
 //
+// clang-format off
 //   watch WINDOW X Y   look at that pixel; keep asking the program of the window to answer
 //   press CODE…        press these keys, by their codes, and release them: "pressed"; "changed"
-//   when
-//                      the pixel then changes
+//                      when the pixel then changes
 //   longest            report how long the program has let a question wait, and how late the
-//   observer
-//                      itself was to ask one: "longest MILLISECONDS MILLISECONDS"
+//                      observer itself was to ask one: "longest MILLISECONDS MILLISECONDS"
+// clang-format on
 //
 // Without being asked it reports "ready", "recording" when a program begins to record, and
 // "inserted TEXT" when an editor has taken text in.

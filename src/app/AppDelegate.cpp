@@ -1,11 +1,11 @@
 #include "app/AppDelegate.h"
 
-#include "app/AccountPanel.h"
-#include "app/CorrectionLearning.h"
-#include "app/HealthPanel.h"
-#include "app/HistoryWindow.h"
-#include "app/MainWindow.h"
-#include "app/PersonalizationWindow.h"
+#include "app/session/CorrectionLearning.h"
+#include "app/windows/AccountPanel.h"
+#include "app/windows/HealthPanel.h"
+#include "app/windows/HistoryWindow.h"
+#include "app/windows/MainWindow.h"
+#include "app/windows/PersonalizationWindow.h"
 #include "audio/RecordingFile.h"
 #include "base/Log.h"
 #include "cloud/Deployment.h"
@@ -54,7 +54,6 @@ AppDelegate::AppDelegate(Surroundings surroundings)
           m_target)
     , m_historyStore({*m_platform.preferences, *m_platform.clock, *m_platform.systemInfo,
           *m_platform.backgroundQueue})
-    , m_sessionHistory(m_historyStore)
     , m_statusMenu({m_localization, *m_platform.preferences, m_settings, *m_platform.statusItem},
           menuActions())
     , m_shortcutMonitor(
@@ -205,30 +204,48 @@ QStringList AppDelegate::contextualTerms() const
 
 void AppDelegate::createSession()
 {
-    m_session.emplace(RecordingSession::Neighbours{
-        .accountPanel = m_userInterface->accountPanel(),
-        .alerts = *m_platform.alerts,
+    m_processing.emplace(SessionProcessing::Neighbours{
         .api = m_api,
         .audioEnvironment = m_audioEnvironment,
-        .audioRecorders = *m_platform.audioRecorders,
         .clock = *m_platform.clock,
         .correctionLearning = *m_surroundings.correctionLearning,
         .delivery = m_delivery,
         .errorAlert = m_errorAlert,
         .estimator = m_estimator,
         .healthPanel = m_userInterface->healthPanel(),
-        .history = m_sessionHistory,
+        .hud = m_userInterface->hud(),
+        .localization = m_localization,
+        .mainQueue = *m_platform.mainQueue,
+        .preferences = *m_platform.preferences,
+        .saveHistoryTranscript =
+            [this](
+                const NewHistoryRecord& result) { m_historyStore.saveHistoryTranscript(result); },
+        .settings = m_settings,
+        .sounds = m_sounds,
+        .stageTimes = m_stageTimes,
+        .target = m_target,
+        .transcriber = m_transcriber,
+    });
+    m_session.emplace(RecordingSession::Neighbours{
+        .accountPanel = m_userInterface->accountPanel(),
+        .alerts = *m_platform.alerts,
+        .audioEnvironment = m_audioEnvironment,
+        .audioRecorders = *m_platform.audioRecorders,
+        .clock = *m_platform.clock,
+        .correctionLearning = *m_surroundings.correctionLearning,
+        .errorAlert = m_errorAlert,
         .hud = m_userInterface->hud(),
         .liveTranscriber = m_liveTranscriber,
         .localization = m_localization,
         .mainQueue = *m_platform.mainQueue,
         .preferences = *m_platform.preferences,
+        .processing = *m_processing,
         .settings = m_settings,
         .sounds = m_sounds,
+        .stageTimes = m_stageTimes,
         .statusMenu = m_statusMenu,
         .systemInfo = *m_platform.systemInfo,
         .target = m_target,
-        .transcriber = m_transcriber,
     });
 }
 

@@ -1,19 +1,20 @@
 #pragma once
 
-#include "app/CloudSessionCheck.h"
-#include "app/ErrorAlert.h"
-#include "app/FirstRunNotice.h"
-#include "app/Localization.h"
-#include "app/ProcessingTimeEstimator.h"
-#include "app/RecordingSession.h"
-#include "app/Settings.h"
-#include "app/ShortcutMonitor.h"
-#include "app/ShortcutSettings.h"
-#include "app/SoundEffects.h"
-#include "app/StatusMenu.h"
-#include "app/StoredSessionHistory.h"
-#include "app/UpdateChecker.h"
-#include "app/UserInterface.h"
+#include "app/account/CloudSessionCheck.h"
+#include "app/menu/StatusMenu.h"
+#include "app/notices/ErrorAlert.h"
+#include "app/notices/FirstRunNotice.h"
+#include "app/notices/UpdateChecker.h"
+#include "app/session/ProcessingTimeEstimator.h"
+#include "app/session/RecordingSession.h"
+#include "app/session/SessionProcessing.h"
+#include "app/session/SoundEffects.h"
+#include "app/session/StageTimes.h"
+#include "app/settings/Localization.h"
+#include "app/settings/Settings.h"
+#include "app/shortcuts/ShortcutMonitor.h"
+#include "app/shortcuts/ShortcutSettings.h"
+#include "app/windows/UserInterface.h"
 #include "audio/AudioEnvironment.h"
 #include "base/CallbackGuard.h"
 #include "cloud/TavrinAPI.h"
@@ -104,11 +105,12 @@ private:
     TargetContext m_target;
     TextDelivery m_delivery;
     HistoryStore m_historyStore;
-    StoredSessionHistory m_sessionHistory;
     StatusMenu m_statusMenu;
     ShortcutMonitor m_shortcutMonitor;
     ShortcutSettings m_shortcutSettings;
     std::unique_ptr<UserInterface> m_userInterface;
+    StageTimes m_stageTimes;
+    std::optional<SessionProcessing> m_processing;
     std::optional<RecordingSession> m_session;
     CloudSessionCheck m_cloudSessionCheck;
     UpdateChecker m_updateChecker;

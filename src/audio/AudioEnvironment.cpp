@@ -28,7 +28,7 @@ constexpr Seconds longestRetryDelay = 60s;
 
 bool MuteDuringRecordingEnabled(const Preferences& preferences)
 {
-    return storedBool(preferences, keys::muteDuringRecording).value_or(false);
+    return valueOf(preferences, keys::muteDuringRecording);
 }
 
 AudioEnvironment::AudioEnvironment(AudioDevices& devices, Preferences& preferences,
@@ -48,8 +48,7 @@ void AudioEnvironment::applyPreferredMicrophoneForRecording()
 {
     undoOwedChanges();
     m_input.didOverrideInputDevice = false;
-    const QString preferred =
-        storedString(m_preferences, keys::preferredMicrophoneUID).value_or(QString());
+    const QString preferred = valueOf(m_preferences, keys::preferredMicrophoneUID);
     if (preferred.isEmpty())
         return;
     const QList<AudioInputDevice> devices = AudioInputDevices(m_devices);
@@ -252,8 +251,7 @@ MicrophoneControls AudioEnvironment::refreshMicrophoneControls(const Localize& l
 {
     m_availableInputDevices = AudioInputDevices(m_devices);
     return microphoneControls(m_availableInputDevices,
-        storedString(m_preferences, keys::preferredMicrophoneUID).value_or(QString()),
-        localize(texts::followSystemDefault));
+        valueOf(m_preferences, keys::preferredMicrophoneUID), localize(texts::followSystemDefault));
 }
 
 void AudioEnvironment::selectPreferredMicrophone(const QString& uid)

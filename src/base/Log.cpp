@@ -8,8 +8,6 @@ Q_LOGGING_CATEGORY(audio, "tavrin.audio", QtWarningMsg)
 Q_LOGGING_CATEGORY(speech, "tavrin.speech", QtWarningMsg)
 Q_LOGGING_CATEGORY(cloud, "tavrin.cloud", QtWarningMsg)
 Q_LOGGING_CATEGORY(delivery, "tavrin.delivery", QtWarningMsg)
-Q_LOGGING_CATEGORY(dictionary, "tavrin.dictionary", QtWarningMsg)
 Q_LOGGING_CATEGORY(history, "tavrin.history", QtWarningMsg)
-Q_LOGGING_CATEGORY(ui, "tavrin.ui", QtWarningMsg)
 
 } // namespace tavrin::log

@@ -10,13 +10,12 @@ namespace tavrin {
 
 QString providerBaseUrl(const Preferences& preferences)
 {
-    return storedString(preferences, keys::providerBaseURL)
-        .value_or(deployment::defaultProviderBaseUrl);
+    return stored(preferences, keys::providerBaseURL).value_or(deployment::defaultProviderBaseUrl);
 }
 
 QString providerModel(const Preferences& preferences)
 {
-    return storedString(preferences, keys::providerModel).value_or(u"gemini-3.5-flash"_s);
+    return valueOf(preferences, keys::providerModel);
 }
 
 } // namespace tavrin

@@ -148,7 +148,6 @@ private:
         const AuthenticatedRequest& request, const ResponseCompletion& completion);
     void requestText(const TextRequest& request, bool retry, TextCompletion completion);
 
-    [[nodiscard]] QString stored(const QString& key) const;
     [[nodiscard]] QString installationIdentifier() const;
     [[nodiscard]] QJsonObject withInstallation(
         QJsonObject payload, const QString& identifier) const;

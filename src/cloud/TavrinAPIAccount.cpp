@@ -33,7 +33,7 @@ void TavrinAPI::loginEmail(
     const QString& email, const QString& password, ResponseCompletion completion)
 {
     const QString identifier = installationIdentifier();
-    if (stored(keys::cloudDeviceId).isEmpty())
+    if (valueOf(m_preferences, keys::cloudDeviceId).isEmpty())
         m_preferences.setValue(keys::cloudDeviceId, identifier);
     signIn(u"/v1/auth/login"_s,
         withInstallation({{u"email"_s, email}, {u"password"_s, password}}, identifier), email,
@@ -86,7 +86,7 @@ void TavrinAPI::registerEmail(const QString& email, const QString& password,
 
 void TavrinAPI::logoutWithCompletion(ErrorCompletion completion)
 {
-    const QString token = stored(keys::cloudAccessToken);
+    const QString token = valueOf(m_preferences, keys::cloudAccessToken);
     if (token.isEmpty()) {
         clearCloudSession(m_preferences);
         completion(std::nullopt);
@@ -102,7 +102,7 @@ void TavrinAPI::logoutWithCompletion(ErrorCompletion completion)
 
 void TavrinAPI::usageSummaryWithCompletion(ResponseCompletion completion)
 {
-    const QString token = stored(keys::cloudAccessToken);
+    const QString token = valueOf(m_preferences, keys::cloudAccessToken);
     if (token.isEmpty())
         completion(cloud::unsent(cloud::notSignedIn(texts::signInFirst)));
     else
@@ -137,7 +137,7 @@ void TavrinAPI::checkForUpdateWithCompletion(ObjectCompletion completion)
 /// The identifier of this installation; a new one while none is stored.
 QString TavrinAPI::installationIdentifier() const
 {
-    const QString identifier = stored(keys::cloudDeviceId);
+    const QString identifier = valueOf(m_preferences, keys::cloudDeviceId);
     return identifier.isEmpty() ? QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()
                                 : identifier;
 }

@@ -1,3 +1,4 @@
+#include "base/Log.h"
 #include "cloud/CloudErrors.h"
 #include "cloud/CloudTexts.h"
 #include "cloud/TavrinAPI.h"
@@ -82,8 +83,12 @@ void TavrinAPI::cloudRequestPath(const QString& path, const QByteArray& method,
         request.body = QJsonDocument(*payload).toJson(QJsonDocument::Compact);
 
     m_transport.send(
-        request, [completion = std::move(completion)](const Result<HttpResponse>& answer) {
-            completion(responseFrom(answer));
+        request, [path, completion = std::move(completion)](const Result<HttpResponse>& answer) {
+            const CloudResponse response = responseFrom(answer);
+            if (response.error)
+                qCWarning(log::cloud) << "a request failed:" << path << response.status
+                                      << response.error->domain << response.error->code;
+            completion(response);
         });
 }
 
@@ -102,11 +107,6 @@ std::optional<Error> TavrinAPI::errorFromResponse(const HttpResponse& response)
     if (QUtf8StringView(response.body).isValidUtf8())
         return error(QString::fromUtf8(response.body));
     return error(u"HTTP %1"_s.arg(response.status));
-}
-
-QString TavrinAPI::stored(const QString& key) const
-{
-    return storedString(m_preferences, key).value_or(QString());
 }
 
 } // namespace tavrin

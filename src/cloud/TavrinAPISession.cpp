@@ -19,7 +19,7 @@ bool endsTheSession(int status)
 
 void TavrinAPI::refreshCloudSession(TextCompletion completion)
 {
-    const QString refreshToken = stored(keys::cloudRefreshToken);
+    const QString refreshToken = valueOf(m_preferences, keys::cloudRefreshToken);
     if (refreshToken.isEmpty()) {
         completion(failure(cloud::notSignedIn(texts::signInExpiredSignInAgain)));
         return;
@@ -34,10 +34,9 @@ void TavrinAPI::refreshCloudSession(TextCompletion completion)
                 completion(failure(*response.error));
                 return;
             }
-            const QString email =
-                storedString(preferences, keys::cloudAccountEmail).value_or(QString());
+            const QString email = valueOf(preferences, keys::cloudAccountEmail);
             SaveCloudSession(preferences, response.object.value_or(QJsonObject{}), email);
-            completion(storedString(preferences, keys::cloudAccessToken).value_or(QString()));
+            completion(valueOf(preferences, keys::cloudAccessToken));
         });
 }
 
@@ -62,9 +61,9 @@ void TavrinAPI::validateCloudSessionWithCompletion(ErrorCompletion completion)
 void TavrinAPI::sendAuthenticated(
     const AuthenticatedRequest& request, bool retry, const ResponseCompletion& completion)
 {
-    const QString token = stored(keys::cloudAccessToken);
+    const QString token = valueOf(m_preferences, keys::cloudAccessToken);
     if (token.isEmpty()) {
-        if (retry && !stored(keys::cloudRefreshToken).isEmpty())
+        if (retry && !valueOf(m_preferences, keys::cloudRefreshToken).isEmpty())
             refreshAndRepeat(request, completion);
         else
             completion(cloud::unsent(request.notSignedIn));
@@ -75,7 +74,7 @@ void TavrinAPI::sendAuthenticated(
             const auto client = self.lock();
             const bool refresh = client && retry && response.status == cloud::unauthorizedStatus
                 && (request.refreshesWithoutToken
-                    || !(*client)->stored(keys::cloudRefreshToken).isEmpty());
+                    || !valueOf((*client)->m_preferences, keys::cloudRefreshToken).isEmpty());
             if (refresh)
                 (*client)->refreshAndRepeat(request, completion);
             else

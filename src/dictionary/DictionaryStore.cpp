@@ -2,7 +2,7 @@
 
 #include "platform/Clock.h"
 #include "platform/PreferenceKeys.h"
-#include "platform/Preferences.h"
+#include "platform/PreferenceValues.h"
 
 #include <algorithm>
 #include <tuple>
@@ -20,15 +20,6 @@ void store(Preferences& preferences, const QList<DictionaryEntry>& entries)
     preferences.setValue(keys::personalDictionaryEntries, stored);
 }
 
-/// The elements of a stored list, whichever of the two list types it was read back as.
-QVariantList listAt(const Preferences& preferences, const QString& key)
-{
-    const QVariant value = preferences.value(key);
-    const bool isList =
-        value.typeId() == QMetaType::QVariantList || value.typeId() == QMetaType::QStringList;
-    return isList ? value.toList() : QVariantList{};
-}
-
 QList<DictionaryEntry> entriesFromLegacyList(const QVariantList& legacy, Seconds now)
 {
     QList<DictionaryEntry> entries;
@@ -42,7 +33,7 @@ QList<DictionaryEntry> entriesFromLegacyList(const QVariantList& legacy, Seconds
 QList<DictionaryEntry> migrate(Preferences& preferences, Seconds now)
 {
     QList<DictionaryEntry> entries =
-        entriesFromLegacyList(listAt(preferences, keys::personalDictionary), now);
+        entriesFromLegacyList(valueOf(preferences, keys::personalDictionary), now);
     if (!entries.isEmpty()) {
         store(preferences, entries);
         preferences.synchronize();
@@ -54,7 +45,7 @@ QList<DictionaryEntry> migrate(Preferences& preferences, Seconds now)
 
 QList<DictionaryEntry> DictionaryEntries(Preferences& preferences, const Clock& clock)
 {
-    const QVariantList stored = listAt(preferences, keys::personalDictionaryEntries);
+    const QVariantList stored = valueOf(preferences, keys::personalDictionaryEntries);
     if (stored.isEmpty())
         return migrate(preferences, clock.sinceEpoch());
 
@@ -114,8 +105,7 @@ std::optional<qsizetype> indexOfTerm(const QList<DictionaryEntry>& entries, cons
 
 bool isAutomaticDictionaryLearningOn(const Preferences& preferences)
 {
-    const QVariant on = preferences.value(keys::automaticDictionaryLearning);
-    return !on.canConvert<bool>() || on.toBool();
+    return valueOf(preferences, keys::automaticDictionaryLearning);
 }
 
 } // namespace tavrin

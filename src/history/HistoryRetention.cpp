@@ -1,7 +1,6 @@
 #include "history/HistoryRetention.h"
 
 #include <QRegularExpression>
-#include <QVariant>
 
 using namespace Qt::StringLiterals;
 
@@ -18,11 +17,6 @@ double leadingInteger(const QString& text)
 }
 
 } // namespace
-
-QString retentionFrom(const QVariant& stored)
-{
-    return stored.typeId() == QMetaType::QString ? stored.toString() : u"30"_s;
-}
 
 double retentionCutoff(const QString& retention, Seconds now)
 {

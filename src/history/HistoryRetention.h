@@ -27,9 +27,6 @@ inline constexpr std::array retentionChoices{
     RetentionChoice{u"forever", LocalizedText{u"永久保存", u"永久儲存", u"Forever"}},
 };
 
-/// The setting that @p stored holds: any string as it is, "30" for everything else.
-[[nodiscard]] QString retentionFrom(const QVariant& stored);
-
 /// Seconds since 1970 before which records are removed at the time @p now; 0 removes none. A
 /// setting that is neither "none" nor "forever" counts days, and reads as 0 when it is no number.
 [[nodiscard]] double retentionCutoff(const QString& retention, Seconds now);

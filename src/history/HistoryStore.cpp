@@ -84,11 +84,10 @@ void HistoryStore::migrate(const QString& path)
         QFile::setPermissions(path, privateFile);
         return;
     }
-    const std::optional<QVariantList> stored =
-        storedArray(m_ports.preferences, keys::transcriptionHistory);
-    const bool isLegacy = stored && !stored->isEmpty();
+    const QVariantList legacy = valueOf(m_ports.preferences, keys::transcriptionHistory);
+    const bool isLegacy = !legacy.isEmpty();
     const QByteArray content =
-        isLegacy ? portableJson(QJsonDocument(QJsonArray::fromVariantList(*stored))) : "[]"_ba;
+        isLegacy ? portableJson(QJsonDocument(QJsonArray::fromVariantList(legacy))) : "[]"_ba;
     const bool written =
         replaceFile(path, [&](QSaveFile& file) { return file.write(content) == content.size(); });
     if (written && isLegacy)
@@ -195,7 +194,7 @@ void HistoryStore::flush()
 
 QString HistoryStore::retention() const
 {
-    return retentionFrom(m_ports.preferences.value(keys::historyRetention));
+    return valueOf(m_ports.preferences, keys::historyRetention);
 }
 
 bool HistoryStore::isCurrent(const QString& path) const

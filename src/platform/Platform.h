@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Owned.h"
 #include "platform/Accessibility.h"
 #include "platform/Alerts.h"
 #include "platform/AudioDevices.h"
@@ -23,45 +24,47 @@
 #include "platform/WordBreaker.h"
 #include "platform/Workspace.h"
 
-#include <memory>
-
 namespace tavrin {
 
-/// Everything the program asks of its desktop. Owned by main, outlives the application. Declared
-/// in the order of creation: a port may use those above it, and goes before them.
-struct Platform {
+/// What the program asks of any machine, with a desktop or without one. Declared in the order of
+/// creation: a port may use those above it, and goes before them.
+struct MachinePorts {
     KeyNames keyNames;
     DesktopTexts texts;
-    std::unique_ptr<SystemInfo> systemInfo;
-    std::unique_ptr<Clock> clock;
-    std::unique_ptr<MainQueue> mainQueue;
-    std::unique_ptr<BackgroundQueue> backgroundQueue;
-    std::unique_ptr<Preferences> preferences;
-    std::unique_ptr<Workspace> workspace;
-    std::unique_ptr<Accessibility> accessibility;
-    std::unique_ptr<Pasteboard> pasteboard;
-    std::unique_ptr<SyntheticKeyboard> syntheticKeyboard;
-    std::unique_ptr<KeyMonitor> keyMonitor;
-    std::unique_ptr<HotKeyProbe> hotKeyProbe;
-    std::unique_ptr<AudioDevices> audioDevices;
-    std::unique_ptr<AudioRecorders> audioRecorders;
-    std::unique_ptr<FileSpeechRecognizer> fileSpeechRecognizer;
-    std::unique_ptr<LiveSpeechRecognizer> liveSpeechRecognizer;
-    std::unique_ptr<HttpTransport> httpTransport;
-    std::unique_ptr<SoundPlayer> soundPlayer;
-    std::unique_ptr<StatusItem> statusItem;
-    std::unique_ptr<Alerts> alerts;
-    std::unique_ptr<Permissions> permissions;
-    std::unique_ptr<WordBreaker> wordBreaker;
+    Owned<Clock> clock;
+    Owned<MainQueue> mainQueue;
+    Owned<BackgroundQueue> backgroundQueue;
+    Owned<Preferences> preferences;
+    Owned<SystemInfo> systemInfo;
+    Owned<HttpTransport> httpTransport;
 };
 
-/// The ports of the desktop that this build is for; every one is there. Called once, on the main
-/// thread, when the QApplication exists.
+/// Everything the program asks of its desktop; one without a port does not compile. Owned by main,
+/// outlives the application. The order is that of creation here too.
+struct Platform : MachinePorts {
+    Owned<Workspace> workspace;
+    Owned<Accessibility> accessibility;
+    Owned<Pasteboard> pasteboard;
+    Owned<SyntheticKeyboard> syntheticKeyboard;
+    Owned<KeyMonitor> keyMonitor;
+    Owned<HotKeyProbe> hotKeyProbe;
+    Owned<AudioDevices> audioDevices;
+    Owned<AudioRecorders> audioRecorders;
+    Owned<FileSpeechRecognizer> fileSpeechRecognizer;
+    Owned<LiveSpeechRecognizer> liveSpeechRecognizer;
+    Owned<SoundPlayer> soundPlayer;
+    Owned<StatusItem> statusItem;
+    Owned<Alerts> alerts;
+    Owned<Permissions> permissions;
+    Owned<WordBreaker> wordBreaker;
+};
+
+/// The ports of the desktop that this build is for. Called once, on the main thread, when the
+/// QApplication exists.
 [[nodiscard]] Platform createPlatform();
 
-/// Only the ports that need no desktop and disturb no program that runs already: systemInfo, clock,
-/// mainQueue, backgroundQueue, preferences, httpTransport. Called once, instead of
+/// Those that need no desktop and disturb no program that runs already. Called once, instead of
 /// createPlatform(), when a QCoreApplication exists.
-[[nodiscard]] Platform createPlatformWithoutDesktop();
+[[nodiscard]] MachinePorts createMachinePorts();
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Preferences.h"
+#include "platform/Setting.h"
 
 #include <QString>
 #include <QStringList>
@@ -8,6 +9,7 @@
 
 #include <cmath>
 #include <optional>
+#include <type_traits>
 
 /// Typed reads of the preferences. A value of another type counts as absent: settings files are
 /// edited by hand, and a number where a text belongs is a mistake, not a text.
@@ -58,6 +60,37 @@ namespace tavrin {
         return value.toBool();
     const std::optional<double> number = storedNumber(value);
     return number ? std::optional(*number != 0) : std::nullopt;
+}
+
+/// What is stored under the setting's key, if it is of the setting's type.
+template <typename Value>
+[[nodiscard]] std::optional<Value> stored(
+    const Preferences& preferences, const Setting<Value>& setting)
+{
+    if constexpr (std::is_same_v<Value, QString>) {
+        return storedString(preferences, setting.key);
+    } else if constexpr (std::is_same_v<Value, bool>) {
+        return storedBool(preferences, setting.key);
+    } else if constexpr (std::is_same_v<Value, double>) {
+        return storedNumber(preferences.value(setting.key));
+    } else {
+        static_assert(std::is_same_v<Value, QVariantList>);
+        return storedArray(preferences, setting.key);
+    }
+}
+
+/// The setting as it is meant today: what is stored, brought up to date, or its fallback.
+template <typename Value>
+[[nodiscard]] Value valueOf(const Preferences& preferences, const Setting<Value>& setting)
+{
+    const std::optional<Value> found = stored(preferences, setting);
+    if (!found)
+        return setting.fallback;
+    for (const auto& [old, present] : setting.former) {
+        if (*found == old)
+            return present;
+    }
+    return *found;
 }
 
 } // namespace tavrin

@@ -47,7 +47,7 @@ private:
     MainQueue& m_mainQueue;
     ContextualTerms m_contextualTerms;
     std::shared_ptr<const Update>
-        m_updateHandler; // One a run: results hold their own run's weakly.
+        m_updateHandler; // Of this run. Its results hold it weakly, so late ones end with it.
     std::unique_ptr<SpeechTask> m_task;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/UserInterface.h"
+#include "app/windows/UserInterface.h"
 
 namespace tavrin {
 

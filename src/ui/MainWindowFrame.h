@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/AccountPanel.h"
-#include "app/HealthPanel.h"
-#include "app/HistoryWindow.h"
-#include "app/MainWindow.h"
-#include "app/PersonalizationWindow.h"
-#include "app/UserInterface.h"
+#include "app/windows/AccountPanel.h"
+#include "app/windows/HealthPanel.h"
+#include "app/windows/HistoryWindow.h"
+#include "app/windows/MainWindow.h"
+#include "app/windows/PersonalizationWindow.h"
+#include "app/windows/UserInterface.h"
 
 #include <memory>
 

@@ -4,6 +4,7 @@
 #include "support/InMemoryPasteboard.h"
 #include "support/InMemoryPermissions.h"
 #include "support/InMemorySpeechRecognizers.h"
+#include "support/InMemoryWordBreaker.h"
 #include "support/RecordingKeyboard.h"
 
 using namespace Qt::StringLiterals;
@@ -65,38 +66,12 @@ ControllerFixture::ControllerFixture()
     preferences.setValue(keys::cloudAccessToken, u"access"_s);
     preferences.setValue(keys::tavrinBetaOnboardingSeen, true);
 
-    const auto own = [](auto& port, auto made) {
-        auto* const raw = made.get();
-        port = std::move(made);
-        return raw;
-    };
-    systemInfo = own(platform.systemInfo, std::make_unique<InMemorySystemInfo>());
     systemInfo->temporaryFolder = folder.path();
     systemInfo->supportFolder = folder.path();
-    platform.clock = std::make_unique<SharedClock>(time);
-    platform.mainQueue = std::make_unique<SharedQueue>(time);
-    platform.preferences = std::make_unique<TracedPreferences>(preferences, note);
-    platform.workspace = std::make_unique<TracedWorkspace>(workspace, note);
-    platform.accessibility = std::make_unique<InMemoryAccessibility>();
-    platform.pasteboard = std::make_unique<InMemoryPasteboard>();
-    platform.syntheticKeyboard = std::make_unique<RecordingKeyboard>();
-    keyboard = own(platform.keyMonitor, std::make_unique<InMemoryKeyMonitor>());
-    probe = own(platform.hotKeyProbe, std::make_unique<InMemoryHotKeyProbe>());
-    devices = own(platform.audioDevices, std::make_unique<InMemoryAudioDevices>());
     devices->addMicrophone(builtInMicrophone, u"Built-in"_s, u"built-in"_s);
     devices->addMicrophone(headset, u"Headset"_s, u"headset"_s);
     devices->defaultInput = builtInMicrophone;
-    platform.audioRecorders = std::make_unique<InMemoryAudioRecorders>(time);
-    recognizer =
-        own(platform.fileSpeechRecognizer, std::make_unique<InMemoryFileSpeechRecognizer>());
-    platform.liveSpeechRecognizer = std::make_unique<InMemoryLiveSpeechRecognizer>();
-    platform.httpTransport = std::make_unique<TracedHttpTransport>(http, note);
-    platform.soundPlayer = std::make_unique<TracedSoundPlayer>(note);
-    statusItem = own(platform.statusItem, std::make_unique<InMemoryStatusItem>());
     statusItem->onVisible = [this] { note(u"show status item"_s); };
-    alerts = own(platform.alerts, std::make_unique<ScriptedAlerts>());
-    platform.permissions = std::make_unique<InMemoryPermissions>();
-    background = own(platform.backgroundQueue, std::make_unique<InMemoryBackgroundQueue>());
 
     surroundings = {
         .platform = &platform,
@@ -110,6 +85,42 @@ ControllerFixture::ControllerFixture()
             },
         .terminate = [this] { note(u"terminate"_s); },
         .correctionLearning = &correctionLearning,
+    };
+}
+
+Platform ControllerFixture::createPorts()
+{
+    const auto kept = [](auto*& raw) {
+        auto made = std::make_unique<std::remove_reference_t<decltype(*raw)>>();
+        raw = made.get();
+        return made;
+    };
+    return {
+        {
+            .keyNames = {},
+            .texts = {},
+            .clock = std::make_unique<SharedClock>(time),
+            .mainQueue = std::make_unique<SharedQueue>(time),
+            .backgroundQueue = kept(background),
+            .preferences = std::make_unique<TracedPreferences>(preferences, note),
+            .systemInfo = kept(systemInfo),
+            .httpTransport = std::make_unique<TracedHttpTransport>(http, note),
+        },
+        std::make_unique<TracedWorkspace>(workspace, note),
+        std::make_unique<InMemoryAccessibility>(),
+        std::make_unique<InMemoryPasteboard>(),
+        std::make_unique<RecordingKeyboard>(),
+        kept(keyboard),
+        kept(probe),
+        kept(devices),
+        std::make_unique<InMemoryAudioRecorders>(time),
+        kept(recognizer),
+        std::make_unique<InMemoryLiveSpeechRecognizer>(),
+        std::make_unique<TracedSoundPlayer>(note),
+        kept(statusItem),
+        kept(alerts),
+        std::make_unique<InMemoryPermissions>(),
+        std::make_unique<InMemoryWordBreaker>(),
     };
 }
 

@@ -2,8 +2,8 @@
 
 #include "app/AppDelegate.h"
 #include "app/TracedInterface.h"
-#include "app/TracedNeighbours.h"
-#include "app/TracedPorts.h"
+#include "app/session/TracedNeighbours.h"
+#include "app/session/TracedPorts.h"
 #include "platform/Platform.h"
 #include "platform/PreferenceKeys.h"
 #include "support/InMemoryAudioDevices.h"
@@ -41,6 +41,8 @@ protected:
     /// Starts the program; what the first run through the main queue brings is done afterwards.
     void launch();
 
+    [[nodiscard]] Platform createPorts();
+
     QStringList takeTrace() { return std::exchange(trace, {}); }
 
     /// Ends with the fixture's last member: completions that the program leaves unanswered at its
@@ -68,8 +70,6 @@ protected:
     VirtualTime time;
     InMemoryPreferences preferences;
     InMemoryWorkspace workspace;
-    Platform platform;
-    InMemoryHttpTransport http{time}; // Ends before the queue that its last answers go to.
     InMemorySystemInfo* systemInfo = nullptr; ///< Owned by the platform, like the others.
     InMemoryStatusItem* statusItem = nullptr;
     InMemoryAudioDevices* devices = nullptr;
@@ -78,6 +78,8 @@ protected:
     ScriptedAlerts* alerts = nullptr;
     InMemoryFileSpeechRecognizer* recognizer = nullptr;
     InMemoryBackgroundQueue* background = nullptr;
+    Platform platform = createPorts();
+    InMemoryHttpTransport http{time}; // Ends before the queue that its last answers go to.
 
     // The neighbours.
     TracedCorrectionLearning correctionLearning{note};

@@ -1,10 +1,12 @@
 #pragma once
 
-#include "app/AccountPanel.h"
-#include "app/MainWindow.h"
-#include "app/OutputControls.h"
+#include "app/windows/AccountPanel.h"
+#include "app/windows/MainWindow.h"
+#include "app/windows/View.h"
 
 #include <QList>
+
+#include <optional>
 
 namespace tavrin::testing {
 
@@ -27,15 +29,13 @@ public:
     void selectSettingsPage(SettingsPage page) override { selectedPages.append(page); }
 };
 
-/// Two popups without anything to press.
-class FakeOutputControls final : public OutputControls {
+/// Keeps what it was told to show.
+template <typename Content>
+class FakeView final : public View<Content> {
 public:
-    qsizetype outputStyleIndex = -1;
-    qsizetype translationTargetIndex = -1;
+    std::optional<Content> shown;
 
-    void setOutputStyleIndex(qsizetype index) override { outputStyleIndex = index; }
-
-    void setTranslationTargetIndex(qsizetype index) override { translationTargetIndex = index; }
+    void setContent(const Content& content) override { shown = content; }
 };
 
 /// An account page that counts its calls.

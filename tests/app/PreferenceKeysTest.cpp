@@ -1,5 +1,7 @@
 #include "platform/PreferenceKeys.h"
 
+#include "platform/PreferenceValues.h"
+#include "support/InMemoryPreferences.h"
 #include "support/QtPrinters.h"
 
 #include <QFile>
@@ -18,7 +20,7 @@ QStringList declaredKeys()
     QFile header(QStringLiteral(TAVRIN_PREFERENCE_KEYS));
     EXPECT_TRUE(header.open(QIODevice::ReadOnly));
     static const QRegularExpression declaration(
-        u"^inline const QString (\\w+)"_s, QRegularExpression::MultilineOption);
+        u"^inline const Setting<\\w+> (\\w+)"_s, QRegularExpression::MultilineOption);
     QStringList names;
     const QString text = QString::fromUtf8(header.readAll());
     for (auto found = declaration.globalMatch(text); found.hasNext();)
@@ -74,6 +76,65 @@ TEST(PreferenceKeysTest, EveryKeyIsStoredUnderItsName)
         names.append(name);
     }
     EXPECT_EQ(names, declaredKeys()); // Each is named as it is stored, and none is forgotten here.
+}
+
+/// What is read of a setting under which @p stored stands; nothing at all when it is invalid.
+template <typename Value>
+QVariant read(const Setting<Value>& setting, const QVariant& stored = {})
+{
+    testing::InMemoryPreferences preferences;
+    if (stored.isValid())
+        preferences.setValue(setting, stored);
+    return QVariant::fromValue(valueOf(preferences, setting));
+}
+
+TEST(PreferenceKeysTest, ASettingThatNobodySetHasItsDefault)
+{
+    for (const auto& text : {keys::interfaceLanguage, keys::lastDeliveryReason,
+             keys::preferredMicrophoneUID, keys::cloudAccessToken, keys::cloudRefreshToken,
+             keys::cloudAccountEmail, keys::cloudDeviceId, keys::linuxSpeechEngine})
+        EXPECT_EQ(read(text), QVariant(QString())) << text.key.toStdString();
+    for (const auto& list :
+        {keys::dictationShortcutIdentifiers, keys::translationShortcutIdentifiers,
+            keys::chatShortcutIdentifiers, keys::processingTimingSamples, keys::personalDictionary,
+            keys::personalDictionaryEntries, keys::transcriptionHistory})
+        EXPECT_EQ(read(list), QVariant(QVariantList())) << list.key.toStdString();
+    EXPECT_EQ(read(keys::outputStyle), u"professional"_s);
+    EXPECT_EQ(read(keys::translationTarget), u"english"_s);
+    EXPECT_EQ(read(keys::shortcutMode), u"rightOption"_s);
+    EXPECT_EQ(read(keys::historyRetention), u"30"_s);
+    EXPECT_EQ(read(keys::providerModel), u"gemini-3.5-flash"_s);
+    EXPECT_EQ(read(keys::lastDeliveryVerified), false);
+    EXPECT_EQ(read(keys::tavrinBetaOnboardingSeen), false);
+    EXPECT_EQ(read(keys::muteDuringRecording), false);
+    EXPECT_EQ(read(keys::automaticDictionaryLearning), true);
+    EXPECT_EQ(read(keys::tavrinLastUpdateCheckAt), 0.0);
+}
+
+TEST(PreferenceKeysTest, AValueOfAnotherTypeIsNone)
+{
+    EXPECT_EQ(read(keys::historyRetention, 7), u"30"_s);
+    EXPECT_EQ(read(keys::historyRetention, u"7"_s), u"7"_s);
+    EXPECT_EQ(read(keys::automaticDictionaryLearning, u"false"_s), true);
+    EXPECT_EQ(read(keys::automaticDictionaryLearning, 0), false);
+    EXPECT_EQ(read(keys::tavrinBetaOnboardingSeen, u"true"_s), false);
+    EXPECT_EQ(read(keys::tavrinBetaOnboardingSeen, 1), true);
+    EXPECT_EQ(read(keys::tavrinLastUpdateCheckAt, u"1700000000"_s), 0.0);
+    EXPECT_EQ(read(keys::tavrinLastUpdateCheckAt, 1'700'000'000), 1.7e9);
+    EXPECT_EQ(read(keys::dictationShortcutIdentifiers, u"optionSpace"_s), QVariant(QVariantList()));
+    EXPECT_EQ(read(keys::dictationShortcutIdentifiers, QStringList{u"optionSpace"_s}),
+        QVariant(QVariantList{u"optionSpace"_s}));
+}
+
+TEST(PreferenceKeysTest, ValuesOfEarlierVersionsMeanWhatTookTheirPlace)
+{
+    EXPECT_EQ(read(keys::outputStyle, u"smart"_s), u"professional"_s);
+    EXPECT_EQ(read(keys::outputStyle, u"prose"_s), u"professional"_s);
+    EXPECT_EQ(read(keys::outputStyle, u"bullets"_s), u"meeting"_s);
+    EXPECT_EQ(read(keys::outputStyle, u"casual"_s), u"casual"_s);
+    EXPECT_EQ(read(keys::translationTarget, u"none"_s), u"english"_s);
+    EXPECT_EQ(read(keys::translationTarget, u""_s), u"english"_s);
+    EXPECT_EQ(read(keys::translationTarget, u"klingon"_s), u"klingon"_s);
 }
 
 } // namespace

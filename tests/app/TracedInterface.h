@@ -1,10 +1,10 @@
 #pragma once
 
-#include "app/HistoryWindow.h"
-#include "app/MainWindow.h"
-#include "app/PersonalizationWindow.h"
-#include "app/TracedNeighbours.h"
-#include "app/UserInterface.h"
+#include "app/session/TracedNeighbours.h"
+#include "app/windows/HistoryWindow.h"
+#include "app/windows/MainWindow.h"
+#include "app/windows/PersonalizationWindow.h"
+#include "app/windows/UserInterface.h"
 
 /// The program's windows, which note what they are told.
 namespace tavrin::testing {

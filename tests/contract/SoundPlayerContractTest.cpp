@@ -1,5 +1,5 @@
 #include "contract/Subject.h"
-#include "platform/linux/desktop/PulseSoundPlayer.h"
+#include "platform/linux/audio/PulseSoundPlayer.h"
 #include "support/ChildProcess.h"
 #include "support/InMemorySoundPlayer.h"
 

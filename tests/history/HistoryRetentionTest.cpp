@@ -35,13 +35,6 @@ TEST(HistoryRetentionTest, EachSettingHasItsCutoff)
             << row.retention.toStdString();
 }
 
-TEST(HistoryRetentionTest, OnlyAStringIsASetting)
-{
-    EXPECT_EQ(retentionFrom({}), u"30"_s);
-    EXPECT_EQ(retentionFrom(7), u"30"_s);
-    EXPECT_EQ(retentionFrom(u"7"_s), u"7"_s);
-}
-
 TEST(HistoryRetentionTest, RecordsBeforeTheCutoffAreRemoved)
 {
     const auto recordAt = [](double timestamp) {

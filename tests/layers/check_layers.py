@@ -6,7 +6,8 @@ usage: check_layers.py ROOT QTCORE QTGUI QTWIDGETS
 ROOT holds src/ and devcloud/; the others are the folders with the headers of these modules of Qt.
 Prints one line for each violation and fails if there is any:
 
-  - an include against the layer graph, of a file that is not there, or in a circle;
+  - an include against the graph of the layers, or of the rooms inside one; of a file that is not
+    there; or in a circle;
   - a system header, or a test for an operating system, in product code (src/ without src/platform/
     and its folders; the ports themselves are product code);
   - Qt beyond the values of QtCore in product code; QtGui and QtWidgets belong to the interface.
@@ -33,6 +34,29 @@ GRAPH = {
     "app": FEATURES | PORTS,
     "ui": {"app"} | FEATURES | PORTS,
 }
+# What the files in the rooms of a layer may include: other rooms of it, and of the other layers those
+# named here, beside the ports. What stands in no room puts the rooms together.
+SHOWN = {"app/vocabulary", "app/settings", "app/windows"}
+ROOMS = {
+    "app/vocabulary": set(),
+    "app/settings": {"app/vocabulary"},
+    "app/windows": {"app/vocabulary"},
+    "app/shortcuts": SHOWN,
+    "app/menu": SHOWN,
+    "app/notices": SHOWN | {"cloud"},
+    "app/account": SHOWN | {"cloud"},
+    "app/session": SHOWN | {"app/menu", "app/notices"} | FEATURES,
+    "platform/linux/libraries": set(),
+    "platform/linux/desktop": set(),
+    "platform/linux/process": set(),
+    "platform/linux/preferences": {"platform/linux/desktop"},
+    "platform/linux/inputmethod": {"platform/linux/desktop", "platform/linux/process"},
+    "platform/linux/x11": {"platform/linux/desktop", "platform/linux/process", "platform/linux/inputmethod"},
+    "platform/linux/atspi": {"platform/linux/libraries"},
+    "platform/linux/audio": {"platform/linux/libraries"},
+    "platform/linux/speech": {"platform/linux/libraries", "platform/linux/audio"},
+}
+LAYERS_WITH_ROOMS = {"app", "platform/linux"}
 # Puts the ports of one desktop together, those that Qt serves among them.
 ASSEMBLY = re.compile(r"src/platform/(linux|macos)/\w+Platform\.(cpp|mm)")
 MAIN = "src/main.cpp"
@@ -58,6 +82,13 @@ def layer_of(path):
     if parts[1] == "platform" and len(parts) > 3:
         return "/".join(parts[1:3])
     return parts[1]
+
+
+def room_of(path):
+    """The room of "src/app/menu/Item.h" is "app/menu"; what stands beside the rooms has none."""
+    layer, folder = layer_of(path), Path(path).parent
+    inside = folder.as_posix().removeprefix("src/")
+    return inside if layer in LAYERS_WITH_ROOMS and inside != layer else None
 
 
 def read_includes(text):
@@ -88,6 +119,9 @@ class Checker:
         for path, text in self.files.items():
             if path.startswith("src/") and path != MAIN and layer_of(path) not in GRAPH:
                 self.report(path, 0, "lies in no layer")
+                continue
+            if room_of(path) not in {None, *ROOMS}:
+                self.report(path, 0, "lies in no room")
                 continue
             for number, quoted, name in read_includes(text):
                 self.check_include(path, number, quoted, name)
@@ -129,6 +163,15 @@ class Checker:
             allowed |= {"platform/qt"}
         if other not in allowed:
             self.report(path, number, f"{own} includes {target}")
+        elif room := room_of(path):
+            self.check_room(path, number, room, target)
+
+    def check_room(self, path, number, room, target):
+        reached = layer_of(target)
+        if reached in LAYERS_WITH_ROOMS:
+            reached = room_of(target) or reached
+        if reached not in {room} | ROOMS[room] | PORTS:
+            self.report(path, number, f"{room} includes {target}")
 
     def check_library_header(self, path, number, name):
         layer = layer_of(path)

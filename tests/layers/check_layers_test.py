@@ -59,10 +59,9 @@ class LayersTest(unittest.TestCase):
         self.assert_allowed("src/main.cpp", '#include "ui/Thing.h"', '#include "app/Thing.h"',
                             '#include "platform/linux/x11/Thing.h"', *features, *ports)
 
-    def test_files_of_one_layer_may_include_each_other(self):
+    def test_files_of_one_layer_or_room_may_include_each_other(self):
         self.assert_allowed("src/ui/New.cpp", '#include "ui/Thing.h"')
-        self.assert_allowed("src/platform/linux/atspi/New.cpp",
-                            '#include "platform/linux/x11/Thing.h"')
+        self.assert_allowed("src/platform/linux/x11/New.cpp", '#include "platform/linux/x11/Thing.h"')
 
     def test_every_other_arrow_is_refused(self):
         for layer, target in [
@@ -78,6 +77,30 @@ class LayersTest(unittest.TestCase):
                 path = f"src/{layer}/Bad.cpp"
                 self.assert_refused(path, f'#include "{target}/Thing.h"', "includes src/")
                 (self.folder / "tree" / path).unlink()
+
+    def test_the_rooms_of_a_layer_see_only_those_below(self):
+        rooms = ["app/vocabulary", "app/settings", "app/windows", "app/menu", "app/notices", "app/session",
+                 "platform/linux/audio", "platform/linux/speech"]
+        for room in rooms:
+            self.write(f"tree/src/{room}/Thing.h", "#pragma once\n")
+        self.assert_allowed("src/app/session/New.cpp", '#include "app/menu/Thing.h"',
+                            '#include "app/settings/Thing.h"', '#include "delivery/Thing.h"')
+        self.assert_allowed("src/app/New.cpp", '#include "app/session/Thing.h"')
+        self.assert_allowed("src/ui/New.cpp", '#include "app/menu/Thing.h"')
+        self.assert_allowed("src/platform/linux/speech/New.cpp",
+                            '#include "platform/linux/audio/Thing.h"')
+        for room, target in [("app/settings", "app/menu"), ("app/menu", "app/session"),
+                             ("app/menu", "delivery"), ("app/windows", "app"),
+                             ("platform/linux/audio", "platform/linux/speech"),
+                             ("platform/linux/audio", "platform/linux")]:
+            with self.subTest(room=room, target=target):
+                self.write("tree/src/platform/linux/Thing.h", "#pragma once\n")
+                path = f"src/{room}/Bad.cpp"
+                self.assert_refused(path, f'#include "{target}/Thing.h"', f"{room} includes src/")
+                (self.folder / "tree" / path).unlink()
+
+    def test_a_folder_that_is_no_room_is_reported(self):
+        self.assert_refused("src/app/things/Bad.h", "", "lies in no room")
 
     def test_only_the_assembly_of_a_desktop_joins_it_with_qt(self):
         self.assert_allowed("src/platform/linux/LinuxPlatform.cpp",

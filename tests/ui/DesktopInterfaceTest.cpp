@@ -1,8 +1,8 @@
 #include "ui/DesktopInterface.h"
 
-#include "app/Localization.h"
-#include "app/Settings.h"
-#include "app/StatusMenu.h"
+#include "app/menu/StatusMenu.h"
+#include "app/settings/Localization.h"
+#include "app/settings/Settings.h"
 #include "support/InMemoryPreferences.h"
 #include "support/InMemoryStatusItem.h"
 #include "support/InMemoryWorkspace.h"

@@ -1,8 +1,8 @@
 #include "ui/MainWindowFrame.h"
 
-#include "app/Localization.h"
-#include "app/Settings.h"
-#include "app/StatusMenu.h"
+#include "app/menu/StatusMenu.h"
+#include "app/settings/Localization.h"
+#include "app/settings/Settings.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxTexts.h"
 #include "support/InMemoryPreferences.h"

@@ -4,10 +4,10 @@
 #include "platform/linux/atspi/AtspiAccessibility.h"
 #include "platform/linux/audio/PulseAudioDevices.h"
 #include "platform/linux/audio/PulseAudioRecorder.h"
+#include "platform/linux/audio/PulseSoundPlayer.h"
 #include "platform/linux/desktop/IcuWordBreaker.h"
-#include "platform/linux/desktop/JsonPreferences.h"
 #include "platform/linux/desktop/LinuxSystemInfo.h"
-#include "platform/linux/desktop/PulseSoundPlayer.h"
+#include "platform/linux/preferences/JsonPreferences.h"
 #include "platform/linux/speech/LinuxPermissions.h"
 #include "platform/linux/speech/LinuxSpeech.h"
 #include "platform/linux/speech/PulseSpeechCapture.h"
@@ -31,45 +31,54 @@ constexpr Seconds accessibilityPause{0.3}; // Until the window and the status it
 
 } // namespace
 
-Platform createPlatformWithoutDesktop()
+MachinePorts createMachinePorts()
 {
-    Platform platform;
-    platform.keyNames = linuxKeyNames();
-    platform.texts = linuxTexts();
-    platform.clock = std::make_unique<QtClock>();
-    platform.mainQueue = std::make_unique<QtMainQueue>();
-    platform.backgroundQueue = std::make_unique<QtBackgroundQueue>(*platform.mainQueue);
-    platform.preferences =
-        std::make_unique<JsonPreferences>(JsonPreferences::userPath(), *platform.mainQueue);
-    platform.systemInfo =
-        std::make_unique<LinuxSystemInfo>(linuxSpeechLanguage(*platform.preferences));
-    platform.httpTransport = std::make_unique<QtHttpTransport>();
-    return platform;
+    auto mainQueue = std::make_unique<QtMainQueue>();
+    auto backgroundQueue = std::make_unique<QtBackgroundQueue>(*mainQueue);
+    auto preferences = std::make_unique<JsonPreferences>(JsonPreferences::userPath(), *mainQueue);
+    auto systemInfo = std::make_unique<LinuxSystemInfo>(linuxSpeechLanguage(*preferences));
+    return {
+        .keyNames = linuxKeyNames(),
+        .texts = linuxTexts(),
+        .clock = std::make_unique<QtClock>(),
+        .mainQueue = std::move(mainQueue),
+        .backgroundQueue = std::move(backgroundQueue),
+        .preferences = std::move(preferences),
+        .systemInfo = std::move(systemInfo),
+        .httpTransport = std::make_unique<QtHttpTransport>(),
+    };
 }
 
 Platform createPlatform()
 {
-    Platform platform = createPlatformWithoutDesktop();
-    platform.workspace = std::make_unique<X11Workspace>();
-    platform.accessibility = std::make_unique<AtspiAccessibility>(accessibilityPause);
+    MachinePorts machine = createMachinePorts();
+    auto workspace = std::make_unique<X11Workspace>();
+    auto accessibility = std::make_unique<AtspiAccessibility>(accessibilityPause);
     auto pasteboard = std::make_unique<ClipboardPasteboard>();
-    platform.syntheticKeyboard =
-        std::make_unique<X11SyntheticKeyboard>(*pasteboard, *platform.mainQueue);
-    platform.pasteboard = std::move(pasteboard);
-    platform.keyMonitor = std::make_unique<X11KeyMonitor>();
-    platform.hotKeyProbe = std::make_unique<X11HotKeyProbe>();
+    auto syntheticKeyboard =
+        std::make_unique<X11SyntheticKeyboard>(*pasteboard, *machine.mainQueue);
     const auto soundServer = std::make_shared<PulseConnection>();
-    platform.audioDevices = std::make_unique<PulseAudioDevices>(soundServer);
-    platform.audioRecorders = std::make_unique<PulseAudioRecorders>(soundServer);
-    LinuxSpeech speech = createLinuxSpeech(*platform.preferences, pulseSpeechCapture(soundServer));
-    platform.fileSpeechRecognizer = std::move(speech.fileRecognizer);
-    platform.liveSpeechRecognizer = std::move(speech.liveRecognizer);
-    platform.soundPlayer = std::make_unique<PulseSoundPlayer>(QStringLiteral(":/Sounds"));
-    platform.statusItem = std::make_unique<QtStatusItem>();
-    platform.alerts = std::make_unique<QtAlerts>();
-    platform.permissions = std::make_unique<LinuxPermissions>(*platform.audioDevices);
-    platform.wordBreaker = std::make_unique<IcuWordBreaker>();
-    return platform;
+    auto audioDevices = std::make_unique<PulseAudioDevices>(soundServer);
+    auto permissions = std::make_unique<LinuxPermissions>(*audioDevices);
+    LinuxSpeech speech = createLinuxSpeech(*machine.preferences, pulseSpeechCapture(soundServer));
+    return {
+        std::move(machine),
+        std::move(workspace),
+        std::move(accessibility),
+        std::move(pasteboard),
+        std::move(syntheticKeyboard),
+        std::make_unique<X11KeyMonitor>(),
+        std::make_unique<X11HotKeyProbe>(),
+        std::move(audioDevices),
+        std::make_unique<PulseAudioRecorders>(soundServer),
+        std::move(speech.fileRecognizer),
+        std::move(speech.liveRecognizer),
+        std::make_unique<PulseSoundPlayer>(QStringLiteral(":/Sounds")),
+        std::make_unique<QtStatusItem>(),
+        std::make_unique<QtAlerts>(),
+        std::move(permissions),
+        std::make_unique<IcuWordBreaker>(),
+    };
 }
 
 } // namespace tavrin

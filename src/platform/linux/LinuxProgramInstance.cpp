@@ -1,6 +1,6 @@
 #include "platform/ProgramInstance.h"
-#include "platform/linux/desktop/SingleInstance.h"
-#include "platform/linux/desktop/TerminationSignals.h"
+#include "platform/linux/process/SingleInstance.h"
+#include "platform/linux/process/TerminationSignals.h"
 
 #include <optional>
 #include <utility>

@@ -1,7 +1,7 @@
 #include "ui/hud/PanelRecordingHUD.h"
 
-#include "app/Localization.h"
-#include "app/Settings.h"
+#include "app/settings/Localization.h"
+#include "app/settings/Settings.h"
 #include "platform/AudioRecorder.h"
 #include "platform/Clock.h"
 #include "platform/MainQueue.h"

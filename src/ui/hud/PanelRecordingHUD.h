@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/RecordingHUD.h"
+#include "app/windows/RecordingHUD.h"
 #include "base/CallbackGuard.h"
 #include "base/LocalizedText.h"
 #include "ui/hud/HudContent.h"

@@ -8,9 +8,9 @@
 // It prints "ready", and for every shortcut a line: "dictation" for Right Option and
 // Ctrl+Alt+Space, "translation" for Left Option and Shift+Super+Space, "chat" for Alt+Space.
 
-#include "app/Localization.h"
-#include "app/Settings.h"
-#include "app/ShortcutMonitor.h"
+#include "app/settings/Localization.h"
+#include "app/settings/Settings.h"
+#include "app/shortcuts/ShortcutMonitor.h"
 #include "delivery/UnicodeChunks.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/linux/x11/ClipboardPasteboard.h"

@@ -1,7 +1,7 @@
 #include "ui/hud/PanelRecordingHUD.h"
 
-#include "app/Localization.h"
-#include "app/Settings.h"
+#include "app/settings/Localization.h"
+#include "app/settings/Settings.h"
 #include "platform/PreferenceKeys.h"
 #include "support/InMemoryAudioRecorders.h"
 #include "support/InMemoryPreferences.h"

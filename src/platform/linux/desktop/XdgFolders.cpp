@@ -5,7 +5,8 @@
 namespace tavrin::xdg {
 namespace {
 
-/// The folder that @p variable names; empty when it names none.
+/// The folder that @p variable names; empty when it names none. QStandardPaths of Qt 6.4 takes
+/// relative ones too.
 QString folder(const char* variable)
 {
     const QString path = qEnvironmentVariable(variable);

@@ -1,7 +1,7 @@
 #include "platform/linux/speech/LinuxSpeech.h"
 
 #include "platform/PreferenceKeys.h"
-#include "platform/Preferences.h"
+#include "platform/PreferenceValues.h"
 #include "platform/linux/speech/EngineFileRecognizer.h"
 #include "platform/linux/speech/HttpSpeechEngine.h"
 #include "platform/linux/speech/ServerAddress.h"
@@ -18,17 +18,16 @@ const QString voskEngine = u"vosk"_s;
 
 std::optional<SphinxModel> sphinxModel(const Preferences& preferences)
 {
-    return findSphinxModel(
-        preferences.value(keys::linuxSpeechSphinxModel).toString(), sphinxModelRoots());
+    return findSphinxModel(valueOf(preferences, keys::linuxSpeechSphinxModel), sphinxModelRoots());
 }
 
-SpeechServer serverAt(const QString& addressKey, const QString& plain, const QString& encrypted,
-    const Preferences& preferences)
+SpeechServer serverAt(const Setting<QString>& address, const QString& plain,
+    const QString& encrypted, const Preferences& preferences)
 {
     SpeechServer server;
-    server.setAddress = preferences.value(addressKey).toString();
+    server.setAddress = valueOf(preferences, address);
     server.address = speechServerAddress(server.setAddress, plain, encrypted);
-    if (const QString set = preferences.value(keys::linuxSpeechLanguage).toString(); !set.isEmpty())
+    if (const QString set = valueOf(preferences, keys::linuxSpeechLanguage); !set.isEmpty())
         server.language = set;
     return server;
 }
@@ -36,10 +35,9 @@ SpeechServer serverAt(const QString& addressKey, const QString& plain, const QSt
 SpeechServer httpServer(const Preferences& preferences)
 {
     SpeechServer server = serverAt(keys::linuxSpeechHttpUrl, u"http"_s, u"https"_s, preferences);
-    if (const QString set = preferences.value(keys::linuxSpeechHttpModel).toString();
-        !set.isEmpty())
+    if (const QString set = valueOf(preferences, keys::linuxSpeechHttpModel); !set.isEmpty())
         server.model = set;
-    server.key = preferences.value(keys::linuxSpeechHttpKey).toString();
+    server.key = valueOf(preferences, keys::linuxSpeechHttpKey);
     return server;
 }
 
@@ -50,7 +48,7 @@ SpeechServer voskServer(const Preferences& preferences)
 
 std::unique_ptr<SpeechEngine> chosenEngine(const Preferences& preferences)
 {
-    const QString chosen = preferences.value(keys::linuxSpeechEngine).toString();
+    const QString chosen = valueOf(preferences, keys::linuxSpeechEngine);
     if (chosen == httpEngine)
         return std::make_unique<HttpSpeechEngine>(httpServer(preferences));
     if (chosen == voskEngine)
@@ -69,7 +67,7 @@ LinuxSpeech createLinuxSpeech(const Preferences& preferences, OpenSpeechCapture 
 
 QString linuxSpeechLanguage(const Preferences& preferences)
 {
-    const QString chosen = preferences.value(keys::linuxSpeechEngine).toString();
+    const QString chosen = valueOf(preferences, keys::linuxSpeechEngine);
     if (chosen == httpEngine || chosen == voskEngine) {
         const SpeechServer server =
             chosen == httpEngine ? httpServer(preferences) : voskServer(preferences);

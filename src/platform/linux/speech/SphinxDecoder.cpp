@@ -76,7 +76,7 @@ bool SphinxDecoder::load(const SphinxModel& model)
     const QByteArray dictionary = QFile::encodeName(model.dictionary);
     const QByteArray languageModel = QFile::encodeName(model.languageModel);
     bool ready = false;
-    const bool survived = survivesSphinx([&] {
+    const bool survived = runGuarded([&] {
         m_config.reset(cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", acousticModel.constData(),
             "-dict", dictionary.constData(), nullptr));
         if (m_config)

@@ -28,7 +28,7 @@ void silenceSphinx()
     err_set_callback(hear, nullptr);
 }
 
-bool survivesSphinx(const std::function<void()>& work)
+bool runGuarded(const std::function<void()>& work)
 {
     std::jmp_buf here;
     if (setjmp(here) != 0) {

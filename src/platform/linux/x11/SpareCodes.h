@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/desktop/ProcessIdentity.h"
+#include "platform/linux/process/ProcessIdentity.h"
 #include "platform/linux/x11/TypingPlan.h"
 
 #include <QString>

@@ -123,7 +123,7 @@ KeyPosting Typist::pressPaste(const PasteShortcut& shortcut, const RunningApplic
         return KeyPosting::Refused;
     };
     m_pasteWatch = {};
-    const xcb_window_t window = takeAim(target);
+    const xcb_window_t window = waitForFocus(target);
     if (window == XCB_WINDOW_NONE)
         return refuse("another window has the keyboard");
     m_inputMethods.endComposition(); // It would swallow the shortcut.
@@ -172,7 +172,7 @@ PasteReception Typist::reception()
 
 KeyPosting Typist::typeText(const QString& text, const RunningApplication& target, quint64 turn)
 {
-    const xcb_window_t window = takeAim(target);
+    const xcb_window_t window = waitForFocus(target);
     if (window == XCB_WINDOW_NONE) {
         qCWarning(log::platform) << "Nothing is typed: another window has the keyboard";
         return KeyPosting::Refused;
@@ -258,16 +258,16 @@ void Typist::settle()
     m_inputMethods.putBack();
 }
 
-xcb_window_t Typist::takeAim(const RunningApplication& target)
+xcb_window_t Typist::waitForFocus(const RunningApplication& target)
 {
     const auto end = Clock::now() + managerPatience;
     for (;;) {
         const xcb_window_t window = m_windows.active();
-        m_aim = focus();
+        m_focus = focus();
         // The window manager moves the focus first and tells of it afterwards: ask both.
         if (isInFront(window, target)
-            && (m_aim == XCB_INPUT_FOCUS_POINTER_ROOT || m_windows.isWithin(m_aim, window))) {
-            m_aimedWindow = window;
+            && (m_focus == XCB_INPUT_FOCUS_POINTER_ROOT || m_windows.isWithin(m_focus, window))) {
+            m_targetWindow = window;
             return window;
         }
         if (Clock::now() >= end)
@@ -321,21 +321,21 @@ bool Typist::releaseHeldModifiers(const KeyboardLayouts& layouts, int group)
 
 bool Typist::press(const std::vector<Chord>& chords)
 {
-    if (pressAtAim(chords))
+    if (pressAtFocus(chords))
         return true;
     // A part of the same window may have taken the keyboard, or the window itself from its manager.
-    m_aim = focus();
-    return m_windows.isWithin(m_aim, m_aimedWindow) && pressAtAim(chords);
+    m_focus = focus();
+    return m_windows.isWithin(m_focus, m_targetWindow) && pressAtFocus(chords);
 }
 
-bool Typist::pressAtAim(const std::vector<Chord>& chords)
+bool Typist::pressAtFocus(const std::vector<Chord>& chords)
 {
     // Between the look at the focus and the keys nobody else gets a word in.
     xcb_grab_server(connection().get());
-    const bool isAimRight = focus() == m_aim;
+    const bool isFocusKept = focus() == m_focus;
     const int usualGroup = KeyboardState::read(connection()).lockedGroup;
     for (const Chord& chord : chords) {
-        if (!isAimRight)
+        if (!isFocusKept)
             break;
         if (chord.group)
             lockGroup(connection(), *chord.group);
@@ -348,7 +348,7 @@ bool Typist::pressAtAim(const std::vector<Chord>& chords)
     }
     xcb_ungrab_server(connection().get());
     xcb_flush(connection().get());
-    return isAimRight;
+    return isFocusKept;
 }
 
 bool Typist::waitForProgram(xcb_window_t window)

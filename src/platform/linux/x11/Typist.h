@@ -61,9 +61,9 @@ private:
     [[nodiscard]] KeyPosting typeBatches(
         const std::vector<TypingBatch>& batches, xcb_window_t window, quint64 turn);
     [[nodiscard]] PasteReception reception();
-    /// Takes aim at the target's window when it has the keyboard; XCB_WINDOW_NONE when another
-    /// window, be it of the same program, has it.
-    [[nodiscard]] xcb_window_t takeAim(const RunningApplication& target);
+    /// Waits until the target's window has the keyboard, and notes which part of it has.
+    /// XCB_WINDOW_NONE when another window, be it of the same program, has it.
+    [[nodiscard]] xcb_window_t waitForFocus(const RunningApplication& target);
     [[nodiscard]] bool isInFront(xcb_window_t window, const RunningApplication& target) const;
     /// False when typing has to end.
     [[nodiscard]] bool typeBatch(const TypingBatch& batch, const std::vector<xcb_keycode_t>& shift,
@@ -77,10 +77,10 @@ private:
     /// False when somebody keeps holding one.
     [[nodiscard]] bool releaseHeldModifiers(const KeyboardLayouts& layouts, int group);
     /// The chords in one breath. False, and nothing pressed, when the keyboard is no longer in the
-    /// window that takeAim() found.
+    /// window that waitForFocus() found.
     bool press(const std::vector<Chord>& chords);
     /// The same, when the keyboard is no longer exactly where it was found.
-    bool pressAtAim(const std::vector<Chord>& chords);
+    bool pressAtFocus(const std::vector<Chord>& chords);
     /// Waits until the program has taken every key so far, or should have where it cannot tell.
     /// False when it does not answer.
     [[nodiscard]] bool waitForProgram(xcb_window_t window);
@@ -100,8 +100,8 @@ private:
     SpareCodes m_spareCodes;
     InputMethods m_inputMethods{InputMethods::noteFile()};
     std::atomic<quint64> m_turn = 0; // Changed by cancel(): older turns end.
-    xcb_window_t m_aim = XCB_WINDOW_NONE; // The focus that the keys of this turn are meant for.
-    xcb_window_t m_aimedWindow = XCB_WINDOW_NONE; // The top-level window of the same.
+    xcb_window_t m_focus = XCB_WINDOW_NONE; // The focus that the keys of this turn are meant for.
+    xcb_window_t m_targetWindow = XCB_WINDOW_NONE; // The top-level window of the same.
     quint32 m_lastPing = 0;
     quint32 m_answeredPing = 0;
     PingSeries m_pasteWatch;

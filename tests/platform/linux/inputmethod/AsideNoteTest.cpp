@@ -1,6 +1,6 @@
 #include "platform/linux/inputmethod/AsideNote.h"
 
-#include "platform/linux/desktop/ProcessIdentity.h"
+#include "platform/linux/process/ProcessIdentity.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -12,7 +12,7 @@ TEST(SphinxGuardTest, WorkWithoutATroubleIsDone)
     silenceSphinx();
     bool done = false;
 
-    EXPECT_TRUE(survivesSphinx([&] {
+    EXPECT_TRUE(runGuarded([&] {
         E_ERROR("not fatal\n");
         done = true;
     }));
@@ -24,13 +24,13 @@ TEST(SphinxGuardTest, WhatTheLibraryCallsFatalEndsTheWorkOnly)
     silenceSphinx();
     static int steps = 0;
 
-    EXPECT_FALSE(survivesSphinx([] {
+    EXPECT_FALSE(runGuarded([] {
         ++steps;
         E_FATAL("the model is nonsense\n");
         ++steps;
     }));
     EXPECT_EQ(steps, 1);
-    EXPECT_TRUE(survivesSphinx([] { ++steps; }));
+    EXPECT_TRUE(runGuarded([] { ++steps; }));
     EXPECT_EQ(steps, 2);
 }
 

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QVariantList>
+#include <QVariantMap>
+
+#include <utility>
+
+namespace tavrin {
+
+/// One row of the table of settings. Stands for its key where only that is asked for.
+template <typename Value>
+struct Setting {
+    QString key;
+    Value fallback{}; ///< What it is while nothing of its type is stored.
+    QList<std::pair<Value, Value>> former{}; ///< Values of earlier versions, and what they mean.
+
+    operator const QString&() const { return key; } // NOLINT(google-explicit-constructor)
+};
+
+} // namespace tavrin

@@ -1,0 +1,159 @@
+#pragma once
+
+#include "app/menu/StatusMenu.h"
+#include "app/notices/ErrorAlert.h"
+#include "app/session/ProcessingTimeEstimator.h"
+#include "app/session/RecordingSession.h"
+#include "app/session/SessionProcessing.h"
+#include "app/session/SoundEffects.h"
+#include "app/session/StageTimes.h"
+#include "app/session/TracedNeighbours.h"
+#include "app/session/TracedPorts.h"
+#include "app/settings/Localization.h"
+#include "app/settings/Settings.h"
+#include "audio/AudioEnvironment.h"
+#include "cloud/TavrinAPI.h"
+#include "delivery/TargetContext.h"
+#include "delivery/TextDelivery.h"
+#include "history/HistoryStore.h"
+#include "platform/PreferenceKeys.h"
+#include "speech/LiveTranscriber.h"
+#include "speech/SystemTranscriber.h"
+#include "support/InMemoryAccessibility.h"
+#include "support/InMemoryAudioDevices.h"
+#include "support/InMemoryAudioRecorders.h"
+#include "support/InMemoryHttpTransport.h"
+#include "support/InMemoryPasteboard.h"
+#include "support/InMemoryPermissions.h"
+#include "support/InMemoryPreferences.h"
+#include "support/InMemorySpeechRecognizers.h"
+#include "support/InMemorySystemInfo.h"
+#include "support/InMemoryWorkspace.h"
+#include "support/QtPrinters.h"
+#include "support/RecordingKeyboard.h"
+#include "support/VirtualTime.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace tavrin::testing {
+
+/// A session among its real neighbours on a small desktop: a signed-in user, and the editor
+/// "Notes" in front.
+///
+/// `trace` holds what reached the ports and the pages, in order.
+class SessionFixture : public ::testing::Test {
+protected:
+    static constexpr qint64 editorProcess = 7;
+    static constexpr AudioDeviceId builtInMicrophone = 1;
+    static constexpr AudioDeviceId headset = 2;
+    static constexpr AudioDeviceId loudspeaker = 3;
+    static constexpr Seconds recognitionTime{1};
+    static constexpr Seconds deliveryTime{0.78}; ///< From the answer of the cloud to the outcome.
+
+    SessionFixture();
+
+    // What the user may have set.
+
+    void preferHeadset();
+    void muteDuringRecording();
+
+    // The steps of a session.
+
+    void press(OperationMode mode) { session->toggleOperationMode(mode); }
+
+    void record(OperationMode mode, Seconds duration);
+
+    /// Answers for the recording that was finished last.
+    void recognise(const QString& transcript);
+    void failRecognition(const Error& error);
+
+    void answerCloud(const QString& text);
+    void failCloud(int status, const QString& message);
+
+    void deliver() { time.advance(deliveryTime); }
+
+    /// Everything from pressing to the outcome.
+    void complete(OperationMode mode, const QString& transcript, const QString& answer);
+
+    /// The JSON object of the last request.
+    [[nodiscard]] QJsonObject sentObject() const;
+
+    [[nodiscard]] QStringList takeTrace() { return std::exchange(trace, {}); }
+
+    /// Whether the file of the last recording is there.
+    [[nodiscard]] bool recordingExists() const { return QFile::exists(recorders.last().path); }
+
+    /// As at the end of the program.
+    void endSession()
+    {
+        session.reset();
+        processing.reset();
+    }
+
+    // The desktop.
+    QStringList trace;
+    Note onNote; ///< Told of each line when it is noted.
+    const Note note = [this](const QString& line) {
+        trace.append(line);
+        if (onNote)
+            onNote(line);
+    };
+    QTemporaryDir folder;
+    VirtualTime time;
+    InMemorySystemInfo systemInfo;
+    InMemoryPreferences preferences;
+    InMemoryWorkspace workspace;
+    InMemoryAccessibility accessibility;
+    InMemoryAccessibility::ElementPointer editor = std::make_shared<FakeElement>();
+    InMemoryAudioDevices devices;
+    InMemoryAudioRecorders recorders{time};
+    InMemoryPermissions permissions;
+    InMemoryLiveSpeechRecognizer liveRecognizer;
+    InMemoryFileSpeechRecognizer fileRecognizer;
+    InMemoryHttpTransport http{time};
+    InMemoryPasteboard pasteboard;
+    RecordingKeyboard keyboard;
+
+    TracedPreferences tracedPreferences{preferences, note};
+    TracedWorkspace tracedWorkspace{workspace, note};
+    TracedRecorders tracedRecorders{recorders, note};
+    TracedLiveSpeechRecognizer tracedLiveRecognizer{liveRecognizer, note};
+    TracedFileSpeechRecognizer tracedFileRecognizer{fileRecognizer, note};
+    TracedHttpTransport tracedHttp{http, note};
+    TracedPasteboard tracedPasteboard{pasteboard, note};
+    TracedAlerts alerts{note};
+    TracedSoundPlayer soundPlayer{note};
+    TracedStatusItem statusItem{note};
+
+    // The neighbours.
+    TracedAccountPanel accountPanel{note};
+    TracedCorrectionLearning correctionLearning{note};
+    TracedHealthPanel healthPanel{note};
+    /// What was given to the history.
+    QList<NewHistoryRecord> saved;
+    TracedHUD hud{note};
+
+    Localization localization{tracedPreferences, tracedWorkspace, KeyNames()};
+    Settings settings{tracedPreferences, localization};
+    ErrorAlert errorAlert{alerts, localization};
+    SoundEffects sounds{soundPlayer};
+    ProcessingTimeEstimator estimator{tracedPreferences};
+    StatusMenu statusMenu{
+        {localization, tracedPreferences, settings, statusItem}, StatusMenu::Actions()};
+    TargetContext target{tracedWorkspace, accessibility};
+    TextDelivery delivery{
+        {tracedPasteboard, tracedWorkspace, accessibility, keyboard, time}, target};
+    LiveTranscriber liveTranscriber{
+        tracedLiveRecognizer, permissions, time, [] { return QStringList(); }};
+    std::optional<SystemTranscriber> transcriber;
+    std::optional<TavrinAPI> api;
+    std::optional<AudioEnvironment> audioEnvironment;
+    StageTimes stageTimes;
+    std::optional<SessionProcessing> processing;
+    std::optional<RecordingSession> session;
+};
+
+} // namespace tavrin::testing

@@ -1,0 +1,130 @@
+#pragma once
+
+#include "app/session/CorrectionLearning.h"
+#include "app/session/TracedPorts.h"
+#include "app/windows/AccountPanel.h"
+#include "app/windows/HealthPanel.h"
+#include "app/windows/RecordingHUD.h"
+#include "platform/AudioRecorder.h"
+
+#include <QStringList>
+
+/// Neighbours of the session that note what they are told.
+namespace tavrin::testing {
+
+class TracedAccountPanel final : public AccountPanel {
+public:
+    explicit TracedAccountPanel(Note note)
+        : m_note(std::move(note))
+    {
+    }
+
+    void refreshAccountUI() override { m_note(QStringLiteral("refresh account")); }
+
+    void showLoginDialog() override { m_note(QStringLiteral("show login")); }
+
+private:
+    Note m_note;
+};
+
+class TracedCorrectionLearning final : public CorrectionLearning {
+public:
+    explicit TracedCorrectionLearning(Note note)
+        : m_note(std::move(note))
+    {
+    }
+
+    void beginCorrectionLearningForInsertedText(const QString& text) override
+    {
+        m_note(QStringLiteral("begin learning: ") + text);
+    }
+
+    void finishCorrectionLearningAndAnalyze(bool analyze) override
+    {
+        m_note(analyze ? QStringLiteral("finish learning and analyze")
+                       : QStringLiteral("finish learning"));
+    }
+
+private:
+    Note m_note;
+};
+
+class TracedHealthPanel final : public HealthPanel {
+public:
+    explicit TracedHealthPanel(Note note)
+        : m_note(std::move(note))
+    {
+    }
+
+    void refreshHealthStatus() override { m_note(QStringLiteral("refresh health")); }
+
+private:
+    Note m_note;
+};
+
+/// A panel whose buttons the test presses.
+class TracedHUD final : public RecordingHUD {
+public:
+    explicit TracedHUD(Note note)
+        : m_note(std::move(note))
+    {
+    }
+
+    QString operation;
+    QString shortcut;
+    QStringList transcripts;
+    std::weak_ptr<AudioRecorder> recorder;
+    std::optional<Seconds> estimate;
+    QString reason;
+    Handler confirm;
+    Handler continueRecording;
+
+    void setOperationName(const QString& name) override
+    {
+        m_note(QStringLiteral("panel operation ") + name);
+        operation = name;
+    }
+
+    void setOperationShortcutName(const QString& name) override
+    {
+        m_note(QStringLiteral("panel shortcut ") + name);
+        shortcut = name;
+    }
+
+    void showRecordingWithRecorder(std::weak_ptr<AudioRecorder> shownRecorder) override
+    {
+        m_note(QStringLiteral("panel recording"));
+        recorder = std::move(shownRecorder);
+    }
+
+    void updateTranscript(const QString& text) override { transcripts.append(text); }
+
+    void showProcessingWithEstimate(std::optional<Seconds> shownEstimate) override
+    {
+        m_note(QStringLiteral("panel processing"));
+        estimate = shownEstimate;
+    }
+
+    void showSuccess() override { m_note(QStringLiteral("panel success")); }
+
+    void showClipboardFallbackWithReason(const QString& shownReason) override
+    {
+        m_note(QStringLiteral("panel clipboard: ") + shownReason);
+        reason = shownReason;
+    }
+
+    void showCancelConfirmationWithConfirm(
+        Handler shownConfirm, Handler shownContinueRecording) override
+    {
+        m_note(QStringLiteral("panel cancel?"));
+        confirm = std::move(shownConfirm);
+        continueRecording = std::move(shownContinueRecording);
+    }
+
+    void hide() override { m_note(QStringLiteral("panel hide")); }
+
+private:
+    Note m_note;
+};
+
+} // namespace tavrin::testing

@@ -1,0 +1,93 @@
+#include "platform/Permissions.h"
+#include "platform/linux/speech/LinuxPermissions.h"
+#include "support/InMemoryAudioDevices.h"
+#include "support/InMemoryPermissions.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+
+namespace tavrin::testing {
+namespace {
+
+/// Permissions together with whatever they stand on.
+class Subject {
+public:
+    virtual ~Subject() = default;
+    [[nodiscard]] virtual Permissions& permissions() = 0;
+    virtual void takeMicrophoneAway() = 0;
+};
+
+class InMemorySubject final : public Subject {
+public:
+    [[nodiscard]] Permissions& permissions() override { return m_permissions; }
+
+    void takeMicrophoneAway() override { m_permissions.microphone = AuthorizationStatus::Denied; }
+
+private:
+    InMemoryPermissions m_permissions;
+};
+
+class LinuxSubject final : public Subject {
+public:
+    LinuxSubject() { m_devices.addMicrophone(1, QStringLiteral("Built-in"), QStringLiteral("1")); }
+
+    [[nodiscard]] Permissions& permissions() override { return m_permissions; }
+
+    void takeMicrophoneAway() override { m_devices.answers = false; }
+
+private:
+    InMemoryAudioDevices m_devices;
+    LinuxPermissions m_permissions{m_devices};
+};
+
+template <class Type>
+std::unique_ptr<Subject> make()
+{
+    return std::make_unique<Type>();
+}
+
+struct Case {
+    const char* name;
+    std::unique_ptr<Subject> (*make)();
+};
+
+class PermissionsContractTest : public ::testing::TestWithParam<Case> {
+protected:
+    [[nodiscard]] std::optional<AuthorizationStatus> answerTo(
+        void (Permissions::*request)(Completion<AuthorizationStatus>))
+    {
+        std::optional<AuthorizationStatus> answer;
+        (permissions().*request)([&](AuthorizationStatus status) { answer = status; });
+        return answer;
+    }
+
+    Permissions& permissions() { return subject->permissions(); }
+
+    std::unique_ptr<Subject> subject = GetParam().make();
+};
+
+INSTANTIATE_TEST_SUITE_P(Implementations, PermissionsContractTest,
+    ::testing::Values(Case{"InMemory", make<InMemorySubject>}, Case{"Linux", make<LinuxSubject>}),
+    [](const auto& given) { return given.param.name; });
+
+TEST_P(PermissionsContractTest, ARequestAnswersWithTheStatusOfTheMoment)
+{
+    EXPECT_EQ(permissions().microphoneStatus(), AuthorizationStatus::Authorized);
+    EXPECT_EQ(answerTo(&Permissions::requestMicrophone), AuthorizationStatus::Authorized);
+    EXPECT_EQ(permissions().speechStatus(), AuthorizationStatus::Authorized);
+    EXPECT_EQ(answerTo(&Permissions::requestSpeech), AuthorizationStatus::Authorized);
+}
+
+TEST_P(PermissionsContractTest, AMicrophoneThatMayNoLongerBeUsedIsDenied)
+{
+    subject->takeMicrophoneAway();
+
+    EXPECT_EQ(permissions().microphoneStatus(), AuthorizationStatus::Denied);
+    EXPECT_EQ(answerTo(&Permissions::requestMicrophone), AuthorizationStatus::Denied);
+    EXPECT_EQ(permissions().speechStatus(), AuthorizationStatus::Authorized);
+}
+
+} // namespace
+} // namespace tavrin::testing
