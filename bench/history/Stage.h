@@ -3,7 +3,7 @@
 #include "history/HistoryStore.h"
 #include "platform/Preferences.h"
 #include "platform/SystemInfo.h"
-#include "platform/qt/QtBackgroundQueue.h"
+#include "platform/qt/BackgroundThread.h"
 #include "platform/qt/QtClock.h"
 #include "platform/qt/QtMainQueue.h"
 
@@ -68,7 +68,7 @@ public:
     [[nodiscard]] bool isIdle() const { return m_running == 0; }
 
 private:
-    tavrin::QtBackgroundQueue m_queue;
+    tavrin::BackgroundThread m_queue;
     int m_running = 0;
 };
 

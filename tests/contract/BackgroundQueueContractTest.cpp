@@ -1,4 +1,5 @@
-#include "platform/qt/QtBackgroundQueue.h"
+#include "contract/Subject.h"
+#include "platform/qt/BackgroundThread.h"
 #include "platform/qt/QtMainQueue.h"
 #include "support/InMemoryBackgroundQueue.h"
 #include "support/WaitUntil.h"
@@ -7,7 +8,9 @@
 #include <QStringList>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -22,48 +25,42 @@ public:
     virtual ~Subject() = default;
     [[nodiscard]] virtual BackgroundQueue& queue() = 0;
     virtual void passUntil(const std::function<bool()>& done) = 0;
+    virtual void destroyQueue() = 0;
 };
 
 class InMemorySubject final : public Subject {
 public:
-    [[nodiscard]] BackgroundQueue& queue() override { return m_queue; }
+    [[nodiscard]] BackgroundQueue& queue() override { return *m_queue; }
 
     void passUntil(const std::function<bool()>& done) override
     {
-        while (m_queue.pending() > 0)
-            m_queue.runNext();
+        while (m_queue->pending() > 0)
+            m_queue->runNext();
         EXPECT_TRUE(done());
     }
 
+    void destroyQueue() override { m_queue.reset(); }
+
 private:
-    InMemoryBackgroundQueue m_queue;
+    std::optional<InMemoryBackgroundQueue> m_queue{std::in_place};
 };
 
 class QtSubject final : public Subject {
 public:
-    [[nodiscard]] BackgroundQueue& queue() override { return m_queue; }
+    [[nodiscard]] BackgroundQueue& queue() override { return *m_queue; }
 
     void passUntil(const std::function<bool()>& done) override { EXPECT_TRUE(waitUntil(done)); }
 
+    void destroyQueue() override { m_queue.reset(); }
+
 private:
     QtMainQueue m_mainQueue;
-    QtBackgroundQueue m_queue{m_mainQueue};
+    std::optional<BackgroundThread> m_queue{std::in_place, m_mainQueue};
 };
 
-template <class Type>
-std::unique_ptr<Subject> make()
-{
-    return std::make_unique<Type>();
-}
-
-struct Case {
-    const char* name;
-    std::unique_ptr<Subject> (*make)();
-};
-
-class BackgroundQueueContractTest : public ::testing::TestWithParam<Case> {
+class BackgroundQueueContractTest : public ContractTest<Subject> {
 protected:
-    BackgroundQueue& queue() { return subject->queue(); }
+    BackgroundQueue& queue() { return subject().queue(); }
 
     /// Work that notes itself and its end. What it shares with the other is its alone until then.
     void run(const QString& name)
@@ -73,13 +70,13 @@ protected:
             [this, shared] { ended.append(*shared); });
     }
 
-    std::unique_ptr<Subject> subject = GetParam().make();
     QStringList ended;
 };
 
 INSTANTIATE_TEST_SUITE_P(Implementations, BackgroundQueueContractTest,
-    ::testing::Values(Case{"InMemory", make<InMemorySubject>}, Case{"Qt", make<QtSubject>}),
-    [](const auto& given) { return given.param.name; });
+    ::testing::Values(Implementation<Subject>{"InMemory", makeSubject<Subject, InMemorySubject>},
+        Implementation<Subject>{"Qt", makeSubject<Subject, QtSubject>}),
+    implementationName);
 
 TEST_P(BackgroundQueueContractTest, WhatIsToBeDoneAfterItsWorkComesInOrder)
 {
@@ -87,7 +84,7 @@ TEST_P(BackgroundQueueContractTest, WhatIsToBeDoneAfterItsWorkComesInOrder)
         run(QString::fromUtf16(name));
 
     EXPECT_TRUE(ended.isEmpty()); // Never from within run().
-    subject->passUntil([&] { return ended.size() == 3; });
+    subject().passUntil([&] { return ended.size() == 3; });
     EXPECT_EQ(ended, QStringList({u"one worked"_s, u"two worked"_s, u"three worked"_s}));
 }
 
@@ -96,7 +93,7 @@ TEST_P(BackgroundQueueContractTest, WhatIsToBeDoneAfterItIsDoneOnTheMainThread)
     std::thread::id thread;
     queue().run([] {}, [&] { thread = std::this_thread::get_id(); });
 
-    subject->passUntil([&] { return thread != std::thread::id{}; });
+    subject().passUntil([&] { return thread != std::thread::id{}; });
     EXPECT_EQ(thread, std::this_thread::get_id());
 }
 
@@ -120,14 +117,14 @@ TEST_P(BackgroundQueueContractTest, WorkThatStillWaitsGoesWithTheQueue)
     queue().run([&] { EXPECT_TRUE(dropped.tryAcquire(1, 10'000)); }, [&] { ran = true; });
     queue().run([&ran, held = std::move(guard)] { ran = true; }, [] {});
 
-    subject.reset();
+    subject().destroyQueue();
     EXPECT_FALSE(ran);
 }
 
-TEST(QtBackgroundQueueTest, WorkRunsOffTheMainThread)
+TEST(BackgroundThreadTest, WorkRunsOffTheMainThread)
 {
     QtMainQueue mainQueue;
-    QtBackgroundQueue queue(mainQueue);
+    BackgroundThread queue(mainQueue);
     std::thread::id thread;
 
     queue.run([&] { thread = std::this_thread::get_id(); }, [] {});

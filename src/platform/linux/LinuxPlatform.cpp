@@ -17,7 +17,7 @@
 #include "platform/linux/x11/X11SyntheticKeyboard.h"
 #include "platform/linux/x11/X11Workspace.h"
 #include "platform/qt/QtAlerts.h"
-#include "platform/qt/QtBackgroundQueue.h"
+#include "platform/qt/BackgroundThread.h"
 #include "platform/qt/QtClock.h"
 #include "platform/qt/QtHttpTransport.h"
 #include "platform/qt/QtMainQueue.h"
@@ -34,7 +34,7 @@ constexpr Seconds accessibilityPause{0.3}; // Until the window and the status it
 MachinePorts createMachinePorts()
 {
     auto mainQueue = std::make_unique<QtMainQueue>();
-    auto backgroundQueue = std::make_unique<QtBackgroundQueue>(*mainQueue);
+    auto backgroundQueue = std::make_unique<BackgroundThread>(*mainQueue);
     auto preferences = std::make_unique<JsonPreferences>(JsonPreferences::userPath(), *mainQueue);
     auto systemInfo = std::make_unique<LinuxSystemInfo>(linuxSpeechLanguage(*preferences));
     return {
