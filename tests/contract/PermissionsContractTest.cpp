@@ -1,3 +1,4 @@
+#include "contract/Subject.h"
 #include "platform/Permissions.h"
 #include "platform/linux/speech/LinuxPermissions.h"
 #include "support/InMemoryAudioDevices.h"
@@ -5,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <optional>
 
 namespace tavrin::testing {
@@ -42,18 +42,7 @@ private:
     LinuxPermissions m_permissions{m_devices};
 };
 
-template <class Type>
-std::unique_ptr<Subject> make()
-{
-    return std::make_unique<Type>();
-}
-
-struct Case {
-    const char* name;
-    std::unique_ptr<Subject> (*make)();
-};
-
-class PermissionsContractTest : public ::testing::TestWithParam<Case> {
+class PermissionsContractTest : public ContractTest<Subject> {
 protected:
     [[nodiscard]] std::optional<AuthorizationStatus> answerTo(
         void (Permissions::*request)(Completion<AuthorizationStatus>))
@@ -63,14 +52,13 @@ protected:
         return answer;
     }
 
-    Permissions& permissions() { return subject->permissions(); }
-
-    std::unique_ptr<Subject> subject = GetParam().make();
+    Permissions& permissions() { return subject().permissions(); }
 };
 
 INSTANTIATE_TEST_SUITE_P(Implementations, PermissionsContractTest,
-    ::testing::Values(Case{"InMemory", make<InMemorySubject>}, Case{"Linux", make<LinuxSubject>}),
-    [](const auto& given) { return given.param.name; });
+    ::testing::Values(Implementation<Subject>{"InMemory", makeSubject<Subject, InMemorySubject>},
+        Implementation<Subject>{"Linux", makeSubject<Subject, LinuxSubject>}),
+    implementationName);
 
 TEST_P(PermissionsContractTest, ARequestAnswersWithTheStatusOfTheMoment)
 {
@@ -82,7 +70,7 @@ TEST_P(PermissionsContractTest, ARequestAnswersWithTheStatusOfTheMoment)
 
 TEST_P(PermissionsContractTest, AMicrophoneThatMayNoLongerBeUsedIsDenied)
 {
-    subject->takeMicrophoneAway();
+    subject().takeMicrophoneAway();
 
     EXPECT_EQ(permissions().microphoneStatus(), AuthorizationStatus::Denied);
     EXPECT_EQ(answerTo(&Permissions::requestMicrophone), AuthorizationStatus::Denied);

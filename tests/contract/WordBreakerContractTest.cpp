@@ -1,3 +1,4 @@
+#include "contract/Subject.h"
 #include "platform/WordBreaker.h"
 #include "platform/linux/desktop/IcuWordBreaker.h"
 #include "support/InMemoryWordBreaker.h"
@@ -6,47 +7,29 @@
 #include <QStringList>
 #include <gtest/gtest.h>
 
-#include <memory>
-
 using namespace Qt::StringLiterals;
 
 namespace tavrin::testing {
 namespace {
 
-template <class Type>
-std::unique_ptr<WordBreaker> make()
-{
-    return std::make_unique<Type>();
-}
-
-struct Case {
-    const char* name;
-    std::unique_ptr<WordBreaker> (*make)();
-};
-
-class WordBreakerContractTest : public ::testing::TestWithParam<Case> {
+class WordBreakerContractTest : public ContractTest<WordBreaker> {
 protected:
-    [[nodiscard]] QStringList wordsOf(const QString& text) const
+    [[nodiscard]] QStringList wordsOf(const QString& text)
     {
         QStringList words;
-        for (const TextRange& range : m_breaker->words(text))
+        for (const TextRange& range : subject().words(text))
             words.append(text.mid(range.location, range.length));
         return words;
     }
 
-    [[nodiscard]] QList<TextRange> rangesOf(const QString& text) const
-    {
-        return m_breaker->words(text);
-    }
-
-private:
-    std::unique_ptr<WordBreaker> m_breaker = GetParam().make();
+    [[nodiscard]] QList<TextRange> rangesOf(const QString& text) { return subject().words(text); }
 };
 
 INSTANTIATE_TEST_SUITE_P(Implementations, WordBreakerContractTest,
     ::testing::Values(
-        Case{"InMemory", make<InMemoryWordBreaker>}, Case{"Icu", make<IcuWordBreaker>}),
-    [](const auto& given) { return given.param.name; });
+        Implementation<WordBreaker>{"InMemory", makeSubject<WordBreaker, InMemoryWordBreaker>},
+        Implementation<WordBreaker>{"Icu", makeSubject<WordBreaker, IcuWordBreaker>}),
+    implementationName);
 
 TEST_P(WordBreakerContractTest, WordsComeInOrderWithoutSpacesAndPunctuation)
 {
