@@ -1,11 +1,10 @@
 #include "platform/linux/audio/AacFile.h"
 
+#include "platform/linux/audio/AudioErrors.h"
 #include "platform/linux/audio/Libav.h"
 #include "platform/linux/audio/ReservedFile.h"
 
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
 
 namespace tavrin {
 
@@ -21,11 +20,11 @@ Error error(AacFile::ErrorCode code)
 {
     switch (code) {
     case AacFile::CannotCreate:
-        return {u"TavrinAudio"_s, code, u"无法创建录音文件。"_s};
+        return audioError(code, texts::cannotCreateRecording);
     case AacFile::DiskFull:
-        return {u"TavrinAudio"_s, code, u"磁盘空间不足，录音已中断。"_s};
+        return audioError(code, texts::diskFull);
     case AacFile::EncodingFailed:
-        return {u"TavrinAudio"_s, code, u"录音编码失败，录音已中断。"_s};
+        return audioError(code, texts::encodingFailed);
     }
     return {};
 }

@@ -1,5 +1,6 @@
 #include "platform/linux/audio/AudioDecoder.h"
 
+#include "platform/linux/audio/AudioErrors.h"
 #include "platform/linux/audio/Libav.h"
 
 #include <QByteArrayView>
@@ -8,8 +9,6 @@
 
 #include <algorithm>
 #include <vector>
-
-using namespace Qt::StringLiterals;
 
 namespace tavrin {
 
@@ -30,13 +29,13 @@ Error error(AudioDecoder::ErrorCode code)
 {
     switch (code) {
     case AudioDecoder::CannotOpen:
-        return {u"TavrinAudio"_s, code, u"无法打开录音文件。"_s};
+        return audioError(code, texts::cannotOpenRecording);
     case AudioDecoder::Empty:
-        return {u"TavrinAudio"_s, code, u"录音文件是空的。"_s};
+        return audioError(code, texts::emptyRecording);
     case AudioDecoder::Damaged:
-        return {u"TavrinAudio"_s, code, u"录音文件已损坏，无法读取。"_s};
+        return audioError(code, texts::damagedRecording);
     case AudioDecoder::TooLong:
-        return {u"TavrinAudio"_s, code, u"录音太长，无法处理。"_s};
+        return audioError(code, texts::recordingTooLong);
     }
     return {};
 }

@@ -1,5 +1,6 @@
 #include "platform/linux/audio/PcmCapture.h"
 
+#include "platform/linux/audio/AudioErrors.h"
 #include "platform/linux/libraries/Libpulse.h"
 
 #include <QByteArray>
@@ -9,8 +10,6 @@
 #include <thread>
 #include <utility>
 #include <vector>
-
-using namespace Qt::StringLiterals;
 
 namespace tavrin {
 
@@ -25,11 +24,11 @@ Error error(PcmCapture::ErrorCode code)
 {
     switch (code) {
     case PcmCapture::NoMicrophone:
-        return {u"TavrinAudio"_s, code, u"没有可用的麦克风。"_s};
+        return audioError(code, texts::noMicrophone);
     case PcmCapture::MicrophoneLost:
-        return {u"TavrinAudio"_s, code, u"麦克风已断开。"_s};
+        return audioError(code, texts::microphoneLost);
     case PcmCapture::Overrun:
-        return {u"TavrinAudio"_s, code, u"录音处理太慢，录音已中断。"_s};
+        return audioError(code, texts::captureOverrun);
     }
     return {};
 }

@@ -2,6 +2,7 @@
 
 #include "base/Log.h"
 #include "platform/linux/audio/AacFile.h"
+#include "platform/linux/audio/AudioErrors.h"
 #include "platform/linux/audio/Libav.h"
 
 #include <QFileInfo>
@@ -9,8 +10,6 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
-
-using namespace Qt::StringLiterals;
 
 namespace tavrin {
 namespace {
@@ -164,9 +163,9 @@ Result<std::unique_ptr<AudioRecorder>> PulseAudioRecorders::createRecorder(
     if (settings.formatId != aac || settings.sampleRate != AacFile::sampleRate
         || settings.numberOfChannels != 1 || settings.encoderAudioQuality < 0
         || settings.encoderAudioQuality > highestQuality)
-        return tavrin::failure({u"TavrinAudio"_s, ImpossibleSettings, u"不支持的录音格式。"_s});
+        return tavrin::failure(audioError(ImpossibleSettings, texts::recordingFormatUnknown));
     if (path.isEmpty() || !QFileInfo(QFileInfo(path).absolutePath()).isDir())
-        return tavrin::failure({u"TavrinAudio"_s, ImpossiblePath, u"无法创建录音文件。"_s});
+        return tavrin::failure(audioError(ImpossiblePath, texts::cannotCreateRecording));
     return std::make_unique<PulseAudioRecorder>(m_connection, path, settings);
 }
 
