@@ -3,9 +3,7 @@
 #include "app/session/CorrectionLearning.h"
 #include "app/windows/AccountPanel.h"
 #include "app/windows/HealthPanel.h"
-#include "app/windows/HistoryWindow.h"
 #include "app/windows/MainWindow.h"
-#include "app/windows/PersonalizationWindow.h"
 #include "audio/RecordingFile.h"
 #include "base/Log.h"
 #include "cloud/Deployment.h"
@@ -157,9 +155,9 @@ StatusMenu::Actions AppDelegate::menuActions()
     return {
         .toggleOperationMode = [this](OperationMode mode) { toggleOperationMode(mode); },
         .showMainWindow = [this] { showMainWindow(); },
-        .showHistoryWindow = [this] { m_userInterface->historyWindow().showHistoryWindow(); },
+        .showHistoryWindow = [this] { m_userInterface->showHistoryWindow(); },
         .showPersonalizationWindow =
-            [this] { m_userInterface->personalizationWindow().showPersonalizationWindow(); },
+            [this] { m_userInterface->showPersonalizationWindow(); },
         .checkForUpdatesNow = [this] { m_updateChecker.checkForUpdatesNow(); },
         .quit = [this] { quit(); },
     };

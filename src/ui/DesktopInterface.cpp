@@ -44,9 +44,9 @@ public:
 
     [[nodiscard]] HealthPanel& healthPanel() override { return m_frame; }
 
-    [[nodiscard]] HistoryWindow& historyWindow() override { return m_frame; }
+    void showHistoryWindow() override { m_frame.showHistoryWindow(); }
 
-    [[nodiscard]] PersonalizationWindow& personalizationWindow() override { return m_frame; }
+    void showPersonalizationWindow() override { m_frame.showPersonalizationWindow(); }
 
 private:
     MainQueue& m_mainQueue;

@@ -2,9 +2,7 @@
 
 #include "app/windows/AccountPanel.h"
 #include "app/windows/HealthPanel.h"
-#include "app/windows/HistoryWindow.h"
 #include "app/windows/MainWindow.h"
-#include "app/windows/PersonalizationWindow.h"
 #include "app/windows/UserInterface.h"
 
 #include <memory>
@@ -16,13 +14,9 @@ class QWidget;
 namespace tavrin {
 
 /// The main window: brand icon, name and the shortcuts of the moment, and what the session keeps
-/// out of reach. It has no pages; whoever asks
-/// for one gets the window itself in front. Main thread only.
-class MainWindowFrame final : public MainWindow,
-                              public AccountPanel,
-                              public HealthPanel,
-                              public HistoryWindow,
-                              public PersonalizationWindow {
+/// out of reach. It has no pages; whoever asks for one gets the window itself in front. Main thread
+/// only.
+class MainWindowFrame final : public MainWindow, public AccountPanel, public HealthPanel {
 public:
     /// @param neighbours must outlive the window.
     explicit MainWindowFrame(UserInterfaceNeighbours neighbours);
@@ -44,8 +38,8 @@ public:
 
     void refreshHealthStatus() override { }
 
-    void showHistoryWindow() override;
-    void showPersonalizationWindow() override;
+    void showHistoryWindow();
+    void showPersonalizationWindow();
 
     [[nodiscard]] QWidget* widget() { return m_window.get(); }
 

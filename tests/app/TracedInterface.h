@@ -1,9 +1,7 @@
 #pragma once
 
 #include "app/session/TracedNeighbours.h"
-#include "app/windows/HistoryWindow.h"
 #include "app/windows/MainWindow.h"
-#include "app/windows/PersonalizationWindow.h"
 #include "app/windows/UserInterface.h"
 
 /// The program's windows, which note what they are told.
@@ -45,9 +43,7 @@ private:
     Note m_note;
 };
 
-class TracedInterface final : public UserInterface,
-                              public HistoryWindow,
-                              public PersonalizationWindow {
+class TracedInterface final : public UserInterface {
 public:
     explicit TracedInterface(const Note& note)
         : m_note(note)
@@ -73,10 +69,6 @@ public:
     [[nodiscard]] AccountPanel& accountPanel() override { return m_accountPanel; }
 
     [[nodiscard]] HealthPanel& healthPanel() override { return m_healthPanel; }
-
-    [[nodiscard]] HistoryWindow& historyWindow() override { return *this; }
-
-    [[nodiscard]] PersonalizationWindow& personalizationWindow() override { return *this; }
 
     void showHistoryWindow() override { m_note(QStringLiteral("show history")); }
 

@@ -8,11 +8,9 @@ namespace tavrin {
 class AccountPanel;
 class Clock;
 class HealthPanel;
-class HistoryWindow;
 class Localization;
 class MainQueue;
 class MainWindow;
-class PersonalizationWindow;
 class RecordingHUD;
 class Settings;
 class StatusMenu;
@@ -32,8 +30,12 @@ public:
     [[nodiscard]] virtual MainWindow& mainWindow() = 0;
     [[nodiscard]] virtual AccountPanel& accountPanel() = 0;
     [[nodiscard]] virtual HealthPanel& healthPanel() = 0;
-    [[nodiscard]] virtual HistoryWindow& historyWindow() = 0;
-    [[nodiscard]] virtual PersonalizationWindow& personalizationWindow() = 0;
+
+    /// Shows the main window with the finished results.
+    virtual void showHistoryWindow() = 0;
+
+    /// Shows the window that sets how texts are to be written.
+    virtual void showPersonalizationWindow() = 0;
 };
 
 /// What the windows are built from; all of it outlives them.
