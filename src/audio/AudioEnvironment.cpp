@@ -247,10 +247,10 @@ AudioDeviceId AudioEnvironment::deviceWithUid(const QString& uid, bool input)
     return found;
 }
 
-MicrophoneControls AudioEnvironment::refreshMicrophoneControls(const Localize& localize)
+MicrophoneContent AudioEnvironment::refreshMicrophoneControls(const Localize& localize)
 {
     m_availableInputDevices = AudioInputDevices(m_devices);
-    return microphoneControls(m_availableInputDevices,
+    return microphoneContent(m_availableInputDevices,
         valueOf(m_preferences, keys::preferredMicrophoneUID), localize(texts::followSystemDefault));
 }
 

@@ -2,7 +2,7 @@
 
 #include "audio/AudioChangeNote.h"
 #include "audio/AudioInputDevices.h"
-#include "audio/MicrophoneControls.h"
+#include "audio/MicrophoneContent.h"
 #include "base/LocalizedText.h"
 #include "base/Seconds.h"
 
@@ -53,7 +53,7 @@ public:
     // The controls of the settings page.
 
     /// What the popup shows now, its own text chosen by @p localize. Reads the devices anew.
-    [[nodiscard]] MicrophoneControls refreshMicrophoneControls(const Localize& localize);
+    [[nodiscard]] MicrophoneContent refreshMicrophoneControls(const Localize& localize);
 
     /// The devices that the popup was last filled with.
     [[nodiscard]] const QList<AudioInputDevice>& availableInputDevices() const

@@ -47,7 +47,8 @@ ShortcutSettings::ShortcutSettings(const Neighbours& neighbours, Actions actions
 void ShortcutSettings::selectShortcut(ShortcutSlot slot, qsizetype index)
 {
     const QString identifier = itemAtClampedIndex(shortcutItems, index).identifier.toString();
-    const Choices choices = choicesWith(slot, identifier);
+    Choices choices = storedChoices();
+    choices.at(place(slot)) = identifier;
     if (identifier != none && std::ranges::count(choices, identifier) > 1) {
         refuse();
         return;
@@ -61,51 +62,43 @@ void ShortcutSettings::selectShortcut(ShortcutSlot slot, qsizetype index)
 
 void ShortcutSettings::refreshShortcutControls()
 {
-    if (m_controls) {
-        const Choices choices = storedChoices();
-        for (const ShortcutSlot slot : shortcutSlots)
-            m_controls->setSelectedIndex(
-                slot, indexOfIdentifier(shortcutItems, choices.at(place(slot))));
-        const auto name = [&](ShortcutSlot slot) {
-            return m_neighbours.settings.ShortcutDisplayNameForIdentifier(choices.at(place(slot)));
-        };
-        m_controls->setInstruction(m_neighbours.localization.LT(texts::shortcutSummary,
-            name(ShortcutSlot::DictationPrimary), name(ShortcutSlot::TranslationPrimary),
-            name(ShortcutSlot::ChatPrimary)));
-    }
+    show();
     m_actions.refreshToolTip();
 }
 
 void ShortcutSettings::updateShortcutStatus()
 {
-    const QStringList identifiers = takenCombinations();
-    logTaken(identifiers);
-    if (!m_controls)
-        return;
-    const bool taken = !identifiers.isEmpty();
+    const QStringList taken = takenCombinations();
+    if (taken != m_taken)
+        logTaken(taken);
+    m_taken = taken;
+    show();
+}
+
+ShortcutContent ShortcutSettings::content()
+{
     const Localization& localization = m_neighbours.localization;
-    m_controls->setShortcutStatus(taken
-            ? localization.LT(texts::shortcutConflict)
-            : localization.desktopText(
-                &DesktopTexts::noShortcutConflict, texts::noShortcutConflict),
-        taken ? ShortcutStatus::Conflict : ShortcutStatus::NoConflict);
+    const Choices choices = storedChoices();
+    const auto name = [&](ShortcutSlot slot) {
+        return m_neighbours.settings.ShortcutDisplayNameForIdentifier(choices.at(place(slot)));
+    };
+    ShortcutContent content;
+    std::ranges::transform(choices, content.rows.begin(),
+        [](const QString& identifier) { return indexOfIdentifier(shortcutItems, identifier); });
+    content.instruction =
+        localization.LT(texts::shortcutSummary, name(ShortcutSlot::DictationPrimary),
+            name(ShortcutSlot::TranslationPrimary), name(ShortcutSlot::ChatPrimary));
+    content.status = m_taken.isEmpty() ? ShortcutStatus::NoConflict : ShortcutStatus::Conflict;
+    content.statusText = m_taken.isEmpty()
+        ? localization.desktopText(&DesktopTexts::noShortcutConflict, texts::noShortcutConflict)
+        : localization.LT(texts::shortcutConflict);
+    return content;
 }
 
-ShortcutSettings::Choices ShortcutSettings::choicesWith(
-    ShortcutSlot slot, const QString& identifier)
+void ShortcutSettings::show()
 {
-    Choices choices = m_controls ? shownChoices() : storedChoices();
-    choices.at(place(slot)) = identifier;
-    return choices;
-}
-
-ShortcutSettings::Choices ShortcutSettings::shownChoices() const
-{
-    Choices choices;
-    for (const ShortcutSlot slot : shortcutSlots)
-        choices.at(place(slot)) = itemAtClampedIndex(shortcutItems, m_controls->selectedIndex(slot))
-                                      .identifier.toString();
-    return choices;
+    if (m_view)
+        m_view->setContent(content());
 }
 
 ShortcutSettings::Choices ShortcutSettings::storedChoices()
@@ -153,11 +146,8 @@ QStringList ShortcutSettings::takenCombinations()
     return identifiers;
 }
 
-void ShortcutSettings::logTaken(const QStringList& identifiers)
+void ShortcutSettings::logTaken(const QStringList& identifiers) const
 {
-    if (identifiers == m_loggedAsTaken)
-        return;
-    m_loggedAsTaken = identifiers;
     for (const QString& identifier : identifiers)
         qCWarning(log::app).noquote()
             << "Another program holds the shortcut"

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "app/shortcuts/ShortcutControls.h"
+#include "app/shortcuts/ShortcutContent.h"
+#include "app/windows/View.h"
 
 #include <QStringList>
 
@@ -38,34 +39,36 @@ public:
     ShortcutSettings(const Neighbours& neighbours, Actions actions);
 
     /// The controls of the settings page; null while there is none.
-    void setControls(ShortcutControls* controls) { m_controls = controls; }
+    void setView(View<ShortcutContent>* view) { m_view = view; }
 
-    /// The user chose the row at @p index in the popup of @p slot. A shortcut that another popup
-    /// shows already is refused with an alert.
+    /// What they show: the stored shortcuts, and what updateShortcutStatus() has found out.
+    [[nodiscard]] ShortcutContent content();
+
+    /// The user chose the row at @p index, clamped into the list, in the popup of @p slot. A
+    /// shortcut that another slot has already is refused with an alert.
     void selectShortcut(ShortcutSlot slot, qsizetype index);
 
-    /// Shows the stored shortcuts in the controls and in the tool tip.
+    /// Shows the stored shortcuts on the page and in the tool tip.
     void refreshShortcutControls();
 
-    /// Finds out whether another program holds one of the combinations in use, and shows it;
-    /// without controls, and with them too, the log tells what is held whenever that has changed.
+    /// Finds out whether another program holds one of the combinations in use, and shows it. The
+    /// log tells what is held whenever that has changed, with a page and without one.
     void updateShortcutStatus();
 
 private:
     using Choices = std::array<QString, shortcutSlots.size()>; ///< In the order of shortcutSlots.
 
-    [[nodiscard]] Choices choicesWith(ShortcutSlot slot, const QString& identifier);
-    [[nodiscard]] Choices shownChoices() const;
     [[nodiscard]] Choices storedChoices();
     void store(const Choices& choices);
     void refuse();
+    void show();
     [[nodiscard]] QStringList takenCombinations();
-    void logTaken(const QStringList& identifiers);
+    void logTaken(const QStringList& identifiers) const;
 
     Neighbours m_neighbours;
     Actions m_actions;
-    ShortcutControls* m_controls = nullptr;
-    QStringList m_loggedAsTaken;
+    View<ShortcutContent>* m_view = nullptr;
+    QStringList m_taken; ///< Combinations in use that another program held when last asked.
 };
 
 } // namespace tavrin

@@ -16,7 +16,7 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -35,42 +35,32 @@ constexpr qsizetype optionSpace = 3;
 constexpr qsizetype controlOptionSpace = 4;
 constexpr qsizetype commandShiftSpace = 5;
 
-/// Popups and labels that nobody sees.
-class PaperControls final : public ShortcutControls {
+/// A page that nobody sees.
+class PaperPage final : public View<ShortcutContent> {
 public:
-    /// @param calls learns of each status that is set.
-    explicit PaperControls(QStringList& calls)
+    /// @param calls learns of each content.
+    explicit PaperPage(QStringList& calls)
         : m_calls(calls)
     {
     }
 
-    std::map<ShortcutSlot, qsizetype> indexes;
-    QString instruction;
-    QString statusText;
-    std::optional<ShortcutStatus> status;
+    std::optional<ShortcutContent> content;
 
-    [[nodiscard]] qsizetype selectedIndex(ShortcutSlot slot) const override
+    void setContent(const ShortcutContent& shown) override
     {
-        return indexes.at(slot);
+        content = shown;
+        m_calls.append(shown.status == ShortcutStatus::Conflict ? u"show conflict"_s : u"show"_s);
     }
 
-    void setSelectedIndex(ShortcutSlot slot, qsizetype index) override { indexes[slot] = index; }
-
-    void setInstruction(const QString& text) override { instruction = text; }
-
-    void setShortcutStatus(const QString& text, ShortcutStatus newStatus) override
+    [[nodiscard]] QList<qsizetype> rows() const
     {
-        statusText = text;
-        status = newStatus;
-        m_calls.append(u"setShortcutStatus"_s);
+        const auto& shown = content.value().rows;
+        return {shown.begin(), shown.end()};
     }
 
-    [[nodiscard]] QList<qsizetype> shown() const
+    [[nodiscard]] qsizetype row(ShortcutSlot slot) const
     {
-        QList<qsizetype> rows;
-        for (const ShortcutSlot slot : shortcutSlots)
-            rows.append(indexes.at(slot));
-        return rows;
+        return content.value().rows.at(static_cast<std::size_t>(slot));
     }
 
 private:
@@ -90,14 +80,14 @@ protected:
     ShortcutMonitor monitor{
         keyboard, time, settings, {[] {}, [] { return false; }, [] {}, [](OperationMode) {}}};
     QStringList calls;
-    PaperControls controls{calls};
+    PaperPage page{calls};
     ShortcutSettings shortcuts{{alerts, probe, localization, preferences, settings, monitor},
         {[this] { calls.append(u"refreshToolTip"_s); }, [this] { calls.append(u"updateUI"_s); }}};
 
     ShortcutSettingsTest()
     {
         preferences.setValue(keys::interfaceLanguage, u"en"_s);
-        shortcuts.setControls(&controls);
+        shortcuts.setView(&page);
         assign({u"rightOption"_s}, {u"optionSpace"_s}, {u"commandShiftSpace"_s});
     }
 
@@ -111,12 +101,7 @@ protected:
         calls.clear();
     }
 
-    /// As the popup does it: the row is shown first, then reported.
-    void choose(ShortcutSlot slot, qsizetype index)
-    {
-        controls.indexes[slot] = index;
-        shortcuts.selectShortcut(slot, index);
-    }
+    void choose(ShortcutSlot slot, qsizetype index) { shortcuts.selectShortcut(slot, index); }
 
     QList<QStringList> stored() const
     {
@@ -141,11 +126,11 @@ protected:
 
 TEST_F(ShortcutSettingsTest, ThePopupsShowTheStoredShortcuts)
 {
-    EXPECT_EQ(controls.shown(),
+    EXPECT_EQ(page.rows(),
         (QList<qsizetype>{rightOption, none, optionSpace, none, commandShiftSpace, none}));
 
     assign({}, {u"leftOption"_s, u"controlOptionSpace"_s}, {u"none"_s, u"rightOption"_s});
-    EXPECT_EQ(controls.shown(),
+    EXPECT_EQ(page.rows(),
         (QList<qsizetype>{none, none, leftOption, controlOptionSpace, rightOption, none}));
 }
 
@@ -198,8 +183,8 @@ TEST_F(ShortcutSettingsTest, ASecondShortcutAloneMovesToTheFirstPlace)
     choose(ShortcutSlot::ChatPrimary, none);
 
     EXPECT_EQ(stored().last(), QStringList{u"leftOption"_s});
-    EXPECT_EQ(controls.indexes.at(ShortcutSlot::ChatPrimary), leftOption);
-    EXPECT_EQ(controls.indexes.at(ShortcutSlot::ChatSecondary), none);
+    EXPECT_EQ(page.row(ShortcutSlot::ChatPrimary), leftOption);
+    EXPECT_EQ(page.row(ShortcutSlot::ChatSecondary), none);
 }
 
 TEST_F(ShortcutSettingsTest, AShortcutOfAnotherOperationIsRefused)
@@ -211,9 +196,9 @@ TEST_F(ShortcutSettingsTest, AShortcutOfAnotherOperationIsRefused)
 
     EXPECT_EQ(stored(), before);
     EXPECT_EQ(preferences.synchronizations(), 0);
-    EXPECT_EQ(
-        controls.shown(), (QList<qsizetype>{leftOption, none, optionSpace, none, none, none}));
-    EXPECT_EQ(calls, QStringList{u"refreshToolTip"_s});
+    EXPECT_EQ(page.rows(), (QList<qsizetype>{leftOption, none, optionSpace, none, none, none}));
+    // The popup shows the refused row until it is told otherwise.
+    EXPECT_EQ(calls, QStringList({u"show"_s, u"refreshToolTip"_s}));
     EXPECT_EQ(alerts.open(), 1);
 }
 
@@ -262,22 +247,24 @@ TEST_F(ShortcutSettingsTest, NoneIsAcceptedInEverySlot)
 TEST_F(ShortcutSettingsTest, IndexesOutsideTheListMeanTheNearestRow)
 {
     assign({u"rightOption"_s}, {}, {});
-    controls.indexes[ShortcutSlot::DictationSecondary] = -1;
-    controls.indexes[ShortcutSlot::ChatPrimary] = 99;
-
-    choose(ShortcutSlot::TranslationPrimary, -1);
+    choose(ShortcutSlot::ChatPrimary, 99);
     EXPECT_EQ(stored(), (QList<QStringList>{{u"rightOption"_s}, {}, {u"commandShiftSpace"_s}}));
 
-    choose(ShortcutSlot::ChatPrimary, 99);
-    EXPECT_EQ(stored().last(), QStringList{u"commandShiftSpace"_s});
+    choose(ShortcutSlot::DictationPrimary, -1);
+    EXPECT_EQ(stored(), (QList<QStringList>{{}, {}, {u"commandShiftSpace"_s}}));
 }
 
 TEST_F(ShortcutSettingsTest, AfterAChoiceEverythingThatShowsShortcutsIsRefreshedInOrder)
 {
     choose(ShortcutSlot::DictationSecondary, leftOption);
 
-    EXPECT_EQ(calls, (QStringList{u"refreshToolTip"_s, u"setShortcutStatus"_s, u"updateUI"_s}));
-    EXPECT_EQ(controls.status, ShortcutStatus::NoConflict);
+    EXPECT_EQ(calls, (QStringList{u"show"_s, u"refreshToolTip"_s, u"show"_s, u"updateUI"_s}));
+
+    calls.clear();
+    probe.heldByOthers = {{key_codes::space, option}};
+    choose(ShortcutSlot::DictationSecondary, none);
+    EXPECT_EQ(
+        calls, (QStringList{u"show"_s, u"refreshToolTip"_s, u"show conflict"_s, u"updateUI"_s}));
 }
 
 TEST_F(ShortcutSettingsTest, AfterAChoiceAHeldKeyCountsAgain)
@@ -293,32 +280,33 @@ TEST_F(ShortcutSettingsTest, AfterAChoiceAHeldKeyCountsAgain)
 
 TEST_F(ShortcutSettingsTest, TheSummaryNamesTheFirstShortcutOfEachOperation)
 {
-    EXPECT_EQ(controls.instruction,
+    EXPECT_EQ(page.content.value().instruction,
         u"Dictation Right Option  ·  Translation ⌥ Space  ·  Chat ⇧⌘ Space"_s);
 
     preferences.setValue(keys::interfaceLanguage, u"zh-Hans"_s);
     assign({u"leftOption"_s, u"rightOption"_s}, {u"controlOptionSpace"_s}, {});
-    EXPECT_EQ(controls.instruction, u"语音 左 Option  ·  翻译 ⌃⌥ Space  ·  畅聊 未设置"_s);
+    EXPECT_EQ(
+        page.content.value().instruction, u"语音 左 Option  ·  翻译 ⌃⌥ Space  ·  畅聊 未设置"_s);
 
     preferences.setValue(keys::interfaceLanguage, u"zh-Hant"_s);
     shortcuts.refreshShortcutControls();
-    EXPECT_EQ(controls.instruction, u"語音 左 Option  ·  翻譯 ⌃⌥ Space  ·  暢聊 未設定"_s);
+    EXPECT_EQ(
+        page.content.value().instruction, u"語音 左 Option  ·  翻譯 ⌃⌥ Space  ·  暢聊 未設定"_s);
 }
 
-TEST_F(ShortcutSettingsTest, TheToolTipIsRefreshedWithoutControlsToo)
+TEST_F(ShortcutSettingsTest, TheToolTipIsRefreshedWithoutAPageToo)
 {
-    shortcuts.setControls(nullptr);
+    shortcuts.setView(nullptr);
 
     shortcuts.refreshShortcutControls();
     shortcuts.updateShortcutStatus();
 
     EXPECT_EQ(calls, QStringList{u"refreshToolTip"_s});
-    EXPECT_FALSE(controls.status.has_value());
 }
 
-TEST_F(ShortcutSettingsTest, WithoutControlsAChoiceChangesOnlyItsOwnSlot)
+TEST_F(ShortcutSettingsTest, WithoutAPageAChoiceChangesOnlyItsOwnSlot)
 {
-    shortcuts.setControls(nullptr);
+    shortcuts.setView(nullptr);
 
     shortcuts.selectShortcut(ShortcutSlot::ChatSecondary, leftOption);
 
@@ -347,18 +335,18 @@ TEST_F(ShortcutSettingsTest, ACombinationThatAnotherProgramHoldsIsAConflict)
         probe.heldByOthers = {{key_codes::space, held}};
         assign({u"optionSpace"_s}, {u"controlOptionSpace"_s}, {u"commandShiftSpace"_s});
         shortcuts.updateShortcutStatus();
-        EXPECT_EQ(controls.status, ShortcutStatus::Conflict);
+        EXPECT_EQ(page.content.value().status, ShortcutStatus::Conflict);
 
         assign({u"rightOption"_s}, {u"leftOption"_s}, {});
         shortcuts.updateShortcutStatus();
-        EXPECT_EQ(controls.status, ShortcutStatus::NoConflict);
+        EXPECT_EQ(page.content.value().status, ShortcutStatus::NoConflict);
     }
 }
 
 TEST_F(ShortcutSettingsTest, TheLogTellsOnceWhichCombinationsAreHeld)
 {
     const testing::CapturedLog log;
-    shortcuts.setControls(nullptr);
+    shortcuts.setView(nullptr);
     assign({u"rightOption"_s}, {u"optionSpace"_s}, {u"commandShiftSpace"_s});
     shortcuts.updateShortcutStatus();
     EXPECT_EQ(log.lines(), QStringList());
@@ -391,10 +379,10 @@ TEST_F(ShortcutSettingsTest, TheStatusIsExplainedInTheInterfaceLanguage)
         preferences.setValue(keys::interfaceLanguage, texts.at(0));
         probe.heldByOthers.clear();
         shortcuts.updateShortcutStatus();
-        EXPECT_EQ(controls.statusText, texts.at(1));
+        EXPECT_EQ(page.content.value().statusText, texts.at(1));
         probe.heldByOthers = {{key_codes::space, option}};
         shortcuts.updateShortcutStatus();
-        EXPECT_EQ(controls.statusText, texts.at(2));
+        EXPECT_EQ(page.content.value().statusText, texts.at(2));
     }
 }
 
@@ -403,9 +391,9 @@ TEST_F(ShortcutSettingsTest, LinuxExplainsTheStatusInItsOwnWords)
     const Localization linux{preferences, workspace, KeyNames(), linuxTexts()};
     ShortcutSettings linuxShortcuts{
         {alerts, probe, linux, preferences, settings, monitor}, {[] {}, [] {}}};
-    linuxShortcuts.setControls(&controls);
+    linuxShortcuts.setView(&page);
     linuxShortcuts.updateShortcutStatus();
-    EXPECT_EQ(controls.statusText, linuxTexts().noShortcutConflict->en.toString());
+    EXPECT_EQ(page.content.value().statusText, linuxTexts().noShortcutConflict->en.toString());
 }
 
 } // namespace

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
 
 #include <array>
-
-class QString;
 
 namespace tavrin {
 
@@ -27,21 +25,15 @@ enum class ShortcutStatus {
     Conflict, ///< Shown in the system's orange.
 };
 
-/// The controls of the settings page that show the shortcuts: the six popups, each listing
-/// Settings::ShortcutItems(), `instructionLabel` and `shortcutStatusLabel`.
-/// Main thread only.
-class ShortcutControls {
-public:
-    virtual ~ShortcutControls() = default;
+/// What the settings page shows of the shortcuts.
+struct ShortcutContent {
+    /// Of each popup, in the order of shortcutSlots: the row of Settings::ShortcutItems().
+    std::array<qsizetype, shortcutSlots.size()> rows{};
+    QString instruction; ///< `instructionLabel`
+    QString statusText; ///< `shortcutStatusLabel`
+    ShortcutStatus status = ShortcutStatus::NoConflict;
 
-    /// The row that the popup shows; -1 when it shows none.
-    [[nodiscard]] virtual qsizetype selectedIndex(ShortcutSlot slot) const = 0;
-
-    /// Shows the row without telling anyone that it was chosen.
-    virtual void setSelectedIndex(ShortcutSlot slot, qsizetype index) = 0;
-
-    virtual void setInstruction(const QString& text) = 0;
-    virtual void setShortcutStatus(const QString& text, ShortcutStatus status) = 0;
+    friend bool operator==(const ShortcutContent&, const ShortcutContent&) = default;
 };
 
 } // namespace tavrin

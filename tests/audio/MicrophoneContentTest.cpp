@@ -15,14 +15,14 @@
 namespace tavrin {
 namespace {
 
-using Item = MicrophoneControls::Item;
+using Item = MicrophoneContent::Item;
 
 QString inEnglish(const LocalizedText& text)
 {
     return text.en.toString();
 }
 
-class MicrophoneControlsTest : public ::testing::Test {
+class MicrophoneContentTest : public ::testing::Test {
 protected:
     QTemporaryDir folder;
     testing::InMemoryAudioDevices devices;
@@ -31,10 +31,10 @@ protected:
     testing::VirtualTime time;
     AudioEnvironment environment{devices, preferences, systemInfo, time, [] { return false; }};
 
-    MicrophoneControls refresh() { return environment.refreshMicrophoneControls(inEnglish); }
+    MicrophoneContent refresh() { return environment.refreshMicrophoneControls(inEnglish); }
 };
 
-TEST_F(MicrophoneControlsTest, TheSystemsDefaultComesFirstThenEveryDevice)
+TEST_F(MicrophoneContentTest, TheSystemsDefaultComesFirstThenEveryDevice)
 {
     devices.addMicrophone(1, "Webcam", "usb-webcam");
     devices.addMicrophone(2, "Array", "pci-array");
@@ -44,38 +44,38 @@ TEST_F(MicrophoneControlsTest, TheSystemsDefaultComesFirstThenEveryDevice)
     EXPECT_EQ(refresh().items, expected);
 }
 
-TEST_F(MicrophoneControlsTest, TheFirstTitleHasThreeForms)
+TEST_F(MicrophoneContentTest, TheFirstTitleHasThreeForms)
 {
     EXPECT_EQ(texts::followSystemDefault.zhHans, u"跟随系统默认");
     EXPECT_EQ(texts::followSystemDefault.zhHant, u"跟隨系統預設");
     EXPECT_EQ(texts::followSystemDefault.en, u"Follow system default");
 }
 
-TEST_F(MicrophoneControlsTest, WithoutDevicesOnlyTheSystemsDefaultIsThereAndSelected)
+TEST_F(MicrophoneContentTest, WithoutDevicesOnlyTheSystemsDefaultIsThereAndSelected)
 {
     preferences.setValue(keys::preferredMicrophoneUID, "usb-webcam");
 
-    const MicrophoneControls controls = refresh();
+    const MicrophoneContent controls = refresh();
 
     EXPECT_EQ(controls.items, QList<Item>({{"Follow system default", ""}}));
     EXPECT_EQ(controls.selected, 0);
 }
 
-TEST_F(MicrophoneControlsTest, ASilentSoundServerLeavesOnlyTheSystemsDefaultAndThePreference)
+TEST_F(MicrophoneContentTest, ASilentSoundServerLeavesOnlyTheSystemsDefaultAndThePreference)
 {
     devices.addMicrophone(1, "Webcam", "usb-webcam");
     preferences.setValue(keys::preferredMicrophoneUID, "usb-webcam");
     ASSERT_EQ(refresh().selected, 1);
     devices.answers = false;
 
-    const MicrophoneControls controls = refresh();
+    const MicrophoneContent controls = refresh();
 
     EXPECT_EQ(controls.items, QList<Item>({{"Follow system default", ""}}));
     EXPECT_EQ(controls.selected, 0);
     EXPECT_EQ(preferences.value(keys::preferredMicrophoneUID), QVariant("usb-webcam"));
 }
 
-TEST_F(MicrophoneControlsTest, ThePreferredMicrophoneIsSelected)
+TEST_F(MicrophoneContentTest, ThePreferredMicrophoneIsSelected)
 {
     devices.addMicrophone(1, "A", "a");
     devices.addMicrophone(2, "B", "b");
@@ -84,14 +84,14 @@ TEST_F(MicrophoneControlsTest, ThePreferredMicrophoneIsSelected)
     EXPECT_EQ(refresh().selected, 2);
 }
 
-TEST_F(MicrophoneControlsTest, WithoutAPreferenceTheSystemsDefaultIsSelected)
+TEST_F(MicrophoneContentTest, WithoutAPreferenceTheSystemsDefaultIsSelected)
 {
     devices.addMicrophone(1, "A", "a");
 
     EXPECT_EQ(refresh().selected, 0);
 }
 
-TEST_F(MicrophoneControlsTest, APreferredMicrophoneThatIsAwaySelectsTheSystemsDefault)
+TEST_F(MicrophoneContentTest, APreferredMicrophoneThatIsAwaySelectsTheSystemsDefault)
 {
     devices.addMicrophone(1, "A", "a");
     preferences.setValue(keys::preferredMicrophoneUID, "unplugged");
@@ -99,18 +99,18 @@ TEST_F(MicrophoneControlsTest, APreferredMicrophoneThatIsAwaySelectsTheSystemsDe
     EXPECT_EQ(refresh().selected, 0);
 }
 
-TEST_F(MicrophoneControlsTest, OfTwoDevicesWithTheSameUidTheLaterIsSelected)
+TEST_F(MicrophoneContentTest, OfTwoDevicesWithTheSameUidTheLaterIsSelected)
 {
     devices.addMicrophone(1, "Second by name", "twin");
     devices.addMicrophone(2, "First by name", "twin");
     preferences.setValue(keys::preferredMicrophoneUID, "twin");
 
-    const MicrophoneControls controls = refresh();
+    const MicrophoneContent controls = refresh();
 
     EXPECT_EQ(controls.items[controls.selected].title, "Second by name");
 }
 
-TEST_F(MicrophoneControlsTest, EachRefreshReadsTheDevicesAnewAndRemembersThem)
+TEST_F(MicrophoneContentTest, EachRefreshReadsTheDevicesAnewAndRemembersThem)
 {
     refresh();
     devices.addMicrophone(1, "A", "a");
@@ -121,7 +121,7 @@ TEST_F(MicrophoneControlsTest, EachRefreshReadsTheDevicesAnewAndRemembersThem)
     EXPECT_EQ(environment.availableInputDevices(), QList<AudioInputDevice>({{1, "A", "a"}}));
 }
 
-TEST_F(MicrophoneControlsTest, ChoosingAMicrophoneStoresItsUidAtOnce)
+TEST_F(MicrophoneContentTest, ChoosingAMicrophoneStoresItsUidAtOnce)
 {
     environment.selectPreferredMicrophone("usb-webcam");
 
@@ -130,7 +130,7 @@ TEST_F(MicrophoneControlsTest, ChoosingAMicrophoneStoresItsUidAtOnce)
     EXPECT_EQ(preferences.synchronizations(), 1);
 }
 
-TEST_F(MicrophoneControlsTest, ChoosingTheSystemsDefaultRemovesTheStoredUid)
+TEST_F(MicrophoneContentTest, ChoosingTheSystemsDefaultRemovesTheStoredUid)
 {
     environment.selectPreferredMicrophone("usb-webcam");
 
@@ -141,7 +141,7 @@ TEST_F(MicrophoneControlsTest, ChoosingTheSystemsDefaultRemovesTheStoredUid)
     EXPECT_EQ(preferences.synchronizations(), 2);
 }
 
-TEST_F(MicrophoneControlsTest, TheMuteSwitchIsOffUntilItIsTurnedOn)
+TEST_F(MicrophoneContentTest, TheMuteSwitchIsOffUntilItIsTurnedOn)
 {
     EXPECT_FALSE(MuteDuringRecordingEnabled(preferences));
 
@@ -156,7 +156,7 @@ TEST_F(MicrophoneControlsTest, TheMuteSwitchIsOffUntilItIsTurnedOn)
     EXPECT_EQ(preferences.synchronizations(), 2);
 }
 
-TEST_F(MicrophoneControlsTest, AMuteSwitchOfAnotherTypeIsOff)
+TEST_F(MicrophoneContentTest, AMuteSwitchOfAnotherTypeIsOff)
 {
     for (const QVariant& wrong : {QVariant("no"), QVariant("true"), QVariant(""),
              QVariant(QVariantList{true}), QVariant(std::nan(""))}) {
@@ -165,7 +165,7 @@ TEST_F(MicrophoneControlsTest, AMuteSwitchOfAnotherTypeIsOff)
     }
 }
 
-TEST_F(MicrophoneControlsTest, AMuteSwitchMayBeStoredAsANumber)
+TEST_F(MicrophoneContentTest, AMuteSwitchMayBeStoredAsANumber)
 {
     preferences.setValue(keys::muteDuringRecording, 1);
     EXPECT_TRUE(MuteDuringRecordingEnabled(preferences));
@@ -174,7 +174,7 @@ TEST_F(MicrophoneControlsTest, AMuteSwitchMayBeStoredAsANumber)
     EXPECT_FALSE(MuteDuringRecordingEnabled(preferences));
 }
 
-TEST_F(MicrophoneControlsTest, AMicrophoneStoredInAnotherTypeSelectsTheSystemsDefault)
+TEST_F(MicrophoneContentTest, AMicrophoneStoredInAnotherTypeSelectsTheSystemsDefault)
 {
     devices.addMicrophone(1, "A", "7");
     preferences.setValue(keys::preferredMicrophoneUID, 7);

@@ -8,7 +8,7 @@
 namespace tavrin {
 
 /// What the popup of the preferred microphone shows.
-struct MicrophoneControls {
+struct MicrophoneContent {
     struct Item {
         QString title;
         QString uid; ///< Empty for the item that follows the system's default.
@@ -22,7 +22,7 @@ struct MicrophoneControls {
 
 /// @p followSystemDefault (its title) first, then one item per device. Selected is the last item
 /// whose UID is @p preferredUid, else the first.
-[[nodiscard]] MicrophoneControls microphoneControls(const QList<AudioInputDevice>& devices,
+[[nodiscard]] MicrophoneContent microphoneContent(const QList<AudioInputDevice>& devices,
     const QString& preferredUid, const QString& followSystemDefault);
 
 } // namespace tavrin

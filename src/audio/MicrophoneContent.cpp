@@ -1,11 +1,11 @@
-#include "audio/MicrophoneControls.h"
+#include "audio/MicrophoneContent.h"
 
 namespace tavrin {
 
-MicrophoneControls microphoneControls(const QList<AudioInputDevice>& devices,
+MicrophoneContent microphoneContent(const QList<AudioInputDevice>& devices,
     const QString& preferredUid, const QString& followSystemDefault)
 {
-    MicrophoneControls controls;
+    MicrophoneContent controls;
     controls.items.append({followSystemDefault, {}});
     for (const AudioInputDevice& device : devices) {
         if (device.uid == preferredUid)
