@@ -3,6 +3,7 @@
 // Polishes the same text CALLS times through the cloud client and as often with curl, in turns of
 // fifty, each on one warm connection. Ends with 1 when the client adds too much.
 
+#include "base/LocalizedText.h"
 #include "cloud/TavrinAPI.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/Preferences.h"

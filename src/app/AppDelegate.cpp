@@ -52,8 +52,7 @@ AppDelegate::AppDelegate(Surroundings surroundings)
           m_target)
     , m_historyStore({*m_platform.preferences, *m_platform.clock, *m_platform.systemInfo,
           *m_platform.backgroundQueue})
-    , m_statusMenu({m_localization, *m_platform.preferences, m_settings, *m_platform.statusItem},
-          menuActions())
+    , m_statusMenu({m_localization, m_settings, *m_platform.statusItem}, menuActions())
     , m_shortcutMonitor(
           *m_platform.keyMonitor, *m_platform.mainQueue, m_settings, shortcutActions())
     , m_shortcutSettings({*m_platform.alerts, *m_platform.hotKeyProbe, m_localization,
@@ -156,8 +155,7 @@ StatusMenu::Actions AppDelegate::menuActions()
         .toggleOperationMode = [this](OperationMode mode) { toggleOperationMode(mode); },
         .showMainWindow = [this] { showMainWindow(); },
         .showHistoryWindow = [this] { m_userInterface->showHistoryWindow(); },
-        .showPersonalizationWindow =
-            [this] { m_userInterface->showPersonalizationWindow(); },
+        .showPersonalizationWindow = [this] { m_userInterface->showPersonalizationWindow(); },
         .checkForUpdatesNow = [this] { m_updateChecker.checkForUpdatesNow(); },
         .quit = [this] { quit(); },
     };
@@ -229,6 +227,7 @@ void AppDelegate::createSession()
         .alerts = *m_platform.alerts,
         .audioEnvironment = m_audioEnvironment,
         .audioRecorders = *m_platform.audioRecorders,
+        .background = *m_platform.backgroundQueue,
         .clock = *m_platform.clock,
         .correctionLearning = *m_surroundings.correctionLearning,
         .errorAlert = m_errorAlert,

@@ -3,7 +3,7 @@
 #include "audio/AudioChangeNote.h"
 #include "audio/AudioInputDevices.h"
 #include "audio/MicrophoneContent.h"
-#include "base/LocalizedText.h"
+#include "base/Localize.h"
 #include "base/Seconds.h"
 
 #include <functional>

@@ -1,6 +1,7 @@
 #include "audio/RecordingFile.h"
 
 #include "base/Log.h"
+#include "platform/BackgroundQueue.h"
 #include "platform/SystemInfo.h"
 
 #include <QDir>
@@ -45,11 +46,11 @@ void take(QLockFile& claim)
 
 } // namespace
 
-RecordingFile::RecordingFile(const SystemInfo& systemInfo)
+RecordingFile::RecordingFile(const SystemInfo& systemInfo, BackgroundQueue& background)
     : m_audioURL(systemInfo.temporaryDirectory() + u'/' + recordingName(QUuid::createUuid()))
     , m_claim(claimOf(m_audioURL))
-    , m_claiming(std::async(std::launch::async, [&claim = *m_claim] { take(claim); }))
 {
+    background.run([claim = m_claim] { take(*claim); }, [] {});
 }
 
 RecordingFile::~RecordingFile()
@@ -60,7 +61,6 @@ RecordingFile::~RecordingFile()
 RecordingFile::RecordingFile(RecordingFile&& other) noexcept
     : m_audioURL(std::exchange(other.m_audioURL, {}))
     , m_claim(std::move(other.m_claim))
-    , m_claiming(std::move(other.m_claiming))
 {
 }
 
@@ -70,7 +70,6 @@ RecordingFile& RecordingFile::operator=(RecordingFile&& other) noexcept
         remove();
         m_audioURL = std::exchange(other.m_audioURL, {});
         m_claim = std::move(other.m_claim);
-        m_claiming = std::move(other.m_claiming);
     }
     return *this;
 }
@@ -82,7 +81,6 @@ void RecordingFile::remove()
     if (QFile::exists(m_audioURL) && !QFile::remove(m_audioURL))
         qCWarning(log::audio) << "cannot delete a recording";
     m_audioURL.clear();
-    m_claiming.wait();
     m_claim.reset(); // Last: until here the recording counts as owned.
 }
 

@@ -4,13 +4,13 @@
 
 #include <QString>
 
-#include <future>
 #include <memory>
 
 class QLockFile;
 
 namespace tavrin {
 
+class BackgroundQueue;
 class SystemInfo;
 
 /// How every recording is encoded: AAC, 16 kHz, mono, high quality.
@@ -25,10 +25,10 @@ inline constexpr AudioRecorderSettings recordingSettings{
 /// the file; it is deleted with this object at the latest. Main thread only.
 ///
 /// A lock file beside it says that a living process owns it, so that what a crashed one left can
-/// be told apart. The lock waits for the disk: a thread of its own takes it.
+/// be told apart. The lock waits for the disk, so it is taken in the background.
 class RecordingFile {
 public:
-    explicit RecordingFile(const SystemInfo& systemInfo);
+    RecordingFile(const SystemInfo& systemInfo, BackgroundQueue& background);
     ~RecordingFile();
 
     RecordingFile(RecordingFile&&) noexcept;
@@ -44,8 +44,7 @@ public:
 
 private:
     QString m_audioURL;
-    std::unique_ptr<QLockFile> m_claim;
-    std::future<void> m_claiming; ///< Uses m_claim.
+    std::shared_ptr<QLockFile> m_claim; ///< Shared with the work that takes it, until that is done.
 };
 
 /// Deletes the recordings that crashed processes of this user left; those of living ones stay.

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringView>
 
-#include <functional>
+#include <string_view>
 
 namespace tavrin {
 
@@ -45,9 +45,5 @@ struct SimplifiedText {
 
     [[nodiscard]] QString toString() const { return zhHans.toString(); }
 };
-
-/// The text in the interface language of the moment; what modules below the settings are given to
-/// choose their texts with.
-using Localize = std::function<QString(const LocalizedText&)>;
 
 } // namespace tavrin

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/Error.h"
-#include "base/LocalizedText.h"
 #include "cloud/CloudTexts.h"
 #include "cloud/TavrinAPI.h"
 

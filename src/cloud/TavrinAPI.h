@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Completion.h"
-#include "base/LocalizedText.h"
+#include "base/Localize.h"
 #include "base/Result.h"
 #include "cloud/CloudResponse.h"
 #include "cloud/Deployment.h"

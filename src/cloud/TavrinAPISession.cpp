@@ -1,7 +1,7 @@
 #include "cloud/AuthenticatedRequest.h"
 #include "cloud/CloudErrors.h"
-#include "cloud/CloudSession.h"
 #include "cloud/CloudTexts.h"
+#include "cloud/StoredSession.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/PreferenceValues.h"
 

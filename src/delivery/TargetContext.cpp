@@ -1,6 +1,7 @@
 #include "delivery/TargetContext.h"
 
 #include "delivery/DeliveryTexts.h"
+#include "platform/Workspace.h"
 
 namespace tavrin {
 

@@ -2,12 +2,14 @@
 
 #include "delivery/ApplicationContext.h"
 #include "platform/Accessibility.h"
-#include "platform/Workspace.h"
+#include "platform/RunningApplication.h"
 
 #include <optional>
 #include <tl/expected.hpp>
 
 namespace tavrin {
+
+class Workspace;
 
 /// The application that was in front when recording began: the text goes back into it.
 ///

@@ -2,12 +2,11 @@
 
 #include "base/CallbackGuard.h"
 #include "base/Completion.h"
-#include "base/LocalizedText.h"
 #include "base/Seconds.h"
 #include "delivery/EditorText.h"
 #include "platform/Accessibility.h"
+#include "platform/RunningApplication.h"
 #include "platform/SyntheticKeyboard.h"
-#include "platform/Workspace.h"
 
 #include <QString>
 
@@ -19,6 +18,8 @@ namespace tavrin {
 class MainQueue;
 class Pasteboard;
 class TargetContext;
+class Workspace;
+struct SimplifiedText;
 
 /// How a delivery ended. `verified` means no more than that it is not known to have failed.
 struct DeliveryOutcome {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/LocalizedText.h"
 #include "base/Result.h"
 
 #include <QString>
@@ -10,6 +9,8 @@
 #include <memory>
 
 namespace tavrin {
+
+struct SpeechAvailability;
 
 /// What kind of speech to expect.
 enum class SpeechTaskHint {
@@ -33,14 +34,6 @@ struct SpeechResult {
     bool isFinal = false;
 
     friend bool operator==(const SpeechResult&, const SpeechResult&) = default;
-};
-
-/// How a recogniser stands, in words for the user: what it hears with, or what it lacks. The text
-/// is empty where it knows nothing beyond that it is not available.
-struct SpeechAvailability {
-    bool isAvailable = false;
-    LocalizedText text;
-    QString argument; ///< Stands for %1 in the text, where it has one.
 };
 
 /// A recognition under way; destroying it cancels it. Destroyed on the main thread.

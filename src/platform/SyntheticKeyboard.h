@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Completion.h"
-#include "platform/Workspace.h"
+#include "platform/RunningApplication.h"
 
 #include <QString>
 #include <QStringList>

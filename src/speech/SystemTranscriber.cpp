@@ -2,6 +2,7 @@
 
 #include "platform/MainQueue.h"
 #include "platform/Permissions.h"
+#include "platform/SpeechAvailability.h"
 #include "platform/SpeechRecognizer.h"
 #include "speech/SpeechTexts.h"
 

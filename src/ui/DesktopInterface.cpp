@@ -5,8 +5,8 @@
 #include "platform/Workspace.h"
 #include "ui/ApplicationIcon.h"
 #include "ui/MainWindowFrame.h"
+#include "ui/hud/HudController.h"
 #include "ui/hud/HudWidget.h"
-#include "ui/hud/PanelRecordingHUD.h"
 
 #include <QApplication>
 
@@ -51,7 +51,7 @@ public:
 private:
     MainQueue& m_mainQueue;
     hud::Widget m_panel;
-    PanelRecordingHUD m_hud;
+    HudController m_hud;
     MainWindowFrame m_frame;
     CallbackGuard m_guard;
 };

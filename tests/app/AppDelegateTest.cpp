@@ -486,7 +486,7 @@ TEST_F(AppDelegateTest, TheHistoryIsReadWhileTheUserSpeaks)
     launch();
     EXPECT_EQ(background->pending(), 0);
     statusItem->press("Start dictation (Right Option)");
-    EXPECT_EQ(background->pending(), 1);
+    EXPECT_EQ(background->pending(), 2); // And the lock of the recording is taken.
 }
 
 TEST_F(AppDelegateTest, RecordingsThatACrashLeftAreDeletedAfterTheLaunch)

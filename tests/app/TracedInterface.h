@@ -1,48 +1,12 @@
 #pragma once
 
+#include "app/FakePanels.h"
 #include "app/session/TracedNeighbours.h"
-#include "app/windows/MainWindow.h"
 #include "app/windows/UserInterface.h"
 
-/// The program's windows, which note what they are told.
 namespace tavrin::testing {
 
-class TracedMainWindow final : public MainWindow {
-public:
-    explicit TracedMainWindow(Note note)
-        : m_note(std::move(note))
-    {
-    }
-
-    bool visible = false;
-
-    void configureMainWindow() override { m_note(QStringLiteral("configure window")); }
-
-    void show() override
-    {
-        m_note(QStringLiteral("show window"));
-        visible = true;
-    }
-
-    void hide() override
-    {
-        m_note(QStringLiteral("hide window"));
-        visible = false;
-    }
-
-    [[nodiscard]] bool isVisible() const override { return visible; }
-
-    void refreshShortcuts() override { m_note(QStringLiteral("refresh shortcuts")); }
-
-    void selectSettingsPage(SettingsPage page) override
-    {
-        m_note(QStringLiteral("select page %1").arg(static_cast<int>(page)));
-    }
-
-private:
-    Note m_note;
-};
-
+/// The program's windows, which note what they are told.
 class TracedInterface final : public UserInterface {
 public:
     explicit TracedInterface(const Note& note)
@@ -64,7 +28,7 @@ public:
 
     [[nodiscard]] RecordingHUD& hud() override { return m_hud; }
 
-    [[nodiscard]] TracedMainWindow& mainWindow() override { return m_mainWindow; }
+    [[nodiscard]] FakeMainWindow& mainWindow() override { return m_mainWindow; }
 
     [[nodiscard]] AccountPanel& accountPanel() override { return m_accountPanel; }
 
@@ -77,8 +41,8 @@ public:
 private:
     Note m_note;
     TracedHUD m_hud;
-    TracedMainWindow m_mainWindow;
-    TracedAccountPanel m_accountPanel;
+    FakeMainWindow m_mainWindow;
+    FakeAccountPanel m_accountPanel;
     TracedHealthPanel m_healthPanel;
 };
 

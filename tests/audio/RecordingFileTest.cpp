@@ -1,14 +1,14 @@
 #include "audio/RecordingFile.h"
 
+#include "support/InMemoryBackgroundQueue.h"
 #include "support/InMemorySystemInfo.h"
 #include "support/QtPrinters.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QThread>
 #include <gtest/gtest.h>
 
 namespace tavrin {
@@ -18,6 +18,7 @@ class RecordingFileTest : public ::testing::Test {
 protected:
     QTemporaryDir folder;
     testing::InMemorySystemInfo systemInfo;
+    testing::InMemoryBackgroundQueue background;
 
     RecordingFileTest() { systemInfo.temporaryFolder = folder.path(); }
 
@@ -39,8 +40,8 @@ protected:
 
 TEST_F(RecordingFileTest, TheNameIsAFreshUpperCaseUuidInTheTemporaryDirectory)
 {
-    const RecordingFile first(systemInfo);
-    const RecordingFile second(systemInfo);
+    const RecordingFile first(systemInfo, background);
+    const RecordingFile second(systemInfo, background);
 
     const QRegularExpression form("^" + QRegularExpression::escape(folder.path())
         + "/tavrin-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}\\.m4a$");
@@ -58,8 +59,9 @@ TEST_F(RecordingFileTest, RecordingsAreAacOf16KilohertzMonoInHighQuality)
 
 TEST_F(RecordingFileTest, RemovingDeletesTheRecordingAndLeavesNothing)
 {
-    RecordingFile recording(systemInfo);
+    RecordingFile recording(systemInfo, background);
     makeFile(recording.audioURL());
+    background.drain();
 
     recording.remove();
 
@@ -71,18 +73,39 @@ TEST_F(RecordingFileTest, RemovingDeletesTheRecordingAndLeavesNothing)
 TEST_F(RecordingFileTest, TheRecordingGoesWithItsObject)
 {
     {
-        const RecordingFile recording(systemInfo);
+        const RecordingFile recording(systemInfo, background);
         makeFile(recording.audioURL());
+        background.drain();
     }
+
+    EXPECT_EQ(remaining(), QStringList());
+}
+
+TEST_F(RecordingFileTest, TheDiskIsWaitedForInTheBackground)
+{
+    const RecordingFile recording(systemInfo, background);
+    EXPECT_EQ(remaining(), QStringList());
+
+    background.drain();
+    EXPECT_EQ(remaining(), QStringList(QFileInfo(recording.audioURL()).fileName() + ".lock"));
+}
+
+TEST_F(RecordingFileTest, WhatIsDeletedBeforeItWasOwnedLeavesNothing)
+{
+    RecordingFile recording(systemInfo, background);
+    makeFile(recording.audioURL());
+
+    recording.remove();
+    background.drain();
 
     EXPECT_EQ(remaining(), QStringList());
 }
 
 TEST_F(RecordingFileTest, MovingKeepsTheRecordingAndDeletesTheReplacedOne)
 {
-    RecordingFile recording(systemInfo);
+    RecordingFile recording(systemInfo, background);
     makeFile(recording.audioURL());
-    RecordingFile kept(systemInfo);
+    RecordingFile kept(systemInfo, background);
     makeFile(kept.audioURL());
     const QString keptPath = kept.audioURL();
 
@@ -112,12 +135,9 @@ TEST_F(RecordingFileTest, WhatDeadProcessesLeftIsDeletedAtTheStart)
 
 TEST_F(RecordingFileTest, RecordingsOfLivingProcessesAndOtherFilesStay)
 {
-    const RecordingFile recording(systemInfo);
+    const RecordingFile recording(systemInfo, background);
     makeFile(recording.audioURL());
-    QElapsedTimer waited; // The lock is taken beside this thread.
-    waited.start();
-    while (!QFile::exists(recording.audioURL() + ".lock") && waited.elapsed() < 10'000)
-        QThread::msleep(1);
+    background.drain();
     for (const char* name : {"tavrin-notes.txt", "other.m4a", "tavrin.m4a", "my-tavrin-1.m4a",
              "tavrin-interview.m4a", "tavrin-.m4a", "tavrin-0A.m4a", "tavrin-interview.m4a.lock",
              "tavrin-3F2504E0-4F89-41D3-9A0C-0305E82C3301 (copy).m4a",
@@ -139,7 +159,7 @@ TEST_F(RecordingFileTest, ADirectoryThatCannotBeReadIsPassedOver)
 
     removeAbandonedRecordings(systemInfo);
 
-    RecordingFile recording(systemInfo);
+    RecordingFile recording(systemInfo, background);
     EXPECT_FALSE(recording.audioURL().isEmpty());
 }
 

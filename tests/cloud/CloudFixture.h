@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/LocalizedText.h"
 #include "cloud/TavrinAPI.h"
 #include "platform/PreferenceKeys.h"
 #include "support/InMemoryHttpTransport.h"

@@ -1,6 +1,5 @@
-#include "cloud/CloudSession.h"
-
 #include "CloudFixture.h"
+#include "cloud/StoredSession.h"
 
 #include <QJsonArray>
 

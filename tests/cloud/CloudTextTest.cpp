@@ -1,4 +1,5 @@
 #include "CloudFixture.h"
+#include "base/LocalizedText.h"
 
 #include <QJsonArray>
 

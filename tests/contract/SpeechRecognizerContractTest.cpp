@@ -1,3 +1,4 @@
+#include "platform/SpeechAvailability.h"
 #include "platform/SpeechRecognizer.h"
 #include "platform/linux/speech/EngineFileRecognizer.h"
 #include "platform/linux/speech/EngineLiveRecognizer.h"

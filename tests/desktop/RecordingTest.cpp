@@ -5,6 +5,7 @@
 #include "platform/linux/audio/PulseAudioDevices.h"
 #include "platform/linux/audio/PulseAudioRecorder.h"
 #include "support/ChildProcess.h"
+#include "support/InMemoryBackgroundQueue.h"
 #include "support/InMemoryPreferences.h"
 #include "support/InMemorySystemInfo.h"
 #include "support/QtPrinters.h"
@@ -32,6 +33,7 @@ protected:
     testing::InMemorySystemInfo systemInfo;
     testing::InMemoryPreferences preferences;
     testing::VirtualTime time;
+    testing::InMemoryBackgroundQueue background;
     std::shared_ptr<PulseConnection> connection = std::make_shared<PulseConnection>();
     PulseAudioDevices devices{connection};
     PulseAudioRecorders recorders{connection};
@@ -132,7 +134,7 @@ protected:
 TEST_F(RecordingTest, ASentenceIsRecordedFromThePreferredMicrophoneWithOutputMuted)
 {
     const QString speech = spoken("The quick brown fox jumps over the lazy dog.");
-    RecordingFile file(systemInfo);
+    RecordingFile file(systemInfo, background);
 
     environment->applyPreferredMicrophoneForRecording();
     auto recorder = std::move(*recorders.createRecorder(file.audioURL(), recordingSettings));
@@ -176,7 +178,7 @@ TEST_F(RecordingTest, APauseLeavesOutWhatIsSaidMeanwhile)
 {
     preferences.remove(keys::preferredMicrophoneUID);
     const QString speech = spoken("Something for the record.");
-    const RecordingFile file(systemInfo);
+    const RecordingFile file(systemInfo, background);
     environment->applyPreferredMicrophoneForRecording();
     auto recorder = std::move(*recorders.createRecorder(file.audioURL(), recordingSettings));
     ASSERT_TRUE(recorder->record());

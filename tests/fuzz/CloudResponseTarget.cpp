@@ -1,3 +1,4 @@
+#include "base/LocalizedText.h"
 #include "cloud/TavrinAPI.h"
 #include "fuzz/Require.h"
 #include "platform/PreferenceKeys.h"

@@ -71,6 +71,7 @@ MACHINERY = {
     "QBasicTimer", "QCoreApplication", "QDeadlineTimer", "QElapsedTimer", "QEventLoop", "QMutex",
     "QProcess", "QReadWriteLock", "QSemaphore", "QSettings", "QThread", "QThreadPool", "QTimer",
     "QWaitCondition",
+    "condition_variable", "future", "mutex", "semaphore", "shared_mutex", "stop_token", "thread",
 }
 
 
@@ -186,6 +187,8 @@ class Checker:
         if not qt:
             if not STANDARD_HEADER.fullmatch(name):
                 self.report(path, number, f"product code includes the system header {name}")
+            elif not is_main and name in MACHINERY:
+                self.report(path, number, f"product code includes {name}; use the ports")
             return
         header = qt.group(1)
         modules = QT_MODULES if is_main or layer == "ui" else QT_MODULES[:1]

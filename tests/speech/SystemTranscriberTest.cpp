@@ -1,5 +1,6 @@
 #include "speech/SystemTranscriber.h"
 
+#include "base/LocalizedText.h"
 #include "support/InMemoryPermissions.h"
 #include "support/InMemorySpeechRecognizers.h"
 #include "support/QtPrinters.h"

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "platform/SoundPlayer.h"
+#include "support/Note.h"
 
 #include <QString>
 #include <QStringList>
+
+#include <utility>
 
 namespace tavrin::testing {
 
@@ -11,6 +14,12 @@ namespace tavrin::testing {
 /// "start: play".
 class InMemorySoundPlayer final : public SoundPlayer {
 public:
+    /// @param note is told of "sound start" when that one is played.
+    explicit InMemorySoundPlayer(Note note = {})
+        : m_note(std::move(note))
+    {
+    }
+
     QStringList installed{QStringLiteral("start"), QStringLiteral("stop"),
         QStringLiteral("success"), QStringLiteral("error"), QStringLiteral("cancel")};
     QStringList calls;
@@ -18,7 +27,7 @@ public:
     [[nodiscard]] std::unique_ptr<Sound> soundNamed(const QString& name) override
     {
         calls.append(QStringLiteral("load ") + name);
-        return installed.contains(name) ? std::make_unique<ListedSound>(name, calls) : nullptr;
+        return installed.contains(name) ? std::make_unique<ListedSound>(name, *this) : nullptr;
     }
 
     /// The names of the sounds that were played, in order.
@@ -35,9 +44,9 @@ public:
 private:
     class ListedSound final : public Sound {
     public:
-        ListedSound(QString name, QStringList& calls)
+        ListedSound(QString name, InMemorySoundPlayer& owner)
             : m_name(std::move(name))
-            , m_calls(calls)
+            , m_owner(owner)
         {
         }
 
@@ -53,14 +62,23 @@ private:
             note(QStringLiteral("volume %1").arg(static_cast<double>(volume)));
         }
 
-        void play() override { note(QStringLiteral("play")); }
+        void play() override
+        {
+            note(QStringLiteral("play"));
+            tell(m_owner.m_note, QStringLiteral("sound ") + m_name);
+        }
 
     private:
-        void note(const QString& call) { m_calls.append(m_name + QStringLiteral(": ") + call); }
+        void note(const QString& call)
+        {
+            m_owner.calls.append(m_name + QStringLiteral(": ") + call);
+        }
 
         QString m_name;
-        QStringList& m_calls;
+        InMemorySoundPlayer& m_owner;
     };
+
+    Note m_note;
 };
 
 } // namespace tavrin::testing

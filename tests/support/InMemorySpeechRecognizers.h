@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/SpeechAvailability.h"
 #include "platform/SpeechRecognizer.h"
 
 #include <QList>

@@ -1,15 +1,24 @@
 #pragma once
 
 #include "platform/StatusItem.h"
+#include "support/Note.h"
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace tavrin::testing {
 
 /// A status item that nobody sees: the test reads it and presses its menu items.
 class InMemoryStatusItem final : public StatusItem {
 public:
+    /// @param note is told what the item shows in place of its icon: "status ●", or "status icon"
+    /// for nothing.
+    explicit InMemoryStatusItem(Note note = {})
+        : m_note(std::move(note))
+    {
+    }
+
     double length = 0;
     bool visible = false;
     StatusImage image;
@@ -31,7 +40,12 @@ public:
 
     void setImage(const StatusImage& newImage) override { image = newImage; }
 
-    void setTitle(const QString& newTitle) override { title = newTitle; }
+    void setTitle(const QString& newTitle) override
+    {
+        title = newTitle;
+        tell(
+            m_note, QStringLiteral("status ") + (title.isEmpty() ? QStringLiteral("icon") : title));
+    }
 
     void setToolTip(const QString& text) override { toolTip = text; }
 
@@ -88,6 +102,8 @@ private:
         if (item.enabled && action)
             action();
     }
+
+    Note m_note;
 };
 
 } // namespace tavrin::testing

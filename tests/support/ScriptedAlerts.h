@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Alerts.h"
+#include "support/Note.h"
 
 #include <utility>
 
@@ -16,16 +17,33 @@ public:
     }
 
     ScriptedAlerts() = default;
+
+    /// Alerts that @p note is told of, and that are answered as soon as they are shown.
+    explicit ScriptedAlerts(Note note)
+        : m_note(std::move(note))
+        , m_answersAtOnce(true)
+    {
+    }
+
     ScriptedAlerts(const ScriptedAlerts&) = delete;
     ScriptedAlerts& operator=(const ScriptedAlerts&) = delete;
 
     void show(const Alert& alert, Completion<AlertAnswer> completion) override
     {
+        tell(
+            m_note, QStringLiteral("alert: %1 | %2").arg(alert.messageText, alert.informativeText));
         m_shown.append(alert);
-        m_open.append({alert, std::move(completion)});
+        if (m_answersAtOnce)
+            completion(AlertAnswer{});
+        else
+            m_open.append({alert, std::move(completion)});
     }
 
-    void beep() override { ++m_beeps; }
+    void beep() override
+    {
+        tell(m_note, QStringLiteral("beep"));
+        ++m_beeps;
+    }
 
     /// Every alert so far, oldest first.
     [[nodiscard]] const QList<Alert>& shown() const { return m_shown; }
@@ -43,6 +61,8 @@ public:
     [[nodiscard]] int beeps() const { return m_beeps; }
 
 private:
+    Note m_note;
+    bool m_answersAtOnce = false;
     QList<Alert> m_shown;
     QList<std::pair<Alert, Completion<AlertAnswer>>> m_open;
     int m_beeps = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/SpeechAvailability.h"
 #include "platform/linux/speech/SpeechEngine.h"
 #include "platform/linux/speech/SpeechEngineErrors.h"
 

@@ -27,7 +27,7 @@ TEST(DesktopInterfaceTest, TheProgramsIconIsItsOwnOnceTheWindowStands)
     testing::InMemoryStatusItem statusItem;
     const Localization localization{preferences, workspace, KeyNames()};
     Settings settings{preferences, localization};
-    StatusMenu statusMenu{{localization, preferences, settings, statusItem}, StatusMenu::Actions()};
+    StatusMenu statusMenu{{localization, settings, statusItem}, StatusMenu::Actions()};
     const auto windows =
         createDesktopInterface({time, localization, time, settings, statusMenu, workspace, [] {}});
     QApplication::setWindowIcon(QIcon());

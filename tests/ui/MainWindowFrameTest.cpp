@@ -31,7 +31,7 @@ protected:
     Localization localization{preferences, workspace, KeyNames()};
     Localization linux{preferences, workspace, KeyNames(), linuxTexts()};
     Settings settings{preferences, localization};
-    StatusMenu statusMenu{{localization, preferences, settings, statusItem}, StatusMenu::Actions()};
+    StatusMenu statusMenu{{localization, settings, statusItem}, StatusMenu::Actions()};
     int forwarded = 0;
     MainWindowFrame frame{
         {time, localization, time, settings, statusMenu, workspace, [this] { ++forwarded; }}};

@@ -1,7 +1,6 @@
 #include "app/account/CloudSessionCheck.h"
 
 #include "app/windows/AccountPanel.h"
-#include "cloud/CloudSession.h"
 #include "cloud/StoredSession.h"
 #include "cloud/TavrinAPI.h"
 #include "platform/MainQueue.h"

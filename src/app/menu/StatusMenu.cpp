@@ -9,8 +9,6 @@
 #include "app/vocabulary/OutputStyles.h"
 #include "app/vocabulary/TableIndex.h"
 #include "app/vocabulary/TranslationTargets.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/Preferences.h"
 
 #include <algorithm>
 #include <utility>
@@ -135,7 +133,7 @@ void StatusMenu::refreshToolTip()
 
 void StatusMenu::selectStyle(const QString& identifier)
 {
-    m_neighbours.preferences.setValue(keys::outputStyle, identifier);
+    m_neighbours.settings.setOutputStyle(identifier);
     if (!m_menu.isEmpty()) {
         checkOnly(m_menu[styleMenu], outputStyles, identifier);
         showMenu();
@@ -146,7 +144,7 @@ void StatusMenu::selectStyle(const QString& identifier)
 void StatusMenu::selectStylePopup(qsizetype index)
 {
     const QString identifier = itemAtClampedIndex(outputStyles, index).identifier.toString();
-    m_neighbours.preferences.setValue(keys::outputStyle, identifier);
+    m_neighbours.settings.setOutputStyle(identifier);
     // Titles keep the language of the launch: after a change of it, the submenu is not found.
     const auto menu = std::ranges::find(
         m_menu, m_neighbours.localization.LT(texts::writingStyle), &MenuItem::title);
@@ -158,8 +156,7 @@ void StatusMenu::selectStylePopup(qsizetype index)
 
 void StatusMenu::selectTranslationMenu(const QString& identifier)
 {
-    m_neighbours.preferences.setValue(keys::translationTarget, identifier);
-    m_neighbours.preferences.synchronize();
+    m_neighbours.settings.setTranslationTarget(identifier);
     refreshTranslationControls();
 }
 

@@ -14,7 +14,6 @@
 namespace tavrin {
 
 class Localization;
-class Preferences;
 class Settings;
 struct SettingChoice;
 
@@ -36,7 +35,6 @@ public:
 
     struct Neighbours {
         const Localization& localization;
-        Preferences& preferences;
         Settings& settings;
         StatusItem& statusItem;
     };

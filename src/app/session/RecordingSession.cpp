@@ -92,7 +92,7 @@ void RecordingSession::startRecording()
 
 Result<void> RecordingSession::startRecorder()
 {
-    m_recording.file.emplace(m_neighbours.systemInfo);
+    m_recording.file.emplace(m_neighbours.systemInfo, m_neighbours.background);
     auto recorder =
         m_neighbours.audioRecorders.createRecorder(m_recording.file->audioURL(), recordingSettings);
     if (!recorder)

@@ -17,6 +17,7 @@ class Alerts;
 class AudioEnvironment;
 class AudioRecorder;
 class AudioRecorders;
+class BackgroundQueue;
 class Clock;
 class CorrectionLearning;
 class ErrorAlert;
@@ -48,6 +49,7 @@ public:
         Alerts& alerts;
         AudioEnvironment& audioEnvironment;
         AudioRecorders& audioRecorders;
+        BackgroundQueue& background;
         const Clock& clock;
         CorrectionLearning& correctionLearning;
         ErrorAlert& errorAlert;

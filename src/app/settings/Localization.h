@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Localize.h"
 #include "base/LocalizedText.h"
 #include "platform/DesktopTexts.h"
 #include "platform/KeyNames.h"

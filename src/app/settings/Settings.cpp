@@ -59,6 +59,11 @@ QString Settings::OutputStyle()
     return style;
 }
 
+void Settings::setOutputStyle(const QString& identifier)
+{
+    m_preferences.setValue(keys::outputStyle, identifier);
+}
+
 QList<SettingChoice> Settings::OutputStyleItems() const
 {
     QList<SettingChoice> items;
@@ -70,6 +75,12 @@ QList<SettingChoice> Settings::OutputStyleItems() const
 QString Settings::TranslationTarget() const
 {
     return valueOf(m_preferences, keys::translationTarget);
+}
+
+void Settings::setTranslationTarget(const QString& identifier)
+{
+    m_preferences.setValue(keys::translationTarget, identifier);
+    m_preferences.synchronize();
 }
 
 QList<SettingChoice> Settings::translationTargetItems() const

@@ -21,7 +21,7 @@ struct SettingChoice {
     friend bool operator==(const SettingChoice&, const SettingChoice&) = default;
 };
 
-/// Reads the settings that menus, pages and sessions share, fills in what is missing and brings old
+/// The settings that menus, pages and sessions share. Fills in what is missing and brings old
 /// values up to date. No value is cached; a value of the wrong type counts as absent. Titles are in
 /// the interface language of the moment. Main thread only.
 class Settings {
@@ -39,11 +39,16 @@ public:
     /// style that was stored under an old one.
     [[nodiscard]] QString OutputStyle();
 
+    void setOutputStyle(const QString& identifier);
+
     /// The six styles of `outputStyles`, in its order.
     [[nodiscard]] QList<SettingChoice> OutputStyleItems() const;
 
     /// The identifier of the language to translate into, unknown ones as stored.
     [[nodiscard]] QString TranslationTarget() const;
+
+    /// Flushes to disk too.
+    void setTranslationTarget(const QString& identifier);
 
     /// The 42 languages of `translationTargets`, in its order.
     [[nodiscard]] QList<SettingChoice> translationTargetItems() const;

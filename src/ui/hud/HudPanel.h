@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/windows/View.h"
 #include "ui/hud/HudContent.h"
 
 #include <functional>
@@ -7,15 +8,11 @@
 namespace tavrin::hud {
 
 /// The window of the recording panel: draws what it is given and decides nothing. Main thread only.
-class Panel {
+class Panel : public View<Content> {
 public:
-    virtual ~Panel() = default;
-
     /// What the two buttons do.
     virtual void setActions(
         std::function<void()> confirm, std::function<void()> continueRecording) = 0;
-
-    virtual void setContent(const Content& content) = 0;
 
     /// Puts the panel at its place on the screen and in front, without taking the keyboard.
     virtual void positionAndShow() = 0;

@@ -1,7 +1,7 @@
 #include "ui/hud/HudWidget.h"
 
 #include "platform/Workspace.h"
-#include "ui/hud/HudText.h"
+#include "ui/hud/HudTextFitting.h"
 #include "ui/hud/HudTexts.h"
 
 #include <QApplication>

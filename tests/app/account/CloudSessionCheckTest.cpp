@@ -1,6 +1,7 @@
 #include "app/account/CloudSessionCheck.h"
 
 #include "app/FakePanels.h"
+#include "base/LocalizedText.h"
 #include "cloud/TavrinAPI.h"
 #include "platform/PreferenceKeys.h"
 #include "support/InMemoryHttpTransport.h"

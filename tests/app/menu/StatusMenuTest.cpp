@@ -57,7 +57,7 @@ protected:
     Localization localization{preferences, workspace, KeyNames()};
     Settings settings{preferences, localization};
     QStringList pressed;
-    StatusMenu menu{{localization, preferences, settings, item},
+    StatusMenu menu{{localization, settings, item},
         {
             [this](OperationMode mode) {
                 pressed.append(QString("toggle %1").arg(static_cast<int>(mode)));

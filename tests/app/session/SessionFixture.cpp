@@ -51,9 +51,9 @@ SessionFixture::SessionFixture()
             },
             settings, sounds, stageTimes, target, *transcriber});
     session.emplace(RecordingSession::Neighbours{accountPanel, alerts, *audioEnvironment,
-        tracedRecorders, time, correctionLearning, errorAlert, hud, liveTranscriber, localization,
-        time, tracedPreferences, *processing, settings, sounds, stageTimes, statusMenu, systemInfo,
-        target});
+        tracedRecorders, background, time, correctionLearning, errorAlert, hud, liveTranscriber,
+        localization, time, tracedPreferences, *processing, settings, sounds, stageTimes,
+        statusMenu, systemInfo, target});
     statusMenu.configureMenu();
     trace.clear();
 }

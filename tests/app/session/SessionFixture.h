@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/FakePanels.h"
 #include "app/menu/StatusMenu.h"
 #include "app/notices/ErrorAlert.h"
 #include "app/session/ProcessingTimeEstimator.h"
@@ -22,15 +23,19 @@
 #include "support/InMemoryAccessibility.h"
 #include "support/InMemoryAudioDevices.h"
 #include "support/InMemoryAudioRecorders.h"
+#include "support/InMemoryBackgroundQueue.h"
 #include "support/InMemoryHttpTransport.h"
 #include "support/InMemoryPasteboard.h"
 #include "support/InMemoryPermissions.h"
 #include "support/InMemoryPreferences.h"
+#include "support/InMemorySoundPlayer.h"
 #include "support/InMemorySpeechRecognizers.h"
+#include "support/InMemoryStatusItem.h"
 #include "support/InMemorySystemInfo.h"
 #include "support/InMemoryWorkspace.h"
 #include "support/QtPrinters.h"
 #include "support/RecordingKeyboard.h"
+#include "support/ScriptedAlerts.h"
 #include "support/VirtualTime.h"
 
 #include <QFile>
@@ -109,6 +114,7 @@ protected:
     InMemoryAccessibility accessibility;
     InMemoryAccessibility::ElementPointer editor = std::make_shared<FakeElement>();
     InMemoryAudioDevices devices;
+    InMemoryBackgroundQueue background;
     InMemoryAudioRecorders recorders{time};
     InMemoryPermissions permissions;
     InMemoryLiveSpeechRecognizer liveRecognizer;
@@ -124,12 +130,12 @@ protected:
     TracedFileSpeechRecognizer tracedFileRecognizer{fileRecognizer, note};
     TracedHttpTransport tracedHttp{http, note};
     TracedPasteboard tracedPasteboard{pasteboard, note};
-    TracedAlerts alerts{note};
-    TracedSoundPlayer soundPlayer{note};
-    TracedStatusItem statusItem{note};
+    ScriptedAlerts alerts{note};
+    InMemorySoundPlayer soundPlayer{note};
+    InMemoryStatusItem statusItem{note};
 
     // The neighbours.
-    TracedAccountPanel accountPanel{note};
+    FakeAccountPanel accountPanel{note};
     TracedCorrectionLearning correctionLearning{note};
     TracedHealthPanel healthPanel{note};
     /// What was given to the history.
@@ -141,8 +147,7 @@ protected:
     ErrorAlert errorAlert{alerts, localization};
     SoundEffects sounds{soundPlayer};
     ProcessingTimeEstimator estimator{tracedPreferences};
-    StatusMenu statusMenu{
-        {localization, tracedPreferences, settings, statusItem}, StatusMenu::Actions()};
+    StatusMenu statusMenu{{localization, settings, statusItem}, StatusMenu::Actions()};
     TargetContext target{tracedWorkspace, accessibility};
     TextDelivery delivery{
         {tracedPasteboard, tracedWorkspace, accessibility, keyboard, time}, target};

@@ -1,31 +1,17 @@
 #pragma once
 
 #include "app/session/CorrectionLearning.h"
-#include "app/session/TracedPorts.h"
-#include "app/windows/AccountPanel.h"
 #include "app/windows/HealthPanel.h"
 #include "app/windows/RecordingHUD.h"
 #include "platform/AudioRecorder.h"
+#include "support/Note.h"
 
 #include <QStringList>
 
+#include <utility>
+
 /// Neighbours of the session that note what they are told.
 namespace tavrin::testing {
-
-class TracedAccountPanel final : public AccountPanel {
-public:
-    explicit TracedAccountPanel(Note note)
-        : m_note(std::move(note))
-    {
-    }
-
-    void refreshAccountUI() override { m_note(QStringLiteral("refresh account")); }
-
-    void showLoginDialog() override { m_note(QStringLiteral("show login")); }
-
-private:
-    Note m_note;
-};
 
 class TracedCorrectionLearning final : public CorrectionLearning {
 public:

@@ -1,26 +1,22 @@
 #pragma once
 
-#include "platform/Alerts.h"
 #include "platform/AudioRecorder.h"
 #include "platform/HttpTransport.h"
 #include "platform/Pasteboard.h"
 #include "platform/Preferences.h"
-#include "platform/SoundPlayer.h"
+#include "platform/SpeechAvailability.h"
 #include "platform/SpeechRecognizer.h"
-#include "platform/StatusItem.h"
 #include "platform/Workspace.h"
+#include "support/Note.h"
 
 #include <QStringList>
 #include <QUrl>
 
-#include <functional>
 #include <utility>
 
-/// Ports that note in one common trace what is asked of them, and leave the rest to the in-memory
-/// port behind them.
+/// What the program asks of a port, noted on its way to the in-memory port that answers it. What
+/// the test itself asks of that one is not noted.
 namespace tavrin::testing {
-
-using Note = std::function<void(const QString&)>;
 
 class TracedPreferences final : public Preferences {
 public:
@@ -308,92 +304,6 @@ public:
 
 private:
     Pasteboard& m_inner;
-    Note m_note;
-};
-
-/// Alerts that are answered as soon as they are shown.
-class TracedAlerts final : public Alerts {
-public:
-    explicit TracedAlerts(Note note)
-        : m_note(std::move(note))
-    {
-    }
-
-    void show(const Alert& alert, Completion<AlertAnswer> completion) override
-    {
-        m_note(QStringLiteral("alert: %1 | %2").arg(alert.messageText, alert.informativeText));
-        completion(AlertAnswer{});
-    }
-
-    void beep() override { m_note(QStringLiteral("beep")); }
-
-private:
-    Note m_note;
-};
-
-class TracedSoundPlayer final : public SoundPlayer {
-public:
-    explicit TracedSoundPlayer(Note note)
-        : m_note(std::move(note))
-    {
-    }
-
-    [[nodiscard]] std::unique_ptr<Sound> soundNamed(const QString& name) override
-    {
-        return std::make_unique<TracedSound>(QStringLiteral("sound ") + name, m_note);
-    }
-
-private:
-    class TracedSound final : public Sound {
-    public:
-        TracedSound(QString line, Note note)
-            : m_line(std::move(line))
-            , m_note(std::move(note))
-        {
-        }
-
-        void stop() override { }
-
-        void setCurrentTime(Seconds /*position*/) override { }
-
-        void setVolume(float /*volume*/) override { }
-
-        void play() override { m_note(m_line); }
-
-    private:
-        QString m_line;
-        Note m_note;
-    };
-
-    Note m_note;
-};
-
-/// Notes what the item shows in place of its icon: "status ●", or "status icon" for nothing.
-class TracedStatusItem final : public StatusItem {
-public:
-    explicit TracedStatusItem(Note note)
-        : m_note(std::move(note))
-    {
-    }
-
-    void setLength(double /*length*/) override { }
-
-    void setVisible(bool /*visible*/) override { }
-
-    void setImage(const StatusImage& /*image*/) override { }
-
-    void setTitle(const QString& title) override
-    {
-        m_note(QStringLiteral("status ") + (title.isEmpty() ? QStringLiteral("icon") : title));
-    }
-
-    void setToolTip(const QString& /*text*/) override { }
-
-    void setAccessibilityLabel(const QString& /*text*/) override { }
-
-    void setMenu(const QList<MenuItem>& /*items*/) override { }
-
-private:
     Note m_note;
 };
 

@@ -1,4 +1,5 @@
 #include "DevelopmentCloud.h"
+#include "base/LocalizedText.h"
 #include "cloud/TavrinAPI.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/qt/QtHttpTransport.h"

@@ -8,6 +8,7 @@
 #include "platform/PreferenceKeys.h"
 #include "platform/linux/audio/PulseAudioDevices.h"
 #include "platform/linux/audio/PulseAudioRecorder.h"
+#include "support/InMemoryBackgroundQueue.h"
 #include "support/InMemoryPreferences.h"
 #include "support/InMemorySystemInfo.h"
 #include "support/VirtualTime.h"
@@ -32,7 +33,9 @@ int main(int count, char** arguments)
     testing::VirtualTime time;
     AudioEnvironment environment(devices, preferences, systemInfo, time, [] { return true; });
     PulseAudioRecorders recorders(connection);
-    const RecordingFile file(systemInfo);
+    testing::InMemoryBackgroundQueue background;
+    const RecordingFile file(systemInfo, background);
+    background.drain();
 
     environment.applyPreferredMicrophoneForRecording();
     const auto recorder = recorders.createRecorder(file.audioURL(), recordingSettings);

@@ -1,5 +1,6 @@
 #include "platform/linux/speech/EngineFileRecognizer.h"
 
+#include "platform/SpeechAvailability.h"
 #include "platform/linux/audio/AudioDecoder.h"
 #include "platform/linux/speech/SpeechEngineErrors.h"
 #include "platform/linux/speech/SpeechLevels.h"

@@ -1,5 +1,6 @@
 #include "platform/linux/speech/EngineLiveRecognizer.h"
 
+#include "platform/SpeechAvailability.h"
 #include "platform/linux/speech/LiveRun.h"
 
 namespace tavrin {

@@ -1,5 +1,6 @@
 #include "platform/linux/speech/HttpSpeechEngine.h"
 
+#include "platform/SpeechAvailability.h"
 #include "platform/linux/speech/NetworkWait.h"
 #include "platform/linux/speech/ServerAddress.h"
 #include "platform/linux/speech/SpeechEngineErrors.h"

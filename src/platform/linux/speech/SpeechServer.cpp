@@ -1,5 +1,6 @@
 #include "platform/linux/speech/SpeechServer.h"
 
+#include "platform/SpeechAvailability.h"
 #include "platform/linux/speech/ServerAddress.h"
 #include "platform/linux/speech/SpeechEngineTexts.h"
 

@@ -1,6 +1,7 @@
 #include "platform/linux/speech/SphinxEngine.h"
 
 #include "base/Log.h"
+#include "platform/SpeechAvailability.h"
 #include "platform/linux/speech/SpeechEngineErrors.h"
 #include "platform/linux/speech/SpeechEngineTexts.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/RunningApplication.h"
 #include "platform/SyntheticKeyboard.h"
-#include "platform/Workspace.h"
 #include "platform/linux/inputmethod/InputMethods.h"
 #include "platform/linux/x11/PastePlan.h"
 #include "platform/linux/x11/SpareCodes.h"

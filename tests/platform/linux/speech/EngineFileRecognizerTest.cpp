@@ -1,5 +1,6 @@
 #include "platform/linux/speech/EngineFileRecognizer.h"
 
+#include "platform/SpeechAvailability.h"
 #include "support/HeardResults.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedSpeechEngine.h"

@@ -1,6 +1,7 @@
 #include "platform/linux/speech/LinuxSpeech.h"
 
 #include "platform/PreferenceKeys.h"
+#include "platform/SpeechAvailability.h"
 #include "platform/linux/speech/SpeechEngineTexts.h"
 #include "support/InMemoryPreferences.h"
 #include "support/QtPrinters.h"

@@ -1,5 +1,6 @@
 #include "platform/linux/speech/SphinxEngine.h"
 
+#include "platform/SpeechAvailability.h"
 #include "platform/linux/speech/EngineFileRecognizer.h"
 #include "platform/linux/speech/SpeechEngineTexts.h"
 #include "support/HeardResults.h"

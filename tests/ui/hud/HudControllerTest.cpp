@@ -1,4 +1,4 @@
-#include "ui/hud/PanelRecordingHUD.h"
+#include "ui/hud/HudController.h"
 
 #include "app/settings/Localization.h"
 #include "app/settings/Settings.h"
@@ -52,7 +52,7 @@ struct OperationRow {
     QString processingDetail;
 };
 
-class PanelRecordingHUDTest : public ::testing::Test {
+class HudControllerTest : public ::testing::Test {
 protected:
     testing::VirtualTime time;
     testing::InMemoryPreferences preferences;
@@ -61,7 +61,7 @@ protected:
     Settings settings{preferences, localization};
     testing::InMemoryAudioRecorders recorders{time};
     RecordingPanel panel;
-    PanelRecordingHUD hud{{panel, time, time, localization, settings}};
+    HudController hud{{panel, time, time, localization, settings}};
     std::shared_ptr<AudioRecorder> recorder;
 
     void SetUp() override { speak(u"en"_s); }
@@ -92,11 +92,11 @@ protected:
     }
 };
 
-TEST_F(PanelRecordingHUDTest, IsHiddenAtFirstWithItsInitialTexts)
+TEST_F(HudControllerTest, IsHiddenAtFirstWithItsInitialTexts)
 {
     preferences.setValue(keys::dictationShortcutIdentifiers, QStringList{u"leftOption"_s});
     RecordingPanel fresh;
-    const PanelRecordingHUD first{{fresh, time, time, localization, settings}};
+    const HudController first{{fresh, time, time, localization, settings}};
 
     EXPECT_EQ(fresh.shows, 0);
     EXPECT_EQ(fresh.content.titleLabel, u"正在收音"_s);
@@ -105,7 +105,7 @@ TEST_F(PanelRecordingHUDTest, IsHiddenAtFirstWithItsInitialTexts)
     EXPECT_EQ(fresh.content.transcriptLabel, u"正在等待语音…"_s);
 }
 
-TEST_F(PanelRecordingHUDTest, EachOperationHasItsTextsInEachLanguage)
+TEST_F(HudControllerTest, EachOperationHasItsTextsInEachLanguage)
 {
     const QList<OperationRow> rows{
         {u"dictation"_s, u"en"_s, u"Listening · Dictation"_s, u"Editing text"_s,
@@ -139,7 +139,7 @@ TEST_F(PanelRecordingHUDTest, EachOperationHasItsTextsInEachLanguage)
     }
 }
 
-TEST_F(PanelRecordingHUDTest, RecordingShowsHowToFinishInEachLanguage)
+TEST_F(HudControllerTest, RecordingShowsHowToFinishInEachLanguage)
 {
     showRecording();
     EXPECT_EQ(panel.content.detailLabel, u"Press Right Option again to finish and insert"_s);
@@ -154,7 +154,7 @@ TEST_F(PanelRecordingHUDTest, RecordingShowsHowToFinishInEachLanguage)
     EXPECT_EQ(panel.content.transcriptLabel, u"正在等待語音…"_s);
 }
 
-TEST_F(PanelRecordingHUDTest, WithoutAShortcutOfItsOwnTheFirstOfDictationIsNamed)
+TEST_F(HudControllerTest, WithoutAShortcutOfItsOwnTheFirstOfDictationIsNamed)
 {
     preferences.setValue(keys::dictationShortcutIdentifiers, QVariantList{u"leftOption"_s});
     hud.setOperationShortcutName({});
@@ -166,7 +166,7 @@ TEST_F(PanelRecordingHUDTest, WithoutAShortcutOfItsOwnTheFirstOfDictationIsNamed
     EXPECT_EQ(panel.content.detailLabel, u"Press Not set again to finish and insert"_s);
 }
 
-TEST_F(PanelRecordingHUDTest, RecordingIgnoresTheMouseAndShowsBars)
+TEST_F(HudControllerTest, RecordingIgnoresTheMouseAndShowsBars)
 {
     showRecording();
 
@@ -179,7 +179,7 @@ TEST_F(PanelRecordingHUDTest, RecordingIgnoresTheMouseAndShowsBars)
     EXPECT_FALSE(panel.content.takesMouse);
 }
 
-TEST_F(PanelRecordingHUDTest, TheMeterStepsTenTimesASecond)
+TEST_F(HudControllerTest, TheMeterStepsTenTimesASecond)
 {
     showRecording();
     recorders.last().level = -28;
@@ -194,7 +194,7 @@ TEST_F(PanelRecordingHUDTest, TheMeterStepsTenTimesASecond)
         EXPECT_NEAR(panel.content.bars.at(i).height, expected.at(i).height, 1e-6);
 }
 
-TEST_F(PanelRecordingHUDTest, TheTimerCountsTheSecondsOfTheRecording)
+TEST_F(HudControllerTest, TheTimerCountsTheSecondsOfTheRecording)
 {
     showRecording();
 
@@ -203,7 +203,7 @@ TEST_F(PanelRecordingHUDTest, TheTimerCountsTheSecondsOfTheRecording)
     EXPECT_EQ(panel.content.timeLabel, u"01:15"_s);
 }
 
-TEST_F(PanelRecordingHUDTest, EachRecordingCountsFromItsOwnBeginning)
+TEST_F(HudControllerTest, EachRecordingCountsFromItsOwnBeginning)
 {
     showRecording();
     time.advance(42s);
@@ -217,7 +217,7 @@ TEST_F(PanelRecordingHUDTest, EachRecordingCountsFromItsOwnBeginning)
     EXPECT_NEAR(panel.content.lightX, 125 * 1.2 - 150, 1e-6);
 }
 
-TEST_F(PanelRecordingHUDTest, ARecordingAfterAProcessedOneIsShownAsARecordingAgain)
+TEST_F(HudControllerTest, ARecordingAfterAProcessedOneIsShownAsARecordingAgain)
 {
     showRecording();
     hud.showProcessingWithEstimate(2s);
@@ -231,7 +231,7 @@ TEST_F(PanelRecordingHUDTest, ARecordingAfterAProcessedOneIsShownAsARecordingAga
     EXPECT_NEAR(panel.content.lightX, 125 * 1.2 - 150, 1e-6);
 }
 
-TEST_F(PanelRecordingHUDTest, ARecorderThatIsGoneDoesNoHarm)
+TEST_F(HudControllerTest, ARecorderThatIsGoneDoesNoHarm)
 {
     showRecording();
     recorder.reset();
@@ -241,7 +241,7 @@ TEST_F(PanelRecordingHUDTest, ARecorderThatIsGoneDoesNoHarm)
     EXPECT_EQ(panel.content.timeLabel, u"00:01"_s);
 }
 
-TEST_F(PanelRecordingHUDTest, LiveTextReplacesTheLineAndAnEmptyOneLeavesIt)
+TEST_F(HudControllerTest, LiveTextReplacesTheLineAndAnEmptyOneLeavesIt)
 {
     showRecording();
     hud.updateTranscript(u"hello"_s);
@@ -251,7 +251,7 @@ TEST_F(PanelRecordingHUDTest, LiveTextReplacesTheLineAndAnEmptyOneLeavesIt)
     EXPECT_EQ(panel.content.transcriptLabel, u"hello world"_s);
 }
 
-TEST_F(PanelRecordingHUDTest, ARecordingThatBreaksOffIsToldAtOnceAndStays)
+TEST_F(HudControllerTest, ARecordingThatBreaksOffIsToldAtOnceAndStays)
 {
     showRecording();
     hud.updateTranscript(u"hello"_s);
@@ -272,7 +272,7 @@ TEST_F(PanelRecordingHUDTest, ARecordingThatBreaksOffIsToldAtOnceAndStays)
     EXPECT_EQ(panel.content.transcriptLabel, u"again"_s);
 }
 
-TEST_F(PanelRecordingHUDTest, ProcessingWithAnEstimateShowsItsProgress)
+TEST_F(HudControllerTest, ProcessingWithAnEstimateShowsItsProgress)
 {
     showRecording();
     hud.showProcessingWithEstimate(9.2s);
@@ -286,7 +286,7 @@ TEST_F(PanelRecordingHUDTest, ProcessingWithAnEstimateShowsItsProgress)
     EXPECT_EQ(panel.content.bars, hud::staircaseBars());
 }
 
-TEST_F(PanelRecordingHUDTest, ProcessingStepsEvery60MillisecondsAtFullLevel)
+TEST_F(HudControllerTest, ProcessingStepsEvery60MillisecondsAtFullLevel)
 {
     hud.showProcessingWithEstimate(10s);
 
@@ -304,7 +304,7 @@ TEST_F(PanelRecordingHUDTest, ProcessingStepsEvery60MillisecondsAtFullLevel)
     EXPECT_EQ(panel.content.bars, hud::waveBars(120ms, 1));
 }
 
-TEST_F(PanelRecordingHUDTest, ProcessingCountsFromItsOwnBeginning)
+TEST_F(HudControllerTest, ProcessingCountsFromItsOwnBeginning)
 {
     showRecording();
     time.advance(75s);
@@ -317,7 +317,7 @@ TEST_F(PanelRecordingHUDTest, ProcessingCountsFromItsOwnBeginning)
     EXPECT_LT(panel.content.progress, 50);
 }
 
-TEST_F(PanelRecordingHUDTest, ProcessingThatTakesLongerThanEstimatedWaits)
+TEST_F(HudControllerTest, ProcessingThatTakesLongerThanEstimatedWaits)
 {
     hud.showProcessingWithEstimate(10s);
 
@@ -327,7 +327,7 @@ TEST_F(PanelRecordingHUDTest, ProcessingThatTakesLongerThanEstimatedWaits)
     EXPECT_DOUBLE_EQ(panel.content.progress, 81.3);
 }
 
-TEST_F(PanelRecordingHUDTest, ProcessingWithoutAnEstimateHasNoEnd)
+TEST_F(HudControllerTest, ProcessingWithoutAnEstimateHasNoEnd)
 {
     for (const std::optional<Seconds> none :
         {std::optional<Seconds>(), std::optional(Seconds(0))}) {
@@ -341,7 +341,7 @@ TEST_F(PanelRecordingHUDTest, ProcessingWithoutAnEstimateHasNoEnd)
     }
 }
 
-TEST_F(PanelRecordingHUDTest, TheCancelPromptAsksWithTwoButtons)
+TEST_F(HudControllerTest, TheCancelPromptAsksWithTwoButtons)
 {
     QStringList calls;
     showCancelPrompt(calls);
@@ -357,7 +357,7 @@ TEST_F(PanelRecordingHUDTest, TheCancelPromptAsksWithTwoButtons)
     EXPECT_EQ(time.pending(), 0);
 }
 
-TEST_F(PanelRecordingHUDTest, ASecondPressAfterADecisionDoesNothing)
+TEST_F(HudControllerTest, ASecondPressAfterADecisionDoesNothing)
 {
     QStringList calls;
     showCancelPrompt(calls);
@@ -373,7 +373,7 @@ TEST_F(PanelRecordingHUDTest, ASecondPressAfterADecisionDoesNothing)
     EXPECT_EQ(calls, QStringList{u"continue"_s});
 }
 
-TEST_F(PanelRecordingHUDTest, AHandlerMayShowSomethingElse)
+TEST_F(HudControllerTest, AHandlerMayShowSomethingElse)
 {
     showRecording();
     hud.showCancelConfirmationWithConfirm([] {}, [&] { hud.showRecordingWithRecorder(recorder); });
@@ -385,7 +385,7 @@ TEST_F(PanelRecordingHUDTest, AHandlerMayShowSomethingElse)
     EXPECT_EQ(panel.content.titleLabel, u"Listening · Dictation"_s);
 }
 
-TEST_F(PanelRecordingHUDTest, HidingDropsTheHandlers)
+TEST_F(HudControllerTest, HidingDropsTheHandlers)
 {
     QStringList calls;
     showCancelPrompt(calls);
@@ -399,7 +399,7 @@ TEST_F(PanelRecordingHUDTest, HidingDropsTheHandlers)
     EXPECT_FALSE(panel.content.takesMouse);
 }
 
-TEST_F(PanelRecordingHUDTest, SuccessHidesAtOnce)
+TEST_F(HudControllerTest, SuccessHidesAtOnce)
 {
     showRecording();
     hud.showProcessingWithEstimate(2s);
@@ -408,7 +408,7 @@ TEST_F(PanelRecordingHUDTest, SuccessHidesAtOnce)
     EXPECT_EQ(time.pending(), 0);
 }
 
-TEST_F(PanelRecordingHUDTest, TheClipboardNoticeShowsItsReasonForThreeAndAHalfSeconds)
+TEST_F(HudControllerTest, TheClipboardNoticeShowsItsReasonForThreeAndAHalfSeconds)
 {
     hud.showProcessingWithEstimate(2s);
     hud.showClipboardFallbackWithReason(u"无法重新激活目标应用；请按 ⌘V"_s);
@@ -428,7 +428,7 @@ TEST_F(PanelRecordingHUDTest, TheClipboardNoticeShowsItsReasonForThreeAndAHalfSe
     EXPECT_FALSE(panel.visible);
 }
 
-TEST_F(PanelRecordingHUDTest, TheClipboardNoticeShowsTheKeysUntilItsEnd)
+TEST_F(HudControllerTest, TheClipboardNoticeShowsTheKeysUntilItsEnd)
 {
     hud.showProcessingWithEstimate(2s);
     hud.showClipboardFallbackWithReason(QString());
@@ -439,13 +439,13 @@ TEST_F(PanelRecordingHUDTest, TheClipboardNoticeShowsTheKeysUntilItsEnd)
     EXPECT_EQ(time.pending(), 1); // Only the notice's end.
 }
 
-TEST_F(PanelRecordingHUDTest, TheClipboardNoticeWithoutAReasonSaysWhereTheTextIs)
+TEST_F(HudControllerTest, TheClipboardNoticeWithoutAReasonSaysWhereTheTextIs)
 {
     hud.showClipboardFallbackWithReason(QString());
     EXPECT_EQ(panel.content.detailLabel, u"文字已保存在剪贴板，请按 ⌘V"_s);
 }
 
-TEST_F(PanelRecordingHUDTest, TheNoticeEndsWhateverIsShownByThen)
+TEST_F(HudControllerTest, TheNoticeEndsWhateverIsShownByThen)
 {
     hud.showClipboardFallbackWithReason(QString());
     time.advance(1s);
@@ -454,12 +454,12 @@ TEST_F(PanelRecordingHUDTest, TheNoticeEndsWhateverIsShownByThen)
     EXPECT_FALSE(panel.visible);
 }
 
-TEST_F(PanelRecordingHUDTest, KeysAreNamedAsOnTheKeyboardOfTheDesktop)
+TEST_F(HudControllerTest, KeysAreNamedAsOnTheKeyboardOfTheDesktop)
 {
     const Localization translated{preferences, workspace,
         KeyNames({{u"⌘V"_s, u"Ctrl+V"_s}, {u"Right Option"_s, u"Right Alt"_s}})};
     Settings translatedSettings(preferences, translated);
-    PanelRecordingHUD other{{panel, time, time, translated, translatedSettings}};
+    HudController other{{panel, time, time, translated, translatedSettings}};
     other.setOperationShortcutName(u"Right Option"_s);
     other.showRecordingWithRecorder({});
     EXPECT_EQ(panel.content.detailLabel, u"Press Right Alt again to finish and insert"_s);

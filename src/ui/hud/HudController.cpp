@@ -1,4 +1,4 @@
-#include "ui/hud/PanelRecordingHUD.h"
+#include "ui/hud/HudController.h"
 
 #include "app/settings/Localization.h"
 #include "app/settings/Settings.h"
@@ -25,13 +25,13 @@ constexpr Seconds clipboardNoticeDuration = 3500ms;
 } // namespace
 
 /// What an operation says while it listens and while it works.
-struct PanelRecordingHUD::PhaseTexts {
+struct HudController::PhaseTexts {
     LocalizedText listening;
     LocalizedText processing;
     LocalizedText processingDetail;
 };
 
-const PanelRecordingHUD::PhaseTexts& PanelRecordingHUD::phaseTexts() const
+const HudController::PhaseTexts& HudController::phaseTexts() const
 {
     static constexpr PhaseTexts dictation{
         texts::listeningDictation, texts::editingText, texts::editingTextDetail};
@@ -44,7 +44,7 @@ const PanelRecordingHUD::PhaseTexts& PanelRecordingHUD::phaseTexts() const
     return m_operation.operationName == "chat"_L1 ? chat : dictation;
 }
 
-PanelRecordingHUD::PanelRecordingHUD(const Neighbours& neighbours)
+HudController::HudController(const Neighbours& neighbours)
     : m_neighbours(neighbours)
 {
     const Localization& localization = m_neighbours.localization;
@@ -58,19 +58,19 @@ PanelRecordingHUD::PanelRecordingHUD(const Neighbours& neighbours)
     m_neighbours.panel.setContent(m_content);
 }
 
-PanelRecordingHUD::~PanelRecordingHUD() = default;
+HudController::~HudController() = default;
 
-void PanelRecordingHUD::setOperationName(const QString& name)
+void HudController::setOperationName(const QString& name)
 {
     m_operation.operationName = name;
 }
 
-void PanelRecordingHUD::setOperationShortcutName(const QString& name)
+void HudController::setOperationShortcutName(const QString& name)
 {
     m_operation.operationShortcutName = name;
 }
 
-void PanelRecordingHUD::showRecordingWithRecorder(std::weak_ptr<AudioRecorder> recorder)
+void HudController::showRecordingWithRecorder(std::weak_ptr<AudioRecorder> recorder)
 {
     m_timer.reset();
     m_recorder = std::move(recorder);
@@ -94,7 +94,7 @@ void PanelRecordingHUD::showRecordingWithRecorder(std::weak_ptr<AudioRecorder> r
     start(recordingInterval);
 }
 
-void PanelRecordingHUD::updateTranscript(const QString& text)
+void HudController::updateTranscript(const QString& text)
 {
     if (text.isEmpty() || m_phase.brokenOff)
         return;
@@ -102,12 +102,12 @@ void PanelRecordingHUD::updateTranscript(const QString& text)
     m_neighbours.panel.setContent(m_content);
 }
 
-void PanelRecordingHUD::showProcessing()
+void HudController::showProcessing()
 {
     showProcessingWithEstimate(std::nullopt);
 }
 
-void PanelRecordingHUD::showProcessingWithEstimate(std::optional<Seconds> estimate)
+void HudController::showProcessingWithEstimate(std::optional<Seconds> estimate)
 {
     m_timer.reset();
     m_phase.processing = true;
@@ -131,13 +131,12 @@ void PanelRecordingHUD::showProcessingWithEstimate(std::optional<Seconds> estima
     start(processingInterval);
 }
 
-void PanelRecordingHUD::showSuccess()
+void HudController::showSuccess()
 {
     hide();
 }
 
-void PanelRecordingHUD::showCancelConfirmationWithConfirm(
-    Handler confirm, Handler continueRecording)
+void HudController::showCancelConfirmationWithConfirm(Handler confirm, Handler continueRecording)
 {
     m_timer.reset();
     m_cancelPrompt.confirmCancelHandler = std::move(confirm);
@@ -154,7 +153,7 @@ void PanelRecordingHUD::showCancelConfirmationWithConfirm(
     show();
 }
 
-void PanelRecordingHUD::showClipboardFallbackWithReason(const QString& reason)
+void HudController::showClipboardFallbackWithReason(const QString& reason)
 {
     m_timer.reset();
     const Localization& localization = m_neighbours.localization;
@@ -171,7 +170,7 @@ void PanelRecordingHUD::showClipboardFallbackWithReason(const QString& reason)
     m_neighbours.mainQueue.callLater(clipboardNoticeDuration, m_guard.bind([this] { hide(); }));
 }
 
-void PanelRecordingHUD::hide()
+void HudController::hide()
 {
     m_timer.reset();
     m_content.progressVisible = false;
@@ -182,12 +181,12 @@ void PanelRecordingHUD::hide()
     m_neighbours.panel.orderOut();
 }
 
-void PanelRecordingHUD::start(Seconds interval)
+void HudController::start(Seconds interval)
 {
     m_timer = m_neighbours.mainQueue.every(interval, m_guard.bind([this] { updateMeter(); }));
 }
 
-void PanelRecordingHUD::updateMeter()
+void HudController::updateMeter()
 {
     double power = 0;
     if (const auto recorder = m_recorder.lock()) {
@@ -210,24 +209,24 @@ void PanelRecordingHUD::updateMeter()
 }
 
 /// So that nobody talks on to nobody. What was said until then is kept for the end.
-void PanelRecordingHUD::tellThatRecordingBrokeOff(const QString& reason)
+void HudController::tellThatRecordingBrokeOff(const QString& reason)
 {
     m_phase.brokenOff = true;
     m_content.dot = hud::Dot::Attention;
     m_content.transcriptLabel = reason;
 }
 
-void PanelRecordingHUD::confirmCancellation()
+void HudController::confirmCancellation()
 {
     callOnce(m_cancelPrompt.confirmCancelHandler);
 }
 
-void PanelRecordingHUD::continueAfterCancelPrompt()
+void HudController::continueAfterCancelPrompt()
 {
     callOnce(m_cancelPrompt.continueHandler);
 }
 
-void PanelRecordingHUD::callOnce(Handler& handler)
+void HudController::callOnce(Handler& handler)
 {
     const Handler taken = std::exchange(handler, nullptr);
     m_cancelPrompt = {};
@@ -235,7 +234,7 @@ void PanelRecordingHUD::callOnce(Handler& handler)
         taken();
 }
 
-void PanelRecordingHUD::show()
+void HudController::show()
 {
     m_neighbours.panel.setContent(m_content);
     m_neighbours.panel.positionAndShow();

@@ -1,4 +1,4 @@
-#include "ui/hud/HudText.h"
+#include "ui/hud/HudTextFitting.h"
 
 #include <algorithm>
 

@@ -2,7 +2,6 @@
 
 #include "app/windows/RecordingHUD.h"
 #include "base/CallbackGuard.h"
-#include "base/LocalizedText.h"
 #include "ui/hud/HudContent.h"
 
 #include <QString>
@@ -23,7 +22,7 @@ class Panel;
 }
 
 /// Drives the recording panel: its texts, its timer and its movement. Main thread only.
-class PanelRecordingHUD final : public RecordingHUD {
+class HudController final : public RecordingHUD {
 public:
     struct Neighbours {
         hud::Panel& panel;
@@ -34,11 +33,11 @@ public:
     };
 
     /// The neighbours must outlive it. The panel stays hidden.
-    explicit PanelRecordingHUD(const Neighbours& neighbours);
-    ~PanelRecordingHUD() override;
+    explicit HudController(const Neighbours& neighbours);
+    ~HudController() override;
 
-    PanelRecordingHUD(const PanelRecordingHUD&) = delete;
-    PanelRecordingHUD& operator=(const PanelRecordingHUD&) = delete;
+    HudController(const HudController&) = delete;
+    HudController& operator=(const HudController&) = delete;
 
     void setOperationName(const QString& name) override;
     void setOperationShortcutName(const QString& name) override;

@@ -1,6 +1,7 @@
-#include "cloud/CloudSession.h"
+#include "cloud/StoredSession.h"
 
 #include "platform/PreferenceKeys.h"
+#include "platform/PreferenceValues.h"
 #include "platform/Preferences.h"
 
 using namespace Qt::StringLiterals;
@@ -32,6 +33,14 @@ void clearCloudSession(Preferences& preferences)
     preferences.remove(keys::cloudRefreshToken);
     preferences.remove(keys::cloudAccountEmail);
     preferences.synchronize();
+}
+
+bool hasCloudSession(const Preferences& preferences)
+{
+    const auto isStored = [&](const Setting<QString>& token) {
+        return !valueOf(preferences, token).isEmpty();
+    };
+    return isStored(keys::cloudAccessToken) || isStored(keys::cloudRefreshToken);
 }
 
 } // namespace tavrin

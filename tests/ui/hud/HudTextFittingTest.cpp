@@ -1,4 +1,4 @@
-#include "ui/hud/HudText.h"
+#include "ui/hud/HudTextFitting.h"
 
 #include "support/QtPrinters.h"
 
@@ -15,13 +15,13 @@ std::function<double(double)> timesAsWide(double factor)
     return [factor](double size) { return factor * size; };
 }
 
-TEST(HudTextTest, ATextThatFitsKeepsItsSize)
+TEST(HudTextFittingTest, ATextThatFitsKeepsItsSize)
 {
     EXPECT_DOUBLE_EQ(fittingSize(12, 120, timesAsWide(0)), 12);
     EXPECT_DOUBLE_EQ(fittingSize(12, 120, timesAsWide(10)), 12);
 }
 
-TEST(HudTextTest, ATextThatIsTooLongIsMadeToFit)
+TEST(HudTextFittingTest, ATextThatIsTooLongIsMadeToFit)
 {
     EXPECT_DOUBLE_EQ(fittingSize(12, 119, timesAsWide(10)), 11.5);
     EXPECT_DOUBLE_EQ(fittingSize(12, 100, timesAsWide(10)), 10);
@@ -29,12 +29,12 @@ TEST(HudTextTest, ATextThatIsTooLongIsMadeToFit)
     EXPECT_DOUBLE_EQ(fittingSize(12, 100, [](double size) { return size > 9.5 ? 101 : 90; }), 9.5);
 }
 
-TEST(HudTextTest, NoTextIsTooSmallToRead)
+TEST(HudTextFittingTest, NoTextIsTooSmallToRead)
 {
     EXPECT_DOUBLE_EQ(fittingSize(12, 10, timesAsWide(10)), 9);
 }
 
-TEST(HudTextTest, EveryDigitTakesThePlaceOfTheWidest)
+TEST(HudTextFittingTest, EveryDigitTakesThePlaceOfTheWidest)
 {
     const auto widthOf = [](const QString& text) {
         return text == "1"_L1 ? 3.0 : text == ":"_L1 ? 2.0 : text == "8"_L1 ? 9.0 : 7.0;

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "base/LocalizedText.h"
+
+#include <QString>
+
+namespace tavrin {
+
+/// How a recogniser stands, in words for the user: what it hears with, or what it lacks. The text
+/// is empty where it knows nothing beyond that it is not available.
+struct SpeechAvailability {
+    bool isAvailable = false;
+    LocalizedText text;
+    QString argument; ///< Stands for %1 in the text, where it has one.
+};
+
+} // namespace tavrin
