@@ -50,7 +50,7 @@ def deliver_to_a_stopped_target(stage, target):
     xdotool("key", LEFT_ALT)
     wait_until("the text on the clipboard", lambda: clipboard() == TEXT)
     time.sleep(DELIVERY_GOES_ON)
-    check(not stage.history(), "the delivery was over too soon")
+    check(not stage.history(), "the delivery was over too soon:", stage.history())
 
 
 def check_keyboard_and_clipboard(display, keys):
