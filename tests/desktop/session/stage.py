@@ -38,6 +38,12 @@ def xdotool(*arguments):
     return run("xdotool", *arguments)
 
 
+def active_window():
+    """The window that the window manager says is active; None while there is none."""
+    return subprocess.run(["xdotool", "getactivewindow"], capture_output=True, text=True,
+                          check=False).stdout.strip() or None
+
+
 def sound():
     """What a recording may have changed: default devices, mute and volume."""
     return (run("pactl", "get-default-source"), run("pactl", "get-default-sink"),
@@ -220,7 +226,9 @@ class Stage(Place):
         self.program = self.start(self._program_file, *options, stderr=self._log, environment={
             "XDG_CONFIG_HOME": str(self.folder("config")),
             "XDG_DATA_HOME": str(self.folder("data")), "TMPDIR": str(self.recordings)})
-        wait_until("the main window", lambda: self.window_of(self.program.pid, "^Tavrin$"))
+        window = wait_until("the main window", lambda: self.window_of(self.program.pid, "^Tavrin$"))
+        # It comes to the front by itself, after whatever would be brought there before that.
+        wait_until("the main window in front", lambda: active_window() == window)
 
     @staticmethod
     def window_of(process, name=""):
