@@ -5,6 +5,7 @@
 #include "app/settings/OperationShortcut.h"
 #include "app/settings/Settings.h"
 #include "app/shortcuts/ShortcutTexts.h"
+#include "platform/DesktopTexts.h"
 #include "platform/Workspace.h"
 #include "ui/ApplicationIcon.h"
 #include "ui/BrandStyle.h"
@@ -103,12 +104,12 @@ void MainWindowFrame::showLoginDialog()
     m_neighbours.showMainWindow();
 }
 
-void MainWindowFrame::showHistoryWindow()
+void MainWindowFrame::showHistoryWindow() const
 {
     m_neighbours.showMainWindow();
 }
 
-void MainWindowFrame::showPersonalizationWindow()
+void MainWindowFrame::showPersonalizationWindow() const
 {
     m_neighbours.showMainWindow();
 }

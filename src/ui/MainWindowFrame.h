@@ -38,8 +38,8 @@ public:
 
     void refreshHealthStatus() override { }
 
-    void showHistoryWindow();
-    void showPersonalizationWindow();
+    void showHistoryWindow() const;
+    void showPersonalizationWindow() const;
 
     [[nodiscard]] QWidget* widget() { return m_window.get(); }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "devcloud/model/LanguageModel.h"
 #include "devcloud/Gate.h"
+#include "devcloud/model/LanguageModel.h"
 
 namespace tavrin::devcloud::testing {
 

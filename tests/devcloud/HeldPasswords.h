@@ -1,7 +1,7 @@
 #pragma once
 
-#include "devcloud/security/Passwords.h"
 #include "devcloud/Gate.h"
+#include "devcloud/security/Passwords.h"
 
 namespace tavrin::devcloud::testing {
 

@@ -6,6 +6,7 @@
 #include "ui/hud/HudWidget.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QPixmap>
 #include <QScreen>
 
@@ -113,12 +114,18 @@ int main(int argc, char** argv)
         return 2;
     }
     const QString folder = QString::fromLocal8Bit(argv[1]);
+    if (!QDir().mkpath(folder)) {
+        std::fprintf(stderr, "cannot make the folder %s\n", argv[1]);
+        return 1;
+    }
     const tavrin::testing::InMemoryWorkspace workspace;
     tavrin::hud::Widget widget(workspace);
     for (const auto& [name, content] : tavrin::pictures()) {
         widget.setContent(content);
-        if (!widget.grab().save(folder + u'/' + name + u".png"_s))
+        if (!widget.grab().save(folder + u'/' + name + u".png"_s)) {
+            std::fprintf(stderr, "cannot write the picture %s\n", qPrintable(name));
             return 1;
+        }
     }
     return 0;
 }
