@@ -54,5 +54,7 @@ function(tavrin_precompile target)
   if(TAVRIN_PCH)
     target_precompile_headers(${target} PRIVATE <QString> <QVariant> <QVariantList> <QVariantMap>
         <QJsonObject> <QHash> <functional> <memory> <optional> <vector> <algorithm> <chrono>)
+    # With the time in it, no compilation after it would ever be found in the compiler's cache.
+    target_compile_options(${target} PRIVATE "$<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>")
   endif()
 endfunction()
