@@ -1,3 +1,5 @@
+#include "platform/DesktopTexts.h"
+
 #include "app/account/ProviderTexts.h"
 #include "app/notices/FirstRunTexts.h"
 #include "app/session/SessionTexts.h"

@@ -5,6 +5,7 @@
 #include "app/windows/HealthPanel.h"
 #include "cloud/ProviderPreferences.h"
 #include "platform/Alerts.h"
+#include "platform/DesktopTexts.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/PreferenceValues.h"
 #include "platform/SystemInfo.h"

@@ -8,6 +8,7 @@
 #include "base/Seconds.h"
 #include "cloud/StoredSession.h"
 #include "platform/Alerts.h"
+#include "platform/DesktopTexts.h"
 #include "platform/MainQueue.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/PreferenceValues.h"

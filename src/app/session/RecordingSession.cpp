@@ -18,6 +18,7 @@
 #include "platform/Alerts.h"
 #include "platform/AudioRecorder.h"
 #include "platform/Clock.h"
+#include "platform/DesktopTexts.h"
 #include "platform/MainQueue.h"
 #include "speech/LiveTranscriber.h"
 

@@ -1,6 +1,7 @@
 #include "app/settings/Localization.h"
 
 #include "app/settings/InterfaceLanguages.h"
+#include "platform/DesktopTexts.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/PreferenceValues.h"
 #include "platform/Workspace.h"
@@ -31,14 +32,22 @@ QStringView formIn(const QString& language, const LocalizedText& text)
 
 } // namespace
 
+Localization::Localization(
+    const Preferences& preferences, const Workspace& workspace, KeyNames keyNames)
+    : Localization(preferences, workspace, std::move(keyNames), {})
+{
+}
+
 Localization::Localization(const Preferences& preferences, const Workspace& workspace,
     KeyNames keyNames, const DesktopTexts& desktopTexts)
     : m_preferences(preferences)
     , m_workspace(workspace)
     , m_keyNames(std::move(keyNames))
-    , m_desktopTexts(desktopTexts)
+    , m_desktopTexts(std::make_unique<const DesktopTexts>(desktopTexts))
 {
 }
+
+Localization::~Localization() = default;
 
 QString Localization::InterfaceLanguage() const
 {
@@ -55,12 +64,13 @@ QString Localization::LT(const LocalizedText& text) const
 
 QString Localization::desktopText(DesktopText own, const LocalizedText& text) const
 {
-    return LT((m_desktopTexts.*own).value_or(text));
+    return LT(((*m_desktopTexts).*own).value_or(text));
 }
 
 QString Localization::desktopText(DesktopText own, const SimplifiedText& text) const
 {
-    return m_desktopTexts.*own ? LT(*(m_desktopTexts.*own)) : text.toString();
+    const std::optional<LocalizedText>& found = (*m_desktopTexts).*own;
+    return found ? LT(*found) : text.toString();
 }
 
 QString Localization::withKeyNames(const QString& text) const

@@ -2,23 +2,32 @@
 
 #include "base/Localize.h"
 #include "base/LocalizedText.h"
-#include "platform/DesktopTexts.h"
 #include "platform/KeyNames.h"
 
 #include <QString>
+
+#include <memory>
+#include <optional>
 
 namespace tavrin {
 
 class Preferences;
 class Workspace;
+struct DesktopTexts;
 
 /// Chooses interface texts by the language of the moment. Nothing is cached: a change of the
 /// setting holds for every text asked for afterwards. Main thread only.
 class Localization {
 public:
     /// @param preferences, workspace must outlive this object.
+    Localization(const Preferences& preferences, const Workspace& workspace, KeyNames keyNames);
+    /// On a desktop that has texts of its own.
     Localization(const Preferences& preferences, const Workspace& workspace, KeyNames keyNames,
-        const DesktopTexts& desktopTexts = {});
+        const DesktopTexts& desktopTexts);
+    ~Localization();
+
+    Localization(const Localization&) = delete;
+    Localization& operator=(const Localization&) = delete;
 
     /// "zh-Hans", "zh-Hant" or "en": the user's choice, else what fits the first preferred language
     /// of the system. Languages other than English and Traditional Chinese read as "zh-Hans".
@@ -52,7 +61,7 @@ private:
     const Preferences& m_preferences;
     const Workspace& m_workspace;
     KeyNames m_keyNames;
-    DesktopTexts m_desktopTexts;
+    std::unique_ptr<const DesktopTexts> m_desktopTexts;
 };
 
 } // namespace tavrin

@@ -10,6 +10,7 @@
 #include "app/vocabulary/TableIndex.h"
 #include "base/Log.h"
 #include "platform/Alerts.h"
+#include "platform/DesktopTexts.h"
 #include "platform/HotKeyProbe.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/Preferences.h"
