@@ -1,6 +1,5 @@
 #include "app/AppDelegate.h"
 #include "app/CommandLine.h"
-#include "app/session/NoCorrectionLearning.h"
 #include "base/Log.h"
 #include "cloud/TavrinAPI.h"
 #include "platform/Platform.h"
@@ -61,13 +60,11 @@ void configureLogging(bool verbose)
 int run(ProgramInstance& instance)
 {
     Platform platform = createPlatform();
-    NoCorrectionLearning correctionLearning;
     AppDelegate delegate({
         .platform = &platform,
         .createUserInterface = createDesktopInterface,
         // Not quit(): that asks every window first, and a window must not refuse.
         .terminate = [] { QApplication::exit(); },
-        .correctionLearning = &correctionLearning,
     });
     const QObject whileItLives; // Goes before the controller, and the connection with it.
     platform.mainQueue->post([&] {

@@ -1,6 +1,5 @@
 #include "app/AppDelegate.h"
 
-#include "app/session/CorrectionLearning.h"
 #include "app/windows/AccountPanel.h"
 #include "app/windows/HealthPanel.h"
 #include "app/windows/MainWindow.h"
@@ -8,6 +7,7 @@
 #include "base/Log.h"
 #include "cloud/Deployment.h"
 #include "dictionary/DictionaryStore.h"
+#include "platform/DesktopTexts.h"
 #include "platform/Platform.h"
 #include "speech/SpeechContextualTerms.h"
 #include "speech/SpeechTexts.h"
@@ -50,6 +50,9 @@ AppDelegate::AppDelegate(Surroundings surroundings)
     , m_delivery({*m_platform.pasteboard, *m_platform.workspace, *m_platform.accessibility,
                      *m_platform.syntheticKeyboard, *m_platform.mainQueue},
           m_target)
+    , m_correctionLearning({*m_platform.accessibility, *m_platform.clock, *m_platform.mainQueue,
+                               *m_platform.preferences, *m_platform.wordBreaker},
+          m_target, {})
     , m_historyStore({*m_platform.preferences, *m_platform.clock, *m_platform.systemInfo,
           *m_platform.backgroundQueue})
     , m_statusMenu({m_localization, m_settings, *m_platform.statusItem}, menuActions())
@@ -143,9 +146,9 @@ void AppDelegate::hideMainWindow()
     m_userInterface->mainWindow().hide();
 }
 
-void AppDelegate::quit() const
+void AppDelegate::quit()
 {
-    m_surroundings.correctionLearning->finishCorrectionLearningAndAnalyze(true);
+    m_correctionLearning.finishCorrectionLearningAndAnalyze(true);
     m_surroundings.terminate();
 }
 
@@ -204,7 +207,7 @@ void AppDelegate::createSession()
         .api = m_api,
         .audioEnvironment = m_audioEnvironment,
         .clock = *m_platform.clock,
-        .correctionLearning = *m_surroundings.correctionLearning,
+        .correctionLearning = m_correctionLearning,
         .delivery = m_delivery,
         .errorAlert = m_errorAlert,
         .estimator = m_estimator,
@@ -229,7 +232,7 @@ void AppDelegate::createSession()
         .audioRecorders = *m_platform.audioRecorders,
         .background = *m_platform.backgroundQueue,
         .clock = *m_platform.clock,
-        .correctionLearning = *m_surroundings.correctionLearning,
+        .correctionLearning = m_correctionLearning,
         .errorAlert = m_errorAlert,
         .hud = m_userInterface->hud(),
         .liveTranscriber = m_liveTranscriber,

@@ -5,6 +5,7 @@
 #include "app/notices/ErrorAlert.h"
 #include "app/notices/FirstRunNotice.h"
 #include "app/notices/UpdateChecker.h"
+#include "app/session/CorrectionWatch.h"
 #include "app/session/ProcessingTimeEstimator.h"
 #include "app/session/RecordingSession.h"
 #include "app/session/SessionProcessing.h"
@@ -30,7 +31,6 @@
 
 namespace tavrin {
 
-class CorrectionLearning;
 struct Platform;
 
 /// The controller of the application: builds, owns and connects everything, and passes on launch,
@@ -43,11 +43,9 @@ public:
         CreateUserInterface createUserInterface;
         std::function<void()>
             terminate; ///< Ends the program, by way of applicationWillTerminate().
-        CorrectionLearning* correctionLearning = nullptr;
     };
 
-    /// @param surroundings must outlive the controller; a platform with every port, and a
-    /// correction learning.
+    /// @param surroundings must outlive the controller.
     explicit AppDelegate(Surroundings surroundings);
     ~AppDelegate();
 
@@ -76,7 +74,7 @@ public:
     void hideMainWindow();
 
     /// Saves what a correction under way teaches, and ends the program.
-    void quit() const;
+    void quit();
 
 private:
     [[nodiscard]] StatusMenu::Actions menuActions();
@@ -104,6 +102,7 @@ private:
     LiveTranscriber m_liveTranscriber;
     TargetContext m_target;
     TextDelivery m_delivery;
+    CorrectionWatch m_correctionLearning;
     HistoryStore m_historyStore;
     StatusMenu m_statusMenu;
     ShortcutMonitor m_shortcutMonitor;

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariantList>
+#include <QVariantMap>
 
 #include <cmath>
 #include <optional>
@@ -62,6 +63,15 @@ namespace tavrin {
     return number ? std::optional(*number != 0) : std::nullopt;
 }
 
+[[nodiscard]] inline std::optional<QVariantMap> storedMap(
+    const Preferences& preferences, const QString& key)
+{
+    const QVariant value = preferences.value(key);
+    if (value.typeId() != QMetaType::QVariantMap)
+        return std::nullopt;
+    return value.toMap();
+}
+
 /// What is stored under the setting's key, if it is of the setting's type.
 template <typename Value>
 [[nodiscard]] std::optional<Value> stored(
@@ -73,6 +83,8 @@ template <typename Value>
         return storedBool(preferences, setting.key);
     } else if constexpr (std::is_same_v<Value, double>) {
         return storedNumber(preferences.value(setting.key));
+    } else if constexpr (std::is_same_v<Value, QVariantMap>) {
+        return storedMap(preferences, setting.key);
     } else {
         static_assert(std::is_same_v<Value, QVariantList>);
         return storedArray(preferences, setting.key);

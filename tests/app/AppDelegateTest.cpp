@@ -6,6 +6,8 @@
 #include "support/CapturedLog.h"
 #include "support/InMemoryAccessibility.h"
 #include "support/InMemoryAudioRecorders.h"
+#include "support/InMemoryPasteboard.h"
+#include "support/RecordingKeyboard.h"
 
 #include <QFile>
 
@@ -191,11 +193,37 @@ TEST_F(AppDelegateTest, ReopeningShowsTheWindowWhenNoneIsVisible)
 
 TEST_F(AppDelegateTest, QuittingSavesWhatACorrectionTeachesBeforeTheEnd)
 {
+    auto field = std::make_shared<testing::FakeElement>();
+    field->processIdentifier = 7;
+    auto& accessibility = dynamic_cast<testing::InMemoryAccessibility&>(*platform.accessibility);
+    auto& pasteboard = dynamic_cast<testing::InMemoryPasteboard&>(*platform.pasteboard);
+    dynamic_cast<testing::RecordingKeyboard&>(*platform.syntheticKeyboard).onPaste = [&] {
+        field->insert(pasteboard.string());
+    };
+    accessibility.focusedElements[7] = field;
+    workspace.frontmost = RunningApplication{7, u"Notes"_s, u"org.example.Notes"_s, 0};
     launch();
+    while (http.open() > 0)
+        http.answer(200, "{}");
+    statusItem->press("Start dictation (Right Option)");
+    time.advance(3s);
+    statusItem->press("Finish and insert (Right Option)");
+    time.advance(0s);
+    recognizer->calls.back().answer(u"we use open ai daily"_s);
+    time.advance(0s);
+    http.answer(200, R"({"text": "We use open ai daily."})");
+    time.advance(2s);
+    ASSERT_EQ(field->text, u"We use open ai daily."_s);
+    field->text = u"We use OpenAI daily."_s;
+    time.advance(1s);
     takeTrace();
+
     delegate->quit();
 
-    EXPECT_EQ(takeTrace(), QStringList({"finish learning and analyze", "terminate"}));
+    EXPECT_EQ(takeTrace(),
+        QStringList({"store dictionaryLearningCandidateCounts", "store personalDictionaryEntries",
+            "store personalDictionary", "synchronize", "terminate"}));
+    EXPECT_EQ(preferences.value(keys::personalDictionary).toStringList(), QStringList{u"OpenAI"_s});
 }
 
 TEST_F(AppDelegateTest, TerminationPutsTheInputDeviceBackAndReleasesTheTarget)
@@ -232,7 +260,7 @@ TEST_F(AppDelegateTest, TheMenuReachesEveryNeighbour)
     statusItem->press("Check for updates…");
     EXPECT_EQ(takeTrace(), QStringList({"store tavrinLastUpdateCheckAt", "GET /v1/client/update"}));
     statusItem->press("Quit Tavrin");
-    EXPECT_EQ(takeTrace(), QStringList({"finish learning and analyze", "terminate"}));
+    EXPECT_EQ(takeTrace(), QStringList({"terminate"}));
 }
 
 TEST_F(AppDelegateTest, TheMenuStartsAndFinishesASession)

@@ -85,7 +85,6 @@ ControllerFixture::ControllerFixture()
                 return made;
             },
         .terminate = [this] { note(u"terminate"_s); },
-        .correctionLearning = &correctionLearning,
     };
 }
 

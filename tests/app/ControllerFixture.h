@@ -2,7 +2,6 @@
 
 #include "app/AppDelegate.h"
 #include "app/TracedInterface.h"
-#include "app/session/TracedNeighbours.h"
 #include "app/session/TracedPorts.h"
 #include "platform/Platform.h"
 #include "platform/PreferenceKeys.h"
@@ -82,7 +81,6 @@ protected:
     InMemoryHttpTransport http{time}; // Ends before the queue that its last answers go to.
 
     // The neighbours.
-    TracedCorrectionLearning correctionLearning{note};
     TracedInterface* windows = nullptr; ///< Owned by the controller.
     bool hasIcon = true;
     AppDelegate::Surroundings surroundings;

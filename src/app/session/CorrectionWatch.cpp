@@ -1,0 +1,113 @@
+#include "app/session/CorrectionWatch.h"
+
+#include "delivery/TargetContext.h"
+#include "dictionary/CorrectionCandidates.h"
+#include "dictionary/DictionaryLearning.h"
+#include "dictionary/DictionaryStore.h"
+#include "platform/Clock.h"
+#include "platform/MainQueue.h"
+
+#include <utility>
+
+namespace tavrin {
+namespace {
+
+constexpr qsizetype shortestText = 2;
+constexpr qsizetype longestText = 2000;
+constexpr Seconds pollInterval{0.75};
+constexpr Seconds watchDuration{45};
+constexpr Seconds quietPeriod{2.5};
+
+} // namespace
+
+CorrectionWatch::CorrectionWatch(
+    const Ports& ports, const TargetContext& target, std::function<void()> dictionaryChanged)
+    : m_ports(ports)
+    , m_target(target)
+    , m_dictionaryChanged(std::move(dictionaryChanged))
+{
+}
+
+CorrectionWatch::~CorrectionWatch() = default;
+
+void CorrectionWatch::beginCorrectionLearningForInsertedText(const QString& text)
+{
+    finishCorrectionLearningAndAnalyze(true);
+    const AccessibleElement* const focused = m_target.targetFocusedElement();
+    if (!isAutomaticDictionaryLearningOn(m_ports.preferences)
+        || !m_ports.accessibility.isProcessTrusted() || text.size() < shortestText
+        || text.size() > longestText || !focused)
+        return;
+    ElementHandle element = m_ports.accessibility.retain(*focused);
+    const QString value = m_ports.accessibility.value(element.get()).value_or(QString());
+    const std::optional<TextRange> place = findInsertion(text, value, element.get());
+    if (!place)
+        return;
+    m_watch.emplace(Watch{.element = std::move(element),
+        .original = text,
+        .current = {text, *place},
+        .previousValue = value,
+        .deadline = m_ports.clock.uptime() + watchDuration,
+        .lastChange = std::nullopt,
+        .timer = m_ports.mainQueue.every(
+            pollInterval, m_guard.bind([this] { pollCorrectionLearning(); }))});
+}
+
+/// Right before the caret, where it is after an insertion; else the last place that reads like it.
+std::optional<TextRange> CorrectionWatch::findInsertion(
+    const QString& text, const QString& value, const AccessibleElement* element)
+{
+    const qint64 caret =
+        m_ports.accessibility.selectedTextRange(element).value_or(TextRange{}).location;
+    if (caret >= text.size() && caret <= value.size()
+        && QStringView(value).sliced(caret - text.size(), text.size()) == text)
+        return TextRange{caret - text.size(), text.size()};
+    const qsizetype last = value.lastIndexOf(text);
+    if (last < 0)
+        return std::nullopt;
+    return TextRange{last, text.size()};
+}
+
+void CorrectionWatch::pollCorrectionLearning()
+{
+    if (!m_watch)
+        return;
+    const std::optional<QString> value = m_ports.clock.uptime() < m_watch->deadline
+        ? m_ports.accessibility.value(m_watch->element.get())
+        : std::nullopt;
+    if (!value || !follow(*value)
+        || (m_watch->lastChange && m_ports.clock.uptime() - *m_watch->lastChange >= quietPeriod))
+        finishCorrectionLearningAndAnalyze(true);
+}
+
+bool CorrectionWatch::follow(const QString& value)
+{
+    if (value == m_watch->previousValue)
+        return true;
+    const EditPlace place = followEdit(m_watch->current, m_watch->previousValue, value);
+    if (place == EditPlace::Across)
+        return false;
+    m_watch->previousValue = value;
+    if (place == EditPlace::Inside)
+        m_watch->lastChange = m_ports.clock.uptime();
+    return true;
+}
+
+void CorrectionWatch::finishCorrectionLearningAndAnalyze(bool analyze)
+{
+    const std::optional<Watch> ended = std::exchange(m_watch, std::nullopt);
+    if (ended && analyze && isAutomaticDictionaryLearningOn(m_ports.preferences))
+        learnDictionaryCandidatesFromOriginal(ended->original, ended->current.text);
+}
+
+void CorrectionWatch::learnDictionaryCandidatesFromOriginal(
+    const QString& original, const QString& corrected)
+{
+    const QStringList candidates =
+        dictionaryCandidatesFromOriginal(original, corrected, m_ports.wordBreaker);
+    if (learnDictionaryCandidates(m_ports.preferences, m_ports.clock, candidates)
+        && m_dictionaryChanged)
+        m_dictionaryChanged();
+}
+
+} // namespace tavrin
