@@ -11,13 +11,16 @@ namespace tavrin::devcloud::testing {
 /// Holds up whoever comes until the test says so. Callable from any thread.
 class Gate {
 public:
-    /// Waits for release(), but not for ever, so that a test that fails comes to its end.
+    /// Waits for release(). Not for ever, so that a test comes to its end that waits for whoever is
+    /// held up here; it has failed then.
     void pass()
     {
         std::unique_lock lock(m_mutex);
         ++m_asked;
         m_changed.notify_all();
-        m_changed.wait_for(lock, std::chrono::seconds(10), [this] { return m_isReleased; });
+        EXPECT_TRUE(m_changed.wait_for(lock, std::chrono::seconds(10), [this] {
+            return m_isReleased;
+        })) << "held up what was to release it";
     }
 
     /// Waits until so many have come.

@@ -40,6 +40,7 @@ protected:
 
 TEST_F(HistoryStoreTest, ASavedRecordHasItsElevenKeys)
 {
+    time.advance(250ms); // Its time has a fraction.
     store.saveHistoryTranscript({.transcript = u"um hello"_s,
         .finalText = u"Hello."_s,
         .delivery = u"自动输入已完成"_s,

@@ -60,7 +60,8 @@ bool ClipboardServer::watch(xcb_window_t window, bool asPrimary)
         [this, window, asPrimary] {
             m_watched = window;
             m_fetchedByProgram = m_fetchedByOthers = false;
-            return (m_clipboard.isOurs || own(atom("CLIPBOARD"), m_clipboard))
+            // The server is asked: the news of a loss may still be under way.
+            return (isOwner(atom("CLIPBOARD")) || own(atom("CLIPBOARD"), m_clipboard))
                 && (!asPrimary || own(XCB_ATOM_PRIMARY, m_primary));
         },
         false);
@@ -151,10 +152,16 @@ bool ClipboardServer::own(xcb_atom_t selection, Ownership& ownership)
     xcb_connection_t* server = connection().get();
     ownership.since = serverTime();
     xcb_set_selection_owner(server, m_window, selection, ownership.since);
+    ownership.isOurs = isOwner(selection);
+    return ownership.isOurs;
+}
+
+bool ClipboardServer::isOwner(xcb_atom_t selection) const
+{
+    xcb_connection_t* server = connection().get();
     const XcbPointer<xcb_get_selection_owner_reply_t> owner(
         xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, selection), nullptr));
-    ownership.isOurs = owner && owner->owner == m_window;
-    return ownership.isOurs;
+    return owner && owner->owner == m_window;
 }
 
 bool ClipboardServer::isOfProgram(xcb_window_t requestor, xcb_window_t window) const

@@ -74,6 +74,8 @@ private:
 
     [[nodiscard]] bool take(const QByteArray& text);
     [[nodiscard]] bool own(xcb_atom_t selection, Ownership& ownership);
+    /// What the server says at this moment.
+    [[nodiscard]] bool isOwner(xcb_atom_t selection) const;
     [[nodiscard]] bool isOfProgram(xcb_window_t requestor, xcb_window_t window) const;
     void noteFetch(xcb_window_t requestor);
     [[nodiscard]] xcb_timestamp_t serverTime();
