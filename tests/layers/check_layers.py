@@ -45,6 +45,8 @@ ROOMS = {
     "app/menu": SHOWN,
     "app/notices": SHOWN | {"cloud"},
     "app/account": SHOWN | {"cloud"},
+    "app/health": SHOWN | {"app/shortcuts"},
+    "app/pages": SHOWN | {"app/shortcuts", "app/menu"} | FEATURES,
     "app/session": SHOWN | {"app/menu", "app/notices"} | FEATURES,
     "platform/linux/libraries": set(),
     "platform/linux/desktop": set(),
