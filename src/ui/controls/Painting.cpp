@@ -1,0 +1,135 @@
+#include "ui/controls/Painting.h"
+
+#include <QImage>
+#include <QMargins>
+#include <QPainter>
+#include <QPixmap>
+#include <QPixmapCache>
+#include <qdrawutil.h>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin::ui {
+namespace {
+
+/// Weights of a Gaussian with this standard deviation, from the middle outwards; their sum over
+/// both sides is 1.
+std::vector<double> gaussian(double deviation)
+{
+    constexpr double reach = 3; // Deviations; beyond lies less than a third of a percent.
+    std::vector<double> weights;
+    double sum = 0;
+    for (int i = 0; i <= static_cast<int>(std::ceil(deviation * reach)); ++i) {
+        weights.push_back(std::exp(-i * i / (2 * deviation * deviation)));
+        sum += i == 0 ? weights.back() : 2 * weights.back();
+    }
+    for (double& weight : weights)
+        weight /= sum;
+    return weights;
+}
+
+/// Blurs a picture of opacities along its rows, and exchanges rows and columns.
+QImage blurredAndTurned(const QImage& source, const std::vector<double>& weights)
+{
+    QImage result(source.height(), source.width(), QImage::Format_Alpha8);
+    const int reach = static_cast<int>(weights.size()) - 1;
+    for (int y = 0; y < source.height(); ++y) {
+        const uchar* const row = source.constScanLine(y);
+        for (int x = 0; x < source.width(); ++x) {
+            double sum = 0;
+            for (int i = std::max(-reach, -x); i <= std::min(reach, source.width() - 1 - x); ++i)
+                sum += row[x + i] * weights[static_cast<std::size_t>(std::abs(i))];
+            result.scanLine(x)[y] = static_cast<uchar>(std::lround(sum));
+        }
+    }
+    return result;
+}
+
+/// How far a shadow is seen outside of its box, in points.
+int extent(const Shadow& shadow)
+{
+    return 2 * shadow.blur;
+}
+
+/// The shadow of a box of this radius and twice @p half wide, to be stretched in its middle.
+QPixmap shadowPicture(int radius, int half, const Shadow& shadow, double ratio)
+{
+    const QString key = u"shadow/%1/%2/%3/%4/%5"_s.arg(shadow.color.name(QColor::HexArgb))
+                            .arg(shadow.blur)
+                            .arg(radius)
+                            .arg(half)
+                            .arg(ratio);
+    QPixmap pixmap;
+    if (QPixmapCache::find(key, &pixmap))
+        return pixmap;
+    const int outside = extent(shadow);
+    const int side = 2 * (outside + half);
+    const int pixels = static_cast<int>(std::lround(side * ratio));
+    QImage mask(pixels, pixels, QImage::Format_Alpha8);
+    mask.fill(0);
+    QPainter painter(&mask);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(ratio, ratio);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::black);
+    painter.drawRoundedRect(
+        QRectF(outside, outside, side - 2 * outside, side - 2 * outside), radius, radius);
+    painter.end();
+    const std::vector<double> weights = gaussian(shadow.blur * ratio);
+    mask = blurredAndTurned(blurredAndTurned(mask, weights), weights);
+    QImage image(mask.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(shadow.color);
+    painter.begin(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.drawImage(0, 0, mask);
+    painter.end();
+    pixmap = QPixmap::fromImage(image);
+    QPixmapCache::insert(key, pixmap);
+    return pixmap;
+}
+
+} // namespace
+
+void drawBox(QPainter& painter, const QRectF& frame, const Box& box)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(box.fill.isValid() ? QBrush(box.fill) : QBrush(Qt::NoBrush));
+    const double inset = box.border.isValid() ? box.borderWidth / 2 : 0;
+    painter.setPen(box.border.isValid() ? QPen(box.border, box.borderWidth) : QPen(Qt::NoPen));
+    painter.drawRoundedRect(
+        frame.adjusted(inset, inset, -inset, -inset), box.radius - inset, box.radius - inset);
+    painter.restore();
+}
+
+Shadow cardShadow()
+{
+    return {QColor::fromRgbF(0.2F, 0.17F, 0.1F, 0.1F), 12, 2};
+}
+
+Shadow selectionShadow()
+{
+    return {QColor::fromRgbF(0.22F, 0.18F, 0.1F, 0.08F), 6, 1};
+}
+
+void drawShadow(QPainter& painter, const QRect& frame, int radius, const Shadow& shadow)
+{
+    const double ratio = painter.device()->devicePixelRatio();
+    const int outside = extent(shadow);
+    const int half =
+        std::min(std::max(radius, outside), std::min(frame.width(), frame.height()) / 2);
+    const QPixmap picture = shadowPicture(radius, half, shadow, ratio);
+    const QRect target =
+        frame.adjusted(-outside, -outside, outside, outside).translated(0, shadow.down);
+    const int corner = outside + half;
+    const auto pixels = static_cast<int>(std::lround(corner * ratio));
+    qDrawBorderPixmap(&painter, target, QMargins(corner, corner, corner, corner), picture,
+        picture.rect(), QMargins(pixels, pixels, pixels, pixels),
+        QTileRules(Qt::StretchTile, Qt::StretchTile));
+}
+
+} // namespace tavrin::ui

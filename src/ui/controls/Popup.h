@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QComboBox>
+
+namespace tavrin::ui {
+
+/// A choice from a list, as the brand draws it (`stylePopup`).
+class Popup final : public QComboBox {
+public:
+    /// @param frame from the bottom left of @p parent.
+    /// @param name what is chosen, for screen readers.
+    Popup(QWidget& parent, const QRect& frame, const QString& name);
+
+    /// Shows @p titles with the one at @p selected chosen; reports nothing. Keeps the list that is
+    /// there when it is the same.
+    void setItems(const QStringList& titles, qsizetype selected);
+
+    void showPopup() override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+};
+
+} // namespace tavrin::ui

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QCheckBox>
+
+namespace tavrin::ui {
+
+/// A box with a tick and a title beside it.
+class CheckBox final : public QCheckBox {
+public:
+    /// @param frame from the bottom left of @p parent.
+    CheckBox(QWidget& parent, const QRect& frame, const QString& title);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    [[nodiscard]] bool hitButton(const QPoint& position) const override;
+};
+
+/// A switch without a title; 38 × 22 points.
+class Switch final : public QCheckBox {
+public:
+    /// @param frame from the bottom left of @p parent.
+    /// @param name what it switches, for screen readers.
+    Switch(QWidget& parent, const QRect& frame, const QString& name);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    [[nodiscard]] bool hitButton(const QPoint& position) const override;
+};
+
+} // namespace tavrin::ui
