@@ -1,0 +1,47 @@
+#include "app/pages/MainWindowController.h"
+
+#include "cloud/StoredSession.h"
+#include "platform/Workspace.h"
+
+#include <utility>
+
+namespace tavrin {
+namespace {
+
+constexpr int accountButtonY = 182;
+constexpr int accountButtonAloneY = 490;
+
+} // namespace
+
+MainWindowController::MainWindowController(Neighbours neighbours)
+    : m_neighbours(std::move(neighbours))
+{
+}
+
+void MainWindowController::selectFirstPage()
+{
+    selectSettingsPage(SettingsPage::Overview);
+}
+
+void MainWindowController::selectSettingsPage(SettingsPage page)
+{
+    m_content.page = hasCloudSession(m_neighbours.preferences) ? page : SettingsPage::Account;
+    show(!m_neighbours.workspace.prefersReducedMotion());
+    m_neighbours.refresh(m_content.page);
+}
+
+void MainWindowController::refreshSidebar()
+{
+    show(false);
+}
+
+void MainWindowController::show(bool animates)
+{
+    m_content.isSignedIn = hasCloudSession(m_neighbours.preferences);
+    m_content.accountSidebarButtonY = m_content.isSignedIn ? accountButtonY : accountButtonAloneY;
+    m_content.animates = animates;
+    if (m_view)
+        m_view->setContent(m_content);
+}
+
+} // namespace tavrin
