@@ -1,6 +1,7 @@
 #include "history/HistoryJson.h"
 
 #include "history/PortableJson.h"
+#include "history/RecordHead.h"
 
 #include <QJsonDocument>
 #include <QUuid>
@@ -15,52 +16,6 @@ namespace {
 
 namespace ondemand = simdjson::ondemand;
 
-/// What the file's rules need of a record; the rest stays text.
-struct Head {
-    std::optional<QString> id;
-    bool hasMode = false;
-    double timestamp = 0;
-};
-
-QString toQString(std::string_view text)
-{
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-double readTimestamp(ondemand::value value)
-{
-    const ondemand::json_type type = value.type();
-    if (type == ondemand::json_type::number)
-        return value.get_double();
-    if (type == ondemand::json_type::string)
-        return timestampFromText(toQString(value.get_string()));
-    return 0;
-}
-
-/// Where a key stands twice, the last one counts, as for every other reader.
-Head readHead(ondemand::object object)
-{
-    Head head;
-    for (auto field : object) {
-        const std::string_view key = field.unescaped_key();
-        if (key != "timestamp" && key != "id" && key != "mode")
-            continue;
-        ondemand::value value = field.value();
-        if (key == "timestamp") {
-            head.timestamp = readTimestamp(value);
-            continue;
-        }
-        std::optional<QString> text;
-        if (value.type() == ondemand::json_type::string)
-            text = toQString(value.get_string());
-        if (key == "id")
-            head.id = text;
-        else
-            head.hasMode = text.has_value();
-    }
-    return head;
-}
-
 QString newID()
 {
     return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
@@ -68,7 +23,7 @@ QString newID()
 
 /// The record with the keys that it lacks behind the others, where they count, and each of the
 /// others as it is written.
-HistoryRecord extended(QByteArray json, const Head& head)
+HistoryRecord extended(QByteArray json, const RecordHead& head)
 {
     const QString id = head.id.value_or(newID());
     json.chop(1);
@@ -78,11 +33,11 @@ HistoryRecord extended(QByteArray json, const Head& head)
         json.append(R"(,"mode":"dictation")");
     json.append('}');
     const auto buffer = std::make_shared<const QByteArray>(std::move(json));
-    return {buffer, 0, buffer->size(), id, head.timestamp};
+    return {buffer, 0, buffer->size(), id, head.timestamp, head.digest};
 }
 
 /// The record with the keys that it lacks.
-HistoryRecord mended(const QByteArray& json, const Head& head)
+HistoryRecord mended(const QByteArray& json, const RecordHead& head)
 {
     const QJsonDocument document = QJsonDocument::fromJson(json);
     if (document.isNull() || withNumbersInRange(json) != json)
@@ -128,15 +83,17 @@ void readElement(ondemand::value element, const char* textBegin,
         history.changed = true;
         return;
     }
+    const char* const begin = std::string_view(element.raw_json_token()).data();
     ondemand::object object = element.get_object();
-    const Head head = readHead(object);
+    const RecordHead head = readRecordHead(object, begin);
     object.reset();
     std::string_view json = object.raw_json();
     json.remove_suffix(json.size() - 1 - json.find_last_of('}')); // It may end in white space.
     const qsizetype offset = json.data() - textBegin;
     const auto length = static_cast<qsizetype>(json.size());
     if (head.id && head.hasMode) {
-        history.records.append(HistoryRecord(kept, offset, length, *head.id, head.timestamp));
+        history.records.append(
+            HistoryRecord(kept, offset, length, *head.id, head.timestamp, head.digest));
         return;
     }
     history.records.append(mended(kept->sliced(offset, length), head));

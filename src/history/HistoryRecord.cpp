@@ -1,6 +1,8 @@
 #include "history/HistoryRecord.h"
 
+#include "history/JsonText.h"
 #include "history/PortableJson.h"
+#include "history/RecordHead.h"
 
 #include <QJsonDocument>
 
@@ -21,19 +23,37 @@ HistoryRecord HistoryRecord::fromObject(const QJsonObject& object)
 {
     auto text = std::make_shared<const QByteArray>(portableJson(QJsonDocument(object)).trimmed());
     const qsizetype length = text->size();
+    const HistoryDigest digest = readRecordHead(*text).digest;
     const QJsonValue timestamp = object.value("timestamp"_L1);
     return {std::move(text), 0, length, object.value("id"_L1).toString(),
-        timestamp.isString() ? timestampFromText(timestamp.toString()) : timestamp.toDouble()};
+        timestamp.isString() ? timestampFromText(timestamp.toString()) : timestamp.toDouble(),
+        digest};
 }
 
 HistoryRecord::HistoryRecord(std::shared_ptr<const QByteArray> buffer, qsizetype offset,
-    qsizetype length, QString id, double timestamp)
+    qsizetype length, QString id, double timestamp, const HistoryDigest& digest)
     : m_buffer(std::move(buffer))
     , m_offset(offset)
     , m_length(length)
     , m_id(std::move(id))
     , m_timestamp(timestamp)
+    , m_digest(digest)
 {
+}
+
+QString HistoryRecord::transcript() const
+{
+    return textFromJson(writtenTranscript());
+}
+
+QString HistoryRecord::finalText() const
+{
+    return textFromJson(writtenFinalText());
+}
+
+QByteArrayView HistoryRecord::at(HistoryDigest::Place place) const
+{
+    return json().sliced(place.offset, place.length);
 }
 
 QByteArrayView HistoryRecord::json() const

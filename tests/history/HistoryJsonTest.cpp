@@ -255,5 +255,55 @@ TEST(HistoryJsonTest, AFailingWriteEndsTheWriting)
     EXPECT_EQ(pieces, 2);
 }
 
+TEST(HistoryJsonTest, TheTextsOfARecordAreThoseOfItsObject)
+{
+    const auto history = parseHistory(R"([
+        {"id": "A", "mode": "chat", "transcript" : "said \"so\" \n中😀" , "finalText":"\ud83d\ude00"  },
+        {"transcript":"first","finalText":"no \"id\"","transcript":"the last one counts"},
+        {"id":"C","mode":"chat","final\u0054ext":"its key is escaped","transcript":["a"]},
+        {"id":"D","mode":"chat","more":{"transcript":"not this one"},"finalText":""},
+        {"finalText":"beside a number","big":123456789012345678901234567890}
+    ])"_ba);
+
+    ASSERT_TRUE(history.has_value());
+    ASSERT_EQ(history->records.size(), 5);
+    const QStringList transcripts{
+        u"said \"so\" \n中😀"_s, u"the last one counts"_s, QString(), QString(), QString()};
+    const QStringList finalTexts{
+        u"😀"_s, u"no \"id\""_s, u"its key is escaped"_s, QString(), u"beside a number"_s};
+    for (qsizetype i = 0; i < 5; ++i) {
+        const HistoryRecord& record = history->records[i];
+        EXPECT_EQ(record.transcript(), transcripts[i]) << i;
+        EXPECT_EQ(record.finalText(), finalTexts[i]) << i;
+        EXPECT_EQ(record.object().value("finalText"_L1).toString(), finalTexts[i]) << i;
+    }
+}
+
+TEST(HistoryJsonTest, ARecordMadeOfAnObjectHasItsTextsToo)
+{
+    const HistoryRecord record = HistoryRecord::fromObject({{u"id"_s, u"A"_s},
+        {u"transcript"_s, u"\uFEFFa \"quoted\" 😀"_s}, {u"finalText"_s, u"line\nline"_s},
+        {u"inputCharacters"_s, 12}, {u"audioSeconds"_s, 2.5}, {u"processingSeconds"_s, 0.5}});
+
+    EXPECT_EQ(record.transcript(), u"\uFEFFa \"quoted\" 😀"_s);
+    EXPECT_EQ(record.finalText(), u"line\nline"_s);
+    EXPECT_EQ(record.digest().characters, 12);
+    EXPECT_EQ(record.digest().audioSeconds, 2.5);
+    EXPECT_EQ(record.digest().processingSeconds, 0.5);
+}
+
+TEST(HistoryJsonTest, AMendedRecordHasItsDigest)
+{
+    const auto history = parseHistory(
+        R"([{"transcript":"said","inputCharacters":4,"audioSeconds":3},
+            {"finalText":"big","big":123456789012345678901234567890,"processingSeconds":2}])"_ba);
+
+    ASSERT_EQ(history->records.size(), 2);
+    EXPECT_EQ(history->records[0].transcript(), u"said"_s);
+    EXPECT_EQ(history->records[0].digest().audioSeconds, 3);
+    EXPECT_EQ(history->records[1].finalText(), u"big"_s);
+    EXPECT_EQ(history->records[1].digest().processingSeconds, 2);
+}
+
 } // namespace
 } // namespace tavrin
