@@ -23,25 +23,30 @@ HistoryActions::HistoryActions(Neighbours neighbours)
 {
 }
 
-void HistoryActions::copyHistoryRecord(const QString& id)
+bool HistoryActions::copyHistoryRecord(const QString& id)
 {
     const std::optional<HistoryRecord> record = m_neighbours.store.historyRecordWithID(id);
-    const auto key = m_expandedHistoryRecordIDs.contains(id) ? "transcript"_L1 : "finalText"_L1;
-    copy(record ? record->object().value(key).toString() : QString());
+    if (!record)
+        return copy({});
+    return copy(
+        m_expandedHistoryRecordIDs.contains(id) ? record->transcript() : record->finalText());
 }
 
 void HistoryActions::copyLatestHistory()
 {
     const HistoryRecords records = m_neighbours.store.historyRecords();
-    copy(records.isEmpty() ? QString() : records.first().object().value("finalText"_L1).toString());
+    copy(records.isEmpty() ? QString() : records.first().finalText());
 }
 
-void HistoryActions::copy(const QString& text)
+bool HistoryActions::copy(const QString& text)
 {
-    if (text.isEmpty())
-        return m_neighbours.alerts.beep();
-    m_neighbours.pasteboard.setString(text);
+    if (text.isEmpty()) {
+        m_neighbours.alerts.beep();
+        return false;
+    }
+    const bool isCopied = m_neighbours.pasteboard.setString(text);
     m_neighbours.playSound(u"success"_s);
+    return isCopied;
 }
 
 void HistoryActions::deleteHistoryRecord(const QString& id)

@@ -35,7 +35,8 @@ public:
     explicit HistoryActions(Neighbours neighbours);
 
     /// Copies the text that the record shows: the transcript while it is expanded, else the result.
-    void copyHistoryRecord(const QString& id);
+    /// False when there is none, or the pasteboard refused it.
+    bool copyHistoryRecord(const QString& id);
 
     /// Copies the result of the newest record.
     void copyLatestHistory();
@@ -63,7 +64,7 @@ public:
     }
 
 private:
-    void copy(const QString& text);
+    bool copy(const QString& text);
 
     Neighbours m_neighbours;
     QSet<QString> m_expandedHistoryRecordIDs;

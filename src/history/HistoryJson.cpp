@@ -102,6 +102,18 @@ void readElement(ondemand::value element, const char* textBegin,
 
 } // namespace
 
+qint64 writtenSize(const HistoryRecords& records)
+{
+    constexpr qint64 empty = 2; // "[]"
+    constexpr qint64 separator = 2; // "\n" after the bracket, ",\n" after every other record.
+    if (records.isEmpty())
+        return empty;
+    qint64 size = empty + 1; // A line end after each bracket, none after the last record.
+    for (const HistoryRecord& record : records)
+        size += separator + record.json().size();
+    return size;
+}
+
 std::optional<ParsedHistory> parseHistory(QByteArray text)
 {
     constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");

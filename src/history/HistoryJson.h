@@ -42,4 +42,7 @@ template <class Write>
     return write(piece);
 }
 
+/// The length of that text in bytes.
+[[nodiscard]] qint64 writtenSize(const HistoryRecords& records);
+
 } // namespace tavrin

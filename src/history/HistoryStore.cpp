@@ -76,6 +76,11 @@ QString HistoryStore::historyFileURL()
     return path;
 }
 
+qint64 HistoryStore::historyFileSize()
+{
+    return m_writing ? writtenSize(m_records) : QFileInfo(historyFileURL()).size();
+}
+
 void HistoryStore::migrate(const QString& path)
 {
     const QString old =
@@ -175,15 +180,28 @@ std::optional<HistoryRecord> HistoryStore::historyRecordWithID(const QString& id
 
 void HistoryStore::warmUp()
 {
+    whenRead([] {});
+}
+
+void HistoryStore::whenRead(std::function<void()> done)
+{
     const QString path = historyFileURL();
     if (isCurrent(path))
+        return done();
+    m_readers.push_back(std::move(done));
+    if (m_readers.size() > 1)
         return;
     const auto loaded = std::make_shared<LoadedHistory>();
-    m_ports.backgroundQueue.run(
-        [path, loaded] { *loaded = loadHistory(path); }, m_guard.bind([this, path, loaded] {
-            if (!isCurrent(path) && loaded->stamp == stampOf(path))
-                adopt(std::move(*loaded));
-        }));
+    m_ports.backgroundQueue.run([path, loaded] { *loaded = loadHistory(path); },
+        m_guard.bind([this, path, loaded] { finishReading(path, *loaded); }));
+}
+
+void HistoryStore::finishReading(const QString& path, LoadedHistory& loaded)
+{
+    if (!isCurrent(path) && loaded.stamp == stampOf(path))
+        adopt(std::move(loaded));
+    for (const auto& done : std::exchange(m_readers, {}))
+        done();
 }
 
 void HistoryStore::flush()

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace tavrin {
 
@@ -61,6 +62,9 @@ public:
     /// Path of the history file. Creates its folder, and the file with what earlier versions left.
     [[nodiscard]] QString historyFileURL();
 
+    /// The history file's size in bytes: as it will be when what is being written is written.
+    [[nodiscard]] qint64 historyFileSize();
+
     /// Every record that is still to be kept, newest first; none when the file cannot be read.
     [[nodiscard]] HistoryRecords historyRecords();
 
@@ -83,6 +87,10 @@ public:
     /// Reads the file in the background, so that the next use finds it read.
     void warmUp();
 
+    /// Calls @p done once the file is read and historyRecords() does not wait for the disk: at once
+    /// where that is so, else after reading in the background.
+    void whenRead(std::function<void()> done);
+
     /// Waits until everything is written. For the end of the program.
     void flush();
 
@@ -96,6 +104,7 @@ private:
     [[nodiscard]] QString retention() const;
     [[nodiscard]] bool isCurrent(const QString& path) const;
     void adopt(LoadedHistory loaded);
+    void finishReading(const QString& path, LoadedHistory& loaded);
     void forget();
     bool write(const HistoryRecords& records);
     void startWriting();
@@ -117,6 +126,7 @@ private:
     // When the oldest unreadable file was edited, in seconds since 1970; empty when that is
     // unknown.
     std::optional<double> m_oldestUnreadable;
+    std::vector<std::function<void()>> m_readers; // Wait for a read in the background.
     bool m_writing = false;
     bool m_writeAgain = false; // The records have changed since the running write began.
     bool m_replacesAll = false; // The next write replaces whatever the file holds.

@@ -56,6 +56,15 @@ TEST_F(HistoryActionsTest, NothingToCopyBeeps)
     EXPECT_EQ(pasteboard.string(), QString());
 }
 
+TEST_F(HistoryActionsTest, WhoeverCopiesLearnsWhetherItWasCopied)
+{
+    EXPECT_TRUE(actions.copyHistoryRecord(u"A"_s));
+    EXPECT_FALSE(actions.copyHistoryRecord(u"B"_s));
+    EXPECT_FALSE(actions.copyHistoryRecord(u"unknown"_s));
+    pasteboard.accepts = false;
+    EXPECT_FALSE(actions.copyHistoryRecord(u"A"_s));
+}
+
 TEST_F(HistoryActionsTest, TheLatestCopyIsTheResultWhateverIsExpanded)
 {
     actions.toggleHistoryOriginal(u"A"_s);

@@ -305,5 +305,14 @@ TEST(HistoryJsonTest, AMendedRecordHasItsDigest)
     EXPECT_EQ(history->records[1].digest().processingSeconds, 2);
 }
 
+TEST(HistoryJsonTest, TheSizeOfTheTextIsKnownBeforeItIsWritten)
+{
+    const HistoryRecords records = parseHistory(smallExample())->records;
+
+    EXPECT_EQ(writtenSize({}), text({}).size());
+    EXPECT_EQ(writtenSize(records.first(1)), text(records.first(1)).size());
+    EXPECT_EQ(writtenSize(records), text(records).size());
+}
+
 } // namespace
 } // namespace tavrin

@@ -299,6 +299,49 @@ TEST_F(HistoryStoreTest, AWarmUpThatComesTooLateChangesNothing)
     EXPECT_EQ(store.historyRecords().size(), 2);
 }
 
+TEST_F(HistoryStoreTest, WhoeverWaitsForTheFileIsCalledWhenItIsRead)
+{
+    putFile("[" + aged("a", 1) + "]");
+    QStringList calls;
+    store.whenRead([&] { calls.append(u"first "_s + ids().join(u' ')); });
+    store.whenRead([&] { calls.append(u"second"_s); });
+    EXPECT_TRUE(calls.isEmpty());
+    EXPECT_EQ(background.pending(), 1);
+    background.drain();
+    EXPECT_EQ(calls, (QStringList{u"first a"_s, u"second"_s}));
+
+    store.whenRead([&] { calls.append(u"at once"_s); });
+    EXPECT_EQ(calls.last(), u"at once"_s);
+    EXPECT_EQ(background.pending(), 0);
+}
+
+TEST_F(HistoryStoreTest, AFileThatCannotBeReadKeepsNobodyWaiting)
+{
+    putFile("no history");
+    int calls = 0;
+    store.whenRead([&] {
+        EXPECT_TRUE(ids().isEmpty());
+        ++calls;
+    });
+    background.drain();
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(HistoryStoreTest, TheSizeOfTheFileIsThatOfWhatIsBeingWritten)
+{
+    putFile("[" + aged("a", 1) + ", " + aged("b", 1) + "]");
+    const qint64 before = QFileInfo(path()).size();
+    EXPECT_EQ(store.historyFileSize(), before);
+
+    store.removeHistoryRecord(u"a"_s);
+    const qint64 expected = store.historyFileSize();
+    EXPECT_EQ(QFileInfo(path()).size(), before);
+    background.drain();
+    EXPECT_LT(expected, before);
+    EXPECT_EQ(QFileInfo(path()).size(), expected);
+    EXPECT_EQ(store.historyFileSize(), expected);
+}
+
 TEST_F(HistoryStoreTest, ARecordIsFoundByItsExactId)
 {
     putFile("[" + aged("A", 1) + "," + aged("B", 1) + "]");
