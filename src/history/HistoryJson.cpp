@@ -104,11 +104,10 @@ void readElement(ondemand::value element, const char* textBegin,
 
 qint64 writtenSize(const HistoryRecords& records)
 {
-    constexpr qint64 empty = 2; // "[]"
-    constexpr qint64 separator = 2; // "\n" after the bracket, ",\n" after every other record.
     if (records.isEmpty())
-        return empty;
-    qint64 size = empty + 1; // A line end after each bracket, none after the last record.
+        return 2; // "[]"
+    constexpr qint64 separator = 2; // ",\n"
+    qint64 size = 4 - 1; // "[" and "\n]\n", less the comma that the first record lacks.
     for (const HistoryRecord& record : records)
         size += separator + record.json().size();
     return size;
