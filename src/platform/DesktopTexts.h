@@ -18,6 +18,10 @@ struct DesktopTexts {
     std::optional<LocalizedText> checkMicrophonePermission;
     std::optional<LocalizedText> speechNotAllowed;
     std::optional<LocalizedText> speechUnavailable;
+    /// What the history page says of where it is kept.
+    std::optional<LocalizedText> historySubtitle;
+    std::optional<LocalizedText> retentionExplanation;
+    std::optional<LocalizedText> historyStorage;
     /// Said only where Workspace::reachesEveryProgram() is false.
     std::optional<LocalizedText> limitedReach;
 };

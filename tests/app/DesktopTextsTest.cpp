@@ -2,6 +2,7 @@
 
 #include "app/account/ProviderTexts.h"
 #include "app/notices/FirstRunTexts.h"
+#include "app/pages/HistoryTexts.h"
 #include "app/session/SessionTexts.h"
 #include "app/settings/Localization.h"
 #include "app/shortcuts/ShortcutTexts.h"
@@ -43,6 +44,9 @@ LocalizedText inEveryLanguage(const SimplifiedText& text)
 
 const std::array rows{
     Row{"betaNotice", &DesktopTexts::betaNotice, inEveryLanguage(texts::betaNotice)},
+    Row{"historySubtitle", &DesktopTexts::historySubtitle, texts::historySubtitle},
+    Row{"retentionExplanation", &DesktopTexts::retentionExplanation, texts::retentionExplanation},
+    Row{"historyStorage", &DesktopTexts::historyStorage, texts::historyStorage},
     Row{"installationGuide", &DesktopTexts::installationGuide,
         inEveryLanguage(texts::installationGuide)},
     Row{"installationSteps", &DesktopTexts::installationSteps,
@@ -87,7 +91,7 @@ TEST_P(DesktopTextsTest, TheTextOfTheFeatureStandsWhereTheDesktopHasNoneOfItsOwn
 TEST_P(DesktopTextsTest, LinuxSaysItInThreeLanguagesWithoutAWordOfTheOtherDesktop)
 {
     static const QRegularExpression otherDesktop(
-        u"Apple|macOS|公证|公證|系统设置|系統設定|System Settings|应用程序|钥匙串|Control"_s);
+        uR"(Apple|macOS|\bMac\b|公证|公證|系统设置|系統設定|System Settings|应用程序|钥匙串|Control)"_s);
     static const QRegularExpression chinese(u"\\p{Han}"_s);
     QStringList shown;
     for (const QString& language : languages) {
@@ -119,7 +123,7 @@ QStringList textsOfTheOtherDesktop()
 {
     static const QRegularExpression text(uR"(\bconstexpr\s+\S+\s+(\w+)\s*\{([^;]*)\};)"_s);
     static const QRegularExpression otherDesktop(
-        u"Apple|macOS|系统设置|系統設定|System Settings|权限|權限|permission"_s,
+        uR"(Apple|macOS|\bMac\b|系统设置|系統設定|System Settings|权限|權限|permission)"_s,
         QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression seam(uR"("\s+u")"_s); // A text may go on in the next line.
     QStringList names;

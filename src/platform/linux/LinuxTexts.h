@@ -58,6 +58,15 @@ namespace tavrin {
         u"語音辨識目前無法使用，請檢查語音模型或語音伺服器後重試。",
         u"Speech recognition is not available now. Check the speech model or the speech server, "
         u"and try again."};
+    texts.historySubtitle = LocalizedText{u"默认显示整理结果，需要时可查看原文。仅保存在本机。",
+        u"預設顯示整理結果，需要時可查看原文。僅保存在本機。",
+        u"Shows edited text by default. Reveal the original transcript when needed. Stored only on "
+        u"this computer."};
+    texts.retentionExplanation = LocalizedText{u"选择文字在本机保留多久。录音从不保存。",
+        u"選擇文字在本機保留多久。錄音從不保存。",
+        u"Choose how long text stays on this computer. Audio recordings are never kept."};
+    texts.historyStorage = LocalizedText{u"%1 条记录 · %2 KB · 仅保存在本机",
+        u"%1 筆記錄 · %2 KB · 僅保存在本機", u"%1 records · %2 KB · stored on this computer"};
     texts.limitedReach =
         LocalizedText{u"这是 Wayland 会话：Tavrin 只能用于通过 XWayland 运行的程序。",
             u"這是 Wayland 工作階段：Tavrin 只能用於透過 XWayland 執行的程式。",

@@ -1,0 +1,137 @@
+#include "app/pages/HistoryFind.h"
+
+#include "history/JsonText.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace tavrin {
+namespace {
+
+using Byte = unsigned char;
+
+constexpr Byte folded(Byte byte)
+{
+    return byte >= 'A' && byte <= 'Z' ? static_cast<Byte>(byte - 'A' + 'a') : byte;
+}
+
+/// Characters that are one sequence of bytes each in a file, and have no case.
+bool isPlainIdeograph(char16_t unit)
+{
+    return (unit >= 0x2E80 && unit < 0xA4D0) || (unit >= 0xAC00 && unit <= 0xD7A3);
+}
+
+/// Printable characters that stand in a file as they are.
+bool isPlainAscii(char16_t unit)
+{
+    return unit >= u' ' && unit < 0x7F && unit != u'"' && unit != u'\\' && unit != u'/';
+}
+
+} // namespace
+
+/// Looks for a text in the bytes of the file, without making a text of them first.
+class HistoryFind::WrittenText {
+public:
+    /// Null where the bytes do not tell.
+    static std::unique_ptr<const WrittenText> of(const QString& query)
+    {
+        const bool plain = std::ranges::all_of(query, [](QChar unit) {
+            return isPlainAscii(unit.unicode()) || isPlainIdeograph(unit.unicode());
+        });
+        return plain ? std::unique_ptr<const WrittenText>(new WrittenText(query)) : nullptr;
+    }
+
+    /// Whether the bytes of @p text tell if it holds the query: an escape hides characters, and two
+    /// letters have an old form outside of ASCII.
+    [[nodiscard]] bool canTell(QByteArrayView text) const
+    {
+        return !text.contains('\\')
+            && (!m_hasOldForms || (!text.contains("\u017F") && !text.contains("\u212A")));
+    }
+
+    [[nodiscard]] bool isIn(QByteArrayView text) const
+    {
+        const qsizetype last = m_needle.size() - 1;
+        qsizetype end = last; // Where the needle's last byte would stand.
+        while (end < text.size()) {
+            const Byte byte = folded(static_cast<Byte>(text[end]));
+            if (byte == static_cast<Byte>(m_needle[last]) && endsAt(text, end))
+                return true;
+            end += m_steps.at(byte);
+        }
+        return false;
+    }
+
+private:
+    explicit WrittenText(const QString& query)
+        : m_needle(query.toUtf8())
+        , m_hasOldForms(query.contains(u'k', Qt::CaseInsensitive)
+              || query.contains(u's', Qt::CaseInsensitive))
+    {
+        for (char& byte : m_needle)
+            byte = static_cast<char>(folded(static_cast<Byte>(byte)));
+        m_steps.fill(m_needle.size());
+        for (qsizetype i = 0; i + 1 < m_needle.size(); ++i)
+            m_steps.at(static_cast<Byte>(m_needle[i])) = m_needle.size() - 1 - i;
+    }
+
+    [[nodiscard]] bool endsAt(QByteArrayView text, qsizetype end) const
+    {
+        const QByteArrayView place = text.sliced(end + 1 - m_needle.size(), m_needle.size());
+        return std::ranges::equal(place, m_needle, {},
+            [](char byte) { return static_cast<char>(folded(static_cast<Byte>(byte))); });
+    }
+
+    QByteArray m_needle; // Lower case.
+    bool m_hasOldForms;
+    std::array<qsizetype, 256> m_steps{}; // By how much to go on after a byte that is not the last.
+};
+
+HistoryFind::HistoryFind(HistoryRecords records, const QString& query)
+    : m_records(std::move(records))
+    , m_matcher(query, Qt::CaseInsensitive)
+    , m_written(WrittenText::of(query))
+{
+}
+
+HistoryFind::~HistoryFind() = default;
+
+bool HistoryFind::lookOn(qsizetype bytes)
+{
+    qsizetype left = bytes;
+    while (m_looked < m_records.size()) {
+        const HistoryRecord& record = m_records.at(m_looked);
+        const QByteArrayView transcript = record.writtenTranscript();
+        const QByteArrayView finalText = record.writtenFinalText();
+        if (isIn(finalText) || isIn(transcript))
+            m_matches.append(m_looked);
+        ++m_looked;
+        constexpr qsizetype ofEachRecord = 64; // Texts may be short, and records many.
+        left -= ofEachRecord + transcript.size() + finalText.size();
+        if (left <= 0)
+            break;
+    }
+    return m_looked == m_records.size();
+}
+
+bool HistoryFind::isIn(QByteArrayView written) const
+{
+    if (m_written && m_written->canTell(written))
+        return m_written->isIn(written);
+    return m_matcher.indexIn(textFromJson(written)) >= 0;
+}
+
+QList<TextRange> rangesOf(const QString& query, const QString& text)
+{
+    QList<TextRange> ranges;
+    if (query.isEmpty())
+        return ranges;
+    const QStringMatcher matcher(query, Qt::CaseInsensitive);
+    for (qsizetype at = matcher.indexIn(text); at >= 0;
+         at = matcher.indexIn(text, at + query.size()))
+        ranges.append({at, query.size()});
+    return ranges;
+}
+
+} // namespace tavrin
