@@ -178,6 +178,10 @@ void RecordCard::setContent(const Content& content)
     m_copy->setDoneText(content.isCopied ? m_localization.LT(texts::recordCopied) : QString());
     m_toggle->setText(
         m_localization.LT(content.row.showsOriginal ? texts::showResult : texts::showOriginal));
+    if (!content.isCopied)
+        nameAfterRecord(*m_copy);
+    nameAfterRecord(*m_toggle);
+    nameAfterRecord(*m_delete);
     m_chevron->setText(m_localization.LT(
         content.isOpened ? texts::showLessText : texts::showWholeText)); // It is not drawn.
     static_cast<Chevron*>(m_chevron)->setOpened(content.isOpened);
@@ -185,6 +189,12 @@ void RecordCard::setContent(const Content& content)
     resize(cardWidth, headerFrame.bottom() + 1 + 12 + (content.lines - 1) * lineHeight);
     placeControls();
     update();
+}
+
+/// Every record has the same buttons: their names say whose they are.
+void RecordCard::nameAfterRecord(Button& button) const
+{
+    button.setAccessibleName(button.text() + u" · "_s + m_content.row.header);
 }
 
 int RecordCard::countLines(const QString& text)

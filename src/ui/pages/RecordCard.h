@@ -69,6 +69,7 @@ protected:
 
 private:
     void placeControls();
+    void nameAfterRecord(Button& button) const;
     void toggleWholeText();
 
     const Localization& m_localization;

@@ -1,17 +1,6 @@
-#include "app/pages/HistoryController.h"
-
+#include "app/pages/HistoryControllerFixture.h"
 #include "app/pages/HistoryTexts.h"
-#include "app/settings/Localization.h"
-#include "app/settings/Settings.h"
-#include "history/HistoryActions.h"
-#include "history/HistoryFixture.h"
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxTexts.h"
-#include "support/InMemoryPasteboard.h"
-#include "support/InMemoryWorkspace.h"
-#include "support/ScriptedAlerts.h"
-
-#include <optional>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -19,74 +8,14 @@ using namespace std::chrono_literals;
 namespace tavrin {
 namespace {
 
-/// A page that nobody sees.
-class PaperPage final : public View<HistoryContent> {
-public:
-    std::optional<HistoryContent> content;
-    int shown = 0;
-    std::function<void()> onContent;
-
-    void setContent(const HistoryContent& given) override
-    {
-        content = given;
-        ++shown;
-        if (onContent)
-            onContent();
-    }
-};
-
-class HistoryControllerTest : public testing::HistoryFixture {
+class HistoryControllerTest : public testing::HistoryControllerFixture {
 protected:
-    testing::ScriptedAlerts alerts;
-    testing::InMemoryPasteboard pasteboard;
-    testing::InMemoryWorkspace workspace;
-    Localization localization{preferences, workspace, KeyNames()};
-    Settings settings{preferences, localization};
-    QStringList sounds;
-    PaperPage page;
-    HistoryActions actions{{store, alerts, pasteboard, preferences, workspace,
-        [this](const QString& name) { sounds.append(name); },
-        [this] { controller.refreshHistoryView(); }, [] {}, [] {}}};
-    HistoryController controller{{.actions = actions,
-        .clock = time,
-        .historyStore = store,
-        .localization = localization,
-        .mainQueue = time,
-        .preferences = preferences,
-        .settings = settings,
-        .timeZone = [] { return QTimeZone("Asia/Shanghai"); }}};
+    testing::PaperHistoryPage page;
 
     void SetUp() override
     {
-        HistoryFixture::SetUp();
-        preferences.setValue(keys::interfaceLanguage, u"en"_s);
-        preferences.setValue(keys::historyRetention, u"forever"_s);
+        HistoryControllerFixture::SetUp();
         controller.setView(&page);
-    }
-
-    void show(const QByteArrayList& records)
-    {
-        putFile("[" + records.join(',') + "]");
-        controller.refreshHistoryView();
-        background.drain();
-    }
-
-    void showThree()
-    {
-        show({R"({"id":"A","mode":"chat","transcript":"first question","finalText":"An Answer"})",
-            R"({"id":"B","mode":"dictation","transcript":"second","finalText":"周四的评审"})",
-            R"({"id":"C","mode":"dictation","transcript":"third","finalText":"written"})"});
-    }
-
-    /// So many records of which every tenth holds "needle", each of so many characters.
-    static QByteArrayList many(int count, int length)
-    {
-        QByteArrayList records;
-        for (int i = 0; i < count; ++i)
-            records.append(R"({"id":"R)" + QByteArray::number(i)
-                + R"(","mode":"chat","finalText":")" + QByteArray(length, 'x')
-                + (i % 10 == 9 ? "needle" : "straw") + R"("})");
-        return records;
     }
 
     [[nodiscard]] const HistoryContent& content() const { return page.content.value(); }
@@ -301,13 +230,7 @@ TEST_F(HistoryControllerTest, AConfirmationUnderWayOutlivesNothing)
 {
     showThree();
     std::optional<HistoryController> own;
-    own.emplace(HistoryController::Neighbours{.actions = actions,
-        .clock = time,
-        .historyStore = store,
-        .localization = localization,
-        .mainQueue = time,
-        .preferences = preferences,
-        .settings = settings});
+    own.emplace(neighbours());
     own->copyHistoryRecord(u"A"_s);
     EXPECT_EQ(time.pending(), 1);
     own.reset();
@@ -391,171 +314,6 @@ TEST_F(HistoryControllerTest, AFileThatWasEditedByHandIsReadAnew)
     showThree();
     show({R"({"id":"Z","mode":"chat","finalText":"by hand, of another length"})"});
     EXPECT_EQ(listed(), QStringList{u"Z"_s});
-}
-
-// Looking for a text.
-
-TEST_F(HistoryControllerTest, TheFieldIsHiddenUntilItIsAskedFor)
-{
-    showThree();
-    EXPECT_FALSE(content().isFinding);
-    controller.beginFind();
-    EXPECT_TRUE(content().isFinding);
-    EXPECT_EQ(listed().size(), 3);
-    EXPECT_EQ(content().matchCount, QString());
-
-    controller.find(u"written"_s);
-    controller.endFind();
-    EXPECT_FALSE(content().isFinding);
-    EXPECT_EQ(content().query, QString());
-    EXPECT_EQ(content().matchCount, QString());
-    EXPECT_EQ(listed().size(), 3);
-}
-
-TEST_F(HistoryControllerTest, WhatIsFoundIsListedAndCounted)
-{
-    showThree();
-    controller.beginFind();
-    controller.find(u"评审"_s);
-    EXPECT_EQ(listed(), QStringList{u"B"_s});
-    EXPECT_EQ(content().query, u"评审"_s);
-    EXPECT_EQ(content().matchCount, u"1 matches"_s);
-
-    controller.find(u"QUESTION"_s); // Of the transcript.
-    EXPECT_EQ(listed(), QStringList{u"A"_s});
-    controller.find(u"r"_s);
-    EXPECT_EQ(content().matchCount, u"3 matches"_s);
-    for (const auto& [language, text] :
-        {std::pair(u"zh-Hans"_s, u"3 条匹配"_s), std::pair(u"zh-Hant"_s, u"3 筆符合"_s)}) {
-        preferences.setValue(keys::interfaceLanguage, language);
-        EXPECT_EQ(controller.content().matchCount, text);
-    }
-}
-
-TEST_F(HistoryControllerTest, WhereNothingIsFoundThePageSaysSo)
-{
-    showThree();
-    controller.find(u"nowhere"_s);
-    EXPECT_TRUE(content().rows.isEmpty());
-    EXPECT_EQ(content().emptyText, u"No matching records"_s);
-    EXPECT_EQ(content().matchCount, u"0 matches"_s);
-
-    controller.find({});
-    EXPECT_EQ(listed().size(), 3);
-    EXPECT_EQ(content().emptyText, QString());
-    EXPECT_EQ(content().matchCount, QString());
-}
-
-TEST_F(HistoryControllerTest, TheFirstAreListedAtOnceAndAllInTheEnd)
-{
-    show(many(5000, 1000));
-    controller.find(u"needle"_s);
-    const qsizetype first = content().rows.size();
-    EXPECT_GT(first, 50);
-    EXPECT_LT(first, 250);
-    EXPECT_EQ(content().rows.idOf(0), u"R9"_s);
-
-    time.advance(0s);
-    EXPECT_EQ(content().rows.size(), 500);
-    EXPECT_EQ(content().matchCount, u"500 matches"_s);
-    EXPECT_EQ(content().rows.idOf(499), u"R4999"_s);
-}
-
-TEST_F(HistoryControllerTest, TheQueueHasItsTurnBetweenThePieces)
-{
-    show(many(5000, 1000));
-    controller.find(u"needle"_s);
-    int turns = 0;
-    std::function<void()> turn = [&] {
-        if (content().rows.size() == 500)
-            return;
-        ++turns;
-        time.post(turn);
-    };
-    time.post(turn);
-    time.advance(0s);
-    EXPECT_GE(turns, 3);
-}
-
-TEST_F(HistoryControllerTest, NothingFoundYetIsNotNothingFound)
-{
-    QByteArrayList records = many(5000, 1000);
-    records.append(R"({"id":"last","mode":"chat","finalText":"rare"})");
-    show(records);
-    page.onContent = [this] { EXPECT_EQ(content().emptyText, QString()); };
-    controller.find(u"rare"_s);
-    time.advance(0s);
-    EXPECT_EQ(listed(), QStringList{u"last"_s});
-}
-
-TEST_F(HistoryControllerTest, AnotherQueryEndsTheSearchUnderWay)
-{
-    show(many(5000, 1000));
-    controller.find(u"needle"_s);
-    controller.find(u"straw"_s);
-    time.advance(0s);
-    EXPECT_EQ(content().rows.size(), 4500);
-    EXPECT_EQ(content().query, u"straw"_s);
-
-    controller.find(u"needle"_s);
-    controller.endFind();
-    time.advance(0s);
-    EXPECT_EQ(content().rows.size(), 5000);
-    EXPECT_EQ(time.pending(), 0);
-}
-
-TEST_F(HistoryControllerTest, TheSameQueryIsNotSearchedTwice)
-{
-    showThree();
-    controller.find(u"written"_s);
-    const int shown = page.shown;
-    controller.find(u"written"_s);
-    EXPECT_EQ(page.shown, shown);
-}
-
-TEST_F(HistoryControllerTest, ARecordThatArrivesIsFoundTooAndTheListStaysWhileItIsLookedFor)
-{
-    show(many(5000, 1000));
-    controller.find(u"needle"_s);
-    time.advance(0s);
-    store.saveHistoryTranscript({.finalText = u"one more needle"_s});
-    page.onContent = [this] { EXPECT_GE(content().rows.size(), 500); };
-    controller.refreshHistoryView();
-    time.advance(0s);
-    EXPECT_EQ(content().rows.size(), 501);
-    EXPECT_EQ(row(0).text, u"one more needle"_s);
-}
-
-TEST_F(HistoryControllerTest, AMatchCanBeDeletedAndExpanded)
-{
-    showThree();
-    controller.find(u"r"_s);
-    controller.toggleHistoryOriginal(u"C"_s);
-    EXPECT_EQ(row(2).text, u"third"_s);
-    controller.deleteHistoryRecord(u"C"_s);
-    EXPECT_EQ(listed(), (QStringList{u"A"_s, u"B"_s}));
-    EXPECT_EQ(content().matchCount, u"2 matches"_s);
-}
-
-TEST_F(HistoryControllerTest, AControllerMayGoWhileItSearches)
-{
-    showThree();
-    std::optional<HistoryController> own;
-    own.emplace(HistoryController::Neighbours{.actions = actions,
-        .clock = time,
-        .historyStore = store,
-        .localization = localization,
-        .mainQueue = time,
-        .preferences = preferences,
-        .settings = settings});
-    show(many(5000, 1000));
-    own->setView(&page);
-    own->refreshHistoryView();
-    own->find(u"needle"_s);
-    own.reset();
-    const int shown = page.shown;
-    time.advance(0s);
-    EXPECT_EQ(page.shown, shown);
 }
 
 TEST_F(HistoryControllerTest, TheCaptionsAreThoseOfTheThreeLanguages)

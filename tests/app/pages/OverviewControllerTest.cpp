@@ -1,16 +1,5 @@
-#include "app/pages/OverviewController.h"
-
+#include "app/pages/OverviewControllerFixture.h"
 #include "app/pages/OverviewTexts.h"
-#include "app/settings/Localization.h"
-#include "app/settings/Settings.h"
-#include "app/shortcuts/ShortcutMonitor.h"
-#include "app/shortcuts/ShortcutSettings.h"
-#include "history/HistoryFixture.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryHotKeyProbe.h"
-#include "support/InMemoryKeyMonitor.h"
-#include "support/InMemoryWorkspace.h"
-#include "support/ScriptedAlerts.h"
 
 #include <optional>
 
@@ -33,40 +22,20 @@ public:
     }
 };
 
-class OverviewControllerTest : public testing::HistoryFixture {
+class OverviewControllerTest : public testing::OverviewControllerFixture {
 protected:
-    testing::InMemoryKeyMonitor keyboard;
-    testing::InMemoryHotKeyProbe probe;
-    testing::InMemoryWorkspace workspace;
-    testing::ScriptedAlerts alerts;
-    Localization localization{preferences, workspace, KeyNames()};
-    Settings settings{preferences, localization};
-    ShortcutMonitor monitor{
-        keyboard, time, settings, {[] {}, [] { return false; }, [] {}, [](OperationMode) {}}};
-    ShortcutSettings shortcuts{
-        {alerts, probe, localization, preferences, settings, monitor}, {[] {}, [] {}}};
-    QLocale locale{QLocale::English, QLocale::UnitedStates};
     PaperPage page;
-    OverviewController controller{{.clock = time,
-        .historyStore = store,
-        .shortcutSettings = shortcuts,
-        .locale = [this] { return locale; },
-        .timeZone = [] { return QTimeZone("Asia/Shanghai"); }}};
 
     void SetUp() override
     {
-        HistoryFixture::SetUp();
-        preferences.setValue(keys::interfaceLanguage, u"en"_s);
-        preferences.setValue(keys::historyRetention, u"forever"_s);
+        OverviewControllerFixture::SetUp();
         controller.setView(&page);
     }
 
     /// What the page shows of a history with these records.
     OverviewContent shown(const QByteArray& records)
     {
-        putFile("[" + records + "]");
-        controller.refreshDashboardUsage();
-        background.drain();
+        show(records);
         return page.content.value_or(OverviewContent());
     }
 
@@ -94,7 +63,6 @@ TEST_F(OverviewControllerTest, WithoutRecordsEveryFigureIsZero)
 
 TEST_F(OverviewControllerTest, EachFigureStandsInItsPlace)
 {
-    // It is Wednesday, November 15, 2023, 06:13 in Shanghai.
     const OverviewContent content = shown(record(1h, "1") + ',' + record(30h, "20") + ','
         + record(24h * 10, "300") + ',' + record(24h * 100, "4000")
         + R"(,{"id":"B","mode":"chat","audioSeconds":1440,"processingSeconds":600})");
