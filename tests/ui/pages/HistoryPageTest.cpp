@@ -1,19 +1,11 @@
-#include "ui/pages/HistoryPage.h"
-
-#include "app/pages/HistoryControllerFixture.h"
 #include "platform/linux/LinuxTexts.h"
-#include "ui/BrandStyle.h"
-#include "ui/controls/Button.h"
-#include "ui/controls/Label.h"
 #include "ui/controls/Popup.h"
-#include "ui/controls/TextField.h"
-#include "ui/pages/HistoryList.h"
-#include "ui/pages/Keyboard.h"
+#include "ui/pages/HistoryPageFixture.h"
 
 #include <QAccessible>
 #include <QMouseEvent>
-#include <QScrollBar>
-#include <QShortcut>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -21,101 +13,14 @@ using namespace std::chrono_literals;
 namespace tavrin::ui {
 namespace {
 
-using testing::pressKey;
-using testing::typeText;
+using testing::chevronButton;
+using testing::copyButton;
+using testing::deleteButton;
+using testing::longText;
+using testing::toggleButton;
+using HistoryPageTest = testing::HistoryPageFixture;
 
 const QStringList languages{u"zh-Hans"_s, u"zh-Hant"_s, u"en"_s};
-
-// Places in RecordCard::controls().
-constexpr std::size_t copyButton = 1;
-constexpr std::size_t toggleButton = 2;
-constexpr std::size_t deleteButton = 3;
-constexpr std::size_t chevronButton = 4;
-
-QByteArray longText()
-{
-    return QByteArray("some words that go on ").repeated(30);
-}
-
-class HistoryPageTest : public testing::HistoryControllerFixture {
-protected:
-    QWidget window;
-    std::optional<HistoryPage> page;
-
-    /// Shows the page over these records, with the keyboard in its window.
-    void open(const QByteArrayList& records)
-    {
-        window.resize(820, 640);
-        brand::applyBrandPalette(window);
-        page.emplace(window, controller, localization);
-        page->show();
-        show(records);
-        window.show();
-        window.activateWindow();
-        QApplication::processEvents();
-        ASSERT_TRUE(window.isActiveWindow());
-    }
-
-    void openThree()
-    {
-        open({});
-        showThree();
-    }
-
-    /// "result 0", "result 1", … from the top, of one line each.
-    static QByteArrayList numbered(int count)
-    {
-        QByteArrayList records;
-        for (int i = 0; i < count; ++i) {
-            const QByteArray number = QByteArray::number(i);
-            records.append(R"({"id":"R)" + number + R"(","mode":"chat","transcript":"original )"
-                + number + R"(","finalText":"result )" + number + R"("})");
-        }
-        return records;
-    }
-
-    [[nodiscard]] HistoryList& list() const { return *page->findChild<HistoryList*>(); }
-
-    [[nodiscard]] QScrollBar& bar() const { return *list().verticalScrollBar(); }
-
-    [[nodiscard]] RecordCard& card(std::size_t place) const { return *list().cards().at(place); }
-
-    [[nodiscard]] QAbstractButton& button(std::size_t place, std::size_t which) const
-    {
-        return dynamic_cast<QAbstractButton&>(*card(place).controls().at(which));
-    }
-
-    /// The texts of the cards that are at least partly in sight.
-    [[nodiscard]] QStringList inSight() const
-    {
-        QStringList texts;
-        for (const RecordCard* const one : list().cards()) {
-            if (one->isVisible() && one->y() < list().height())
-                texts.append(one->content().row.text);
-        }
-        return texts;
-    }
-
-    [[nodiscard]] QLineEdit& findField() const
-    {
-        return *page->findChild<QLineEdit*>(u"historyFindField"_s);
-    }
-
-    [[nodiscard]] QString labelText(const char* name) const
-    {
-        return page->findChild<Label*>(QString::fromLatin1(name))->fullText();
-    }
-
-    void pressFindShortcut() const { Q_EMIT page->findChild<QShortcut*>()->activated(); }
-
-    [[nodiscard]] static QString focused()
-    {
-        const QWidget* const widget = QApplication::focusWidget();
-        if (const auto* const record = dynamic_cast<const RecordCard*>(widget))
-            return record->content().row.text;
-        return widget ? widget->accessibleName() : QString();
-    }
-};
 
 TEST_F(HistoryPageTest, TheRecordsInSightAreShown)
 {
@@ -165,7 +70,7 @@ TEST_F(HistoryPageTest, EveryCaptionFitsInEveryLanguage)
         preferences.setValue(keys::interfaceLanguage, language);
         open({});
         const HistoryPage onLinux(window, controller, linux);
-        for (const HistoryPage* const one : {&*page, &onLinux}) {
+        for (const HistoryPage* const one : {&std::as_const(*page), &onLinux}) {
             for (const Label* const label : one->findChildren<Label*>()) {
                 EXPECT_EQ(label->toolTip(), QString()) << label->fullText().toStdString();
                 EXPECT_LE(label->lineCount(), 2);
@@ -283,172 +188,6 @@ TEST_F(HistoryPageTest, AnExpandedRecordStaysSoOutOfSight)
     bar().setValue(0);
     EXPECT_EQ(inSight()[1], u"original 1"_s);
     EXPECT_EQ(inSight()[2], u"result 2"_s);
-}
-
-// The keyboard.
-
-TEST_F(HistoryPageTest, TabReachesEveryControlInReadingOrder)
-{
-    openThree();
-    page->firstControl()->setFocus(Qt::TabFocusReason);
-    QStringList order;
-    for (int i = 0; i < 16; ++i) {
-        order.append(focused());
-        pressKey(Qt::Key_Tab);
-    }
-    QStringList expected{u"Retention"_s, QString(), QString()}; // The buttons have their titles.
-    for (const auto& [text, header] : {std::pair(u"An Answer"_s, u"08:00  ·  Chat"_s),
-             std::pair(u"周四的评审"_s, u"08:00  ·  Dictation"_s),
-             std::pair(u"written"_s, u"08:00  ·  Dictation"_s)}) {
-        expected.append(text);
-        for (const QString& title : {u"Copy"_s, u"Original"_s, u"Delete"_s})
-            expected.append(title + u" · "_s + header);
-    }
-    expected.append(u"Retention"_s);
-    EXPECT_EQ(order, expected);
-}
-
-TEST_F(HistoryPageTest, TheArrowKeysGoThroughAllRecords)
-{
-    open(numbered(50));
-    EXPECT_TRUE(list().takeKeyboard(Qt::TabFocusReason));
-    EXPECT_EQ(focused(), u"result 0"_s);
-    for (int i = 0; i < 10; ++i)
-        pressKey(Qt::Key_Down);
-    EXPECT_EQ(focused(), u"result 10"_s);
-    const QWidget* const widget = QApplication::focusWidget();
-    EXPECT_TRUE(list().viewport()->rect().contains(widget->geometry()));
-
-    pressKey(Qt::Key_Up);
-    EXPECT_EQ(focused(), u"result 9"_s);
-    pressKey(Qt::Key_End);
-    EXPECT_EQ(focused(), u"result 49"_s);
-    pressKey(Qt::Key_Down);
-    EXPECT_EQ(focused(), u"result 49"_s);
-    pressKey(Qt::Key_PageUp);
-    EXPECT_EQ(focused(), u"result 45"_s);
-    pressKey(Qt::Key_Home);
-    EXPECT_EQ(focused(), u"result 0"_s);
-    EXPECT_EQ(bar().value(), 0);
-    pressKey(Qt::Key_PageDown);
-    EXPECT_EQ(focused(), u"result 4"_s);
-}
-
-TEST_F(HistoryPageTest, TheArrowKeysKeepTheButton)
-{
-    open(numbered(50));
-    button(0, deleteButton).setFocus(Qt::TabFocusReason);
-    for (int i = 0; i < 7; ++i)
-        pressKey(Qt::Key_Down);
-    pressKey(Qt::Key_Return);
-    EXPECT_EQ(controller.content().rows.size(), 49);
-    EXPECT_FALSE(inSight().contains(u"result 7"_s));
-    EXPECT_EQ(focused(), u"Delete · 08:00  ·  Chat"_s);
-    pressKey(Qt::Key_Return); // The next one took its place.
-    EXPECT_FALSE(inSight().contains(u"result 8"_s));
-    EXPECT_TRUE(inSight().contains(u"result 9"_s));
-}
-
-TEST_F(HistoryPageTest, ReturnOpensARecordAndCtrlCCopiesIt)
-{
-    open({R"({"id":"A","mode":"chat","finalText":")" + longText() + R"("})"});
-    EXPECT_TRUE(list().takeKeyboard(Qt::TabFocusReason));
-    pressKey(Qt::Key_Return);
-    EXPECT_GT(card(0).height(), 114);
-    EXPECT_EQ(QApplication::focusWidget(), &card(0));
-    pressKey(Qt::Key_Return);
-    EXPECT_EQ(card(0).height(), 114);
-    pressKey(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(pasteboard.string(), QString::fromUtf8(longText()));
-}
-
-TEST_F(HistoryPageTest, TheKeyboardStaysWithItsRecord)
-{
-    open(numbered(50));
-    store.setSavedHandler([this] { controller.refreshHistoryView(); });
-    card(2).setFocus(Qt::TabFocusReason);
-    save(u"new"_s, u"a new one"_s);
-    EXPECT_EQ(focused(), u"result 2"_s);
-
-    bar().setValue(104);
-    EXPECT_EQ(focused(), u"result 2"_s);
-    bar().setValue(20 * 104);
-    EXPECT_TRUE(list().hasFocus()); // No key presses a button that nobody sees.
-    bar().setValue(0);
-    EXPECT_EQ(focused(), u"result 2"_s);
-}
-
-TEST_F(HistoryPageTest, DeletingTheLastRecordLosesNothing)
-{
-    open(numbered(2));
-    button(1, deleteButton).setFocus(Qt::TabFocusReason);
-    pressKey(Qt::Key_Return);
-    EXPECT_EQ(inSight(), QStringList{u"result 0"_s});
-    EXPECT_EQ(focused(), u"Delete · 08:00  ·  Chat"_s);
-    pressKey(Qt::Key_Return);
-    EXPECT_FALSE(list().isVisible());
-    EXPECT_EQ(controller.content().emptyText, u"No history yet"_s);
-}
-
-// Looking for a text.
-
-TEST_F(HistoryPageTest, CtrlFOpensTheFieldAndEscapeClosesIt)
-{
-    openThree();
-    EXPECT_FALSE(findField().isVisible());
-    pressFindShortcut();
-    EXPECT_TRUE(findField().isVisible());
-    EXPECT_TRUE(findField().hasFocus());
-    EXPECT_FALSE(page->findChild<Label*>(u"historyStorageLabel"_s)->isVisible());
-
-    typeText(u"评审"_s);
-    EXPECT_EQ(inSight(), QStringList{u"周四的评审"_s});
-    EXPECT_EQ(card(0).content().query, u"评审"_s);
-
-    pressKey(Qt::Key_Escape);
-    EXPECT_FALSE(findField().isVisible());
-    EXPECT_EQ(inSight().size(), 3);
-    EXPECT_EQ(focused(), u"An Answer"_s);
-    EXPECT_EQ(findField().text(), QString());
-    EXPECT_EQ(card(0).content().query, QString());
-}
-
-TEST_F(HistoryPageTest, TheShortcutIsThatOfTheDesktop)
-{
-    openThree();
-    EXPECT_EQ(page->findChild<QShortcut*>()->key(), QKeySequence(QKeySequence::Find));
-}
-
-TEST_F(HistoryPageTest, ReturnAndTheArrowLeadFromTheFieldToTheFirstMatch)
-{
-    openThree();
-    for (const int key : {Qt::Key_Return, Qt::Key_Down}) {
-        pressFindShortcut();
-        findField().clear();
-        typeText(u"written"_s);
-        pressKey(key);
-        EXPECT_EQ(focused(), u"written"_s) << key;
-    }
-}
-
-TEST_F(HistoryPageTest, WhereNothingIsFoundThePageSaysSo)
-{
-    openThree();
-    pressFindShortcut();
-    typeText(u"nowhere"_s);
-    EXPECT_FALSE(list().isVisible());
-    pressKey(Qt::Key_Escape);
-    EXPECT_TRUE(list().isVisible());
-}
-
-TEST_F(HistoryPageTest, AnotherSearchBeginsAtTheTop)
-{
-    open(numbered(100));
-    pressFindShortcut();
-    bar().setValue(50 * 104);
-    typeText(u"r"_s);
-    EXPECT_EQ(bar().value(), 0);
-    EXPECT_EQ(inSight().first(), u"result 0"_s);
 }
 
 // Bad input.
