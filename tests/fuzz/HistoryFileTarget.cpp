@@ -92,6 +92,9 @@ void checkAgainstPlainReader(const QByteArray& content)
         if (!expected.value("mode"_L1).isString())
             expected.insert("mode"_L1, u"dictation"_s);
         require(record.object() == expected, "a record holds what it held");
+        require(record.transcript() == expected.value("transcript"_L1).toString()
+                && record.finalText() == expected.value("finalText"_L1).toString(),
+            "its texts are found without reading all of it");
         require(!record.id().isEmpty() || element[u"id"].isString(), "a record has an id");
     }
     require(next == history->records.size(), "nothing else is a record");
