@@ -16,6 +16,7 @@
 #include "platform/Pasteboard.h"
 #include "platform/Permissions.h"
 #include "platform/Preferences.h"
+#include "platform/RecogniserSettings.h"
 #include "platform/SoundPlayer.h"
 #include "platform/SpeechRecognizer.h"
 #include "platform/StatusItem.h"
@@ -52,6 +53,7 @@ struct Platform : MachinePorts {
     Owned<AudioRecorders> audioRecorders;
     Owned<FileSpeechRecognizer> fileSpeechRecognizer;
     Owned<LiveSpeechRecognizer> liveSpeechRecognizer;
+    Owned<RecogniserSettings> recogniserSettings;
     Owned<SoundPlayer> soundPlayer;
     Owned<StatusItem> statusItem;
     Owned<Alerts> alerts;

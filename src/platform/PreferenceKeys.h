@@ -62,7 +62,7 @@ inline const Setting<QString> historyRetention{
 // Of versions without a history file.
 inline const Setting<QVariantList> transcriptionHistory{QStringLiteral("transcriptionHistory")};
 
-// Writing style page (src/ui).
+// Writing style (src/app/pages).
 inline const Setting<QString> writingTone{QStringLiteral("writingTone")};
 inline const Setting<QString> writingStyleSample{QStringLiteral("writingStyleSample")};
 

@@ -3,6 +3,7 @@
 #include "support/InMemoryAccessibility.h"
 #include "support/InMemoryPasteboard.h"
 #include "support/InMemoryPermissions.h"
+#include "support/InMemoryRecogniserSettings.h"
 #include "support/InMemorySoundPlayer.h"
 #include "support/InMemorySpeechRecognizers.h"
 #include "support/InMemoryWordBreaker.h"
@@ -116,6 +117,7 @@ Platform ControllerFixture::createPorts()
         std::make_unique<InMemoryAudioRecorders>(time),
         kept(recognizer),
         std::make_unique<InMemoryLiveSpeechRecognizer>(),
+        std::make_unique<InMemoryRecogniserSettings>(),
         std::make_unique<InMemorySoundPlayer>(note),
         kept(statusItem),
         kept(alerts),

@@ -9,6 +9,7 @@
 #include "platform/linux/desktop/LinuxSystemInfo.h"
 #include "platform/linux/preferences/JsonPreferences.h"
 #include "platform/linux/speech/LinuxPermissions.h"
+#include "platform/linux/speech/LinuxRecogniserSettings.h"
 #include "platform/linux/speech/LinuxSpeech.h"
 #include "platform/linux/speech/PulseSpeechCapture.h"
 #include "platform/linux/x11/ClipboardPasteboard.h"
@@ -60,6 +61,7 @@ Platform createPlatform()
     const auto soundServer = std::make_shared<PulseConnection>();
     auto audioDevices = std::make_unique<PulseAudioDevices>(soundServer);
     auto permissions = std::make_unique<LinuxPermissions>(*audioDevices);
+    auto recogniserSettings = std::make_unique<LinuxRecogniserSettings>(*machine.preferences);
     LinuxSpeech speech = createLinuxSpeech(*machine.preferences, pulseSpeechCapture(soundServer));
     return {
         std::move(machine),
@@ -73,6 +75,7 @@ Platform createPlatform()
         std::make_unique<PulseAudioRecorders>(soundServer),
         std::move(speech.fileRecognizer),
         std::move(speech.liveRecognizer),
+        std::move(recogniserSettings),
         std::make_unique<PulseSoundPlayer>(QStringLiteral(":/Sounds")),
         std::make_unique<QtStatusItem>(),
         std::make_unique<QtAlerts>(),

@@ -2,8 +2,13 @@
 
 #include "base/LocalizedText.h"
 
-/// What the health page says about the engines.
+/// What the pages say about the engines.
 namespace tavrin::texts {
+
+inline constexpr LocalizedText builtInRecogniser{u"内置", u"內建", u"Built-in"};
+inline constexpr LocalizedText serverRecogniser{u"语音服务器", u"語音伺服器", u"Speech server"};
+inline constexpr LocalizedText streamingRecogniser{
+    u"实时语音服务器", u"即時語音伺服器", u"Streaming server"};
 
 inline constexpr LocalizedText sphinxReady{u"内置语音识别，识别语言：%1",
     u"內建語音辨識，辨識語言：%1", u"Built-in speech recognition, language: %1"};

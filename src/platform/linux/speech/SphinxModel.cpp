@@ -92,24 +92,30 @@ std::optional<SphinxModel> sphinxModelIn(const QString& folder)
     return model;
 }
 
-std::optional<SphinxModel> findSphinxModel(const QString& preferredFolder, const QStringList& roots)
+QList<InstalledSphinxModel> installedSphinxModels(const QStringList& roots)
 {
-    if (!preferredFolder.isEmpty())
-        return sphinxModelIn(QDir::cleanPath(preferredFolder));
-    QList<SphinxModel> models;
+    QList<InstalledSphinxModel> models;
     for (const QString& root : roots) {
         const auto folders =
             QDir(root).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
         for (const QFileInfo& folder : folders) {
             if (auto model = sphinxModelIn(folder.filePath()))
-                models.append(*std::move(model));
+                models.append({folder.filePath(), *std::move(model)});
         }
     }
-    const auto best = std::min_element(models.begin(), models.end(),
-        [](const SphinxModel& left, const SphinxModel& right) { return rank(left) < rank(right); });
-    if (best == models.end())
+    return models;
+}
+
+std::optional<SphinxModel> findSphinxModel(const QString& preferredFolder, const QStringList& roots)
+{
+    if (!preferredFolder.isEmpty())
+        return sphinxModelIn(QDir::cleanPath(preferredFolder));
+    const QList<InstalledSphinxModel> installed = installedSphinxModels(roots);
+    const auto best = std::ranges::min_element(
+        installed, {}, [](const InstalledSphinxModel& each) { return rank(each.model); });
+    if (best == installed.end())
         return std::nullopt;
-    return *best;
+    return best->model;
 }
 
 QStringList sphinxModelRoots()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -21,6 +22,15 @@ struct SphinxModel {
 /// .dic) and a language model (.lm.bin, .lm.dmp, .lm) beside it or one folder up. Empty when
 /// something is missing.
 [[nodiscard]] std::optional<SphinxModel> sphinxModelIn(const QString& folder);
+
+/// A model, and the folder in which sphinxModelIn() finds it.
+struct InstalledSphinxModel {
+    QString folder;
+    SphinxModel model;
+};
+
+/// The models in subfolders of @p roots, by name.
+[[nodiscard]] QList<InstalledSphinxModel> installedSphinxModels(const QStringList& roots);
 
 /// The model to use: the one in @p preferredFolder unless that is empty, else of those installed
 /// in subfolders of @p roots a Mandarin one, else an English one, else any.

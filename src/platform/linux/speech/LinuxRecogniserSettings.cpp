@@ -1,0 +1,113 @@
+#include "platform/linux/speech/LinuxRecogniserSettings.h"
+
+#include "platform/PreferenceKeys.h"
+#include "platform/PreferenceValues.h"
+#include "platform/linux/speech/SpeechEngineTexts.h"
+#include "platform/linux/speech/SpeechServer.h"
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace tavrin {
+namespace {
+
+const QString builtIn = u"sphinx"_s;
+const QString httpServer = u"http"_s;
+const QString voskServer = u"vosk"_s;
+
+/// What servers commonly hear.
+const QStringList serverLanguages{u"zh-CN"_s, u"zh-TW"_s, u"yue-HK"_s, u"en-US"_s, u"ja-JP"_s,
+    u"ko-KR"_s, u"fr-FR"_s, u"de-DE"_s, u"es-ES"_s, u"pt-BR"_s, u"it-IT"_s, u"nl-NL"_s, u"ru-RU"_s,
+    u"uk-UA"_s, u"pl-PL"_s, u"tr-TR"_s, u"ar-SA"_s, u"hi-IN"_s, u"th-TH"_s, u"vi-VN"_s, u"id-ID"_s};
+
+bool has(const RecogniserChoices& choices, const QString& identifier)
+{
+    return std::ranges::any_of(choices.recognisers,
+        [&](const RecogniserChoice& choice) { return choice.identifier == identifier; });
+}
+
+void addLanguage(RecogniserChoices& choices, const QString& tag)
+{
+    if (!tag.isEmpty() && !choices.languages.contains(tag))
+        choices.languages.append(tag);
+}
+
+} // namespace
+
+LinuxRecogniserSettings::LinuxRecogniserSettings(Preferences& preferences, QStringList modelRoots)
+    : m_preferences(preferences)
+    , m_modelRoots(std::move(modelRoots))
+{
+}
+
+RecogniserChoices LinuxRecogniserSettings::choices() const
+{
+    RecogniserChoices choices;
+    choices.recognisers.append({builtIn, texts::builtInRecogniser});
+    const QString chosen = valueOf(m_preferences, keys::linuxSpeechEngine);
+    const auto addServer = [&](const QString& identifier, const Setting<QString>& address,
+                               const LocalizedText& name) {
+        // One that was chosen in the file stays, whatever it lacks: the choice is shown as it is.
+        if (chosen == identifier || !valueOf(m_preferences, address).trimmed().isEmpty())
+            choices.recognisers.append({identifier, name});
+    };
+    addServer(httpServer, keys::linuxSpeechHttpUrl, texts::serverRecogniser);
+    addServer(voskServer, keys::linuxSpeechVoskUrl, texts::streamingRecogniser);
+    choices.recogniser = has(choices, chosen) ? chosen : builtIn;
+    if (choices.recogniser == builtIn)
+        addModels(choices);
+    else
+        addServerLanguages(choices);
+    return choices;
+}
+
+void LinuxRecogniserSettings::selectRecogniser(const QString& identifier)
+{
+    if (!has(choices(), identifier))
+        return;
+    m_preferences.setValue(keys::linuxSpeechEngine, identifier);
+    m_preferences.synchronize();
+}
+
+void LinuxRecogniserSettings::selectLanguage(const QString& tag)
+{
+    const RecogniserChoices present = choices();
+    if (tag == present.language || !present.languages.contains(tag))
+        return;
+    if (present.recogniser == builtIn)
+        selectModel(tag);
+    else
+        m_preferences.setValue(keys::linuxSpeechLanguage, tag);
+    m_preferences.synchronize();
+}
+
+void LinuxRecogniserSettings::addModels(RecogniserChoices& choices) const
+{
+    const auto used =
+        findSphinxModel(valueOf(m_preferences, keys::linuxSpeechSphinxModel), m_modelRoots);
+    choices.language = used ? used->language : QString();
+    for (const InstalledSphinxModel& installed : installedSphinxModels(m_modelRoots))
+        addLanguage(choices, installed.model.language);
+    addLanguage(choices, choices.language);
+}
+
+void LinuxRecogniserSettings::addServerLanguages(RecogniserChoices& choices) const
+{
+    const QString set = valueOf(m_preferences, keys::linuxSpeechLanguage);
+    choices.language = set.isEmpty() ? SpeechServer().language : set;
+    choices.languages = serverLanguages;
+    addLanguage(choices, choices.language);
+}
+
+void LinuxRecogniserSettings::selectModel(const QString& tag)
+{
+    const QList<InstalledSphinxModel> installed = installedSphinxModels(m_modelRoots);
+    const auto found = std::ranges::find(
+        installed, tag, [](const InstalledSphinxModel& each) { return each.model.language; });
+    if (found != installed.end())
+        m_preferences.setValue(keys::linuxSpeechSphinxModel, found->folder);
+}
+
+} // namespace tavrin

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/RecogniserSettings.h"
+#include "platform/linux/speech/SphinxModel.h"
+
+namespace tavrin {
+
+class Preferences;
+
+/// Chooses among the engines of LinuxSpeech by their preferences: the built-in one, and the servers
+/// that have an address. The built-in one hears the languages of the installed models, a server
+/// whatever it is asked for.
+class LinuxRecogniserSettings final : public RecogniserSettings {
+public:
+    /// @param preferences must outlive this object.
+    /// @param modelRoots where models are installed.
+    explicit LinuxRecogniserSettings(
+        Preferences& preferences, QStringList modelRoots = sphinxModelRoots());
+
+    [[nodiscard]] RecogniserChoices choices() const override;
+    void selectRecogniser(const QString& identifier) override;
+    void selectLanguage(const QString& tag) override;
+
+private:
+    void addModels(RecogniserChoices& choices) const;
+    void addServerLanguages(RecogniserChoices& choices) const;
+    void selectModel(const QString& tag);
+
+    Preferences& m_preferences;
+    QStringList m_modelRoots;
+};
+
+} // namespace tavrin
