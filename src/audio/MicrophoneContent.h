@@ -18,6 +18,8 @@ struct MicrophoneContent {
 
     QList<Item> items;
     qsizetype selected = 0; ///< Index into items.
+
+    friend bool operator==(const MicrophoneContent&, const MicrophoneContent&) = default;
 };
 
 /// @p followSystemDefault (its title) first, then one item per device. Selected is the last item
