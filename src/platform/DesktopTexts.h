@@ -24,6 +24,21 @@ struct DesktopTexts {
     std::optional<LocalizedText> historyStorage;
     /// Said only where Workspace::reachesEveryProgram() is false.
     std::optional<LocalizedText> limitedReach;
+    std::optional<LocalizedText> accountNotice; ///< Of the account page.
+    std::optional<LocalizedText> serviceHint; ///< Where somebody without a service gets one.
+
+    // The health page.
+    std::optional<LocalizedText> enablePermission;
+    std::optional<LocalizedText> microphoneDenied;
+    /// What stands for the permission of speech recognition while there is no recogniser.
+    std::optional<LocalizedText> recogniserMissing;
+    /// The name of what recognises speech, where the user chooses it. It titles the first part of a
+    /// card that a desktop without one does not have.
+    std::optional<LocalizedText> recogniser;
+    // What helps where Workspace::openSettings() found nothing to open.
+    std::optional<LocalizedText> noAccessibilitySettings;
+    std::optional<LocalizedText> noMicrophoneSettings;
+    std::optional<LocalizedText> noSpeechSettings;
 };
 
 } // namespace tavrin

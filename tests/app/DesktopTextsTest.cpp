@@ -1,5 +1,6 @@
 #include "platform/DesktopTexts.h"
 
+#include "app/account/AccountTexts.h"
 #include "app/account/ProviderTexts.h"
 #include "app/notices/FirstRunTexts.h"
 #include "app/pages/HistoryTexts.h"
@@ -59,6 +60,7 @@ const std::array rows{
         inEveryLanguage(texts::speechNotAllowed)},
     Row{"speechUnavailable", &DesktopTexts::speechUnavailable,
         inEveryLanguage(texts::speechUnavailable)},
+    Row{"accountNotice", &DesktopTexts::accountNotice, texts::accountNotice},
 };
 
 class DesktopTextsTest : public ::testing::TestWithParam<Row> {

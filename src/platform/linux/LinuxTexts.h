@@ -4,6 +4,47 @@
 
 namespace tavrin {
 
+inline void addAccountTexts(DesktopTexts& texts)
+{
+    texts.accountNotice =
+        LocalizedText{u"服务地址与模型连接由服务端统一管理，不会显示或保存在本机。",
+            u"服務位址與模型連線由服務端統一管理，不會顯示或儲存在本機。",
+            u"The service endpoint and model connection are managed centrally and are never shown "
+            u"or stored on your computer."};
+    texts.serviceHint = LocalizedText{
+        u"还没有服务？在源码目录运行 scripts/run 可在本机启动一个；自建方法见 "
+        u"docs/self-hosting.md。",
+        u"還沒有服務？在原始碼目錄執行 scripts/run 可在本機啟動一個；自建方法見 "
+        u"docs/self-hosting.md。",
+        u"No service yet? scripts/run starts one on this computer; docs/self-hosting.md explains "
+        u"how to run your own."};
+}
+
+inline void addHealthTexts(DesktopTexts& texts)
+{
+    texts.enablePermission = LocalizedText{u"开启", u"開啟", u"Enable"};
+    texts.microphoneDenied = LocalizedText{u"⚠ 未找到麦克风，无法收音", u"⚠ 找不到麥克風，無法收音",
+        u"⚠ No microphone — cannot capture audio"};
+    texts.recogniserMissing = LocalizedText{u"⚠ 没有可用的识别引擎，无法转写",
+        u"⚠ 沒有可用的辨識引擎，無法轉寫", u"⚠ No recogniser — cannot transcribe"};
+    texts.recogniser = LocalizedText{u"识别引擎", u"辨識引擎", u"Recogniser"};
+    texts.noAccessibilitySettings = LocalizedText{
+        u"此桌面没有 Tavrin 认识的辅助功能设置。请安装软件包 at-spi2-core，然后重新登录桌面。",
+        u"此桌面沒有 Tavrin 認識的輔助功能設定。請安裝套件 at-spi2-core，然後重新登入桌面。",
+        u"This desktop has no accessibility settings that Tavrin knows. Install the package "
+        u"at-spi2-core, and log in to the desktop again."};
+    texts.noMicrophoneSettings = LocalizedText{
+        u"此桌面没有 Tavrin 认识的声音设置。请连接麦克风，并用 pavucontrol "
+        u"等混音器将它选为输入设备。",
+        u"此桌面沒有 Tavrin 認識的音效設定。請連接麥克風，並用 pavucontrol "
+        u"等混音器將它選為輸入裝置。",
+        u"This desktop has no sound settings that Tavrin knows. Plug in a microphone, and choose "
+        u"it as the input device in a mixer, for example pavucontrol."};
+    texts.noSpeechSettings = LocalizedText{u"请安装语音模型，或在“通用”页面选择语音服务器。",
+        u"請安裝語音模型，或在「一般」頁面選擇語音伺服器。",
+        u"Install a speech model, or choose a speech server on the page General."};
+}
+
 /// Linux has no notarisation, no System Settings and no permissions to grant.
 [[nodiscard]] inline DesktopTexts linuxTexts()
 {
@@ -71,6 +112,8 @@ namespace tavrin {
         LocalizedText{u"这是 Wayland 会话：Tavrin 只能用于通过 XWayland 运行的程序。",
             u"這是 Wayland 工作階段：Tavrin 只能用於透過 XWayland 執行的程式。",
             u"This is a Wayland session: Tavrin reaches only programs that run on XWayland."};
+    addAccountTexts(texts);
+    addHealthTexts(texts);
     return texts;
 }
 
