@@ -34,6 +34,10 @@ public:
     /// The persistent identifier, valid across restarts.
     [[nodiscard]] virtual std::optional<QString> uid(AudioDeviceId device) = 0;
 
+    /// Whether nothing but silence can come from an input device: it is muted, turned all the way
+    /// down, or nothing is plugged into it.
+    [[nodiscard]] virtual std::optional<bool> isInputSilent(AudioDeviceId device) = 0;
+
     [[nodiscard]] virtual std::optional<AudioDeviceId> defaultInputDevice() = 0;
     virtual bool setDefaultInputDevice(AudioDeviceId device) = 0;
 

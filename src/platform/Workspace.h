@@ -2,6 +2,7 @@
 
 #include "platform/RunningApplication.h"
 
+#include <QList>
 #include <QPoint>
 #include <QString>
 #include <QStringList>
@@ -11,6 +12,12 @@
 class QUrl;
 
 namespace tavrin {
+
+/// The parts of the system's settings that Tavrin sends its user to. macOS:
+/// "x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility",
+/// "x-apple.systempreferences:com.apple.preference.security?Privacy_Microphone" and
+/// "x-apple.systempreferences:com.apple.preference.security?Privacy_SpeechRecognition".
+enum class SettingsPane { Accessibility, Microphone, SpeechRecognition };
 
 /// The desktop around the program: which application is in front, and what the user prefers.
 /// Main thread only. No call waits longer than half a second for another process.
@@ -44,6 +51,15 @@ public:
 
     /// Shows @p path in the file browser. False when that failed.
     virtual bool openFolder(const QString& path) = 0;
+
+    /// Opens the system's settings at @p pane. False when there are none, or they do not start.
+    /// Linux: the settings for accessibility and for sound of the desktop that runs; none for
+    /// speech.
+    virtual bool openSettings(SettingsPane pane) = 0;
+
+    /// The programs that have windows, each once and with the window on top of its others, those of
+    /// this program left out. Linux: in no session without a window manager.
+    [[nodiscard]] virtual QList<RunningApplication> runningApplications() const = 0;
 
     /// Languages in the user's order, best first, as BCP 47 tags ("zh-Hant-TW"); may be empty.
     [[nodiscard]] virtual QStringList preferredLanguages() const = 0;

@@ -58,7 +58,11 @@ public:
         return process;
     }
 
-    void close() override { m_port.focusedElements.clear(); }
+    void close() override
+    {
+        m_port.focusedElements.clear();
+        m_port.unexposed.insert(process);
+    }
 
 private:
     static constexpr qint64 process = 42;
@@ -124,6 +128,18 @@ TEST_P(AccessibilityContractTest, TheFocusedFieldOfAProgramIsFound)
     EXPECT_FALSE(port.isProtected(element.get()));
     EXPECT_FALSE(port.isTerminal(element.get()));
     EXPECT_NE(port.systemFocusedElement(), nullptr);
+}
+
+TEST_P(AccessibilityContractTest, AProgramIsExposedWhileItRuns)
+{
+    const qint64 process = desktop->open({u"Dear "_s});
+    EXPECT_EQ(port.isExposed(process), true);
+
+    desktop->close();
+    const auto end = std::chrono::steady_clock::now() + 10s;
+    while (port.isExposed(process) != false && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(20ms); // Until the bus has noticed.
+    EXPECT_EQ(port.isExposed(process), false);
 }
 
 TEST_P(AccessibilityContractTest, AFieldOfOneLineIsATextField)

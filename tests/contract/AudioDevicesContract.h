@@ -95,6 +95,12 @@ TYPED_TEST_P(AudioDevicesContract, OnlyAMicrophoneBecomesTheDefaultInput)
     EXPECT_EQ(this->devices.defaultInputDevice(), this->defaultInput);
 }
 
+TYPED_TEST_P(AudioDevicesContract, AMicrophoneIsSilentOrNotAndAnOutputNeither)
+{
+    EXPECT_TRUE(this->devices.isInputSilent(this->defaultInput).has_value());
+    EXPECT_EQ(this->devices.isInputSilent(this->defaultOutput), std::nullopt);
+}
+
 TYPED_TEST_P(AudioDevicesContract, OutputIsMutedAndUnmuted)
 {
     ASSERT_TRUE(this->devices.isOutputMuteSettable(this->defaultOutput));
@@ -119,6 +125,7 @@ TYPED_TEST_P(AudioDevicesContract, OfUnknownDevicesNothingIsKnown)
 {
     for (const AudioDeviceId unknown : {AudioDeviceId{0}, AudioDeviceId{4'000'000'000}}) {
         EXPECT_EQ(this->devices.inputChannels(unknown), std::nullopt);
+        EXPECT_EQ(this->devices.isInputSilent(unknown), std::nullopt);
         EXPECT_EQ(this->devices.name(unknown), std::nullopt);
         EXPECT_EQ(this->devices.uid(unknown), std::nullopt);
         EXPECT_EQ(this->devices.outputMute(unknown), std::nullopt);
@@ -133,7 +140,7 @@ TYPED_TEST_P(AudioDevicesContract, OfUnknownDevicesNothingIsKnown)
 
 REGISTER_TYPED_TEST_SUITE_P(AudioDevicesContract, EveryDeviceHasAnIdANameAUidAndItsChannels,
     TheDefaultsAreAmongTheDevices, AnotherMicrophoneBecomesTheDefaultAtOnce,
-    OnlyAMicrophoneBecomesTheDefaultInput, OutputIsMutedAndUnmuted, VolumeIsSetBetweenSilentAndFull,
-    OfUnknownDevicesNothingIsKnown);
+    OnlyAMicrophoneBecomesTheDefaultInput, AMicrophoneIsSilentOrNotAndAnOutputNeither,
+    OutputIsMutedAndUnmuted, VolumeIsSetBetweenSilentAndFull, OfUnknownDevicesNothingIsKnown);
 
 } // namespace tavrin::testing

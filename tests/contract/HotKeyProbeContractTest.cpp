@@ -2,6 +2,7 @@
 #include "platform/linux/x11/TestClient.h"
 #include "platform/linux/x11/X11HotKeyProbe.h"
 #include "support/InMemoryHotKeyProbe.h"
+#include "support/QtPrinters.h"
 
 namespace tavrin::testing {
 namespace {
@@ -68,6 +69,17 @@ TEST_P(HotKeyProbeContractTest, ACombinationThatAnotherProgramHoldsIsNot)
     subject().takeCommandShiftSpace();
     EXPECT_FALSE(subject().probe().isAvailable(key_codes::space, commandShift));
     EXPECT_TRUE(subject().probe().isAvailable(key_codes::space, controlOption));
+}
+
+TEST_P(HotKeyProbeContractTest, NobodyHoldsAFreeCombination)
+{
+    EXPECT_EQ(subject().probe().holder(key_codes::space, commandShift), QString());
+}
+
+TEST_P(HotKeyProbeContractTest, WhoHoldsACombinationIsNotInvented)
+{
+    subject().takeCommandShiftSpace();
+    EXPECT_EQ(subject().probe().holder(key_codes::space, commandShift), QString());
 }
 
 TEST_P(HotKeyProbeContractTest, TheDesktopKeepsWhatSomebodyHolds)

@@ -4,6 +4,7 @@
 #include "support/InMemoryWorkspace.h"
 #include "support/QtPrinters.h"
 
+#include <algorithm>
 #include <unistd.h>
 
 namespace tavrin::testing {
@@ -16,6 +17,7 @@ public:
     [[nodiscard]] virtual Workspace& workspace() = 0;
     [[nodiscard]] virtual RunningApplication first() = 0;
     [[nodiscard]] virtual QString nameOfSecond() = 0;
+    [[nodiscard]] virtual qint64 processOfSecond() = 0;
     virtual void quitFirst() = 0;
 };
 
@@ -25,6 +27,7 @@ public:
     {
         m_workspace.frontmost =
             RunningApplication{2, QStringLiteral("Second"), QStringLiteral("second"), 0};
+        m_workspace.running = {*m_workspace.frontmost, first()};
         m_workspace.languages = {QStringLiteral("en")};
     }
 
@@ -37,7 +40,13 @@ public:
 
     [[nodiscard]] QString nameOfSecond() override { return QStringLiteral("Second"); }
 
-    void quitFirst() override { m_workspace.activationSucceeds = false; }
+    [[nodiscard]] qint64 processOfSecond() override { return 2; }
+
+    void quitFirst() override
+    {
+        m_workspace.activationSucceeds = false;
+        m_workspace.running.removeAll(first());
+    }
 
 private:
     InMemoryWorkspace m_workspace;
@@ -50,6 +59,11 @@ public:
     [[nodiscard]] RunningApplication first() override { return m_first.application(); }
 
     [[nodiscard]] QString nameOfSecond() override { return QStringLiteral("tavrin-test-editor"); }
+
+    [[nodiscard]] qint64 processOfSecond() override
+    {
+        return m_second.application().processIdentifier;
+    }
 
     void quitFirst() override { m_first.close(); }
 
@@ -90,6 +104,31 @@ TEST_P(WorkspaceContractTest, AProgramThatHasQuitCannotBeActivated)
     subject().quitFirst();
     EXPECT_FALSE(subject().workspace().activate(gone));
     EXPECT_FALSE(subject().workspace().isActive(gone));
+}
+
+TEST_P(WorkspaceContractTest, ProgramsWithWindowsAreTheRunningOnes)
+{
+    const auto timesRunning = [this](qint64 process) {
+        const QList<RunningApplication> running = subject().workspace().runningApplications();
+        return std::ranges::count(running, process, &RunningApplication::processIdentifier);
+    };
+    const qint64 first = subject().first().processIdentifier;
+    EXPECT_EQ(timesRunning(first), 1);
+    EXPECT_EQ(timesRunning(subject().processOfSecond()), 1);
+    EXPECT_EQ(timesRunning(::getpid()), 0);
+
+    subject().quitFirst();
+    EXPECT_EQ(timesRunning(first), 0);
+    EXPECT_EQ(timesRunning(subject().processOfSecond()), 1);
+}
+
+TEST_P(WorkspaceContractTest, RunningProgramsHaveTheirNames)
+{
+    const QList<RunningApplication> running = subject().workspace().runningApplications();
+    const auto second = std::ranges::find(
+        running, subject().processOfSecond(), &RunningApplication::processIdentifier);
+    ASSERT_NE(second, running.end());
+    EXPECT_EQ(second->localizedName, subject().nameOfSecond());
 }
 
 TEST_P(WorkspaceContractTest, ThisProgramHasAnIdentifierOfItsOwn)

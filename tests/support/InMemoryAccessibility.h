@@ -3,6 +3,7 @@
 #include "platform/Accessibility.h"
 
 #include <QHash>
+#include <QSet>
 #include <QStringList>
 
 #include <functional>
@@ -52,6 +53,7 @@ public:
     QHash<qint64, ElementPointer> focusedElements; ///< By process.
     QHash<qint64, ElementPointer> focusedWindows; ///< By process.
     ElementPointer systemFocus;
+    QSet<qint64> unexposed; ///< Programs that let nobody look into them.
     std::function<void()> onFocusedElement; ///< Told when a process is asked for its element.
 
     // What was asked of it.
@@ -62,6 +64,12 @@ public:
     [[nodiscard]] bool isProcessTrusted() const override { return trusted; }
 
     bool requestTrust() override;
+
+    [[nodiscard]] std::optional<bool> isExposed(qint64 processIdentifier) override
+    {
+        return trusted ? std::optional(!unexposed.contains(processIdentifier)) : std::nullopt;
+    }
+
     [[nodiscard]] ElementHandle focusedElement(qint64 processIdentifier) override;
     [[nodiscard]] ElementHandle systemFocusedElement() override;
     [[nodiscard]] ElementHandle focusedWindow(qint64 processIdentifier) override;

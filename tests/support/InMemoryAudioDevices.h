@@ -19,6 +19,7 @@ public:
         std::optional<QString> name;
         std::optional<QString> uid;
         std::optional<int> inputChannels = 0;
+        std::optional<bool> silent = false; ///< Of an input.
         std::optional<quint32> mute;
         bool muteSettable = true;
         bool muteWritesSucceed = true;
@@ -87,6 +88,12 @@ public:
     [[nodiscard]] std::optional<QString> uid(AudioDeviceId id) override
     {
         return read(id, &Device::uid);
+    }
+
+    [[nodiscard]] std::optional<bool> isInputSilent(AudioDeviceId id) override
+    {
+        return read(id, &Device::inputChannels).value_or(0) > 0 ? read(id, &Device::silent)
+                                                                : std::nullopt;
     }
 
     [[nodiscard]] std::optional<AudioDeviceId> defaultInputDevice() override

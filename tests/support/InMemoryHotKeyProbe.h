@@ -29,6 +29,13 @@ public:
         return !heldByOthers.contains({keyCode, modifiers});
     }
 
+    QString holderName; ///< Of everything that others hold.
+
+    [[nodiscard]] QString holder(int keyCode, KeyModifiers modifiers) override
+    {
+        return heldByOthers.contains({keyCode, modifiers}) ? holderName : QString();
+    }
+
     [[nodiscard]] std::optional<bool> isKeptByDesktop(int keyCode, KeyModifiers modifiers) override
     {
         ++questionsForTheDesktop;

@@ -20,6 +20,8 @@ public:
     bool everyProgramReached = true;
     std::optional<QPoint> workedAt;
     QStringList languages;
+    QList<RunningApplication> running;
+    bool hasSettings = true; ///< Else there are none to open.
     QString ownIdentifier = QStringLiteral("tavrin");
 
     // What was asked of it.
@@ -29,6 +31,7 @@ public:
     std::function<void()> onOwnActivation;
     QList<QUrl> openedUrls;
     QStringList openedFolders;
+    QList<SettingsPane> openedSettings;
 
     void warmUp() override { ++warmUps; }
 
@@ -70,6 +73,14 @@ public:
         openedFolders.append(path);
         return openingSucceeds;
     }
+
+    bool openSettings(SettingsPane pane) override
+    {
+        openedSettings.append(pane);
+        return hasSettings;
+    }
+
+    [[nodiscard]] QList<RunningApplication> runningApplications() const override { return running; }
 
     [[nodiscard]] QStringList preferredLanguages() const override { return languages; }
 

@@ -86,6 +86,13 @@ public:
 
     bool openFolder(const QString& path) override { return m_inner.openFolder(path); }
 
+    bool openSettings(SettingsPane pane) override { return m_inner.openSettings(pane); }
+
+    [[nodiscard]] QList<RunningApplication> runningApplications() const override
+    {
+        return m_inner.runningApplications();
+    }
+
     [[nodiscard]] QStringList preferredLanguages() const override
     {
         return m_inner.preferredLanguages();

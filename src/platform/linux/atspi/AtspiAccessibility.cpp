@@ -82,6 +82,11 @@ bool AtspiAccessibility::requestTrust()
     return isProcessTrusted();
 }
 
+std::optional<bool> AtspiAccessibility::isExposed(qint64 processIdentifier)
+{
+    return m_connection->isOnBus(static_cast<unsigned>(processIdentifier));
+}
+
 ElementHandle AtspiAccessibility::focusedElement(qint64 processIdentifier)
 {
     return m_connection->find(

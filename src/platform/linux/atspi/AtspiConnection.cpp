@@ -155,6 +155,16 @@ ElementHandle AtspiConnection::find(std::optional<unsigned> process, Find find)
     return std::make_unique<AtspiElement>(m_worker, std::move(found->element), found->process);
 }
 
+std::optional<bool> AtspiConnection::isOnBus(unsigned process)
+{
+    return m_worker
+        .ask<std::optional<bool>>([bus = m_bus, process]() -> std::optional<bool> {
+            bus->connectFirst();
+            return bus->focus ? std::optional(AtspiFocus::isOnBus(process)) : std::nullopt;
+        })
+        .value_or(std::nullopt);
+}
+
 ElementHandle AtspiConnection::retain(const AtspiElement& element)
 {
     return std::make_unique<AtspiElement>(m_worker, element.accessible(), element.process());

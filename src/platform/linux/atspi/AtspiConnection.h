@@ -61,6 +61,9 @@ public:
     /// not asked: its answers come from the thread that waits here.
     [[nodiscard]] ElementHandle find(std::optional<unsigned> process, Find find);
 
+    /// Whether the process has joined the bus; empty without a bus, and when it does not answer.
+    [[nodiscard]] std::optional<bool> isOnBus(unsigned process);
+
     [[nodiscard]] ElementHandle retain(const AtspiElement& element);
 
     /// Asks about the element's program; empty when it hangs, is known to, or @p element is null.

@@ -158,6 +158,11 @@ GObjectHandle<AtspiAccessible> AtspiFocus::activeWindow(unsigned processIdentifi
     return nullptr;
 }
 
+bool AtspiFocus::isOnBus(unsigned processIdentifier)
+{
+    return applicationOf(processIdentifier) != nullptr;
+}
+
 void AtspiFocus::onEvent(AtspiEvent* event, void* self)
 {
     const bool gained = event->detail1 != 0;

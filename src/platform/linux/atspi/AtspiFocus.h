@@ -28,6 +28,9 @@ public:
     /// The program's active window; null when it has none.
     [[nodiscard]] static GObjectHandle<AtspiAccessible> activeWindow(unsigned processIdentifier);
 
+    /// Whether the program has joined the bus.
+    [[nodiscard]] static bool isOnBus(unsigned processIdentifier);
+
 private:
     static void onEvent(AtspiEvent* event, void* self);
     void remember(AtspiAccessible* element);

@@ -30,8 +30,30 @@ PulseConnection::Question<Answer>& questionIn(void* data)
     return *static_cast<PulseConnection::Question<Answer>*>(data);
 }
 
+bool isMonitor(const pa_source_info& source)
+{
+    return source.monitor_of_sink != PA_INVALID_INDEX;
+}
+
+bool isMonitor(const pa_sink_info& /*sink*/)
+{
+    return false;
+}
+
+bool isSilent(const pa_source_info& source)
+{
+    const bool isUnplugged =
+        source.active_port && source.active_port->available == PA_PORT_AVAILABLE_NO;
+    return source.mute != 0 || isUnplugged || pa_cvolume_max(&source.volume) == PA_VOLUME_MUTED;
+}
+
+bool isSilent(const pa_sink_info& /*sink*/)
+{
+    return false;
+}
+
 template <class Info>
-void describe(const Info* info, bool isMonitor, int end, void* data)
+void describe(const Info* info, int end, void* data)
 {
     auto& question = questionIn<Descriptions>(data);
     if (!info) {
@@ -40,8 +62,8 @@ void describe(const Info* info, bool isMonitor, int end, void* data)
         question.finish();
         return;
     }
-    question.answer()->append(
-        {info->name, QString::fromUtf8(info->description), info->sample_spec.channels, isMonitor});
+    question.answer()->append({info->name, QString::fromUtf8(info->description),
+        info->sample_spec.channels, isMonitor(*info), isSilent(*info)});
 }
 
 std::optional<Descriptions> askSources(
@@ -53,7 +75,7 @@ std::optional<Descriptions> askSources(
             return pa_context_get_source_info_list(
                 context,
                 [](pa_context*, const pa_source_info* info, int end, void* data) {
-                    describe(info, info && info->monitor_of_sink != PA_INVALID_INDEX, end, data);
+                    describe(info, end, data);
                 },
                 question);
         });
@@ -68,7 +90,7 @@ std::optional<Descriptions> askSinks(
             return pa_context_get_sink_info_list(
                 context,
                 [](pa_context*, const pa_sink_info* info, int end, void* data) {
-                    describe(info, false, end, data);
+                    describe(info, end, data);
                 },
                 question);
         });
@@ -144,6 +166,13 @@ std::optional<int> PulseAudioDevices::inputChannels(AudioDeviceId device)
     if (!found)
         return std::nullopt;
     return m_names.value(device).first == Kind::Source && !found->isMonitor ? found->channels : 0;
+}
+
+std::optional<bool> PulseAudioDevices::isInputSilent(AudioDeviceId device)
+{
+    const Description* found = find(device);
+    const bool isInput = found && !found->isMonitor && m_names.value(device).first == Kind::Source;
+    return isInput ? std::optional(found->isSilent) : std::nullopt;
 }
 
 std::optional<QString> PulseAudioDevices::name(AudioDeviceId device)

@@ -22,6 +22,8 @@ public:
     [[nodiscard]] std::optional<QString> name(AudioDeviceId device) override;
     [[nodiscard]] std::optional<QString> uid(AudioDeviceId device) override;
 
+    [[nodiscard]] std::optional<bool> isInputSilent(AudioDeviceId device) override;
+
     [[nodiscard]] std::optional<AudioDeviceId> defaultInputDevice() override;
     bool setDefaultInputDevice(AudioDeviceId device) override;
     [[nodiscard]] std::optional<AudioDeviceId> defaultOutputDevice() override;
@@ -41,6 +43,7 @@ public:
         QString title;
         int channels = 0;
         bool isMonitor = false;
+        bool isSilent = false; ///< Of a source: nothing but silence can come from it.
     };
 
 private:

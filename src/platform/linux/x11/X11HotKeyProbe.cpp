@@ -36,8 +36,22 @@ xcb_keycode_t codeOf(const KeyboardMap& map, int keyCode)
 
 bool X11HotKeyProbe::isAvailable(int keyCode, KeyModifiers modifiers)
 {
+    if (!m_connection.isOpen())
+        return true; // Without a server nobody holds anything.
     const xcb_keycode_t code = codeOf(KeyboardMap::read(m_connection), keyCode);
     return code != 0 && canGrabWithAnyLock(code, modifierMask(modifiers));
+}
+
+QString X11HotKeyProbe::holder(int keyCode, KeyModifiers modifiers)
+{
+    const bool isWindowMenu = keyCode == key_codes::space && modifiers == KeyModifier::Option;
+    if (!isWindowMenu || isAvailable(keyCode, modifiers))
+        return {};
+    const xcb_window_t manager =
+        m_connection.number(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"));
+    if (manager == XCB_WINDOW_NONE)
+        return {};
+    return QString::fromUtf8(m_connection.bytes(manager, m_connection.atom("_NET_WM_NAME")));
 }
 
 std::optional<bool> X11HotKeyProbe::isKeptByDesktop(int keyCode, KeyModifiers modifiers)

@@ -9,6 +9,7 @@ namespace tavrin {
 class X11HotKeyProbe final : public HotKeyProbe {
 public:
     [[nodiscard]] bool isAvailable(int keyCode, KeyModifiers modifiers) override;
+    [[nodiscard]] QString holder(int keyCode, KeyModifiers modifiers) override;
     [[nodiscard]] std::optional<bool> isKeptByDesktop(int keyCode, KeyModifiers modifiers) override;
 
 private:

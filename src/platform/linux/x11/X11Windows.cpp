@@ -5,6 +5,7 @@
 #include <QSysInfo>
 
 #include <algorithm>
+#include <iterator>
 #include <poll.h>
 
 namespace tavrin {
@@ -81,6 +82,25 @@ xcb_window_t X11Windows::topmostOf(qint64 processIdentifier) const
     const auto found = std::find_if(windows.rbegin(), windows.rend(),
         [&](xcb_window_t window) { return processOf(window) == processIdentifier; });
     return found == windows.rend() ? xcb_window_t{XCB_WINDOW_NONE} : *found;
+}
+
+QList<xcb_window_t> X11Windows::ofPrograms() const
+{
+    QList<xcb_window_t> windows;
+    if (!m_connection.isOpen())
+        return windows;
+    const auto stacking =
+        m_connection.numbers(m_connection.root(), m_connection.atom("_NET_CLIENT_LIST_STACKING"));
+    std::copy_if(stacking.rbegin(), stacking.rend(), std::back_inserter(windows),
+        [this](xcb_window_t window) { return !isPartOfDesktop(window); });
+    return windows;
+}
+
+bool X11Windows::isPartOfDesktop(xcb_window_t window) const
+{
+    const auto types = m_connection.numbers(window, m_connection.atom("_NET_WM_WINDOW_TYPE"));
+    return types.contains(m_connection.atom("_NET_WM_WINDOW_TYPE_DOCK"))
+        || types.contains(m_connection.atom("_NET_WM_WINDOW_TYPE_DESKTOP"));
 }
 
 void X11Windows::requestActivation(xcb_window_t window) const

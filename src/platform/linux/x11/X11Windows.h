@@ -42,6 +42,9 @@ public:
     /// The topmost managed window of the process; 0 when it has none.
     [[nodiscard]] xcb_window_t topmostOf(qint64 processIdentifier) const;
 
+    /// The windows of programs, the topmost one first; without panels and the desktop itself.
+    [[nodiscard]] QList<xcb_window_t> ofPrograms() const;
+
     /// Asks for @p window to become the active one, as a task switcher does; a minimised window
     /// comes back.
     void requestActivation(xcb_window_t window) const;
@@ -59,6 +62,7 @@ public:
 
 private:
     [[nodiscard]] bool isManaged() const;
+    [[nodiscard]] bool isPartOfDesktop(xcb_window_t window) const;
     X11Connection m_connection;
 };
 

@@ -1,5 +1,6 @@
 #include "platform/linux/x11/X11Workspace.h"
 
+#include "platform/linux/desktop/DesktopSettings.h"
 #include "platform/linux/desktop/LocaleLanguages.h"
 #include "platform/linux/desktop/SessionType.h"
 #include "platform/linux/desktop/XdgFolders.h"
@@ -10,6 +11,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QSet>
 #include <QUrl>
 #include <QWindow>
 
@@ -57,6 +59,11 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() const
     const xcb_window_t window = m_windows.active();
     if (window == XCB_WINDOW_NONE)
         return {};
+    return applicationOf(window);
+}
+
+RunningApplication X11Workspace::applicationOf(xcb_window_t window) const
+{
     const X11Windows::Owner owner = m_windows.owner(window);
     RunningApplication application;
     application.processIdentifier = owner.processIdentifier;
@@ -124,6 +131,26 @@ bool X11Workspace::openUrl(const QUrl& url)
 bool X11Workspace::openFolder(const QString& path)
 {
     return QFileInfo::exists(path) && QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+}
+
+bool X11Workspace::openSettings(SettingsPane pane)
+{
+    return startFirstInstalled(
+        settingsCommands(pane, environmentVariable(QStringLiteral("XDG_CURRENT_DESKTOP"))));
+}
+
+QList<RunningApplication> X11Workspace::runningApplications() const
+{
+    QList<RunningApplication> applications;
+    QSet<qint64> known{0, QCoreApplication::applicationPid()};
+    for (const xcb_window_t window : m_windows.ofPrograms()) {
+        const qint64 process = m_windows.processOf(window);
+        if (known.contains(process))
+            continue;
+        known.insert(process);
+        applications.append(applicationOf(window));
+    }
+    return applications;
 }
 
 QStringList X11Workspace::preferredLanguages() const

@@ -22,6 +22,8 @@ public:
     [[nodiscard]] QString bundleIdentifier() const override;
     bool openUrl(const QUrl& url) override;
     bool openFolder(const QString& path) override;
+    bool openSettings(SettingsPane pane) override;
+    [[nodiscard]] QList<RunningApplication> runningApplications() const override;
     [[nodiscard]] QStringList preferredLanguages() const override;
     [[nodiscard]] std::optional<QPoint> frontmostPoint() const override;
     [[nodiscard]] bool isCompositing() const override;
@@ -31,6 +33,7 @@ public:
     [[nodiscard]] bool prefersReducedMotion() const override;
 
 private:
+    [[nodiscard]] RunningApplication applicationOf(xcb_window_t window) const;
     [[nodiscard]] xcb_window_t windowOf(const RunningApplication& application) const;
 
     X11Windows m_windows;

@@ -33,6 +33,11 @@ public:
 
     std::optional<QString> uid(AudioDeviceId id) override { return m_inner.uid(id); }
 
+    std::optional<bool> isInputSilent(AudioDeviceId id) override
+    {
+        return m_inner.isInputSilent(id);
+    }
+
     std::optional<AudioDeviceId> defaultInputDevice() override
     {
         return m_inner.defaultInputDevice();

@@ -35,6 +35,16 @@ public:
 
     virtual bool addOutput(const QString& name) = 0;
 
+    bool mute(const QString& source, bool muted)
+    {
+        return runs({"set-source-mute", source, muted ? "1" : "0"});
+    }
+
+    bool setVolume(const QString& source, const QString& volume)
+    {
+        return runs({"set-source-volume", source, volume});
+    }
+
     /// Makes this source, which may be any, the default one.
     virtual bool makeDefault(const QString& source) = 0;
 

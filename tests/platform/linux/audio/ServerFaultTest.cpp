@@ -224,6 +224,34 @@ TEST_P(ServerFaultTest, WithoutAnyMicrophoneWhatAnOutputPlaysIsNotRecorded)
     EXPECT_FALSE(QFile::exists(path));
 }
 
+TEST_P(ServerFaultTest, AMicrophoneIsSilentWhileItIsMutedOrTurnedDown)
+{
+    const AudioDeviceId microphone = devices.defaultInputDevice().value_or(0);
+    const auto becomesSilent = [&](bool silent) {
+        return waitUntil([&] { return devices.isInputSilent(microphone) == silent; });
+    };
+    EXPECT_TRUE(becomesSilent(false));
+
+    ASSERT_TRUE(server->mute("mic", true));
+    EXPECT_TRUE(becomesSilent(true));
+    ASSERT_TRUE(server->mute("mic", false));
+    EXPECT_TRUE(becomesSilent(false));
+
+    ASSERT_TRUE(server->setVolume("mic", "0%"));
+    EXPECT_TRUE(becomesSilent(true));
+    ASSERT_TRUE(server->setVolume("mic", "20%"));
+    EXPECT_TRUE(becomesSilent(false));
+}
+
+TEST_P(ServerFaultTest, WhatAnOutputPlaysIsNoInputAlsoWhenItIsMuted)
+{
+    ASSERT_TRUE(server->addOutput("out"));
+    for (const AudioDeviceId device : devices.devices()) {
+        if (devices.inputChannels(device) == 0)
+            EXPECT_EQ(devices.isInputSilent(device), std::nullopt);
+    }
+}
+
 TEST_P(ServerFaultTest, AMonitorThatIsMadeTheDefaultIsNoMicrophoneEither)
 {
     ASSERT_TRUE(server->addOutput("out"));

@@ -36,6 +36,19 @@ TEST(X11HotKeyProbeTest, TheWindowMenuOfTheManagerHoldsAltSpace)
     EXPECT_EQ(probe.isKeptByDesktop(key_codes::space, KeyModifier::Option), true);
 }
 
+TEST(X11HotKeyProbeTest, TheManagerIsNamedAsTheHolderOfItsWindowMenu)
+{
+    const TestClient other;
+    const X11Connection& server = other.connection();
+    const xcb_window_t manager =
+        server.number(server.root(), server.atom("_NET_SUPPORTING_WM_CHECK"));
+    X11HotKeyProbe probe;
+    const QString holder = probe.holder(key_codes::space, KeyModifier::Option);
+
+    EXPECT_FALSE(holder.isEmpty());
+    EXPECT_EQ(holder.toUtf8(), server.bytes(manager, server.atom("_NET_WM_NAME")));
+}
+
 TEST(X11HotKeyProbeTest, AnUnknownKeyIsNotAvailable)
 {
     X11HotKeyProbe probe;
