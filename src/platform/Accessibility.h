@@ -2,6 +2,7 @@
 
 #include "base/TextRange.h"
 
+#include <QSet>
 #include <QString>
 
 #include <memory>
@@ -48,10 +49,10 @@ public:
     /// As isProcessTrusted(), and lets the system ask the user for it. Linux: switches the bus on.
     virtual bool requestTrust() = 0;
 
-    /// Whether the program of the process lets others look into it at all. Empty when unknown. On
-    /// macOS every program does; on Linux those that have joined the accessibility bus, which many
-    /// do only at their start.
-    [[nodiscard]] virtual std::optional<bool> isExposed(qint64 processIdentifier) = 0;
+    /// The processes that let others look into them at all. Linux: those that have joined the
+    /// accessibility bus, which many do only at their start. Empty where it is not known, and on
+    /// macOS, where it is all of them.
+    [[nodiscard]] virtual std::optional<QSet<qint64>> exposedProcesses() = 0;
 
     /// The focused element of the process; null when it exposes none.
     [[nodiscard]] virtual ElementHandle focusedElement(qint64 processIdentifier) = 0;

@@ -53,7 +53,7 @@ public:
     QHash<qint64, ElementPointer> focusedElements; ///< By process.
     QHash<qint64, ElementPointer> focusedWindows; ///< By process.
     ElementPointer systemFocus;
-    QSet<qint64> unexposed; ///< Programs that let nobody look into them.
+    QSet<qint64> exposed; ///< Processes that let others look into them.
     std::function<void()> onFocusedElement; ///< Told when a process is asked for its element.
 
     // What was asked of it.
@@ -65,9 +65,9 @@ public:
 
     bool requestTrust() override;
 
-    [[nodiscard]] std::optional<bool> isExposed(qint64 processIdentifier) override
+    [[nodiscard]] std::optional<QSet<qint64>> exposedProcesses() override
     {
-        return trusted ? std::optional(!unexposed.contains(processIdentifier)) : std::nullopt;
+        return trusted ? std::optional(exposed) : std::nullopt;
     }
 
     [[nodiscard]] ElementHandle focusedElement(qint64 processIdentifier) override;

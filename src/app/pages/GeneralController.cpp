@@ -27,19 +27,6 @@ qsizetype rowOf(const QList<PopupContent::Item>& items, const QString& identifie
     return indexOfIdentifier(items, identifier);
 }
 
-/// "en-GB" by its own name, else as "en"; null when there is no name for it.
-const SpeechLanguageRow* speechLanguage(const QString& tag)
-{
-    for (const QString& known : {tag, tag.section(u'-', 0, 0)}) {
-        const auto found = std::ranges::find_if(speechLanguages, [&](const SpeechLanguageRow& row) {
-            return row.tag.compare(known, Qt::CaseInsensitive) == 0;
-        });
-        if (found != speechLanguages.end())
-            return &*found;
-    }
-    return nullptr;
-}
-
 } // namespace
 
 GeneralController::GeneralController(const Neighbours& neighbours)

@@ -2,7 +2,7 @@
 
 #include "app/settings/Localization.h"
 #include "app/settings/Settings.h"
-#include "app/shortcuts/ShortcutKeys.h"
+#include "app/shortcuts/ShortcutConflicts.h"
 #include "app/shortcuts/ShortcutMonitor.h"
 #include "app/shortcuts/ShortcutTexts.h"
 #include "app/vocabulary/SettingsTexts.h"
@@ -135,15 +135,12 @@ void ShortcutSettings::refuse()
     refreshShortcutControls();
 }
 
-QStringList ShortcutSettings::takenCombinations()
+QStringList ShortcutSettings::takenCombinations() const
 {
-    const Choices stored = storedChoices();
     QStringList identifiers;
-    for (const SpaceShortcut& shortcut : spaceShortcuts) {
-        if (std::ranges::count(stored, shortcut.identifier) > 0
-            && !m_neighbours.hotKeyProbe.isAvailable(key_codes::space, shortcut.modifiers))
-            identifiers.append(shortcut.identifier.toString());
-    }
+    for (const SpaceShortcut& shortcut :
+        takenShortcuts(m_neighbours.settings, m_neighbours.hotKeyProbe))
+        identifiers.append(shortcut.identifier.toString());
     return identifiers;
 }
 

@@ -62,7 +62,7 @@ private:
     void store(const Choices& choices);
     void refuse();
     void show();
-    [[nodiscard]] QStringList takenCombinations();
+    [[nodiscard]] QStringList takenCombinations() const;
     void logTaken(const QStringList& identifiers) const;
 
     Neighbours m_neighbours;

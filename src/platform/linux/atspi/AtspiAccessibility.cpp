@@ -82,9 +82,9 @@ bool AtspiAccessibility::requestTrust()
     return isProcessTrusted();
 }
 
-std::optional<bool> AtspiAccessibility::isExposed(qint64 processIdentifier)
+std::optional<QSet<qint64>> AtspiAccessibility::exposedProcesses()
 {
-    return m_connection->isOnBus(static_cast<unsigned>(processIdentifier));
+    return m_connection->processesOnBus();
 }
 
 ElementHandle AtspiAccessibility::focusedElement(qint64 processIdentifier)

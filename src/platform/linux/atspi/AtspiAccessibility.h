@@ -28,7 +28,7 @@ public:
 
     [[nodiscard]] bool isProcessTrusted() const override;
     bool requestTrust() override;
-    [[nodiscard]] std::optional<bool> isExposed(qint64 processIdentifier) override;
+    [[nodiscard]] std::optional<QSet<qint64>> exposedProcesses() override;
     [[nodiscard]] ElementHandle focusedElement(qint64 processIdentifier) override;
     [[nodiscard]] ElementHandle systemFocusedElement() override;
     [[nodiscard]] ElementHandle focusedWindow(qint64 processIdentifier) override;

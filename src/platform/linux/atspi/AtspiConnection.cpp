@@ -155,12 +155,13 @@ ElementHandle AtspiConnection::find(std::optional<unsigned> process, Find find)
     return std::make_unique<AtspiElement>(m_worker, std::move(found->element), found->process);
 }
 
-std::optional<bool> AtspiConnection::isOnBus(unsigned process)
+std::optional<QSet<qint64>> AtspiConnection::processesOnBus()
 {
+    using Answer = std::optional<QSet<qint64>>;
     return m_worker
-        .ask<std::optional<bool>>([bus = m_bus, process]() -> std::optional<bool> {
+        .ask<Answer>([bus = m_bus]() -> Answer {
             bus->connectFirst();
-            return bus->focus ? std::optional(AtspiFocus::isOnBus(process)) : std::nullopt;
+            return bus->focus ? Answer(AtspiFocus::processesOnBus()) : std::nullopt;
         })
         .value_or(std::nullopt);
 }

@@ -61,8 +61,8 @@ public:
     /// not asked: its answers come from the thread that waits here.
     [[nodiscard]] ElementHandle find(std::optional<unsigned> process, Find find);
 
-    /// Whether the process has joined the bus; empty without a bus, and when it does not answer.
-    [[nodiscard]] std::optional<bool> isOnBus(unsigned process);
+    /// The processes that have joined the bus; empty without a bus, and when it does not answer.
+    [[nodiscard]] std::optional<QSet<qint64>> processesOnBus();
 
     [[nodiscard]] ElementHandle retain(const AtspiElement& element);
 

@@ -86,22 +86,36 @@ private:
     Handle m_withoutText;
 };
 
-/// The program's root on the bus; null when it is not there.
-Handle applicationOf(unsigned processIdentifier)
+/// Calls @p visit with the root of each program on the bus and its process, until it returns true.
+template <class Visit>
+void visitApplications(Visit visit)
 {
     const Handle desktop(atspi_get_desktop(0));
     if (!desktop)
-        return nullptr;
+        return;
     const int applications =
         std::min(atspi_accessible_get_child_count(desktop.get(), nullptr), mostApplications);
     for (int i = 0; i < applications; ++i) {
         Handle application(atspi_accessible_get_child_at_index(desktop.get(), i, nullptr));
+        if (!application)
+            continue;
         // The bus itself knows the process; the program is not asked and may hang.
-        if (application
-            && atspi_accessible_get_process_id(application.get(), nullptr) == processIdentifier)
-            return application;
+        const unsigned process = atspi_accessible_get_process_id(application.get(), nullptr);
+        if (visit(std::move(application), process))
+            return;
     }
-    return nullptr;
+}
+
+/// The program's root on the bus; null when it is not there.
+Handle applicationOf(unsigned processIdentifier)
+{
+    Handle found;
+    visitApplications([&](Handle application, unsigned process) {
+        if (process == processIdentifier)
+            found = std::move(application);
+        return found != nullptr;
+    });
+    return found;
 }
 
 } // namespace
@@ -158,9 +172,14 @@ GObjectHandle<AtspiAccessible> AtspiFocus::activeWindow(unsigned processIdentifi
     return nullptr;
 }
 
-bool AtspiFocus::isOnBus(unsigned processIdentifier)
+QSet<qint64> AtspiFocus::processesOnBus()
 {
-    return applicationOf(processIdentifier) != nullptr;
+    QSet<qint64> processes;
+    visitApplications([&](const Handle& /*application*/, unsigned process) {
+        processes.insert(process);
+        return false;
+    });
+    return processes;
 }
 
 void AtspiFocus::onEvent(AtspiEvent* event, void* self)

@@ -2,6 +2,8 @@
 
 #include "platform/linux/atspi/GObjectHandle.h"
 
+#include <QSet>
+
 #include <atspi/atspi.h>
 #include <map>
 
@@ -28,8 +30,8 @@ public:
     /// The program's active window; null when it has none.
     [[nodiscard]] static GObjectHandle<AtspiAccessible> activeWindow(unsigned processIdentifier);
 
-    /// Whether the program has joined the bus.
-    [[nodiscard]] static bool isOnBus(unsigned processIdentifier);
+    /// The programs that have joined the bus.
+    [[nodiscard]] static QSet<qint64> processesOnBus();
 
 private:
     static void onEvent(AtspiEvent* event, void* self);
