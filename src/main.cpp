@@ -1,5 +1,9 @@
 #include "app/AppDelegate.h"
 #include "app/CommandLine.h"
+#include "app/health/HealthCheck.h"
+#include "app/health/HealthReport.h"
+#include "app/settings/Localization.h"
+#include "app/settings/Settings.h"
 #include "base/Log.h"
 #include "cloud/TavrinAPI.h"
 #include "platform/Platform.h"
@@ -34,6 +38,7 @@ std::optional<int> answerAtOnce(const CommandLine& commandLine)
 {
     switch (commandLine.request) {
     case CommandLine::Request::Run:
+    case CommandLine::Request::ShowHealth:
     case CommandLine::Request::SignIn:
         return std::nullopt;
     case CommandLine::Request::ShowHelp:
@@ -108,6 +113,34 @@ int signIn(const QString& email)
     return status;
 }
 
+/// Prints how the program would fare on this desktop.
+int showHealth()
+{
+    const HealthPorts ports = createHealthPorts();
+    const Localization localization(
+        *ports.preferences, *ports.workspace, ports.keyNames, ports.texts);
+    Settings settings(*ports.preferences, localization, ports.hotKeyProbe.get());
+    const HealthCheck check({*ports.accessibility, *ports.audioDevices, *ports.clock,
+        *ports.hotKeyProbe, localization, *ports.permissions, *ports.preferences,
+        *ports.fileSpeechRecognizer, settings, *ports.systemInfo, *ports.workspace});
+    int status = EXIT_FAILURE;
+    const auto tell = [&] {
+        const HealthContent content = check.read();
+        std::fputs(healthReport(content).toLocal8Bit().constData(), stdout);
+        status = isAllWell(content) ? EXIT_SUCCESS : EXIT_FAILURE;
+        QCoreApplication::quit();
+    };
+    // The accessibility bus may have to be started first, which takes longer than one question.
+    constexpr int mostLooks = 20;
+    int looks = 0;
+    const auto timer = ports.mainQueue->every(Seconds(0.1), [&] {
+        if (ports.accessibility->isProcessTrusted() || ++looks == mostLooks)
+            tell();
+    });
+    QCoreApplication::exec();
+    return status;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -126,6 +159,11 @@ int main(int argc, char** argv)
     // On Linux, GLib's main loop would steal the replies that the accessibility library waits for
     // on its own thread.
     qputenv("QT_NO_GLIB", "1");
+    if (commandLine.request == CommandLine::Request::ShowHealth) {
+        const QCoreApplication application(argc, argv);
+        return showHealth();
+    }
+
     QApplication::setDesktopFileName(QStringLiteral("tavrin"));
     const QApplication application(argc, argv);
     qunsetenv("QT_NO_GLIB"); // It is not for the programs that this one opens.

@@ -11,6 +11,7 @@ struct CommandLine {
         Run,
         ShowHelp,
         ShowVersion,
+        ShowHealth, ///< Whether the program can work, and what keeps it from that.
         SignIn, ///< Into the account `email`, with the password that standard input holds.
         Refuse, ///< An option that does not exist.
     };

@@ -61,6 +61,16 @@ struct Platform : MachinePorts {
     Owned<WordBreaker> wordBreaker;
 };
 
+/// What tells whether the program can work, without a window and beside a program that runs.
+struct HealthPorts : MachinePorts {
+    Owned<Workspace> workspace;
+    Owned<Accessibility> accessibility;
+    Owned<HotKeyProbe> hotKeyProbe;
+    Owned<AudioDevices> audioDevices;
+    Owned<FileSpeechRecognizer> fileSpeechRecognizer;
+    Owned<Permissions> permissions;
+};
+
 /// The ports of the desktop that this build is for. Called once, on the main thread, when the
 /// QApplication exists.
 [[nodiscard]] Platform createPlatform();
@@ -68,5 +78,8 @@ struct Platform : MachinePorts {
 /// Those that need no desktop and disturb no program that runs already. Called once, instead of
 /// createPlatform(), when a QCoreApplication exists.
 [[nodiscard]] MachinePorts createMachinePorts();
+
+/// Those, and what a look at the desktop needs. Under the same conditions.
+[[nodiscard]] HealthPorts createHealthPorts();
 
 } // namespace tavrin

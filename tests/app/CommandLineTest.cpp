@@ -53,9 +53,21 @@ TEST(CommandLineTest, SigningInNeedsAnAccount)
     EXPECT_EQ(parseCommandLine({"--sign-in", "you@example.org", "more"}).request, Request::Refuse);
 }
 
+TEST(CommandLineTest, HealthIsToldInsteadOfRunning)
+{
+    EXPECT_EQ(parseCommandLine({"--health"}),
+        (CommandLine{Request::ShowHealth, false, QString(), QString()}));
+    EXPECT_EQ(parseCommandLine({"--health", "--verbose"}).request, Request::ShowHealth);
+    EXPECT_TRUE(parseCommandLine({"--health", "--verbose"}).verbose);
+    EXPECT_EQ(parseCommandLine({"--health", "--version"}).request, Request::ShowVersion);
+    EXPECT_EQ(parseCommandLine({"--health", "--help"}).request, Request::ShowHelp);
+    EXPECT_EQ(parseCommandLine({"--health=1"}).request, Request::Refuse);
+    EXPECT_EQ(parseCommandLine({"--health", "now"}).unknown, "now");
+}
+
 TEST(CommandLineTest, HelpNamesEveryOption)
 {
-    for (const char* option : {"-h, --help", "--version", "--sign-in EMAIL", "--verbose"})
+    for (const char* option : {"-h, --help", "--version", "--health", "--sign-in EMAIL", "--verbose"})
         EXPECT_TRUE(commandLineHelp().contains(option)) << option;
 }
 

@@ -50,6 +50,24 @@ MachinePorts createMachinePorts()
     };
 }
 
+HealthPorts createHealthPorts()
+{
+    MachinePorts machine = createMachinePorts();
+    const auto soundServer = std::make_shared<PulseConnection>();
+    auto audioDevices = std::make_unique<PulseAudioDevices>(soundServer);
+    auto permissions = std::make_unique<LinuxPermissions>(*audioDevices);
+    LinuxSpeech speech = createLinuxSpeech(*machine.preferences, pulseSpeechCapture(soundServer));
+    return {
+        std::move(machine),
+        std::make_unique<X11Workspace>(),
+        std::make_unique<AtspiAccessibility>(),
+        std::make_unique<X11HotKeyProbe>(),
+        std::move(audioDevices),
+        std::move(speech.fileRecognizer),
+        std::move(permissions),
+    };
+}
+
 Platform createPlatform()
 {
     MachinePorts machine = createMachinePorts();
