@@ -1,0 +1,476 @@
+#include "ui/pages/AccountPage.h"
+
+#include "app/account/AccountController.h"
+#include "app/settings/Localization.h"
+#include "cloud/TavrinAPI.h"
+#include "platform/DesktopTexts.h"
+#include "platform/PreferenceKeys.h"
+#include "platform/linux/LinuxTexts.h"
+#include "support/InMemoryHttpTransport.h"
+#include "support/InMemoryPreferences.h"
+#include "support/InMemorySystemInfo.h"
+#include "support/InMemoryWorkspace.h"
+#include "support/QtPrinters.h"
+#include "support/VirtualTime.h"
+#include "ui/controls/Segments.h"
+#include "ui/controls/TextField.h"
+#include "ui/pages/PageWindow.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRadioButton>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace tavrin {
+namespace {
+
+const QString address = u"mira@example.org"_s;
+const QStringList languages{u"zh-Hans"_s, u"zh-Hant"_s, u"en"_s};
+
+/// The page in a window, before a network that the test answers.
+class AccountPageTest : public ::testing::Test {
+protected:
+    testing::VirtualTime time;
+    testing::InMemoryPreferences preferences;
+    testing::InMemorySystemInfo systemInfo;
+    testing::InMemoryWorkspace workspace;
+    testing::InMemoryHttpTransport http{time};
+    Localization localization{preferences, workspace, KeyNames(), linuxTexts()};
+    TavrinAPI api{http, preferences, systemInfo,
+        {.localize = localization.localize(), .translationTarget = [] { return QString(); }}};
+    AccountController controller{{
+        .api = api,
+        .localization = localization,
+        .mainQueue = time,
+        .preferences = preferences,
+        .isAccountPageShown = [] { return true; },
+        .refreshDashboardUsage = [] {},
+        .refreshHealthStatus = [] {},
+        .selectAccountPage = [] {},
+        .showMainWindow = [] {},
+        .showSignedIn = [](bool) {},
+    }};
+    testing::PageWindow window;
+    std::optional<ui::AccountPage> page;
+
+    AccountPageTest() { preferences.setValue(keys::interfaceLanguage, u"en"_s); }
+
+    void TearDown() override
+    {
+        page.reset();
+        EXPECT_EQ(time.pending(), 0U);
+    }
+
+    void open()
+    {
+        page.emplace(window, controller, localization);
+        controller.refreshAccountUI();
+        window.open();
+    }
+
+    void storeSession()
+    {
+        preferences.setValue(keys::cloudAccessToken, u"access"_s);
+        preferences.setValue(keys::cloudAccountEmail, address);
+    }
+
+    [[nodiscard]] ui::TextField* field(const char* name) const
+    {
+        return testing::PageWindow::find<ui::TextField>(*page, name);
+    }
+
+    [[nodiscard]] QString text(const char* name) const
+    {
+        const auto* const label = testing::PageWindow::find<ui::Label>(*page, name);
+        return label ? label->fullText() : QString();
+    }
+
+    [[nodiscard]] QPushButton* button(const char* title) const
+    {
+        return testing::PageWindow::button(*page, QString::fromUtf8(title));
+    }
+
+    /// Where a part stands in the container of the steps, from its bottom left.
+    [[nodiscard]] QRect frameOf(const QWidget* part) const
+    {
+        if (!part)
+            return {};
+        const QPoint container(36 + 22, 220 + 46);
+        return testing::PageWindow::frameIn(*page, *part).translated(-container);
+    }
+
+    void answer(int status, const QByteArray& body)
+    {
+        time.advance(0s);
+        ASSERT_GT(http.open(), 0);
+        http.answer(status, body);
+        time.advance(0s);
+    }
+
+    [[nodiscard]] QJsonObject lastBody() const
+    {
+        return QJsonDocument::fromJson(http.requests().constLast().body.value_or(QByteArray()))
+            .object();
+    }
+
+    void openVerification()
+    {
+        controller.continueAccountFlow(address, AccountMode::Register);
+        controller.startInlineRegistration(u"TAV-1"_s);
+        answer(200, "{}");
+    }
+};
+
+TEST_F(AccountPageTest, TheStartHasAddressModeAndOneButtonInTheirPlaces)
+{
+    open();
+    ASSERT_TRUE(field("authEmailField"));
+    EXPECT_EQ(frameOf(field("authEmailField")), QRect(0, 105, 300, 32));
+    EXPECT_EQ(field("authEmailField")->echoMode(), QLineEdit::Normal);
+    const auto* const mode = testing::PageWindow::find<ui::Segments>(*page, "authModeControl");
+    EXPECT_EQ(frameOf(mode), QRect(314, 105, 150, 32));
+    EXPECT_EQ(mode->selected(), 0);
+    EXPECT_EQ(mode->buttons()[0]->text(), "Sign in");
+    EXPECT_EQ(mode->buttons()[1]->text(), "Register");
+    EXPECT_EQ(frameOf(button("Continue")), QRect(0, 4, 112, 36));
+    EXPECT_EQ(text("accountStepTitle"), "Continue with email");
+    EXPECT_EQ(text("accountStatusLabel"), "Sign in or register to use Tavrin input and settings.");
+}
+
+TEST_F(AccountPageTest, TheSignInHasPasswordAndTwoButtons)
+{
+    open();
+    controller.continueAccountFlow(address, AccountMode::SignIn);
+    ASSERT_TRUE(field("authPasswordField"));
+    EXPECT_FALSE(field("authEmailField"));
+    EXPECT_EQ(frameOf(field("authPasswordField")), QRect(0, 105, 300, 32));
+    EXPECT_EQ(field("authPasswordField")->echoMode(), QLineEdit::Password);
+    EXPECT_EQ(field("authPasswordField")->placeholderText(), "Password");
+    EXPECT_EQ(frameOf(button("Sign in")), QRect(0, 4, 112, 36));
+    EXPECT_EQ(frameOf(button("Change email")), QRect(122, 4, 112, 36));
+    EXPECT_EQ(text("accountStepSubtitle"), address);
+}
+
+TEST_F(AccountPageTest, TheInviteHasItsCodeAndTwoButtons)
+{
+    open();
+    controller.continueAccountFlow(address, AccountMode::Register);
+    ASSERT_TRUE(field("authInviteField"));
+    EXPECT_EQ(frameOf(field("authInviteField")), QRect(0, 105, 300, 32));
+    EXPECT_EQ(frameOf(button("Send code")), QRect(0, 4, 112, 36));
+    EXPECT_EQ(frameOf(button("Back")), QRect(122, 4, 90, 36));
+}
+
+TEST_F(AccountPageTest, TheVerificationHasThreeFieldsAndTwoButtons)
+{
+    open();
+    openVerification();
+    ASSERT_TRUE(field("authVerificationCodeField"));
+    EXPECT_EQ(frameOf(field("authVerificationCodeField")), QRect(0, 128, 300, 32));
+    EXPECT_EQ(frameOf(field("authPasswordField")), QRect(0, 86, 300, 32));
+    EXPECT_EQ(frameOf(field("authPasswordConfirmationField")), QRect(0, 44, 300, 32));
+    EXPECT_EQ(field("authVerificationCodeField")->echoMode(), QLineEdit::Normal);
+    EXPECT_EQ(field("authPasswordField")->echoMode(), QLineEdit::Password);
+    EXPECT_EQ(field("authPasswordConfirmationField")->echoMode(), QLineEdit::Password);
+    EXPECT_EQ(field("authPasswordField")->placeholderText(), "Password (at least 10 characters)");
+    EXPECT_EQ(frameOf(button("Activate & sign in")), QRect(0, -26, 130, 36));
+    EXPECT_EQ(frameOf(button("Start over")), QRect(140, -26, 100, 36));
+    // Buttons below the container are not cut off by it.
+    EXPECT_EQ(button("Start over")->visibleRegion().boundingRect().size(), QSize(100, 36));
+}
+
+TEST_F(AccountPageTest, TheAccountHasItsAddressAndOneButton)
+{
+    storeSession();
+    open();
+    EXPECT_EQ(text("accountStepTitle"), "Account connected");
+    EXPECT_EQ(text("accountStepSubtitle"), address);
+    EXPECT_EQ(frameOf(button("Sign out")), QRect(0, 58, 112, 36));
+    EXPECT_TRUE(page->findChildren<QLineEdit*>().isEmpty());
+    EXPECT_TRUE(testing::PageWindow::labels(*page).contains(
+        u"Your session provides access to cloud editing and anonymous usage totals."_s));
+}
+
+TEST_F(AccountPageTest, MessagesStandWhereEachStepHasThem)
+{
+    open();
+    const auto message = [this] {
+        return frameOf(testing::PageWindow::find<ui::Label>(*page, "accountAuthMessage"));
+    };
+    EXPECT_EQ(message(), QRect(0, 42, 470, 20));
+    controller.continueAccountFlow(address, AccountMode::SignIn);
+    EXPECT_EQ(message(), QRect(0, 52, 470, 20));
+    controller.continueAccountFlow(address, AccountMode::Register);
+    EXPECT_EQ(message(), QRect(0, 52, 470, 20));
+    openVerification();
+    EXPECT_EQ(message(), QRect(0, 18, 470, 20));
+}
+
+// What is pressed.
+
+TEST_F(AccountPageTest, TheSegmentsDecideWhereTheButtonLeads)
+{
+    open();
+    field("authEmailField")->setText(address);
+    button("Continue")->click();
+    EXPECT_EQ(text("accountStepTitle"), "Welcome back");
+    button("Change email")->click();
+
+    field("authEmailField")->setText(address);
+    testing::PageWindow::find<ui::Segments>(*page, "authModeControl")->buttons()[1]->click();
+    button("Continue")->click();
+    EXPECT_EQ(text("accountStepTitle"), "Activate beta account");
+    button("Back")->click();
+    EXPECT_EQ(text("accountStepTitle"), "Continue with email");
+}
+
+TEST_F(AccountPageTest, WhatIsTypedIsSentAsItIs)
+{
+    open();
+    controller.continueAccountFlow(address, AccountMode::SignIn);
+    field("authPasswordField")->setText(u" pass word "_s);
+    button("Sign in")->click();
+    EXPECT_EQ(lastBody().value("password").toString(), " pass word ");
+    EXPECT_EQ(text("accountAuthMessage"), u"Signing in…"_s);
+    answer(401, R"({"error": {"message": "No."}})");
+    EXPECT_EQ(text("accountAuthMessage"), "No.");
+    EXPECT_EQ(field("authPasswordField")->text(), " pass word "); // For another try.
+
+    openVerification();
+    field("authVerificationCodeField")->setText(u"123456"_s);
+    field("authPasswordField")->setText(u"one password"_s);
+    field("authPasswordConfirmationField")->setText(u"another password"_s);
+    button("Activate & sign in")->click();
+    EXPECT_EQ(text("accountAuthMessage"), "The passwords do not match.");
+    field("authPasswordConfirmationField")->setText(u"one password"_s);
+    button("Activate & sign in")->click();
+    EXPECT_EQ(lastBody().value("code").toString(), "123456");
+    answer(400, R"({"error": {"message": "Wrong code."}})");
+    button("Start over")->click();
+    EXPECT_EQ(text("accountStepTitle"), "Continue with email");
+}
+
+TEST_F(AccountPageTest, ErrorsAreRedAndProgressIsQuiet)
+{
+    open();
+    const auto color = [this] {
+        return testing::PageWindow::find<ui::Label>(*page, "accountAuthMessage")
+            ->palette()
+            .color(QPalette::WindowText);
+    };
+    button("Continue")->click();
+    EXPECT_EQ(text("accountAuthMessage"), "Enter a valid email address.");
+    EXPECT_EQ(color(), QColor(0xC0, 0x34, 0x2B));
+    controller.continueAccountFlow(address, AccountMode::SignIn);
+    button("Sign in")->click();
+    EXPECT_EQ(color(), QColor(0x6A, 0x67, 0x5E));
+    answer(500, {});
+}
+
+TEST_F(AccountPageTest, TheStatusIsPurpleOnceSignedIn)
+{
+    open();
+    const auto* const status = testing::PageWindow::find<ui::Label>(*page, "accountStatusLabel");
+    EXPECT_EQ(status->palette().color(QPalette::WindowText), QColor(0x6A, 0x67, 0x5E));
+    storeSession();
+    controller.refreshAccountUI();
+    EXPECT_EQ(status->fullText(), u"✓ Signed in"_s);
+    EXPECT_EQ(status->palette().color(QPalette::WindowText), QColor(0x4A, 0x30, 0xB8));
+    button("Sign out")->click();
+    answer(200, "{}");
+    EXPECT_EQ(text("accountStepTitle"), "Continue with email");
+}
+
+// The keyboard.
+
+TEST_F(AccountPageTest, AccountsAreOpenedFromTheKeyboardAlone)
+{
+    open();
+    ASSERT_EQ(page->firstControl(), field("authEmailField"));
+    page->firstControl()->setFocus();
+    for (const QChar letter : address)
+        testing::PageWindow::press(0, letter);
+    testing::PageWindow::press(Qt::Key_Return);
+    EXPECT_EQ(text("accountStepSubtitle"), address);
+    EXPECT_EQ(QApplication::focusWidget(), field("authPasswordField"));
+
+    testing::PageWindow::press(0, u"s"_s);
+    testing::PageWindow::press(Qt::Key_Return);
+    EXPECT_EQ(lastBody().value("password").toString(), "s");
+    answer(200, R"({"accessToken": "access", "refreshToken": "refresh"})");
+    EXPECT_EQ(text("accountStepTitle"), "Account connected");
+}
+
+TEST_F(AccountPageTest, AReturnTooManyDoesNotSignOut)
+{
+    open();
+    controller.continueAccountFlow(address, AccountMode::SignIn);
+    field("authPasswordField")->setFocus();
+    testing::PageWindow::press(Qt::Key_Return);
+    answer(200, R"({"accessToken": "access"})");
+    const qsizetype sent = http.requests().size();
+    testing::PageWindow::press(Qt::Key_Return);
+    time.advance(0s);
+    EXPECT_EQ(http.requests().size(), sent);
+}
+
+TEST_F(AccountPageTest, ReturnInAnyFieldPressesTheFirstButton)
+{
+    open();
+    openVerification();
+    for (const char* name :
+        {"authVerificationCodeField", "authPasswordField", "authPasswordConfirmationField"}) {
+        const qsizetype before = http.requests().size();
+        field(name)->setFocus();
+        testing::PageWindow::press(Qt::Key_Return);
+        EXPECT_EQ(http.requests().size(), before + 1) << name;
+        answer(400, "{}");
+    }
+}
+
+TEST_F(AccountPageTest, EscapeLeadsBackFromThePasswordAndTheInvite)
+{
+    open();
+    for (const AccountMode mode : {AccountMode::SignIn, AccountMode::Register}) {
+        controller.continueAccountFlow(address, mode);
+        page->firstControl()->setFocus();
+        testing::PageWindow::press(Qt::Key_Escape);
+        EXPECT_EQ(text("accountStepTitle"), "Continue with email");
+        EXPECT_EQ(QApplication::focusWidget(), field("authEmailField"));
+    }
+}
+
+TEST_F(AccountPageTest, EscapeThrowsNoCodeAwayThatWasMailed)
+{
+    open();
+    openVerification();
+    field("authVerificationCodeField")->setFocus();
+    testing::PageWindow::press(Qt::Key_Escape);
+    EXPECT_EQ(text("accountStepTitle"), "Enter code and create password");
+}
+
+TEST_F(AccountPageTest, TheTabKeyGoesThroughAStepInReadingOrder)
+{
+    open();
+    openVerification();
+    const QList<QWidget*> order{field("authVerificationCodeField"), field("authPasswordField"),
+        field("authPasswordConfirmationField"), button("Activate & sign in"), button("Start over")};
+    order[0]->setFocus();
+    for (QWidget* const expected : order) {
+        EXPECT_EQ(QApplication::focusWidget(), expected);
+        testing::PageWindow::press(Qt::Key_Tab);
+    }
+}
+
+TEST_F(AccountPageTest, NothingIsLeftWithoutANameOrWithAKeyOfItsOwn)
+{
+    for (const QString& language : languages) {
+        preferences.setValue(keys::interfaceLanguage, language);
+        open();
+        for (const auto& openStep : std::initializer_list<std::function<void()>>{[] {},
+                 [this] { controller.continueAccountFlow(address, AccountMode::SignIn); },
+                 [this] { openVerification(); }}) {
+            openStep();
+            for (const QLineEdit* const each : page->findChildren<QLineEdit*>())
+                EXPECT_FALSE(each->accessibleName().isEmpty());
+            for (const QPushButton* const each : page->findChildren<QPushButton*>()) {
+                EXPECT_EQ(each->accessibleName(), each->text());
+                EXPECT_TRUE(each->shortcut().isEmpty());
+            }
+        }
+        page.reset();
+    }
+}
+
+// Anything may come.
+
+TEST_F(AccountPageTest, AMessageOfAnyLengthIsOneLineOfPlainText)
+{
+    open();
+    controller.continueAccountFlow(address, AccountMode::SignIn);
+    button("Sign in")->click();
+    const QByteArray endless(100 * 1024, 'x');
+    answer(500, R"({"error": {"message": "<b>no</b> )" + endless + R"("}})");
+
+    const auto* const message = testing::PageWindow::find<ui::Label>(*page, "accountAuthMessage");
+    EXPECT_EQ(message->textFormat(), Qt::PlainText);
+    EXPECT_EQ(message->lineCount(), 1);
+    EXPECT_EQ(frameOf(message), QRect(0, 52, 470, 20));
+    EXPECT_TRUE(message->fullText().startsWith(u"<b>no</b> xxx"_s));
+    EXPECT_TRUE(message->toolTip().contains(u"&lt;b&gt;"_s)); // As text there too.
+}
+
+TEST_F(AccountPageTest, AnAddressOfAnyLengthStaysInItsLine)
+{
+    open();
+    controller.continueAccountFlow(QString(10'000, u'W') + u"@x"_s, AccountMode::Register);
+    const auto* const subtitle = testing::PageWindow::find<ui::Label>(*page, "accountStepSubtitle");
+    EXPECT_EQ(subtitle->lineCount(), 1);
+    EXPECT_EQ(frameOf(subtitle), QRect(0, 150, 494, 20));
+}
+
+TEST_F(AccountPageTest, APageThatGoesWhileItAsksLeavesNothingBehind)
+{
+    open();
+    controller.continueAccountFlow(address, AccountMode::SignIn);
+    button("Sign in")->click();
+    page.reset();
+    answer(200, R"({"accessToken": "access"})");
+    EXPECT_TRUE(controller.content().isSignedIn);
+}
+
+TEST_F(AccountPageTest, EverythingFitsInEachLanguage)
+{
+    for (const QString& language : languages) {
+        preferences.setValue(keys::interfaceLanguage, language);
+        open();
+        testing::PageWindow::expectEverythingFits(*page);
+        controller.continueAccountFlow(address, AccountMode::SignIn);
+        testing::PageWindow::expectEverythingFits(*page);
+        controller.continueAccountFlow(address, AccountMode::Register);
+        testing::PageWindow::expectEverythingFits(*page);
+        openVerification();
+        testing::PageWindow::expectEverythingFits(*page);
+        storeSession();
+        controller.refreshAccountUI();
+        testing::PageWindow::expectEverythingFits(*page);
+        preferences.remove(keys::cloudAccessToken);
+        page.reset();
+    }
+}
+
+TEST_F(AccountPageTest, PlaceholdersAreTranslated)
+{
+    const QList<QStringList> placeholders{
+        {u"6 位邮箱验证码"_s, u"密码（至少 10 个字符）"_s, u"确认密码"_s},
+        {u"6 位電子郵件驗證碼"_s, u"密碼（至少 10 個字元）"_s, u"確認密碼"_s},
+        {u"6-digit email code"_s, u"Password (at least 10 characters)"_s, u"Confirm password"_s},
+    };
+    for (qsizetype i = 0; i < languages.size(); ++i) {
+        preferences.setValue(keys::interfaceLanguage, languages[i]);
+        open();
+        openVerification();
+        QStringList shown;
+        for (const QLineEdit* const each : page->findChildren<QLineEdit*>())
+            shown.append(each->placeholderText());
+        EXPECT_EQ(shown, placeholders[i]);
+        page.reset();
+    }
+}
+
+TEST_F(AccountPageTest, WhoHasNoServiceIsToldWhereToGetOne)
+{
+    open();
+    EXPECT_TRUE(text("serviceHint").contains("scripts/run"));
+    EXPECT_TRUE(text("serviceHint").contains("docs/self-hosting.md"));
+    storeSession();
+    controller.refreshAccountUI();
+    EXPECT_EQ(text("serviceHint"), QString());
+}
+
+} // namespace
+} // namespace tavrin
