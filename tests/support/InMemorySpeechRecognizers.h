@@ -43,6 +43,7 @@ public:
     bool available = true;
     LocalizedText availabilityText{u""}; ///< What it lacks; empty: it does not know.
     QString availabilityArgument;
+    QString lastFailure; ///< Of one that is available.
     std::vector<RecognitionCall> calls; ///< Oldest first.
     int warmUps = 0;
 
@@ -51,7 +52,7 @@ public:
     [[nodiscard]] SpeechAvailability availability() const override
     {
         if (available)
-            return {true, LocalizedText{u"识别器", u"辨識器", u"Recogniser"}, {}};
+            return {true, LocalizedText{u"识别器", u"辨識器", u"Recogniser"}, {}, lastFailure};
         return {false, availabilityText, availabilityArgument};
     }
 

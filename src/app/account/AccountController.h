@@ -87,7 +87,8 @@ private:
     Neighbours m_neighbours;
     View<AccountContent>* m_view = nullptr;
     AccountContent m_content;
-    QString m_pendingRegistrationEmail; ///< Accepted by the start step, used by all later ones.
+    QString m_pendingRegistrationEmail; ///< `pendingRegistrationEmail`: of the start step, for all
+                                        ///< later ones.
     CallbackGuard m_guard;
 };
 

@@ -53,10 +53,13 @@ QString recogniserText(const HealthSources& sources, const SpeechAvailability& a
 HealthNote recogniserNote(const HealthSources& sources, const QString& title)
 {
     const SpeechAvailability availability = sources.recognizer.availability();
-    const LocalizedText& mark = availability.isAvailable ? texts::healthy : texts::problem;
-    return {title, sources.localization.LT(mark, recogniserText(sources, availability)),
-        availability.isAvailable ? HealthColor::Healthy : HealthColor::Problem,
-        HealthNoteAction::None, {}};
+    const Localization& localization = sources.localization;
+    QString text = recogniserText(sources, availability);
+    if (availability.isAvailable && !availability.lastFailure.isEmpty())
+        text = localization.LT(texts::recogniserFailed, text, singleLine(availability.lastFailure));
+    const bool isWell = availability.isAvailable && availability.lastFailure.isEmpty();
+    return {title, localization.LT(isWell ? texts::healthy : texts::problem, text),
+        isWell ? HealthColor::Healthy : HealthColor::Problem, HealthNoteAction::None, {}};
 }
 
 /// The microphone that the next session records from: the preferred one while it is there.

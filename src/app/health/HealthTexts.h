@@ -58,6 +58,8 @@ inline constexpr LocalizedText recogniserLanguage{
     u"%1，识别语言：%2", u"%1，辨識語言：%2", u"%1, language: %2"};
 inline constexpr LocalizedText recogniserUnavailable{u"语音识别当前不可用。",
     u"語音辨識目前無法使用。", u"Speech recognition is not available now."};
+inline constexpr LocalizedText recogniserFailed{
+    u"%1。最近一次识别失败：%2", u"%1。最近一次辨識失敗：%2", u"%1. It failed the last time: %2"};
 inline constexpr LocalizedText restartPrograms{u"⚠ 请重新启动以下程序，Tavrin 才能写入：%1",
     u"⚠ 請重新啟動以下程式，Tavrin 才能寫入：%1",
     u"⚠ Restart these programs, so that Tavrin can write into them: %1"};

@@ -104,6 +104,17 @@ TEST_F(HealthNotesTest, ARecogniserThatNamesItsLanguageItselfNamesItOnce)
     EXPECT_EQ(readHealthNotes(others).value(0).text, u"✓ Built in: English"_s);
 }
 
+TEST_F(HealthNotesTest, ARecogniserThatFailedTheLastTimeIsAProblem)
+{
+    recognizer.lastFailure = u"无法连接语音识别服务器。"_s;
+    EXPECT_EQ(notes()[0].text,
+        u"⚠ Recogniser, language: Mandarin. It failed the last time: 无法连接语音识别服务器。"_s);
+    EXPECT_EQ(notes()[0].color, HealthColor::Problem);
+
+    recognizer.lastFailure.clear();
+    EXPECT_EQ(notes()[0].color, HealthColor::Healthy);
+}
+
 TEST_F(HealthNotesTest, AMissingRecogniserSaysWhatItLacks)
 {
     recognizer.available = false;

@@ -169,7 +169,10 @@ bool EngineFileRecognizer::isAvailable() const
 
 SpeechAvailability EngineFileRecognizer::availability() const
 {
-    return m_thread->engine().availability();
+    SpeechAvailability availability = m_thread->engine().availability();
+    if (const int code = *m_lastFailure)
+        availability.lastFailure = speechEngineError(static_cast<SpeechEngineError>(code)).message;
+    return availability;
 }
 
 void EngineFileRecognizer::warmUp()
@@ -183,8 +186,12 @@ std::unique_ptr<SpeechTask> EngineFileRecognizer::recognize(
 {
     std::stop_source source;
     m_thread->post([&engine = m_thread->engine(), path, request, handler = std::move(handler),
-                       stop = source.get_token()] {
+                       stop = source.get_token(), lastFailure = m_lastFailure] {
         const Result<QString> text = transcribe(engine, path, request, stop);
+        if (text)
+            *lastFailure = 0;
+        else if (blamesEngine(text.error()))
+            *lastFailure = text.error().code;
         if (text)
             handler(SpeechResult{.formattedString = *text, .isFinal = true});
         else

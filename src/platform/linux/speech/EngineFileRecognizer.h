@@ -3,6 +3,8 @@
 #include "platform/SpeechRecognizer.h"
 #include "platform/linux/speech/SpeechEngineThread.h"
 
+#include <atomic>
+
 namespace tavrin {
 
 /// Recognises recordings with an engine, on the engine's worker thread, one after another.
@@ -21,7 +23,12 @@ public:
         const QString& path, const SpeechRequest& request, SpeechResultHandler handler) override;
 
 private:
+    /// The SpeechEngineError that the last recognition failed with; 0 when it did not. Written by
+    /// the engine's thread.
+    using LastFailure = std::atomic<int>;
+
     std::shared_ptr<SpeechEngineThread> m_thread;
+    std::shared_ptr<LastFailure> m_lastFailure = std::make_shared<LastFailure>(0);
 };
 
 } // namespace tavrin

@@ -7,6 +7,8 @@ using namespace Qt::StringLiterals;
 namespace tavrin {
 namespace {
 
+const QString domain = u"TavrinSpeechEngine"_s;
+
 SimplifiedText messageFor(SpeechEngineError code)
 {
     switch (code) {
@@ -32,7 +34,13 @@ SimplifiedText messageFor(SpeechEngineError code)
 
 Error speechEngineError(SpeechEngineError code)
 {
-    return {u"TavrinSpeechEngine"_s, static_cast<int>(code), messageFor(code).toString()};
+    return {domain, static_cast<int>(code), messageFor(code).toString()};
+}
+
+bool blamesEngine(const Error& error)
+{
+    return error.domain == domain && error.code != static_cast<int>(SpeechEngineError::Cancelled)
+        && error.code != static_cast<int>(SpeechEngineError::TooMuchSound);
 }
 
 } // namespace tavrin

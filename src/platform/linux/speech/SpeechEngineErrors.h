@@ -18,4 +18,7 @@ enum class SpeechEngineError {
 /// The error with its message; speech errors are in Simplified Chinese in every interface language.
 [[nodiscard]] Error speechEngineError(SpeechEngineError code);
 
+/// Whether @p error says something of the engine: that it cannot work, or does not answer.
+[[nodiscard]] bool blamesEngine(const Error& error);
+
 } // namespace tavrin

@@ -84,6 +84,39 @@ TEST_F(EngineFileRecognizerTest, TheWholeRecordingIsHeardWithItsRequest)
     EXPECT_TRUE(heard.all()[0]->isFinal);
 }
 
+TEST_F(EngineFileRecognizerTest, WhyTheLastRecognitionFailedIsKnownUntilOneSucceeds)
+{
+    engine->finishFailure = speechEngineError(SpeechEngineError::NoAnswer);
+    auto recognizer = this->recognizer();
+    EXPECT_EQ(recognizer.availability().lastFailure, "");
+    const QString path = recording(phrases(1));
+    const auto failed = recognizer.recognize(path, {}, heard.handler());
+    ASSERT_FALSE(heard.outcome());
+    EXPECT_EQ(recognizer.availability().lastFailure,
+        QString::fromUtf8("语音识别服务器没有及时响应，请稍后重试。"));
+    EXPECT_TRUE(recognizer.availability().isAvailable);
+
+    engine->finishFailure.reset();
+    testing::HeardResults again;
+    const auto succeeded = recognizer.recognize(path, {}, again.handler());
+    ASSERT_TRUE(again.outcome());
+    EXPECT_EQ(recognizer.availability().lastFailure, "");
+}
+
+TEST_F(EngineFileRecognizerTest, NeitherACancelledRecognitionNorABrokenFileBlamesTheEngine)
+{
+    engine->finishFailure = speechEngineError(SpeechEngineError::Cancelled);
+    auto recognizer = this->recognizer();
+    const auto cancelled = recognizer.recognize(recording(phrases(1)), {}, heard.handler());
+    ASSERT_FALSE(heard.outcome());
+    EXPECT_EQ(recognizer.availability().lastFailure, "");
+
+    testing::HeardResults again;
+    const auto broken = recognizer.recognize(written("no sound"), {}, again.handler());
+    ASSERT_FALSE(again.outcome());
+    EXPECT_EQ(recognizer.availability().lastFailure, "");
+}
+
 TEST_F(EngineFileRecognizerTest, SilenceAnswersNothingWithoutAskingTheEngine)
 {
     engine->texts = QStringList{"invented"};
