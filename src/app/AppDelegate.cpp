@@ -52,7 +52,11 @@ AppDelegate::AppDelegate(Surroundings surroundings)
           m_target)
     , m_correctionLearning({*m_platform.accessibility, *m_platform.clock, *m_platform.mainQueue,
                                *m_platform.preferences, *m_platform.wordBreaker},
-          m_target, {})
+          m_target,
+          [this] {
+              if (m_userInterface)
+                  m_userInterface->refreshDictionaryView();
+          })
     , m_historyStore({*m_platform.preferences, *m_platform.clock, *m_platform.systemInfo,
           *m_platform.backgroundQueue})
     , m_statusMenu({m_localization, m_settings, *m_platform.statusItem}, menuActions())
@@ -63,12 +67,17 @@ AppDelegate::AppDelegate(Surroundings surroundings)
           {.refreshToolTip = [this] { m_statusMenu.refreshToolTip(); },
               .updateUI = [this] { m_statusMenu.refreshUI(); }})
     , m_userInterface(m_surroundings.createUserInterface({
-          .clock = *m_platform.clock,
+          .api = m_api,
+          .audioEnvironment = m_audioEnvironment,
+          .historyStore = m_historyStore,
           .localization = m_localization,
-          .mainQueue = *m_platform.mainQueue,
+          .platform = m_platform,
           .settings = m_settings,
+          .shortcutSettings = m_shortcutSettings,
           .statusMenu = m_statusMenu,
-          .workspace = *m_platform.workspace,
+          .endCorrectionWatch =
+              [this] { m_correctionLearning.finishCorrectionLearningAndAnalyze(false); },
+          .playSound = [this](const QString& name) { m_sounds.playSoundNamed(name); },
           .showMainWindow = [this] { showMainWindow(); },
       }))
     , m_cloudSessionCheck(

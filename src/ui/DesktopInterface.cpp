@@ -1,12 +1,21 @@
 #include "ui/DesktopInterface.h"
 
+#include "app/Pages.h"
 #include "base/CallbackGuard.h"
 #include "platform/MainQueue.h"
-#include "platform/Workspace.h"
+#include "platform/Platform.h"
 #include "ui/ApplicationIcon.h"
-#include "ui/MainWindowFrame.h"
 #include "ui/hud/HudController.h"
 #include "ui/hud/HudWidget.h"
+#include "ui/pages/AccountPage.h"
+#include "ui/pages/DictionaryPage.h"
+#include "ui/pages/GeneralPage.h"
+#include "ui/pages/HealthPage.h"
+#include "ui/pages/HistoryPage.h"
+#include "ui/pages/InputOutputPage.h"
+#include "ui/pages/OverviewPage.h"
+#include "ui/pages/PersonalizationWindow.h"
+#include "ui/window/MainWindowFrame.h"
 
 #include <QApplication>
 
@@ -16,11 +25,21 @@ namespace {
 class DesktopInterface final : public UserInterface {
 public:
     explicit DesktopInterface(const UserInterfaceNeighbours& neighbours)
-        : m_mainQueue(neighbours.mainQueue)
-        , m_panel(neighbours.workspace)
-        , m_hud({m_panel, neighbours.clock, neighbours.mainQueue, neighbours.localization,
+        : m_localization(neighbours.localization)
+        , m_mainQueue(*neighbours.platform.mainQueue)
+        , m_panel(*neighbours.platform.workspace)
+        , m_hud({m_panel, *neighbours.platform.clock, m_mainQueue, neighbours.localization,
               neighbours.settings})
-        , m_frame(neighbours)
+        , m_pages(neighbours)
+        , m_frame({
+              .localization = neighbours.localization,
+              .workspace = *neighbours.platform.workspace,
+              .controller = m_pages.mainWindow(),
+              .createPage = [this](QWidget& window,
+                                SettingsPage page) { return createPage(window, page); },
+              .configurePages = [this] { m_pages.configure(); },
+              .refreshShortcuts = [this] { m_pages.refreshShortcuts(); },
+          })
     {
     }
 
@@ -40,18 +59,50 @@ public:
 
     [[nodiscard]] MainWindow& mainWindow() override { return m_frame; }
 
-    [[nodiscard]] AccountPanel& accountPanel() override { return m_frame; }
+    [[nodiscard]] AccountPanel& accountPanel() override { return m_pages.account(); }
 
-    [[nodiscard]] HealthPanel& healthPanel() override { return m_frame; }
+    [[nodiscard]] HealthPanel& healthPanel() override { return m_pages.health(); }
 
-    void showHistoryWindow() override { m_frame.showHistoryWindow(); }
+    void showHistoryWindow() override { m_pages.showHistoryWindow(); }
 
-    void showPersonalizationWindow() override { m_frame.showPersonalizationWindow(); }
+    void showPersonalizationWindow() override
+    {
+        if (!m_personalization)
+            m_personalization =
+                std::make_unique<ui::PersonalizationWindow>(m_pages.personalization());
+        m_pages.personalization().showPersonalizationWindow();
+    }
+
+    void refreshDictionaryView() override { m_pages.dictionary().refreshDictionaryView(); }
 
 private:
+    ui::Page* createPage(QWidget& window, SettingsPage page)
+    {
+        switch (page) {
+        case SettingsPage::Overview:
+            return new ui::OverviewPage(window, m_pages.overview(), m_localization);
+        case SettingsPage::InputAndOutput:
+            return new ui::InputOutputPage(window, m_pages.inputOutput(), m_localization);
+        case SettingsPage::Dictionary:
+            return new ui::DictionaryPage(window, m_pages.dictionary(), m_localization);
+        case SettingsPage::Permissions:
+            return new ui::HealthPage(window, m_pages.health(), m_localization);
+        case SettingsPage::General:
+            return new ui::GeneralPage(window, m_pages.general(), m_localization);
+        case SettingsPage::History:
+            return new ui::HistoryPage(window, m_pages.history(), m_localization);
+        case SettingsPage::Account:
+            return new ui::AccountPage(window, m_pages.account(), m_localization);
+        }
+        Q_UNREACHABLE();
+    }
+
+    const Localization& m_localization;
     MainQueue& m_mainQueue;
     hud::Widget m_panel;
     HudController m_hud;
+    Pages m_pages;
+    std::unique_ptr<ui::PersonalizationWindow> m_personalization; ///< Null until it was shown.
     MainWindowFrame m_frame;
     CallbackGuard m_guard;
 };

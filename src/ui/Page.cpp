@@ -29,6 +29,16 @@ Page::Page(QWidget& parent, const QString& title, const QString& subtitle)
     below->setFullText(subtitle);
 }
 
+void Page::showEvent(QShowEvent* /*event*/)
+{
+    pageShown();
+}
+
+void Page::hideEvent(QHideEvent* /*event*/)
+{
+    pageHidden();
+}
+
 void Page::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);

@@ -15,13 +15,15 @@ public:
     /// What has the keyboard when the page is shown by a key; null: nothing in particular.
     [[nodiscard]] virtual QWidget* firstControl() const { return nullptr; }
 
-    /// Called each time that it is shown and hidden as the selected page of a visible window.
+    /// Called each time that it comes into sight and goes out of it, alone or with its window.
     virtual void pageShown() { }
 
     virtual void pageHidden() { }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 };
 
 } // namespace tavrin::ui

@@ -38,6 +38,8 @@ public:
 
     void showPersonalizationWindow() override { m_note(QStringLiteral("show personalization")); }
 
+    void refreshDictionaryView() override { m_note(QStringLiteral("refresh dictionary")); }
+
 private:
     Note m_note;
     TracedHUD m_hud;

@@ -3,18 +3,22 @@
 #include <functional>
 #include <memory>
 
+class QString;
+
 namespace tavrin {
 
 class AccountPanel;
-class Clock;
+class AudioEnvironment;
 class HealthPanel;
+class HistoryStore;
 class Localization;
-class MainQueue;
 class MainWindow;
 class RecordingHUD;
 class Settings;
+class ShortcutSettings;
 class StatusMenu;
-class Workspace;
+class TavrinAPI;
+struct Platform;
 
 /// All windows of the program, built by the layer above and owned by the controller. The parts
 /// live as long as the whole. Main thread only.
@@ -36,16 +40,23 @@ public:
 
     /// Shows the window that sets how texts are to be written.
     virtual void showPersonalizationWindow() = 0;
+
+    /// The dictionary has changed: shows it, where it is shown.
+    virtual void refreshDictionaryView() = 0;
 };
 
-/// What the windows are built from; all of it outlives them.
+/// What the windows and their pages are built from; all of it outlives them.
 struct UserInterfaceNeighbours {
-    const Clock& clock;
+    TavrinAPI& api;
+    AudioEnvironment& audioEnvironment;
+    HistoryStore& historyStore;
     const Localization& localization;
-    MainQueue& mainQueue;
+    Platform& platform;
     Settings& settings;
+    ShortcutSettings& shortcutSettings;
     StatusMenu& statusMenu;
-    const Workspace& workspace;
+    std::function<void()> endCorrectionWatch; ///< Without learning from it.
+    std::function<void(const QString& name)> playSound;
     std::function<void()> showMainWindow; ///< Of the controller: brings the program forward too.
 };
 

@@ -38,6 +38,9 @@ public:
 
     void setAlignment(Qt::Alignment alignment);
 
+    /// Whether an ellipsis stands for a part of it.
+    [[nodiscard]] bool isElided() const { return m_shown.isElided; }
+
     /// How many lines are shown.
     [[nodiscard]] qsizetype lineCount() const { return m_shown.lines.size(); }
 

@@ -1,0 +1,123 @@
+#include "ui/ProgramStage.h"
+
+#include "app/pages/SidebarTexts.h"
+#include "platform/PreferenceKeys.h"
+#include "platform/linux/LinuxKeyNames.h"
+#include "platform/linux/LinuxTexts.h"
+#include "support/InMemoryKeyMonitor.h"
+#include "support/InMemorySoundPlayer.h"
+#include "support/InMemorySpeechRecognizers.h"
+#include "support/InMemoryStatusItem.h"
+#include "support/InMemoryWordBreaker.h"
+#include "support/RecordingKeyboard.h"
+#include "support/SharedTime.h"
+#include "ui/DesktopInterface.h"
+
+#include <QApplication>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace tavrin::testing {
+
+ProgramStage::ProgramStage()
+    : platform(createPorts())
+{
+    systemInfo->temporaryFolder = folder.path();
+    systemInfo->supportFolder = folder.path() + u'/';
+    workspace->reducedMotion = true;
+    preferences->setValue(keys::interfaceLanguage, u"en"_s);
+    preferences->setValue(keys::cloudAccessToken, u"access"_s);
+    preferences->setValue(keys::cloudAccountEmail, u"mira.lindqvist@example.com"_s);
+    preferences->setValue(keys::tavrinBetaOnboardingSeen, true);
+    preferences->setValue(keys::dictationShortcutIdentifiers, QStringList{u"rightOption"_s});
+    preferences->setValue(keys::translationShortcutIdentifiers,
+        QStringList({u"optionSpace"_s, u"controlOptionSpace"_s}));
+    preferences->setValue(keys::chatShortcutIdentifiers, QStringList{u"commandShiftSpace"_s});
+}
+
+ProgramStage::~ProgramStage()
+{
+    allowDroppedCompletions(true);
+    program.reset();
+    allowDroppedCompletions(false);
+}
+
+Platform ProgramStage::createPorts()
+{
+    const auto kept = [](auto*& raw, auto&&... arguments) {
+        auto made = std::make_unique<std::remove_reference_t<decltype(*raw)>>(
+            std::forward<decltype(arguments)>(arguments)...);
+        raw = made.get();
+        return made;
+    };
+    return {
+        {
+            .keyNames = linuxKeyNames(),
+            .texts = linuxTexts(),
+            .clock = std::make_unique<SharedClock>(time),
+            .mainQueue = std::make_unique<SharedQueue>(time),
+            .backgroundQueue = kept(background),
+            .preferences = kept(preferences),
+            .systemInfo = kept(systemInfo),
+            .httpTransport = kept(http, time),
+        },
+        kept(workspace),
+        kept(accessibility),
+        kept(pasteboard),
+        std::make_unique<RecordingKeyboard>(),
+        std::make_unique<InMemoryKeyMonitor>(),
+        kept(probe),
+        kept(devices),
+        std::make_unique<InMemoryAudioRecorders>(time),
+        std::make_unique<InMemoryFileSpeechRecognizer>(),
+        std::make_unique<InMemoryLiveSpeechRecognizer>(),
+        kept(recogniserSettings),
+        std::make_unique<InMemorySoundPlayer>(),
+        std::make_unique<InMemoryStatusItem>(),
+        kept(alerts),
+        kept(permissions),
+        std::make_unique<InMemoryWordBreaker>(),
+    };
+}
+
+void ProgramStage::launch()
+{
+    program.emplace(AppDelegate::Surroundings{&platform, createDesktopInterface, [] {}});
+    program->applicationDidFinishLaunching();
+    time.advance(2s);
+    QApplication::processEvents();
+}
+
+QWidget* ProgramStage::window() const
+{
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        if (widget->windowTitle() == "Tavrin"_L1 && widget->size() == QSize(820, 640))
+            return widget;
+    }
+    return nullptr;
+}
+
+QAbstractButton* ProgramStage::sidebarButton(SettingsPage page) const
+{
+    const auto* const place = std::ranges::find(sidebarButtons, page);
+    const LocalizedText& title =
+        texts::sidebarTitles.at(static_cast<std::size_t>(place - sidebarButtons.begin()));
+    for (QAbstractButton* const button : window()->findChildren<QAbstractButton*>()) {
+        for (const QStringView name : {title.en, title.zhHans, title.zhHant}) {
+            if (button->accessibleName() == name && button->isCheckable())
+                return button;
+        }
+    }
+    return nullptr;
+}
+
+void ProgramStage::select(SettingsPage page)
+{
+    sidebarButton(page)->click();
+    QApplication::processEvents();
+    time.advance(500ms);
+    QApplication::processEvents();
+}
+
+} // namespace tavrin::testing

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "app/AppDelegate.h"
+#include "app/windows/SettingsPage.h"
+#include "platform/Platform.h"
+#include "support/InMemoryAccessibility.h"
+#include "support/InMemoryAudioDevices.h"
+#include "support/InMemoryAudioRecorders.h"
+#include "support/InMemoryBackgroundQueue.h"
+#include "support/InMemoryHotKeyProbe.h"
+#include "support/InMemoryHttpTransport.h"
+#include "support/InMemoryPasteboard.h"
+#include "support/InMemoryPermissions.h"
+#include "support/InMemoryPreferences.h"
+#include "support/InMemoryRecogniserSettings.h"
+#include "support/InMemorySystemInfo.h"
+#include "support/InMemoryWorkspace.h"
+#include "support/ScriptedAlerts.h"
+#include "support/VirtualTime.h"
+
+#include <QAbstractButton>
+#include <QTemporaryDir>
+#include <QWidget>
+
+#include <optional>
+
+namespace tavrin::testing {
+
+/// The whole program with its real windows on a desktop of in-memory ports. Its texts are those of
+/// Linux; the user is signed in, has seen the first-run notice, and reads English.
+class ProgramStage {
+public:
+    ProgramStage();
+    ~ProgramStage();
+
+    ProgramStage(const ProgramStage&) = delete;
+    ProgramStage& operator=(const ProgramStage&) = delete;
+
+    /// Starts the program; its window is shown.
+    void launch();
+
+    /// The main window. Null before the launch.
+    [[nodiscard]] QWidget* window() const;
+
+    /// Of the sidebar.
+    [[nodiscard]] QAbstractButton* sidebarButton(SettingsPage page) const;
+
+    /// Presses the sidebar's button, and lets the page come to rest.
+    void select(SettingsPage page);
+
+    /// The visible child of the window with this object name; null when there is none.
+    template <typename Widget>
+    [[nodiscard]] Widget* visibleChild(const QString& name) const
+    {
+        for (Widget* const widget : window()->findChildren<Widget*>(name)) {
+            if (widget->isVisible())
+                return widget;
+        }
+        return nullptr;
+    }
+
+    VirtualTime time;
+    QTemporaryDir folder;
+
+    // Owned by the platform.
+    InMemoryPreferences* preferences = nullptr;
+    InMemoryWorkspace* workspace = nullptr;
+    InMemorySystemInfo* systemInfo = nullptr;
+    InMemoryAudioDevices* devices = nullptr;
+    InMemoryHotKeyProbe* probe = nullptr;
+    InMemoryHttpTransport* http = nullptr;
+    InMemoryAccessibility* accessibility = nullptr;
+    InMemoryPasteboard* pasteboard = nullptr;
+    InMemoryPermissions* permissions = nullptr;
+    InMemoryRecogniserSettings* recogniserSettings = nullptr;
+    InMemoryBackgroundQueue* background = nullptr;
+    ScriptedAlerts* alerts = nullptr;
+    Platform platform;
+
+    std::optional<AppDelegate> program;
+
+private:
+    [[nodiscard]] Platform createPorts();
+};
+
+} // namespace tavrin::testing

@@ -1,0 +1,251 @@
+// Shows every page of the main window in its states and languages and writes a picture of each.
+// usage: tavrin-page-gallery FOLDER
+
+#include "platform/PreferenceKeys.h"
+#include "ui/ProgramStage.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QPixmap>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+#include <cstdio>
+#include <functional>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace tavrin {
+namespace {
+
+using Stage = testing::ProgramStage;
+
+struct Scene {
+    QString name;
+    std::function<void(Stage&)> before; ///< The launch.
+    std::function<void(Stage&)> after;
+};
+
+QJsonObject record(double timestamp, const QString& mode, const QString& text)
+{
+    return {{u"id"_s, u"R%1"_s.arg(timestamp)}, {u"timestamp"_s, timestamp}, {u"mode"_s, mode},
+        {u"transcript"_s, text.toLower()}, {u"finalText"_s, text},
+        {u"inputCharacters"_s, text.size()}, {u"audioSeconds"_s, 14.5},
+        {u"processingSeconds"_s, 1.2}, {u"targetLanguage"_s, u"cantonese"_s}};
+}
+
+void writeHistory(const Stage& stage, const QJsonArray& records)
+{
+    const QString folder = stage.folder.path() + u"/Tavrin"_s;
+    QDir().mkpath(folder);
+    QFile file(folder + u"/TranscriptionHistory.json"_s);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(QJsonDocument(records).toJson());
+}
+
+void addHistory(Stage& stage)
+{
+    const double now = stage.time.sinceEpoch().count();
+    constexpr double hour = 3600;
+    QJsonArray records{
+        record(now - 600, u"dictation"_s,
+            u"Thursday’s review moves to the large room on the third floor at ten. Please share the prototype link and last week’s interview notes beforehand, and tell everybody that the coffee machine is out of order."_s),
+        record(now - hour, u"translation"_s, u"唔好意思，我今日會遲十五分鐘到，你哋開始先啦。"_s),
+        record(now - 24 * hour, u"chat"_s,
+            u"Summarise the budget by quarter first, then compare the departments in a pivot table."_s),
+        record(now - 25 * hour, u"dictation"_s, u"<b>Not bold</b> & مرحبا بالعالم"_s),
+    };
+    for (int i = 0; i < 124; ++i)
+        records.append(record(now - (50 + i) * hour, u"dictation"_s,
+            u"我们的计划不会因此受到影响，第%1次会议照常进行。"_s.arg(i + 1)));
+    writeHistory(stage, records);
+}
+
+void addTerms(Stage& stage)
+{
+    QVariantList entries;
+    const auto add = [&](const QString& term, const QString& source) {
+        entries.append(QVariantMap{{u"id"_s, u"T%1"_s.arg(entries.size())}, {u"term"_s, term},
+            {u"source"_s, source}, {u"enabled"_s, true}, {u"hits"_s, 1}});
+    };
+    add(u"Tavrin"_s, u"manual"_s);
+    add(u"Ostrander & Søn"_s, u"auto"_s);
+    add(u"张晓鸥"_s, u"manual"_s);
+    add(u"Kowalczyk"_s, u"auto"_s);
+    add(u"Quarterly Operations and Procurement Steering Committee of the Northern Region"_s,
+        u"manual"_s);
+    for (int i = 0; i < 30; ++i)
+        add(u"Term %1"_s.arg(i), i % 3 == 0 ? u"auto"_s : u"manual"_s);
+    stage.preferences->setValue(keys::personalDictionaryEntries, entries);
+}
+
+void signOut(Stage& stage)
+{
+    stage.preferences->remove(keys::cloudAccessToken);
+    stage.preferences->remove(keys::cloudAccountEmail);
+}
+
+void addMachine(Stage& stage)
+{
+    stage.devices->addMicrophone(1, u"Built-in Audio Analog Stereo"_s, u"built-in"_s);
+    stage.devices->defaultInput = 1;
+}
+
+std::function<void(Stage&)> page(SettingsPage which)
+{
+    return [which](Stage& stage) { stage.select(which); };
+}
+
+void type(Stage& stage, const QString& field, const QString& text)
+{
+    auto* const edit = stage.visibleChild<QLineEdit>(field);
+    if (!edit)
+        return;
+    edit->setText(text);
+    emit edit->textEdited(text);
+    QApplication::processEvents();
+    stage.time.advance(1s);
+}
+
+/// Presses the page's only primary way on: Return in a field.
+void pressReturn(Stage& stage, const QString& field)
+{
+    if (auto* const edit = stage.visibleChild<QLineEdit>(field))
+        QTest::keyClick(edit, Qt::Key_Return);
+    stage.time.advance(1s);
+    QApplication::processEvents();
+}
+
+void goToRegistration(Stage& stage)
+{
+    for (QRadioButton* const segment : stage.window()->findChildren<QRadioButton*>()) {
+        if (segment->isVisible() && !segment->isChecked()) {
+            segment->click();
+            break;
+        }
+    }
+    type(stage, u"authEmailField"_s, u"mira.lindqvist@example.com"_s);
+    pressReturn(stage, u"authEmailField"_s);
+}
+
+QList<Scene> accountScenes()
+{
+    return {
+        {u"account-signed-in"_s, {}, page(SettingsPage::Account)},
+        {u"account-start"_s, signOut, {}},
+        {u"account-start-error"_s, signOut,
+            [](Stage& stage) {
+                type(stage, u"authEmailField"_s, u"mira.lindqvist"_s);
+                pressReturn(stage, u"authEmailField"_s);
+            }},
+        {u"account-sign-in"_s, signOut,
+            [](Stage& stage) {
+                type(stage, u"authEmailField"_s, u"mira.lindqvist@example.com"_s);
+                pressReturn(stage, u"authEmailField"_s);
+            }},
+        {u"account-sign-in-refused"_s, signOut,
+            [](Stage& stage) {
+                type(stage, u"authEmailField"_s, u"mira.lindqvist@example.com"_s);
+                pressReturn(stage, u"authEmailField"_s);
+                stage.http->willAnswer(401,
+                    R"({"error": {"message": "<b>邮箱或密码不正确</b> The address or the password is not right; after five more attempts this address is locked for an hour."}})");
+                pressReturn(stage, u"authPasswordField"_s);
+            }},
+        {u"account-invite"_s, signOut, goToRegistration},
+        {u"account-verification"_s, signOut,
+            [](Stage& stage) {
+                goToRegistration(stage);
+                stage.http->willAnswer(200, "{}");
+                pressReturn(stage, u"authInviteField"_s);
+            }},
+    };
+}
+
+QList<Scene> scenes()
+{
+    return QList<Scene>{
+               {u"overview"_s, addHistory, page(SettingsPage::Overview)},
+               {u"overview-empty"_s, {}, page(SettingsPage::Overview)},
+               {u"overview-limited"_s,
+                   [](Stage& stage) {
+                       addHistory(stage);
+                       stage.workspace->everyProgramReached = false;
+                   },
+                   page(SettingsPage::Overview)},
+               {u"history"_s, addHistory, page(SettingsPage::History)},
+               {u"history-find"_s, addHistory,
+                   [](Stage& stage) {
+                       stage.select(SettingsPage::History);
+                       QTest::keyClick(stage.window(), Qt::Key_F, Qt::ControlModifier);
+                       QApplication::processEvents();
+                       type(stage, u"historySearchField"_s, u"会议"_s);
+                   }},
+               {u"history-empty"_s, {}, page(SettingsPage::History)},
+               {u"dictionary"_s, addTerms, page(SettingsPage::Dictionary)},
+               {u"dictionary-empty"_s, {}, page(SettingsPage::Dictionary)},
+               {u"dictionary-no-match"_s, addTerms,
+                   [](Stage& stage) {
+                       stage.select(SettingsPage::Dictionary);
+                       type(stage, u"dictionarySearchField"_s, u"zzz"_s);
+                   }},
+               {u"general"_s, addMachine, page(SettingsPage::General)},
+               {u"input-output"_s, {}, page(SettingsPage::InputAndOutput)},
+               {u"permissions"_s, {}, page(SettingsPage::Permissions)},
+               {u"permissions-problems"_s,
+                   [](Stage& stage) {
+                       stage.accessibility->trusted = false;
+                       stage.permissions->microphone = AuthorizationStatus::Denied;
+                       stage.preferences->setValue(keys::lastDeliveryVerified, false);
+                       stage.preferences->setValue(
+                           keys::lastDeliveryReason, u"目标应用没有接受粘贴"_s);
+                   },
+                   page(SettingsPage::Permissions)},
+           }
+    + accountScenes();
+}
+
+bool show(const Scene& scene, const QString& language, const QDir& folder)
+{
+    Stage stage;
+    stage.preferences->setValue(keys::interfaceLanguage, language);
+    if (scene.before)
+        scene.before(stage);
+    const QFont font = QApplication::font();
+    stage.launch();
+    if (scene.after)
+        scene.after(stage);
+    QApplication::processEvents();
+    const QString path = folder.filePath(u"%1-%2.png"_s.arg(scene.name, language));
+    const bool saved = stage.window()->grab().save(path);
+    QApplication::setFont(font);
+    if (!saved)
+        std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
+    return saved;
+}
+
+} // namespace
+} // namespace tavrin
+
+int main(int argc, char** argv)
+{
+    const QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() < 2 || !QDir().mkpath(arguments[1])) {
+        std::fprintf(stderr, "usage: tavrin-page-gallery FOLDER [SCENE]\n");
+        return EXIT_FAILURE;
+    }
+    bool all = true;
+    for (const tavrin::Scene& scene : tavrin::scenes()) {
+        if (arguments.size() > 2 && !scene.name.startsWith(arguments[2]))
+            continue;
+        for (const QString language : {u"en"_s, u"zh-Hans"_s, u"zh-Hant"_s})
+            all = tavrin::show(scene, language, QDir(arguments[1])) && all;
+    }
+    return all ? EXIT_SUCCESS : EXIT_FAILURE;
+}
