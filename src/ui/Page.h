@@ -9,6 +9,8 @@ class Label;
 /// A page of the main window with its title and subtitle (`settingsPageWithTitle`): 610 × 640
 /// points, beside the sidebar. Draws the shadows of the cards that lie on it.
 class Page : public QWidget {
+    Q_OBJECT
+
 public:
     Page(QWidget& parent, const QString& title, const QString& subtitle);
 

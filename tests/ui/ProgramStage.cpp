@@ -85,7 +85,14 @@ void ProgramStage::launch()
 {
     program.emplace(AppDelegate::Surroundings{&platform, createDesktopInterface, [] {}});
     program->applicationDidFinishLaunching();
-    time.advance(2s);
+    settle(2s);
+}
+
+void ProgramStage::settle(Seconds duration)
+{
+    background->drain();
+    time.advance(duration);
+    background->drain();
     QApplication::processEvents();
 }
 
@@ -115,9 +122,7 @@ QAbstractButton* ProgramStage::sidebarButton(SettingsPage page) const
 void ProgramStage::select(SettingsPage page)
 {
     sidebarButton(page)->click();
-    QApplication::processEvents();
-    time.advance(500ms);
-    QApplication::processEvents();
+    settle(500ms);
 }
 
 } // namespace tavrin::testing

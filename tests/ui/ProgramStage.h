@@ -39,6 +39,9 @@ public:
     /// Starts the program; its window is shown.
     void launch();
 
+    /// Lets @p duration pass, and everything be done that is to be done by then.
+    void settle(Seconds duration);
+
     /// The main window. Null before the launch.
     [[nodiscard]] QWidget* window() const;
 
@@ -48,12 +51,24 @@ public:
     /// Presses the sidebar's button, and lets the page come to rest.
     void select(SettingsPage page);
 
-    /// The visible child of the window with this object name; null when there is none.
+    /// The children of the window of this class.
     template <typename Widget>
-    [[nodiscard]] Widget* visibleChild(const QString& name) const
+    [[nodiscard]] QList<Widget*> children() const
     {
-        for (Widget* const widget : window()->findChildren<Widget*>(name)) {
-            if (widget->isVisible())
+        QList<Widget*> result;
+        for (QWidget* const widget : window()->findChildren<QWidget*>()) {
+            if (auto* const found = dynamic_cast<Widget*>(widget))
+                result.append(found);
+        }
+        return result;
+    }
+
+    /// The visible one with this object name; null when there is none. Any name when it is empty.
+    template <typename Widget>
+    [[nodiscard]] Widget* visibleChild(const QString& name = {}) const
+    {
+        for (Widget* const widget : children<Widget>()) {
+            if (widget->isVisible() && (name.isEmpty() || widget->objectName() == name))
                 return widget;
         }
         return nullptr;

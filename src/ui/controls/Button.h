@@ -6,6 +6,8 @@ namespace tavrin::ui {
 
 /// A button as the brand draws it.
 class Button final : public QPushButton {
+    Q_OBJECT
+
 public:
     enum class Look {
         Primary, ///< `stylePrimaryButton`: filled with the accent.

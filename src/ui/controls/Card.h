@@ -8,6 +8,8 @@ namespace tavrin::ui {
 /// A white surface with round corners and a border; its shadow is drawn by the Page that it lies on
 /// (`styleCard`). The frames of its children count from its outer edge.
 class Card final : public QWidget {
+    Q_OBJECT
+
 public:
     static constexpr int usualRadius = 16;
     static constexpr int smallRadius = 14;
@@ -26,6 +28,8 @@ private:
 
 /// A filled box without border or shadow: behind notes, symbols and rows with a problem.
 class Panel final : public QWidget {
+    Q_OBJECT
+
 public:
     /// @param frame from the bottom left of @p parent.
     Panel(QWidget& parent, const QRect& frame, int radius, const QColor& fill);

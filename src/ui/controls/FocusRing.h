@@ -8,6 +8,8 @@ namespace tavrin::ui {
 /// The ring around the control that has the keyboard, once the keyboard has moved there. Controls
 /// that show it themselves have none. One for each window, above all that it holds.
 class FocusRing final : public QWidget {
+    Q_OBJECT
+
 public:
     explicit FocusRing(QWidget& window);
 

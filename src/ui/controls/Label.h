@@ -14,6 +14,8 @@ namespace tavrin::ui {
 /// Fitting says, and last an ellipsis; its tool tip then shows the whole. The screen reader always
 /// has the whole.
 class Label final : public QLabel {
+    Q_OBJECT
+
 public:
     /// Where a second line goes: about the centre of the frame, or below its first line.
     enum class SecondLine { Centred, Below };

@@ -6,6 +6,8 @@ namespace tavrin::ui {
 
 /// A choice from a list, as the brand draws it (`stylePopup`).
 class Popup final : public QComboBox {
+    Q_OBJECT
+
 public:
     /// @param frame from the bottom left of @p parent.
     /// @param name what is chosen, for screen readers.

@@ -6,6 +6,8 @@ namespace tavrin::ui {
 
 /// A slim bar at the right edge of a list: 6 points wide, no arrows.
 class ScrollBar final : public QScrollBar {
+    Q_OBJECT
+
 public:
     explicit ScrollBar(QWidget* parent);
 

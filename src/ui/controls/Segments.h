@@ -13,6 +13,8 @@ namespace tavrin::ui {
 /// A few choices side by side of which one holds (`styleSegmentedControl`). The arrow keys move
 /// between them.
 class Segments final : public QWidget {
+    Q_OBJECT
+
 public:
     /// @param frame from the bottom left of @p parent.
     Segments(QWidget& parent, const QRect& frame, const QStringList& titles);

@@ -13,6 +13,8 @@ void drawSymbol(QPainter& painter, const QString& name, const QRectF& place, con
 
 /// A symbol in its frame; screen readers pass it by.
 class Symbol final : public QWidget {
+    Q_OBJECT
+
 public:
     /// @param frame from the bottom left of @p parent.
     Symbol(QWidget& parent, const QRect& frame, QString name, const QColor& color);

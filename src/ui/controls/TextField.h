@@ -9,6 +9,8 @@ namespace tavrin::ui {
 /// `TavInsetTextFieldCell`: a field whose text keeps 10 points from either end of its round border
 /// (`styleInputField`). It shows by its border that it has the keyboard.
 class TextField final : public QLineEdit {
+    Q_OBJECT
+
 public:
     enum class Kind {
         Plain,

@@ -6,6 +6,8 @@ namespace tavrin::ui {
 
 /// A box with a tick and a title beside it.
 class CheckBox final : public QCheckBox {
+    Q_OBJECT
+
 public:
     /// @param frame from the bottom left of @p parent.
     CheckBox(QWidget& parent, const QRect& frame, const QString& title);
@@ -17,6 +19,8 @@ protected:
 
 /// A switch without a title; 38 × 22 points.
 class Switch final : public QCheckBox {
+    Q_OBJECT
+
 public:
     /// @param frame from the bottom left of @p parent.
     /// @param name what it switches, for screen readers.

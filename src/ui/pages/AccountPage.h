@@ -23,6 +23,8 @@ class TextField;
 /// The account page: one step at a time of signing in and registering, or the account. Return in a
 /// field presses the step's first button; Escape returns from the password and from the invite.
 class AccountPage final : public Page, public View<AccountContent> {
+    Q_OBJECT
+
 public:
     /// @param controller shows the page its content; it and @p localization outlive the page.
     AccountPage(QWidget& parent, AccountController& controller, const Localization& localization);

@@ -20,6 +20,8 @@ class TermRow;
 /// and are given other terms as the list moves. The keyboard reaches the buttons in sight by Tab,
 /// and all others by the arrow keys, Page Up and Down, Home and End; it stays with its term.
 class DictionaryList final : public QAbstractScrollArea {
+    Q_OBJECT
+
 public:
     using Handler = std::function<void(const QString& identifier)>;
 

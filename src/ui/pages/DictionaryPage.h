@@ -22,6 +22,8 @@ class TextField;
 
 /// `dictionarySettingsPage`: the terms of the personal dictionary, and what makes and changes them.
 class DictionaryPage final : public Page, public View<DictionaryContent> {
+    Q_OBJECT
+
 public:
     /// @param controller, localization must outlive the page.
     DictionaryPage(

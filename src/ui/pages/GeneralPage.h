@@ -17,6 +17,8 @@ class Switch;
 
 /// `generalSettingsPage`: the language of the interface, the microphone and the recogniser.
 class GeneralPage final : public Page, public View<GeneralContent> {
+    Q_OBJECT
+
 public:
     /// @param controller, localization must outlive the page.
     GeneralPage(QWidget& parent, GeneralController& controller, const Localization& localization);

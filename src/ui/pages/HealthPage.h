@@ -26,6 +26,8 @@ class Panel;
 /// The permissions and health page: five rows, below them on some desktops a card with notes, and
 /// when it was all looked at.
 class HealthPage final : public Page, public View<HealthContent> {
+    Q_OBJECT
+
 public:
     /// @param controller shows the page its content; it and @p localization outlive the page.
     HealthPage(QWidget& parent, HealthController& controller, const Localization& localization);

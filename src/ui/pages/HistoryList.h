@@ -18,6 +18,8 @@ namespace tavrin::ui {
 /// keyboard reaches those in sight by Tab, and all others by the arrow keys, Page Up and Down, Home
 /// and End; it stays with its record.
 class HistoryList final : public QAbstractScrollArea {
+    Q_OBJECT
+
 public:
     struct Content {
         HistoryRows rows;

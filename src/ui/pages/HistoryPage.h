@@ -22,6 +22,8 @@ class TextField;
 /// `historySettingsPage`: what was said and written, by days. Ctrl+F opens a field that looks for a
 /// text in it, Escape closes it.
 class HistoryPage final : public Page, public View<HistoryContent> {
+    Q_OBJECT
+
 public:
     /// @param controller, localization must outlive the page.
     HistoryPage(QWidget& parent, HistoryController& controller, const Localization& localization);

@@ -20,6 +20,8 @@ class Popup;
 
 /// The page of shortcuts, writing style and target language.
 class InputOutputPage final : public Page, public View<InputOutputContent> {
+    Q_OBJECT
+
 public:
     /// @param controller, localization must outlive the page.
     InputOutputPage(

@@ -16,6 +16,8 @@ class Label;
 
 /// How much was dictated, and which keys start it.
 class OverviewPage final : public Page, public View<OverviewContent> {
+    Q_OBJECT
+
 public:
     /// @param controller, localization must outlive the page.
     OverviewPage(QWidget& parent, OverviewController& controller, const Localization& localization);

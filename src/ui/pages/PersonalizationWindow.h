@@ -17,6 +17,8 @@ class Popup;
 /// The window that asks how the user likes texts to be written. Hidden until it is brought to the
 /// front; closing hides it. Its texts are in Simplified Chinese for everybody.
 class PersonalizationWindow final : public QWidget, public PersonalizationView {
+    Q_OBJECT
+
 public:
     /// @param controller must outlive the window.
     explicit PersonalizationWindow(PersonalizationController& controller);

@@ -21,6 +21,8 @@ class Button;
 /// One record of the history with its buttons. Shows whatever record it is given. Its shadow is
 /// drawn by the list that it lies on.
 class RecordCard final : public QWidget {
+    Q_OBJECT
+
 public:
     static constexpr int cardWidth = 538;
     static constexpr int cardRadius = 14;

@@ -18,6 +18,8 @@ class Label;
 
 /// One term of the list with its badge and its buttons. Shows whatever term it is given.
 class TermRow final : public QWidget {
+    Q_OBJECT
+
 public:
     static constexpr QSize rowSize{536, 66};
 

@@ -7,7 +7,7 @@
 namespace tavrin::ui {
 namespace {
 
-constexpr int milliseconds = 160;
+constexpr int duration = 160; // Milliseconds.
 constexpr double opacityAtFirst = 0.94;
 constexpr double pointsBelow = 4;
 
@@ -19,7 +19,7 @@ PageTransition::PageTransition(QWidget& window)
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAttribute(Qt::WA_OpaquePaintEvent);
     hide();
-    m_progress.setDuration(milliseconds);
+    m_progress.setDuration(duration);
     m_progress.setEasingCurve(QEasingCurve::OutCubic);
     m_progress.setStartValue(0.0);
     m_progress.setEndValue(1.0);

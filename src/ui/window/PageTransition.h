@@ -9,6 +9,8 @@ namespace tavrin::ui {
 /// Lets a page come in: for 0.16 s it rises by four points and becomes opaque ("tavPageFade",
 /// "tavPageMove"). The page itself stands there at once and can be used; what moves is its picture.
 class PageTransition final : public QWidget {
+    Q_OBJECT
+
 public:
     explicit PageTransition(QWidget& window);
 
@@ -17,6 +19,9 @@ public:
 
     /// The page stands as it is.
     void stop();
+
+    /// How long it takes.
+    [[nodiscard]] int milliseconds() const { return m_progress.duration(); }
 
     [[nodiscard]] bool isRunning() const
     {

@@ -15,6 +15,8 @@ namespace ui {
 
 /// One button of the sidebar (`sidebarButton`), with a bar beside it while its page is shown.
 class SidebarButton final : public QAbstractButton {
+    Q_OBJECT
+
 public:
     /// @param y of its bottom, in points from the bottom of @p sidebar.
     SidebarButton(QWidget& sidebar, const QString& title, int y);
@@ -33,6 +35,8 @@ protected:
 /// The left edge of the main window: icon, name, and a button for each page. The arrow keys move
 /// between them, Return and the space bar press.
 class Sidebar final : public QWidget {
+    Q_OBJECT
+
 public:
     using Handler = std::function<void(SettingsPage)>;
 

@@ -124,7 +124,7 @@ void pressReturn(Stage& stage, const QString& field)
 
 void goToRegistration(Stage& stage)
 {
-    for (QRadioButton* const segment : stage.window()->findChildren<QRadioButton*>()) {
+    for (QRadioButton* const segment : stage.children<QRadioButton>()) {
         if (segment->isVisible() && !segment->isChecked()) {
             segment->click();
             break;

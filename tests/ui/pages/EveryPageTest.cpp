@@ -45,7 +45,7 @@ protected:
     [[nodiscard]] QList<QWidget*> controls() const
     {
         QList<QWidget*> result;
-        for (QWidget* const widget : stage.window()->findChildren<QWidget*>()) {
+        for (QWidget* const widget : stage.children<QWidget>()) {
             const bool isUnchosen = qobject_cast<QRadioButton*>(widget)
                 && !static_cast<QRadioButton*>(widget)->isChecked();
             if (widget->isVisible() && widget->isEnabled() && !widget->focusProxy() && !isUnchosen
@@ -58,7 +58,7 @@ protected:
 
 TEST_P(EveryPageTest, IsShownWithItsButtonChosen)
 {
-    const auto* const page = stage.visibleChild<ui::Page>({});
+    const auto* const page = stage.visibleChild<ui::Page>();
 
     ASSERT_TRUE(page);
     EXPECT_FALSE(page->accessibleName().isEmpty());
@@ -102,7 +102,7 @@ TEST_P(EveryPageTest, TheTabKeyReachesEveryControlOnce)
 TEST_P(EveryPageTest, TheTabKeyGoesThroughThePageFromTopToBottom)
 {
     stage.sidebarButton(SettingsPage::Account)->setFocus(Qt::TabFocusReason);
-    const QWidget* const page = stage.visibleChild<ui::Page>({});
+    const QWidget* const page = stage.visibleChild<ui::Page>();
     ASSERT_TRUE(page);
     constexpr int lineTolerance = 24; // Controls beside each other are not all of one height.
     int lowest = 0;
@@ -122,7 +122,7 @@ TEST_P(EveryPageTest, TheTabKeyGoesThroughThePageFromTopToBottom)
 
 TEST_P(EveryPageTest, NoTextIsCutOff)
 {
-    for (const auto* const label : stage.window()->findChildren<ui::Label*>()) {
+    for (const auto* const label : stage.children<ui::Label>()) {
         if (!label->isVisible())
             continue;
         EXPECT_EQ(label->text(), label->fullText());

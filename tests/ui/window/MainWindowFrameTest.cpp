@@ -1,71 +1,69 @@
-#include "ui/MainWindowFrame.h"
+#include "ui/window/MainWindowFrame.h"
 
-#include "app/menu/StatusMenu.h"
-#include "app/settings/Localization.h"
-#include "app/settings/Settings.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxTexts.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryStatusItem.h"
-#include "support/InMemoryWorkspace.h"
 #include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
+#include "ui/Page.h"
+#include "ui/ProgramStage.h"
+#include "ui/controls/Label.h"
+#include "ui/window/PageTransition.h"
 
-#include <QCloseEvent>
+#include <QApplication>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QScreen>
+#include <QTest>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace tavrin {
 namespace {
 
 class MainWindowFrameTest : public ::testing::Test {
 protected:
-    testing::VirtualTime time;
-    testing::InMemoryPreferences preferences;
-    testing::InMemoryWorkspace workspace;
-    testing::InMemoryStatusItem statusItem;
-    Localization localization{preferences, workspace, KeyNames()};
-    Localization linux{preferences, workspace, KeyNames(), linuxTexts()};
-    Settings settings{preferences, localization};
-    StatusMenu statusMenu{{localization, settings, statusItem}, StatusMenu::Actions()};
-    int forwarded = 0;
-    MainWindowFrame frame{
-        {time, localization, time, settings, statusMenu, workspace, [this] { ++forwarded; }}};
+    testing::ProgramStage stage;
 
-    MainWindowFrameTest() { preferences.setValue(keys::interfaceLanguage, "en"); }
+    [[nodiscard]] ui::Page* page() const { return stage.visibleChild<ui::Page>(); }
 
-    bool shows(const QString& text) { return shows(*frame.widget(), text); }
-
-    static bool shows(const QWidget& window, const QString& text)
+    [[nodiscard]] bool shows(const QString& text) const
     {
-        const auto labels = window.findChildren<QLabel*>();
-        return std::ranges::any_of(
-            labels, [&](const QLabel* label) { return label->text() == text; });
+        const auto labels = stage.children<ui::Label>();
+        return std::ranges::any_of(labels, [&](const ui::Label* label) {
+            return label->isVisible() && label->fullText() == text;
+        });
     }
+
+    [[nodiscard]] QStringList visibleButtons() const
+    {
+        QStringList names;
+        for (const SettingsPage page : sidebarButtons) {
+            if (stage.sidebarButton(page)->isVisible())
+                names.append(stage.sidebarButton(page)->text());
+        }
+        return names;
+    }
+
+    void signOut() { stage.preferences->remove(keys::cloudAccessToken); }
 };
 
 TEST_F(MainWindowFrameTest, TheWindowHasItsFixedSizeAndTitleInTheMiddleOfTheScreen)
 {
-    frame.configureMainWindow();
+    stage.launch();
 
-    const QWidget& window = *frame.widget();
+    const QWidget& window = *stage.window();
     EXPECT_EQ(window.windowTitle(), "Tavrin");
     EXPECT_EQ(window.size(), QSize(820, 640));
     EXPECT_EQ(window.minimumSize(), window.maximumSize());
     const QPoint middle = QGuiApplication::primaryScreen()->availableGeometry().center();
     EXPECT_LE((window.geometry().center() - middle).manhattanLength(), 2);
-    EXPECT_FALSE(frame.isVisible());
 }
 
 TEST_F(MainWindowFrameTest, TheWindowCanBeClosedAndMinimisedButNotMaximised)
 {
-    frame.configureMainWindow();
+    stage.launch();
 
-    const Qt::WindowFlags flags = frame.widget()->windowFlags();
+    const Qt::WindowFlags flags = stage.window()->windowFlags();
     EXPECT_TRUE(flags.testFlag(Qt::WindowCloseButtonHint));
     EXPECT_TRUE(flags.testFlag(Qt::WindowMinimizeButtonHint));
     EXPECT_FALSE(flags.testFlag(Qt::WindowMaximizeButtonHint));
@@ -73,41 +71,166 @@ TEST_F(MainWindowFrameTest, TheWindowCanBeClosedAndMinimisedButNotMaximised)
 
 TEST_F(MainWindowFrameTest, ClosingOnlyHidesTheWindow)
 {
-    frame.configureMainWindow();
-    frame.show();
-    EXPECT_TRUE(frame.isVisible());
+    stage.launch();
+    stage.select(SettingsPage::Dictionary);
+    const ui::Page* const before = page();
+    stage.window()->close();
+    EXPECT_FALSE(stage.window()->isVisible());
 
-    frame.widget()->close();
-    EXPECT_FALSE(frame.isVisible());
-
-    frame.show();
-    EXPECT_TRUE(frame.isVisible());
-    frame.hide();
-    EXPECT_FALSE(frame.isVisible());
+    stage.program->showMainWindow();
+    EXPECT_TRUE(stage.window()->isVisible());
+    EXPECT_EQ(page(), before);
+    stage.program->hideMainWindow();
+    EXPECT_FALSE(stage.window()->isVisible());
 }
 
 TEST_F(MainWindowFrameTest, AMinimisedWindowComesBack)
 {
-    frame.configureMainWindow();
-    frame.show();
-    frame.widget()->setWindowState(Qt::WindowMinimized);
-    frame.show();
+    stage.launch();
+    stage.window()->setWindowState(Qt::WindowMinimized);
+    stage.program->showMainWindow();
 
-    EXPECT_FALSE(frame.widget()->isMinimized());
+    EXPECT_FALSE(stage.window()->isMinimized());
 }
 
-TEST_F(MainWindowFrameTest, NameAndShortcutsAreShownInTheInterfaceLanguage)
+TEST_F(MainWindowFrameTest, TheSidebarHasTheSevenPagesInOrderAtTheirPlaces)
 {
-    frame.configureMainWindow();
-    for (const auto& [language, summary] :
-        {std::pair(u"en"_s, u"Dictation Right Option  ·  Translation ⌥ Space  ·  Chat ⇧⌘ Space"_s),
-            std::pair(u"zh-Hans"_s, u"语音 右 Option  ·  翻译 ⌥ Space  ·  畅聊 ⇧⌘ Space"_s),
-            std::pair(u"zh-Hant"_s, u"語音 右 Option  ·  翻譯 ⌥ Space  ·  暢聊 ⇧⌘ Space"_s)}) {
-        preferences.setValue(keys::interfaceLanguage, language);
-        frame.show();
-        EXPECT_TRUE(shows("Tavrin"));
-        EXPECT_TRUE(shows(summary)) << summary.toStdString();
+    stage.launch();
+
+    EXPECT_EQ(visibleButtons(),
+        QStringList({u"  Overview"_s, u"  History"_s, u"  Dictionary"_s, u"  General"_s,
+            u"  Input & Output"_s, u"  Permissions"_s, u"  Account"_s}));
+    int i = 0;
+    for (const int y : {490, 446, 402, 314, 270, 226, 182}) {
+        const QWidget* const button = stage.sidebarButton(sidebarButtons.at(i++));
+        EXPECT_EQ(button->geometry(), QRect(14, 640 - y - 40, 142, 40));
     }
+    EXPECT_TRUE(shows(u"USE"_s));
+    EXPECT_TRUE(shows(u"SETTINGS"_s));
+}
+
+TEST_F(MainWindowFrameTest, TheSidebarIsInTheInterfaceLanguage)
+{
+    for (const auto& [language, titles] : {
+             std::pair(u"zh-Hans"_s,
+                 QStringList({u"  概览"_s, u"  历史记录"_s, u"  词典"_s, u"  通用"_s,
+                     u"  输入与输出"_s, u"  权限与健康"_s, u"  账户"_s})),
+             std::pair(u"zh-Hant"_s,
+                 QStringList({u"  概覽"_s, u"  歷史記錄"_s, u"  詞典"_s, u"  一般"_s,
+                     u"  輸入與輸出"_s, u"  權限與健康"_s, u"  帳戶"_s})),
+         }) {
+        stage.preferences->setValue(keys::interfaceLanguage, language);
+        stage.launch();
+        EXPECT_EQ(visibleButtons(), titles);
+        EXPECT_TRUE(shows(u"使用"_s));
+        EXPECT_TRUE(shows(language == "zh-Hans"_L1 ? u"设置"_s : u"設定"_s));
+        stage.program.reset();
+    }
+}
+
+TEST_F(MainWindowFrameTest, WithoutASessionThereIsTheAccountButtonAlone)
+{
+    signOut();
+    stage.launch();
+
+    EXPECT_EQ(visibleButtons(), QStringList({u"  Account"_s}));
+    EXPECT_EQ(stage.sidebarButton(SettingsPage::Account)->geometry(), QRect(14, 110, 142, 40));
+    EXPECT_FALSE(shows(u"USE"_s));
+    EXPECT_EQ(page()->accessibleName(), u"Account"_s);
+}
+
+TEST_F(MainWindowFrameTest, PressingAnyButtonWithoutASessionShowsTheAccountPage)
+{
+    stage.launch();
+    signOut();
+    for (const SettingsPage pressed : sidebarButtons) {
+        stage.select(pressed);
+        EXPECT_EQ(page()->accessibleName(), u"Account"_s);
+        EXPECT_TRUE(stage.sidebarButton(SettingsPage::Account)->isChecked());
+        EXPECT_EQ(stage.sidebarButton(pressed)->isChecked(), pressed == SettingsPage::Account);
+    }
+}
+
+TEST_F(MainWindowFrameTest, OnlyTheSelectedPageIsSeenAndItsButtonIsHighlighted)
+{
+    stage.launch();
+    for (const SettingsPage pressed : sidebarButtons) {
+        stage.select(pressed);
+        int visible = 0;
+        for (const auto* const shown : stage.children<ui::Page>())
+            visible += shown->isVisible() ? 1 : 0;
+        EXPECT_EQ(visible, 1);
+        for (const SettingsPage other : sidebarButtons)
+            EXPECT_EQ(stage.sidebarButton(other)->isChecked(), other == pressed);
+    }
+}
+
+TEST_F(MainWindowFrameTest, APageThatWasLeftIsTheSameWhenItIsShownAgain)
+{
+    stage.launch();
+    stage.select(SettingsPage::General);
+    const ui::Page* const before = page();
+    stage.select(SettingsPage::Overview);
+    EXPECT_NE(page(), before);
+    stage.select(SettingsPage::General);
+
+    EXPECT_EQ(page(), before);
+}
+
+TEST_F(MainWindowFrameTest, TheSelectedButtonIsWhiteWithABarInTheAccent)
+{
+    stage.launch();
+    stage.select(SettingsPage::History);
+
+    const QImage selected = stage.sidebarButton(SettingsPage::History)->grab().toImage();
+    EXPECT_EQ(selected.pixelColor(70, 4), QColor(Qt::white));
+    EXPECT_EQ(selected.pixelColor(4, 20), QColor(0x6F, 0x55, 0xF6));
+    const QImage window = stage.window()->grab().toImage();
+    EXPECT_EQ(window.pixelColor(18, 640 - 402 - 20), QColor(0xF8, 0xF5, 0xE6));
+}
+
+TEST_F(MainWindowFrameTest, APageComesInWithAnAnimationOfASixthOfASecond)
+{
+    stage.workspace->reducedMotion = false;
+    stage.launch();
+    stage.sidebarButton(SettingsPage::History)->click();
+    const auto* const transition = stage.visibleChild<ui::PageTransition>();
+    ASSERT_TRUE(transition);
+    EXPECT_TRUE(transition->isRunning());
+    EXPECT_TRUE(transition->isVisible());
+    EXPECT_EQ(transition->geometry(), QRect(190, 0, 610, 640));
+    EXPECT_EQ(transition->milliseconds(), 160);
+
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !transition->isRunning(); }, 5000));
+    EXPECT_FALSE(transition->isVisible());
+}
+
+TEST_F(MainWindowFrameTest, WithReducedMotionAPageIsThereAtOnce)
+{
+    stage.launch();
+    stage.sidebarButton(SettingsPage::History)->click();
+
+    EXPECT_FALSE(stage.visibleChild<ui::PageTransition>());
+    EXPECT_EQ(page()->accessibleName(), u"History"_s);
+}
+
+TEST_F(MainWindowFrameTest, TheArrowKeysGoThroughTheSidebarAndReturnPresses)
+{
+    stage.launch();
+    QApplication::setActiveWindow(stage.window());
+    QAbstractButton* const first = stage.sidebarButton(SettingsPage::Overview);
+    first->setFocus();
+    QTest::keyClick(first, Qt::Key_Up);
+    EXPECT_EQ(QApplication::focusWidget(), first);
+    QTest::keyClick(first, Qt::Key_Down);
+    QAbstractButton* const second = stage.sidebarButton(SettingsPage::History);
+    EXPECT_EQ(QApplication::focusWidget(), second);
+    EXPECT_EQ(page()->accessibleName(), u"Overview"_s);
+    QTest::keyClick(second, Qt::Key_Return);
+
+    EXPECT_EQ(page()->accessibleName(), u"History"_s);
+    QTest::keyClick(second, Qt::Key_Up);
+    EXPECT_EQ(QApplication::focusWidget(), first);
 }
 
 TEST_F(MainWindowFrameTest, WhatTheSessionKeepsOutOfReachIsSaidInTheInterfaceLanguage)
@@ -115,60 +238,33 @@ TEST_F(MainWindowFrameTest, WhatTheSessionKeepsOutOfReachIsSaidInTheInterfaceLan
     const LocalizedText notice = *linuxTexts().limitedReach;
     for (const auto& [language, text] : {std::pair(u"en"_s, notice.en),
              std::pair(u"zh-Hans"_s, notice.zhHans), std::pair(u"zh-Hant"_s, notice.zhHant)}) {
-        preferences.setValue(keys::interfaceLanguage, language);
+        stage.preferences->setValue(keys::interfaceLanguage, language);
         for (const bool everyProgram : {false, true}) {
-            workspace.everyProgramReached = everyProgram;
-            MainWindowFrame window{{time, linux, time, settings, statusMenu, workspace, [] {}}};
-            window.configureMainWindow();
-            window.show();
-            EXPECT_EQ(shows(*window.widget(), text.toString()), !everyProgram);
+            stage.workspace->everyProgramReached = everyProgram;
+            stage.launch();
+            EXPECT_EQ(shows(text.toString()), !everyProgram);
+            stage.program.reset();
         }
     }
 }
 
-TEST_F(MainWindowFrameTest, ShortcutsThatChangeAreShownAtOnce)
+TEST_F(MainWindowFrameTest, APageIsMadeWhenItIsFirstSelected)
 {
-    frame.configureMainWindow();
-    frame.refreshShortcuts();
-    frame.show();
-    preferences.setValue(keys::dictationShortcutIdentifiers, QVariantList());
-    frame.refreshShortcuts();
+    stage.launch();
+    EXPECT_EQ(stage.children<ui::Page>().size(), 1);
 
-    EXPECT_TRUE(shows(u"Dictation Not set  ·  Translation ⌥ Space  ·  Chat ⇧⌘ Space"_s));
+    stage.select(SettingsPage::Permissions);
+    EXPECT_EQ(stage.children<ui::Page>().size(), 2);
 }
 
-TEST_F(MainWindowFrameTest, ShortcutsThatChangedAreShownTheNextTime)
+TEST_F(MainWindowFrameTest, TheSummaryOfShortcutsFollowsWhatIsStored)
 {
-    frame.configureMainWindow();
-    preferences.setValue(keys::dictationShortcutIdentifiers, QVariantList());
-    frame.show();
+    stage.launch();
+    stage.select(SettingsPage::InputAndOutput);
+    stage.preferences->setValue(keys::dictationShortcutIdentifiers, QVariantList());
+    stage.select(SettingsPage::Overview);
 
-    EXPECT_TRUE(shows(u"Dictation Not set  ·  Translation ⌥ Space  ·  Chat ⇧⌘ Space"_s));
-}
-
-TEST_F(MainWindowFrameTest, ConfiguringShowsTheTargetInTheStatusItem)
-{
-    statusMenu.configureMenu();
-    frame.configureMainWindow();
-
-    EXPECT_EQ(statusItem.toolTip,
-        u"Dictation Right Option · Translation ⌥ Space → English · Chat ⇧⌘ Space"_s);
-}
-
-TEST_F(MainWindowFrameTest, WhoeverAsksForAPageGetsTheWindow)
-{
-    frame.configureMainWindow();
-    frame.selectSettingsPage(SettingsPage::Account);
-    frame.showLoginDialog();
-    frame.showHistoryWindow();
-    frame.showPersonalizationWindow();
-
-    EXPECT_EQ(forwarded, 4);
-}
-
-TEST_F(MainWindowFrameTest, BeforeItIsConfiguredTheWindowIsNotVisible)
-{
-    EXPECT_FALSE(frame.isVisible());
+    EXPECT_TRUE(shows(u"Dictation Not set  ·  Translation Alt+Space  ·  Chat Shift+Super+Space"_s));
 }
 
 } // namespace
