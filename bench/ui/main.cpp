@@ -17,6 +17,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QTimeZone>
@@ -190,7 +191,7 @@ void measureFind(int records)
     }
     const double firstScreen = timeOf([&] {
         field->setText(word);
-        emit field->textEdited(word);
+        Q_EMIT field->textEdited(word);
         stage.time.advance(0s);
         QApplication::sendPostedEvents();
         stage.window()->repaint();

@@ -1,6 +1,7 @@
 #include "app/Pages.h"
 
 #include "app/menu/StatusMenu.h"
+#include "app/shortcuts/ShortcutSettings.h"
 #include "history/HistoryStore.h"
 #include "platform/Platform.h"
 

@@ -108,7 +108,7 @@ void type(Stage& stage, const QString& field, const QString& text)
     if (!edit)
         return;
     edit->setText(text);
-    emit edit->textEdited(text);
+    Q_EMIT edit->textEdited(text);
     QApplication::processEvents();
     stage.time.advance(1s);
 }
