@@ -46,8 +46,7 @@ public:
     /// letters have an old form outside of ASCII.
     [[nodiscard]] bool canTell(QByteArrayView text) const
     {
-        return !text.contains('\\')
-            && (!m_hasOldForms || (!text.contains("\u017F") && !text.contains("\u212A")));
+        return !text.contains('\\') && !(m_hasOldForms && hasOldForm(text));
     }
 
     [[nodiscard]] bool isIn(QByteArrayView text) const
@@ -64,6 +63,13 @@ public:
     }
 
 private:
+    /// The long s, or the sign of the unit kelvin. The first byte alone is found sooner.
+    [[nodiscard]] static bool hasOldForm(QByteArrayView text)
+    {
+        return (text.contains('\xC5') && text.contains("\xC5\xBF"))
+            || (text.contains('\xE2') && text.contains("\xE2\x84\xAA"));
+    }
+
     explicit WrittenText(const QString& query)
         : m_needle(query.toUtf8())
         , m_hasOldForms(query.contains(u'k', Qt::CaseInsensitive)

@@ -86,24 +86,13 @@ private:
     bool m_opened = false;
 };
 
-/// A record for screen readers: an item of a list, with its text.
+/// A record for screen readers: an item of a list.
 class RecordInterface final : public QAccessibleWidget {
 public:
     explicit RecordInterface(RecordCard& card)
         : QAccessibleWidget(&card, QAccessible::ListItem)
         , m_card(card)
     {
-    }
-
-    [[nodiscard]] QString text(QAccessible::Text kind) const override
-    {
-        constexpr qsizetype mostSpoken = 2000;
-        const RecordCard::Content& content = m_card.content();
-        if (kind == QAccessible::Name)
-            return content.day + u", "_s + content.row.header;
-        if (kind == QAccessible::Description)
-            return content.row.caption + u": "_s + content.row.text.left(mostSpoken);
-        return QAccessibleWidget::text(kind);
     }
 
     [[nodiscard]] QAccessible::State state() const override
@@ -175,6 +164,9 @@ void RecordCard::setContent(const Content& content)
     RecordText::Options options = textOptions(content.lines);
     options.query = content.query;
     m_text.setText(content.row.text, options);
+    constexpr qsizetype mostSpoken = 2000;
+    setAccessibleName(content.day + u", "_s + content.row.header);
+    setAccessibleDescription(content.row.caption + u": "_s + content.row.text.left(mostSpoken));
     m_copy->setDoneText(content.isCopied ? m_localization.LT(texts::recordCopied) : QString());
     m_toggle->setText(
         m_localization.LT(content.row.showsOriginal ? texts::showResult : texts::showOriginal));
