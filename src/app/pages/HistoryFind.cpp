@@ -42,11 +42,11 @@ public:
         return plain ? std::unique_ptr<const WrittenText>(new WrittenText(query)) : nullptr;
     }
 
-    /// Whether the bytes of @p text tell if it holds the query: an escape hides characters, and two
-    /// letters have an old form outside of ASCII.
+    /// Whether the bytes of @p text tell if it holds the query: an escape may stand for any
+    /// character, and two letters have an old form outside of ASCII.
     [[nodiscard]] bool canTell(QByteArrayView text) const
     {
-        return !text.contains('\\') && !(m_hasOldForms && hasOldForm(text));
+        return !hasUnitEscape(text) && !(m_hasOldForms && hasOldForm(text));
     }
 
     [[nodiscard]] bool isIn(QByteArrayView text) const
@@ -55,7 +55,8 @@ public:
         qsizetype end = last; // Where the needle's last byte would stand.
         while (end < text.size()) {
             const Byte byte = folded(static_cast<Byte>(text[end]));
-            if (byte == static_cast<Byte>(m_needle[last]) && endsAt(text, end))
+            if (byte == static_cast<Byte>(m_needle[last]) && endsAt(text, end)
+                && !isEscaped(text, end - last))
                 return true;
             end += m_steps.at(byte);
         }
@@ -63,6 +64,23 @@ public:
     }
 
 private:
+    [[nodiscard]] static bool hasUnitEscape(QByteArrayView text)
+    {
+        qsizetype at = text.indexOf('\\');
+        while (at >= 0 && at + 1 < text.size() && text[at + 1] != 'u')
+            at = text.indexOf('\\', at + 2);
+        return at >= 0;
+    }
+
+    /// The byte at @p place is the letter of an escape: that of "\n" is no n.
+    [[nodiscard]] static bool isEscaped(QByteArrayView text, qsizetype place)
+    {
+        qsizetype begin = place;
+        while (begin > 0 && text[begin - 1] == '\\')
+            --begin;
+        return (place - begin) % 2 != 0;
+    }
+
     /// The long s, or the sign of the unit kelvin. The first byte alone is found sooner.
     [[nodiscard]] static bool hasOldForm(QByteArrayView text)
     {

@@ -126,7 +126,7 @@ TEST(HistoryFindTest, ATinyPieceIsOneRecordAtLeast)
 /// Beside the search of a text that knows nothing of files.
 TEST(HistoryFindTest, WhateverIsLookedForIsFoundAsInThePlainText)
 {
-    const QString alphabet = u"aAbBkKsS \u017F\u212A中文ßẞéÉ\n\"\\/İıﬁ😀"_s;
+    const QString alphabet = u"aAbBiIkKsSnt \u017F\u212A中文ßẞéÉ\n\"\\/İıﬁ😀"_s;
     QRandomGenerator random(20);
     const auto text = [&](int longest) {
         QString made;
