@@ -27,6 +27,12 @@ constexpr int wheelStep = rowHeight / 3; // A notch of the wheel is three steps.
 constexpr int hairlineLeft = 21;
 constexpr int hairlineWidth = 494;
 
+/// A list that moved under the pointer would have another term pressed.
+bool isByKeyboard(Qt::FocusReason reason)
+{
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
+}
+
 } // namespace
 
 DictionaryList::DictionaryList(QWidget& card, const Localization& localization, Actions actions)
@@ -161,8 +167,7 @@ bool DictionaryList::eventFilter(QObject* watched, QEvent* event)
         m_current = {firstRow() + static_cast<qsizetype>(slot),
             static_cast<std::size_t>(button - buttons.begin())};
     }
-    // What is moved to by scrolling must not be scrolled to.
-    if (static_cast<QFocusEvent*>(event)->reason() != Qt::OtherFocusReason)
+    if (isByKeyboard(static_cast<QFocusEvent*>(event)->reason()))
         makeVisible(m_current.row);
     return false;
 }

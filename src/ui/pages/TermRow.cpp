@@ -85,6 +85,11 @@ TermRow::TermRow(QWidget& parent, const Localization& localization)
 
 void TermRow::setRow(const DictionaryRow& row)
 {
+    // A press that began on one term must not end on another.
+    if (row.identifier != m_row.identifier) {
+        for (Button* const button : m_buttons)
+            button->setDown(false);
+    }
     m_row = row;
     m_term->setFullText(row.term);
     const QString source =

@@ -129,6 +129,20 @@ TEST_F(DictionaryListTest, ARowHalfInSightMovesIntoItWithTheKeyboard)
     EXPECT_EQ(terms().first(), "term 1");
 }
 
+TEST_F(DictionaryListTest, APressOnOneTermNeverEndsOnAnother)
+{
+    storeMany(40);
+    open();
+    bar().setValue(30);
+    Button& pressed = button(5, deleteButton); // Half in sight.
+    mouse(pressed, QEvent::MouseButtonPress);
+    EXPECT_EQ(bar().value(), 30);
+    bar().setValue(96);
+    mouse(pressed, QEvent::MouseButtonRelease);
+
+    EXPECT_EQ(controller.content().rows.size(), 40);
+}
+
 TEST_F(DictionaryListTest, AfterADeletionTheKeyboardIsOnTheNextTerm)
 {
     storeMany(3);

@@ -9,6 +9,7 @@
 #include "ui/pages/TermRow.h"
 
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QScrollBar>
 
 #include <optional>
@@ -86,6 +87,14 @@ protected:
     ui::Button& button(std::size_t row, std::size_t which) const
     {
         return *list().rowsInSight().at(row)->buttons().at(which);
+    }
+
+    static void mouse(QWidget& receiver, QEvent::Type type)
+    {
+        const QPointF middle = QRectF(receiver.rect()).center();
+        QMouseEvent event(type, middle, receiver.mapToGlobal(middle), Qt::LeftButton,
+            type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(&receiver, &event);
     }
 
     static QString focused()
