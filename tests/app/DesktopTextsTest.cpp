@@ -141,8 +141,8 @@ QStringList textsOfTheOtherDesktop()
     return names;
 }
 
-/// What the page is called on every desktop.
-const QStringList pageNames{u"permissionsAndHealth"_s};
+/// What pages are called on every desktop.
+const QStringList pageNames{u"permissionsAndHealth"_s, u"sidebarTitles"_s};
 
 TEST(TextsOfTheOtherDesktopTest, EachCanBeReplacedByTheDesktop)
 {

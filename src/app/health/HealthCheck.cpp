@@ -74,7 +74,7 @@ HealthRow HealthCheck::row(HealthItem item) const
     case HealthItem::Microphone:
         return named(texts::microphone, enable);
     case HealthItem::Speech:
-        return named(texts::speechRecognition, enable);
+        return named(texts::speechRow, enable);
     case HealthItem::Api:
         return named(texts::tavrinCloud, localization.LT(texts::signInToCloud));
     case HealthItem::Delivery:

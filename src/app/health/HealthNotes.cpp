@@ -47,7 +47,7 @@ QString recogniserText(const HealthSources& sources, const SpeechAvailability& a
         text = text.arg(namesLanguage ? language : singleLine(availability.argument));
     if (namesLanguage || tag.isEmpty() || !availability.isAvailable)
         return text;
-    return localization.LT(texts::recogniserLanguage, text, language);
+    return localization.LT(texts::recogniserHears, text, language);
 }
 
 HealthNote recogniserNote(const HealthSources& sources, const QString& title)

@@ -14,7 +14,7 @@ inline constexpr LocalizedText permissionsAndHealthSubtitle{
 // The rows and their buttons.
 inline constexpr LocalizedText accessibility{u"辅助功能", u"輔助使用", u"Accessibility"};
 inline constexpr LocalizedText microphone{u"麦克风", u"麥克風", u"Microphone"};
-inline constexpr LocalizedText speechRecognition{u"语音识别", u"語音辨識", u"Speech Recognition"};
+inline constexpr LocalizedText speechRow{u"语音识别", u"語音辨識", u"Speech Recognition"};
 inline constexpr LocalizedText tavrinCloud{u"Tavrin 云端", u"Tavrin 雲端", u"Tavrin Cloud"};
 inline constexpr LocalizedText cursorDelivery{u"光标写入", u"游標寫入", u"Cursor delivery"};
 inline constexpr LocalizedText enablePermission{u"开启权限", u"開啟權限", u"Enable"};
@@ -54,7 +54,7 @@ inline constexpr SimplifiedText checkedAt{u"检测于 %1"};
 // The notes.
 inline constexpr LocalizedText healthy{u"✓ %1", u"✓ %1", u"✓ %1"};
 inline constexpr LocalizedText problem{u"⚠ %1", u"⚠ %1", u"⚠ %1"};
-inline constexpr LocalizedText recogniserLanguage{
+inline constexpr LocalizedText recogniserHears{
     u"%1，识别语言：%2", u"%1，辨識語言：%2", u"%1, language: %2"};
 inline constexpr LocalizedText recogniserUnavailable{u"语音识别当前不可用。",
     u"語音辨識目前無法使用。", u"Speech recognition is not available now."};

@@ -14,6 +14,7 @@
 #include "ui/controls/TextField.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QKeySequence>
 
@@ -70,6 +71,7 @@ AccountPage::AccountPage(
     : Page(parent, localization.LT(texts::accountPage), localization.LT(texts::accountPageSubtitle))
     , m_controller(controller)
     , m_localization(localization)
+    , m_left(new QWidget(this))
 {
     setObjectName(u"accountPage"_s);
     addCard();
@@ -112,6 +114,7 @@ void AccountPage::addCard()
     // It reaches down to the card's edge, where the buttons of a long step stand.
     m_accountAuthContainer = new QWidget(card);
     m_accountAuthContainer->setObjectName(u"accountAuthContainer"_s);
+    m_left->hide();
     place(*m_accountAuthContainer, containerFrame.adjusted(0, -containerFrame.y(), 0, 0));
 }
 
@@ -156,49 +159,48 @@ void AccountPage::showMessage(const AccountContent& content)
 
 void AccountPage::buildStep(const AccountContent& content)
 {
-    const QWidget* const focused = focusWidget();
-    const bool hadKeyboard =
-        focused && focused->hasFocus() && m_accountAuthContainer->isAncestorOf(focused);
-    clearAccountAuthContainer();
+    const QWidgetList before = parts();
+    const QWidget* const focused = QApplication::focusWidget();
+    const bool hadKeyboard = focused && m_accountAuthContainer->isAncestorOf(focused);
+    forgetParts();
     m_step = content.step;
     m_build = content.build;
     addHeading(content);
-    switch (content.step) {
-    case AccountStep::Start:
-        addStart(content);
-        break;
-    case AccountStep::Login:
-        addLogin();
-        break;
-    case AccountStep::Invite:
-        addInvite();
-        break;
-    case AccountStep::Verification:
-        addVerification();
-        break;
-    case AccountStep::LoggedIn:
-        addLoggedIn();
-        break;
-    }
-    const auto parts = m_accountAuthContainer->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
-    for (QWidget* const part : parts)
+    addControls(content);
+    for (QWidget* const part : parts())
         part->show();
     m_accountAuthContainer->setAccessibleName(content.title);
     // One Return too many must not sign out again.
     const bool isAccount = content.step == AccountStep::LoggedIn;
     if (hadKeyboard)
         (isAccount ? m_accountAuthContainer : m_firstControl)->setFocus();
+    // Not earlier: the keyboard would wander through what is left of the step.
+    clearAccountAuthContainer(before);
 }
 
-void AccountPage::clearAccountAuthContainer()
+void AccountPage::addControls(const AccountContent& content)
 {
-    const auto parts = m_accountAuthContainer->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
-    for (QWidget* const part : parts) {
-        // One of them may be the button whose press led here.
-        part->hide();
-        part->setParent(nullptr);
-        part->deleteLater();
+    switch (content.step) {
+    case AccountStep::Start:
+        return addStart(content);
+    case AccountStep::Login:
+        return addLogin();
+    case AccountStep::Invite:
+        return addInvite();
+    case AccountStep::Verification:
+        return addVerification();
+    case AccountStep::LoggedIn:
+        return addLoggedIn();
     }
+}
+
+QWidgetList AccountPage::parts() const
+{
+    return m_accountAuthContainer->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+}
+
+void AccountPage::forgetParts()
+{
     m_accountAuthMessage = nullptr;
     m_authEmailField = nullptr;
     m_authPasswordField = nullptr;
@@ -208,6 +210,16 @@ void AccountPage::clearAccountAuthContainer()
     m_authModeControl = nullptr;
     m_firstControl = nullptr;
     m_primaryButton = nullptr;
+}
+
+void AccountPage::clearAccountAuthContainer(const QWidgetList& left)
+{
+    for (QWidget* const part : left) {
+        // One of them may be the button whose press led here: it goes when that is over.
+        part->setObjectName(QString());
+        part->setParent(m_left);
+        part->deleteLater();
+    }
 }
 
 void AccountPage::addHeading(const AccountContent& content)

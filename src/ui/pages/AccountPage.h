@@ -53,7 +53,10 @@ private:
     void showStatus(const AccountContent& content);
     void showMessage(const AccountContent& content);
     void buildStep(const AccountContent& content);
-    void clearAccountAuthContainer();
+    void addControls(const AccountContent& content);
+    [[nodiscard]] QWidgetList parts() const; ///< What stands in the container.
+    void forgetParts();
+    void clearAccountAuthContainer(const QWidgetList& left);
     void addHeading(const AccountContent& content);
     void addStart(const AccountContent& content);
     void addLogin();
@@ -70,6 +73,7 @@ private:
 
     AccountController& m_controller;
     const Localization& m_localization;
+    QWidget* m_left; ///< Never seen: has what steps left behind, until that is deleted.
     Label* m_accountStatusLabel = nullptr;
     QWidget* m_accountAuthContainer = nullptr;
     Label* m_accountAuthMessage = nullptr; ///< Of the step; null where it has none.

@@ -9,11 +9,9 @@
 #include "ui/controls/Label.h"
 #include "ui/controls/Placing.h"
 
-#include <QFontInfo>
 #include <QFontMetricsF>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -42,6 +40,8 @@ constexpr QSize buttonSize(122, 28);
 constexpr int updatedHeight = 18;
 constexpr int updatedGap = 12;
 
+constexpr double titleSize = 13; // As tavRowTitleFont().
+constexpr double statusSize = 12.5; // As tavBodyFont().
 constexpr double sizeStep = 0.5;
 constexpr double titleMostSmaller = 1.5;
 constexpr double statusMostSmaller = 1;
@@ -61,19 +61,13 @@ QColor colorOf(HealthColor color)
     Q_UNREACHABLE();
 }
 
-QFont smaller(const QFont& font, double points)
-{
-    QFont result = font;
-    result.setPointSizeF(font.pointSizeF() * (1 - points / QFontInfo(font).pixelSize()));
-    return result;
-}
-
-/// The largest font, at most @p mostSmaller points smaller than @p font, in which all @p texts fit
+/// The largest size, at most @p mostSmaller points below @p size, in which all @p texts fit
 /// @p width; else the smallest.
-QFont columnFont(const QStringList& texts, const QFont& font, double width, double mostSmaller)
+QFont columnFont(
+    const QStringList& texts, double size, QFont::Weight weight, double width, double mostSmaller)
 {
     for (double less = 0;; less += sizeStep) {
-        const QFont candidate = smaller(font, less);
+        const QFont candidate = brand::systemFont(size - less, weight);
         const QFontMetricsF metrics(candidate);
         const bool fits = std::ranges::all_of(
             texts, [&](const QString& text) { return metrics.horizontalAdvance(text) <= width; });
@@ -193,7 +187,7 @@ void HealthPage::fitTitles()
     QStringList titles;
     for (const Label* title : std::as_const(m_healthTitles))
         titles.append(title->fullText());
-    m_titleFont = columnFont(titles, m_titleFont, titleWidth, titleMostSmaller);
+    m_titleFont = columnFont(titles, titleSize, QFont::DemiBold, titleWidth, titleMostSmaller);
     for (Label* title : std::as_const(m_healthTitles))
         setColumnFont(*title, m_titleFont);
 }
@@ -212,7 +206,8 @@ void HealthPage::fitStatuses(const HealthContent& content)
     QStringList statuses;
     for (const HealthRow& row : content.rows)
         statuses.append(row.status);
-    const QFont font = columnFont(statuses, brand::tavBodyFont(), statusWidth, statusMostSmaller);
+    const QFont font =
+        columnFont(statuses, statusSize, QFont::Normal, statusWidth, statusMostSmaller);
     if (font == m_statusFont)
         return;
     m_statusFont = font;
@@ -229,7 +224,7 @@ void HealthPage::showNotes(const QList<HealthNote>& notes)
     if (m_noteCard) {
         // One of its buttons may be what led here.
         m_noteCard->hide();
-        m_noteCard->setParent(nullptr);
+        m_noteCard->setObjectName(QString());
         m_noteCard->deleteLater();
         m_noteCard = nullptr;
     }

@@ -16,6 +16,7 @@ import urllib.request
 SERVICE = "http://127.0.0.1:8787"
 EMAIL, PASSWORD = "you@tavrin.example", "a long enough password"
 RIGHT_ALT, LEFT_ALT = "108", "64"  # Key codes: the symbols depend on the layout.
+FOCUSED = 12  # The state's number on the accessibility bus.
 PATIENCE = 60  # Seconds; far more than anything takes on a quiet machine.
 
 
@@ -57,44 +58,75 @@ def gdbus(bus, destination, path, method, *arguments):
                *arguments)
 
 
-def accessible_texts(process, depth=4):
-    """What the windows of a process tell accessibility that they show, so many levels down: names,
-    descriptions and texts."""
-    bus = gdbus("--session", "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress")
-    address = re.search("'(.*)'", bus).group(1)
+class AccessibilityBus:
+    """Questions to programs over the accessibility bus."""
 
-    def ask(destination, path, method, *arguments):
-        return gdbus("--address=" + address, destination, path, method, *arguments)
+    def __init__(self):
+        answer = gdbus("--session", "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress")
+        self._address = re.search("'(.*)'", answer).group(1)
 
-    def ask_in_vain(*question):
+    def ask(self, destination, path, method, *arguments):
+        return gdbus("--address=" + self._address, destination, path, method, *arguments)
+
+    def ask_in_vain(self, *question):
         try:
-            return ask(*question)
+            return self.ask(*question)
         except subprocess.CalledProcessError:  # It has gone meanwhile, or has no text.
             return ""
 
-    def children(destination, path):
-        answer = ask_in_vain(destination, path, "org.a11y.atspi.Accessible.GetChildren")
+    def property(self, destination, path, name):
+        """A text, without the marks that gdbus puts around it."""
+        answer = self.ask_in_vain(destination, path, "org.freedesktop.DBus.Properties.Get",
+                                  "org.a11y.atspi.Accessible", name)
+        return answer.strip().removeprefix("(<").removesuffix(">,)")[1:-1]
+
+    def children(self, destination, path):
+        answer = self.ask_in_vain(destination, path, "org.a11y.atspi.Accessible.GetChildren")
         return re.findall(r"'([^']*)', (?:objectpath )?'([^']*)'", answer)
+
+    def windows(self, process):
+        root = "/org/a11y/atspi/accessible/root"
+        for name, path in self.children("org.a11y.atspi.Registry", root):
+            owner = self.ask("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                             "org.freedesktop.DBus.GetConnectionUnixProcessID", name)
+            if f"uint32 {process}," in owner:
+                yield from self.children(name, path)
+
+
+def accessible_texts(process, depth=4):
+    """What the windows of a process tell accessibility that they show, so many levels down: names,
+    descriptions and texts."""
+    bus = AccessibilityBus()
 
     def texts(name, path, levels):
         get = "org.freedesktop.DBus.Properties.Get"
         for each in ("Name", "Description"):
-            yield ask_in_vain(name, path, get, "org.a11y.atspi.Accessible", each)
-        length = re.search(r"\d+", ask_in_vain(name, path, get, "org.a11y.atspi.Text",
-                                               "CharacterCount"))
+            yield bus.ask_in_vain(name, path, get, "org.a11y.atspi.Accessible", each)
+        length = re.search(r"\d+", bus.ask_in_vain(name, path, get, "org.a11y.atspi.Text",
+                                                   "CharacterCount"))
         if length:
-            yield ask_in_vain(name, path, "org.a11y.atspi.Text.GetText", "0", length.group())
+            yield bus.ask_in_vain(name, path, "org.a11y.atspi.Text.GetText", "0", length.group())
         if levels > 1:
-            for child in children(name, path):
+            for child in bus.children(name, path):
                 yield from texts(*child, levels - 1)
 
-    root = "/org/a11y/atspi/accessible/root"
-    for name, path in children("org.a11y.atspi.Registry", root):
-        owner = ask("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                    "org.freedesktop.DBus.GetConnectionUnixProcessID", name)
-        if f"uint32 {process}," in owner:
-            for window in children(name, path):
-                yield from texts(*window, depth)
+    for window in bus.windows(process):
+        yield from texts(*window, depth)
+
+
+def focused_name(process, depth):
+    """The accessible name of the control that has the keyboard; empty when none is found."""
+    bus = AccessibilityBus()
+
+    def search(name, path, levels):
+        states = bus.ask_in_vain(name, path, "org.a11y.atspi.Accessible.GetState")
+        words = [int(word) for word in re.findall(r"\d+", states.replace("uint32", ""))]
+        if words and words[0] >> FOCUSED & 1:
+            return bus.property(name, path, "Name")
+        below = bus.children(name, path) if levels > 1 else []
+        return next(filter(None, (search(*child, levels - 1) for child in below)), "")
+
+    return next(filter(None, (search(*window, depth) for window in bus.windows(process))), "")
 
 
 class Model:
@@ -187,6 +219,7 @@ class Stage(Place):
         model = ["--llm-url", self.model.url, "--llm-model", "stand-in"] if use_model else []
         process = self.start(service, "--data", data, *model,
                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.service = process
         credentials = {"email": EMAIL, "password": PASSWORD, "deviceId": "test",
                        "deviceName": "test", "clientVersion": "0.8.0"}
 

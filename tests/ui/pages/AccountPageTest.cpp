@@ -94,6 +94,13 @@ protected:
         return testing::PageWindow::button(*page, QString::fromUtf8(title));
     }
 
+    /// What the step consists of.
+    template <class Part>
+    [[nodiscard]] QList<Part*> parts() const
+    {
+        return page->findChild<QWidget*>(u"accountAuthContainer"_s)->findChildren<Part*>();
+    }
+
     /// Where a part stands in the container of the steps, from its bottom left.
     [[nodiscard]] QRect frameOf(const QWidget* part) const
     {
@@ -190,7 +197,7 @@ TEST_F(AccountPageTest, TheAccountHasItsAddressAndOneButton)
     EXPECT_EQ(text("accountStepTitle"), "Account connected");
     EXPECT_EQ(text("accountStepSubtitle"), address);
     EXPECT_EQ(frameOf(button("Sign out")), QRect(0, 58, 112, 36));
-    EXPECT_TRUE(page->findChildren<QLineEdit*>().isEmpty());
+    EXPECT_TRUE(parts<QLineEdit>().isEmpty());
     EXPECT_TRUE(testing::PageWindow::labels(*page).contains(
         u"Your session provides access to cloud editing and anonymous usage totals."_s));
 }
@@ -375,9 +382,9 @@ TEST_F(AccountPageTest, NothingIsLeftWithoutANameOrWithAKeyOfItsOwn)
                  [this] { controller.continueAccountFlow(address, AccountMode::SignIn); },
                  [this] { openVerification(); }}) {
             openStep();
-            for (const QLineEdit* const each : page->findChildren<QLineEdit*>())
+            for (const QLineEdit* const each : parts<QLineEdit>())
                 EXPECT_FALSE(each->accessibleName().isEmpty());
-            for (const QPushButton* const each : page->findChildren<QPushButton*>()) {
+            for (const QPushButton* const each : parts<QPushButton>()) {
                 EXPECT_EQ(each->accessibleName(), each->text());
                 EXPECT_TRUE(each->shortcut().isEmpty());
             }
@@ -455,7 +462,7 @@ TEST_F(AccountPageTest, PlaceholdersAreTranslated)
         open();
         openVerification();
         QStringList shown;
-        for (const QLineEdit* const each : page->findChildren<QLineEdit*>())
+        for (const QLineEdit* const each : parts<QLineEdit>())
             shown.append(each->placeholderText());
         EXPECT_EQ(shown, placeholders[i]);
         page.reset();
