@@ -16,6 +16,7 @@ namespace tavrin::ui {
 namespace {
 
 constexpr double titleInset = 9;
+constexpr double framedTitleInset = 5;
 constexpr int plainHeight = 26;
 
 struct Colours {
@@ -155,8 +156,8 @@ void Button::paintEvent(QPaintEvent* /*event*/)
     const Box box{radiusOf(m_look), colours.fill, colours.border};
     if (box.fill.isValid() || box.border.isValid())
         drawBox(painter, rect(), box);
-    // The brand's buttons have 36 points of height for 13 of text: nothing presses on the edges.
-    const double inset = m_look == Look::SmallSecondary ? 6 : titleInset;
+    const bool isPlain = m_look == Look::Plain || m_look == Look::PlainDelete;
+    const double inset = isPlain ? titleInset : framedTitleInset;
     constexpr Fitting oneLineThatShrinks{1, 1};
     const TextLines title = fitText(m_doneText.isEmpty() ? text() : m_doneText, titleFont(),
         width() - 2 * inset + 1, oneLineThatShrinks);

@@ -49,13 +49,15 @@ QImage blurredAndTurned(const QImage& source, const std::vector<double>& weights
     return result;
 }
 
+constexpr int middle = 2; // Points between the corners of a shadow's picture, to be stretched.
+
 /// How far a shadow is seen outside of its box, in points.
 int extent(const Shadow& shadow)
 {
     return 2 * shadow.blur;
 }
 
-/// The shadow of a box of this radius and twice @p half wide, to be stretched in its middle.
+/// The shadow of a box of this radius, twice @p half wide and a little wider.
 QPixmap shadowPicture(int radius, int half, const Shadow& shadow, double ratio)
 {
     const QString key = u"shadow/%1/%2/%3/%4/%5"_s.arg(shadow.color.name(QColor::HexArgb))
@@ -67,7 +69,7 @@ QPixmap shadowPicture(int radius, int half, const Shadow& shadow, double ratio)
     if (QPixmapCache::find(key, &pixmap))
         return pixmap;
     const int outside = extent(shadow);
-    const int side = 2 * (outside + half);
+    const int side = 2 * (outside + half) + middle;
     const int pixels = static_cast<int>(std::lround(side * ratio));
     QImage mask(pixels, pixels, QImage::Format_Alpha8);
     mask.fill(0);

@@ -62,16 +62,19 @@ QColor colorOf(HealthColor color)
 }
 
 /// The largest size, at most @p mostSmaller points below @p size, in which all @p texts fit
-/// @p width; else the smallest.
+/// @p width; else the smallest, or one that is smaller still for a word that would be divided.
 QFont columnFont(
     const QStringList& texts, double size, QFont::Weight weight, double width, double mostSmaller)
 {
     for (double less = 0;; less += sizeStep) {
         const QFont candidate = brand::systemFont(size - less, weight);
         const QFontMetricsF metrics(candidate);
-        const bool fits = std::ranges::all_of(
-            texts, [&](const QString& text) { return metrics.horizontalAdvance(text) <= width; });
-        if (fits || less >= mostSmaller)
+        const auto fit = [&](const QStringList& pieces) {
+            return std::ranges::all_of(pieces,
+                [&](const QString& piece) { return metrics.horizontalAdvance(piece) <= width; });
+        };
+        const bool isSmallest = less >= mostSmaller + sizeStep;
+        if (fit(texts) || isSmallest || (less >= mostSmaller && fit(texts.join(u' ').split(u' '))))
             return candidate;
     }
 }

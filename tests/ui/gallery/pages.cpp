@@ -95,6 +95,9 @@ void addMachine(Stage& stage)
 {
     stage.devices->addMicrophone(1, u"Built-in Audio Analog Stereo"_s, u"built-in"_s);
     stage.devices->defaultInput = 1;
+    stage.recogniserSettings->offered = {
+        {{u"sphinx"_s, LocalizedText{u"内置", u"內建", u"Built-in"}}}, u"sphinx"_s,
+        {u"en-US"_s, u"zh-CN"_s}, u"en-US"_s};
 }
 
 std::function<void(Stage&)> page(SettingsPage which)
@@ -184,7 +187,7 @@ QList<Scene> scenes()
                        stage.select(SettingsPage::History);
                        QTest::keyClick(stage.window(), Qt::Key_F, Qt::ControlModifier);
                        QApplication::processEvents();
-                       type(stage, u"historySearchField"_s, u"会议"_s);
+                       type(stage, u"historyFindField"_s, u"会议"_s);
                    }},
                {u"history-empty"_s, {}, page(SettingsPage::History)},
                {u"dictionary"_s, addTerms, page(SettingsPage::Dictionary)},
@@ -244,7 +247,7 @@ int main(int argc, char** argv)
     for (const tavrin::Scene& scene : tavrin::scenes()) {
         if (arguments.size() > 2 && !scene.name.startsWith(arguments[2]))
             continue;
-        for (const QString language : {u"en"_s, u"zh-Hans"_s, u"zh-Hant"_s})
+        for (const QString& language : {u"en"_s, u"zh-Hans"_s, u"zh-Hant"_s})
             all = tavrin::show(scene, language, QDir(arguments[1])) && all;
     }
     return all ? EXIT_SUCCESS : EXIT_FAILURE;

@@ -305,8 +305,9 @@ TEST_F(HealthPageTest, EverythingFitsInEachLanguage)
         controller->refreshHealthStatus();
         for (const ui::Label* const each : page->findChildren<ui::Label*>()) {
             const bool isStatus = each->objectName().startsWith(u"healthLabel."_s);
-            if (each->isVisibleTo(&*page) && !isStatus)
+            if (each->isVisibleTo(&*page) && !isStatus) {
                 EXPECT_EQ(each->toolTip(), QString()) << each->fullText().toStdString();
+            }
         }
         for (const QString& key : keyNames)
             EXPECT_LE(label(key)->lineCount(), 2) << key.toStdString();

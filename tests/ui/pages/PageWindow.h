@@ -81,8 +81,9 @@ public:
     static void expectEverythingFits(const QWidget& page)
     {
         for (const ui::Label* const each : page.findChildren<ui::Label*>()) {
-            if (each->isVisibleTo(&page))
+            if (each->isVisibleTo(&page)) {
                 EXPECT_EQ(each->toolTip(), QString()) << each->fullText().toStdString();
+            }
         }
         for (const QPushButton* const each : page.findChildren<QPushButton*>()) {
             const QFontMetricsF smallest(brand::systemFont(12, QFont::Medium));

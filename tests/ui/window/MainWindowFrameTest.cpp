@@ -100,7 +100,7 @@ TEST_F(MainWindowFrameTest, TheSidebarHasTheSevenPagesInOrderAtTheirPlaces)
     EXPECT_EQ(visibleButtons(),
         QStringList({u"  Overview"_s, u"  History"_s, u"  Dictionary"_s, u"  General"_s,
             u"  Input & Output"_s, u"  Permissions"_s, u"  Account"_s}));
-    int i = 0;
+    std::size_t i = 0;
     for (const int y : {490, 446, 402, 314, 270, 226, 182}) {
         const QWidget* const button = stage.sidebarButton(sidebarButtons.at(i++));
         EXPECT_EQ(button->geometry(), QRect(14, 640 - y - 40, 142, 40));
