@@ -126,7 +126,9 @@ TEST(HistoryFindTest, ATinyPieceIsOneRecordAtLeast)
 /// Beside the search of a text that knows nothing of files.
 TEST(HistoryFindTest, WhateverIsLookedForIsFoundAsInThePlainText)
 {
-    const QString alphabet = u"aAbBiIkKsSnt \u017F\u212A中文ßẞéÉ\n\"\\/İıﬁ😀"_s;
+    const QStringList alphabet =
+        u"a A b B i I k K s S n t \u017F \u212A 中 文 ß ẞ é É \" \\ / İ ı ﬁ 😀"_s.split(u' ')
+        + QStringList{u" "_s, u"\n"_s};
     QRandomGenerator random(20);
     const auto text = [&](int longest) {
         QString made;

@@ -69,7 +69,8 @@ protected:
         for (const double time : times)
             objects.append(record(time));
         QStringList found;
-        for (const HistoryRows::Day& day : rows(objects).days())
+        const HistoryRows made = rows(objects);
+        for (const HistoryRows::Day& day : made.days())
             found.append(u"%1 %2"_s.arg(day.firstRow).arg(day.label));
         return found;
     }

@@ -57,7 +57,7 @@ TEST_F(HistorySearchTest, WhatIsFoundIsListedAndCounted)
 
     controller.find(u"QUESTION"_s); // Of the transcript.
     EXPECT_EQ(listed(), QStringList{u"A"_s});
-    controller.find(u"r"_s);
+    controller.find(u"n"_s);
     EXPECT_EQ(content().matchCount, u"3 matches"_s);
     for (const auto& [language, text] :
         {std::pair(u"zh-Hans"_s, u"3 条匹配"_s), std::pair(u"zh-Hant"_s, u"3 筆符合"_s)}) {
@@ -163,7 +163,7 @@ TEST_F(HistorySearchTest, ARecordThatArrivesIsFoundTooAndTheListStaysWhileItIsLo
 TEST_F(HistorySearchTest, AMatchCanBeDeletedAndExpanded)
 {
     showThree();
-    controller.find(u"r"_s);
+    controller.find(u"n"_s);
     controller.toggleHistoryOriginal(u"C"_s);
     EXPECT_EQ(row(2).text, u"third"_s);
     controller.deleteHistoryRecord(u"C"_s);
