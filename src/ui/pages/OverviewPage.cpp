@@ -104,7 +104,10 @@ void OverviewPage::addTotals()
     m_timeSaved.label->setObjectName(u"timeSavedLabel"_s);
     m_speed.label->setObjectName(u"averageDictationSpeedLabel"_s);
     m_speed.unit = m_localization.LT(texts::charactersPerMinuteUnit);
-    m_speedUnit = new Label(*m_speed.label->parentWidget(), totalNumber, brand::tavBodyFont(),
+    QRect unit = totalNumber;
+    unit.setWidth(static_cast<int>(
+        std::ceil(QFontMetricsF(brand::tavBodyFont()).horizontalAdvance(m_speed.unit))));
+    m_speedUnit = new Label(*m_speed.label->parentWidget(), unit, brand::tavBodyFont(),
         brand::secondaryLabelColor(), m_speed.unit);
 }
 
@@ -153,15 +156,15 @@ void OverviewPage::setContent(const OverviewContent& content)
     showLarge(m_today, content.todayUsageLabel);
     showLarge(m_week, content.weekUsageLabel);
     showLarge(m_month, content.monthUsageLabel);
-    show(m_totalTime, content.totalDictationTimeLabel);
-    show(m_totalCharacters, content.totalDictatedCharactersLabel);
-    show(m_timeSaved, content.timeSavedLabel);
-    show(m_speed, content.averageDictationSpeedLabel);
+    showFigure(m_totalTime, content.totalDictationTimeLabel);
+    showFigure(m_totalCharacters, content.totalDictatedCharactersLabel);
+    showFigure(m_timeSaved, content.timeSavedLabel);
+    showFigure(m_speed, content.averageDictationSpeedLabel);
     placeSpeedUnit();
     m_instructionLabel->setFullText(content.instructionLabel);
 }
 
-void OverviewPage::show(const Figure& figure, const QString& value)
+void OverviewPage::showFigure(const Figure& figure, const QString& value)
 {
     figure.label->setFullText(value);
     // The number alone says nothing to whoever does not see what stands around it.
@@ -174,7 +177,7 @@ void OverviewPage::showLarge(const Figure& figure, const QString& value)
     const bool isTooWide =
         QFontMetricsF(brand::tavFigureFont()).horizontalAdvance(value) > periodNumber.width();
     figure.label->setFont(isTooWide ? brand::tavSmallFigureFont() : brand::tavFigureFont());
-    show(figure, value);
+    showFigure(figure, value);
 }
 
 /// Behind the number, on its baseline; nowhere when the number leaves no room.
@@ -183,12 +186,12 @@ void OverviewPage::placeSpeedUnit()
     const QString& number = m_speed.label->fullText();
     const double width = QFontMetricsF(brand::tavSmallFigureFont()).horizontalAdvance(number);
     const int left = totalNumber.x() + static_cast<int>(std::ceil(width)) + unitGap;
-    const double right = left + QFontMetricsF(brand::tavBodyFont()).horizontalAdvance(m_speed.unit);
     const auto lower = static_cast<int>(
         std::lround(rise(brand::tavSmallFigureFont()) - rise(brand::tavBodyFont())));
     const QRect frame = flipped(totalNumber, m_speedUnit->parentWidget()->height());
     m_speedUnit->move(left, frame.y() + lower);
-    m_speedUnit->setVisible(!number.isEmpty() && right <= totalNumber.right() + 1);
+    m_speedUnit->setVisible(
+        !number.isEmpty() && left + m_speedUnit->width() <= totalNumber.right() + 1);
 }
 
 } // namespace tavrin::ui

@@ -45,7 +45,7 @@ private:
     void addTotals();
     void addNote();
     void addShortcuts();
-    static void show(const Figure& figure, const QString& value);
+    static void showFigure(const Figure& figure, const QString& value);
     static void showLarge(const Figure& figure, const QString& value);
     void placeSpeedUnit();
 
