@@ -267,14 +267,15 @@ TEST_F(AccountPageTest, ErrorsAreRedAndProgressIsQuiet)
     const auto color = [this] {
         return testing::PageWindow::find<ui::Label>(*page, "accountAuthMessage")
             ->palette()
-            .color(QPalette::WindowText);
+            .color(QPalette::WindowText)
+            .name();
     };
     button("Continue")->click();
     EXPECT_EQ(text("accountAuthMessage"), "Enter a valid email address.");
-    EXPECT_EQ(color(), QColor(0xC0, 0x34, 0x2B));
+    EXPECT_EQ(color(), "#c0342b");
     controller.continueAccountFlow(address, AccountMode::SignIn);
     button("Sign in")->click();
-    EXPECT_EQ(color(), QColor(0x6A, 0x67, 0x5E));
+    EXPECT_EQ(color(), "#6a675e");
     answer(500, {});
 }
 
@@ -282,11 +283,11 @@ TEST_F(AccountPageTest, TheStatusIsPurpleOnceSignedIn)
 {
     open();
     const auto* const status = testing::PageWindow::find<ui::Label>(*page, "accountStatusLabel");
-    EXPECT_EQ(status->palette().color(QPalette::WindowText), QColor(0x6A, 0x67, 0x5E));
+    EXPECT_EQ(status->palette().color(QPalette::WindowText).name(), "#6a675e");
     storeSession();
     controller.refreshAccountUI();
     EXPECT_EQ(status->fullText(), u"✓ Signed in"_s);
-    EXPECT_EQ(status->palette().color(QPalette::WindowText), QColor(0x4A, 0x30, 0xB8));
+    EXPECT_EQ(status->palette().color(QPalette::WindowText).name(), "#4a30b8");
     button("Sign out")->click();
     answer(200, "{}");
     EXPECT_EQ(text("accountStepTitle"), "Continue with email");

@@ -247,8 +247,9 @@ TEST_P(ServerFaultTest, WhatAnOutputPlaysIsNoInputAlsoWhenItIsMuted)
 {
     ASSERT_TRUE(server->addOutput("out"));
     for (const AudioDeviceId device : devices.devices()) {
-        if (devices.inputChannels(device) == 0)
+        if (devices.inputChannels(device) == 0) {
             EXPECT_EQ(devices.isInputSilent(device), std::nullopt);
+        }
     }
 }
 
