@@ -96,9 +96,9 @@ void TextField::setMargins()
     if (!m_note.isEmpty())
         right += static_cast<int>(
             std::ceil(QFontMetricsF(brand::tavCaptionFont()).horizontalAdvance(m_note)) + 12);
-    // Qt keeps two points of its own between margin and text.
+    // Qt keeps two points of its own before the text, and cuts it where the right margin begins.
     constexpr int ownMargin = 2;
-    setTextMargins(left - ownMargin, 0, right - ownMargin, 0);
+    setTextMargins(left - ownMargin, 0, right, 0);
 }
 
 void TextField::paintEvent(QPaintEvent* event)

@@ -194,7 +194,12 @@ protected:
     Button second{page, {160, 100, 112, 36}, u"Second"_s, Button::Look::Secondary};
     FocusRing ring{page};
 
-    FocusRingTest() { show(); }
+    FocusRingTest()
+    {
+        show();
+        if (QWidget* const focused = QApplication::focusWidget())
+            focused->clearFocus(); // A window that opens gives the keyboard to something.
+    }
 };
 
 TEST_F(FocusRingTest, ARingFollowsTheTabKey)
