@@ -3,6 +3,7 @@
 #include "app/pages/HistoryTexts.h"
 #include "app/settings/Localization.h"
 #include "ui/BrandStyle.h"
+#include "ui/controls/Card.h"
 #include "ui/controls/Painting.h"
 #include "ui/controls/Placing.h"
 #include "ui/controls/ScrollBar.h"
@@ -61,6 +62,10 @@ HistoryList::HistoryList(QWidget& parent, const QRect& frame, const Localization
     connect(own, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
     connect(bar, &QScrollBar::valueChanged, own, &QScrollBar::setValue);
     bar->hide();
+
+    m_topBorder = new ui::Panel(*this, QRect(0, height() - 1, width(), 1), 0, brand::tavBorder());
+    m_topBorder->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_topBorder->hide();
 }
 
 void HistoryList::addCard(const Localization& localization, const RecordCard::Actions& actions)
@@ -143,6 +148,7 @@ void HistoryList::fillCards()
         moveKeyboard();
     for (auto card = m_cards.begin() + (row - first); card != m_cards.end(); ++card)
         (*card)->hide();
+    m_topBorder->setVisible(top > 0);
     viewport()->update();
 }
 
@@ -303,8 +309,6 @@ void HistoryList::paintEvent(QPaintEvent* /*event*/)
             drawShadow(painter, {cardLeft, top, RecordCard::cardWidth, item.height},
                 RecordCard::cardRadius, cardShadow());
     }
-    if (offset > 0)
-        painter.fillRect(0, 0, width(), 1, brand::tavBorder());
 }
 
 void HistoryList::scrollContentsBy(int /*dx*/, int /*dy*/)

@@ -13,6 +13,8 @@ class Localization;
 
 namespace tavrin::ui {
 
+class Panel;
+
 /// The records of the history in a list that scrolls, under the headings of their days. However
 /// many there are, only those in sight are widgets, and become others as the list moves. The
 /// keyboard reaches those in sight by Tab, and all others by the arrow keys, Page Up and Down, Home
@@ -82,6 +84,7 @@ private:
     Content m_content;
     HistoryLayout m_layout;
     std::vector<RecordCard*> m_cards;
+    ui::Panel* m_topBorder = nullptr; ///< Shown while something is above what is seen.
     qsizetype m_firstRow = 0; ///< That of the first card.
     bool m_isStale = true; ///< The cards show what is no longer so.
     bool m_isFilling = false; ///< The cards are given to other rows, and the keyboard follows.

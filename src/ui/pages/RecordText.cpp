@@ -95,13 +95,15 @@ qsizetype RecordText::layOut(const QString& text, const Options& options)
             addLine(text.mid(start, line.textLength()), start, options);
             continue;
         }
+        // A line break in the last line stands for lines that are left out.
         QString rest = text.mid(start);
-        rest.replace(QChar::LineSeparator, u' ');
+        const qsizetype lineBreak = rest.indexOf(QChar::LineSeparator);
+        if (lineBreak >= 0)
+            rest = rest.left(lineBreak) + ellipsis;
         const QString fitting =
             QFontMetricsF(options.font).elidedText(rest, Qt::ElideRight, options.width);
-        const bool isCut = fitting != rest;
-        m_isElided = m_isElided || isCut;
-        seen = start + fitting.size() - (isCut ? 1 : 0);
+        m_isElided = m_isElided || lineBreak >= 0 || fitting != rest;
+        seen = start + fitting.size() - (fitting.endsWith(ellipsis) ? 1 : 0);
         addLine(fitting, start, options);
         break;
     }

@@ -49,6 +49,17 @@ TEST_F(HistoryPageTest, AHundredThousandRecordsTakeSixCards)
     EXPECT_EQ(inSight().last(), u"result 99999"_s);
 }
 
+TEST_F(HistoryPageTest, AListThatIsScrolledHasABorderOnTop)
+{
+    open(numbered(100));
+    const auto topPixel = [&] { return list().grab().toImage().pixel(100, 0); };
+    EXPECT_NE(topPixel(), brand::tavBorder().rgb());
+    bar().setValue(90); // Within a card.
+    EXPECT_EQ(topPixel(), brand::tavBorder().rgb());
+    bar().setValue(0);
+    EXPECT_NE(topPixel(), brand::tavBorder().rgb());
+}
+
 TEST_F(HistoryPageTest, WithoutRecordsThePageSaysSo)
 {
     open({});

@@ -69,7 +69,10 @@ TEST_F(RecordTextTest, LineBreaksAreKeptAndWhiteSpaceAroundTheTextIsNot)
     EXPECT_FALSE(text.isElided());
 
     set(u"first\nsecond\nthird"_s, 2);
-    EXPECT_EQ(text.lines(), (QStringList{u"first"_s, u"second third"_s}));
+    EXPECT_EQ(text.lines(), (QStringList{u"first"_s, u"second…"_s}));
+    EXPECT_TRUE(text.isElided());
+    set(u"first\nsecond"_s, 1);
+    EXPECT_EQ(text.lines(), QStringList{u"first…"_s});
 }
 
 TEST_F(RecordTextTest, AWordWithoutAnEndIsBroken)
