@@ -102,7 +102,7 @@ void HistoryPage::addFind()
 {
     m_findField = new TextField(
         *this, findFrame, m_localization.LT(texts::searchHistory), TextField::Kind::Search);
-    m_findField->setObjectName(u"historyFindField"_s);
+    m_findField->setObjectName(u"historySearchField"_s);
     m_findField->hide();
     connect(m_findField, &QLineEdit::textChanged, this,
         [this](const QString& text) { m_controller.find(text); });

@@ -93,7 +93,7 @@ protected:
 
     [[nodiscard]] QLineEdit& findField() const
     {
-        return *page->findChild<QLineEdit*>(QStringLiteral("historyFindField"));
+        return *page->findChild<QLineEdit*>(QStringLiteral("historySearchField"));
     }
 
     [[nodiscard]] QString labelText(const char* name) const
