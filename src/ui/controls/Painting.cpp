@@ -124,7 +124,8 @@ void drawShadow(QPainter& painter, const QRect& frame, int radius, const Shadow&
     const int outside = extent(shadow);
     const int half =
         std::min(std::max(radius, outside), std::min(frame.width(), frame.height()) / 2);
-    const QPixmap picture = shadowPicture(radius, half, shadow, ratio);
+    // Two points wider than its corners: what has no middle has none to be stretched.
+    const QPixmap picture = shadowPicture(radius, half + 1, shadow, ratio);
     const QRect target =
         frame.adjusted(-outside, -outside, outside, outside).translated(0, shadow.down);
     const int corner = outside + half;
