@@ -8,6 +8,7 @@
 #include "ui/controls/TextLines.h"
 
 #include <QAbstractItemView>
+#include <QKeyEvent>
 #include <QListView>
 #include <QPainter>
 #include <QPainterPath>
@@ -169,6 +170,24 @@ void Popup::paintEvent(QPaintEvent* /*event*/)
     painter.setPen(color);
     painter.drawText(
         place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, text.lines.value(0));
+}
+
+/// What is passed on the way to a choice must not be chosen: a shortcut that is taken already asks
+/// for another one, and a short retention deletes.
+void Popup::keyPressEvent(QKeyEvent* event)
+{
+    switch (event->key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        showPopup();
+        break;
+    default:
+        QComboBox::keyPressEvent(event);
+    }
 }
 
 /// A page that is scrolled must not change what the pointer happens to pass.

@@ -121,11 +121,25 @@ TEST_F(GeneralPageTest, TheInterfaceLanguageIsChosenWithTheKeyboard)
     EXPECT_EQ(items(languages), (QStringList{u"简体中文"_s, u"繁體中文"_s, u"English"_s}));
     EXPECT_EQ(languages.currentIndex(), 2);
 
-    languages.setFocus();
-    press(Qt::Key_Up);
+    chooseByKeyboard(languages, -1);
     EXPECT_EQ(preferences.value(keys::interfaceLanguage), QVariant(u"zh-Hant"_s));
     EXPECT_EQ(alerts.shown().size(), 1);
     EXPECT_EQ(languages.currentIndex(), 1);
+}
+
+TEST_F(GeneralPageTest, NothingIsChosenWhileTheListIsOpen)
+{
+    open();
+    QComboBox& languages = popup(u"interfaceLanguagePopup"_s);
+    languages.setFocus();
+    press(Qt::Key_Up);
+    press(Qt::Key_Up);
+    press(Qt::Key_Up);
+    press(Qt::Key_Escape);
+
+    EXPECT_TRUE(alerts.shown().isEmpty());
+    EXPECT_EQ(languages.currentIndex(), 2);
+    EXPECT_FALSE(languages.view()->isVisible());
 }
 
 TEST_F(GeneralPageTest, TheMicrophonesAreThoseOfTheMomentWhenThePageIsBuilt)
@@ -135,8 +149,7 @@ TEST_F(GeneralPageTest, TheMicrophonesAreThoseOfTheMomentWhenThePageIsBuilt)
     QComboBox& microphones = popup(u"microphonePopup"_s);
     EXPECT_EQ(items(microphones), (QStringList{u"Follow system default"_s, u"<b>Headset</b>"_s}));
 
-    microphones.setFocus();
-    press(Qt::Key_Down);
+    chooseByKeyboard(microphones, 1);
     EXPECT_EQ(preferences.value(keys::preferredMicrophoneUID), QVariant(u"uid"_s));
 }
 
@@ -156,11 +169,9 @@ TEST_F(GeneralPageTest, RecogniserAndLanguageAreChosen)
 {
     offerRecognisers();
     open();
-    popup(u"recogniserPopup"_s).setFocus();
-    press(Qt::Key_Down);
+    chooseByKeyboard(popup(u"recogniserPopup"_s), 1);
     EXPECT_EQ(recognisers.offered.recogniser, "far");
-    popup(u"recogniserLanguagePopup"_s).setFocus();
-    press(Qt::Key_Down);
+    chooseByKeyboard(popup(u"recogniserLanguagePopup"_s), 1);
     EXPECT_EQ(recognisers.offered.language, "zh-CN");
 }
 

@@ -64,13 +64,6 @@ protected:
         return shown;
     }
 
-    void chooseByKeyboard(const QString& name, int rowsDown)
-    {
-        popup(name).setFocus();
-        for (int i = 0; i < rowsDown; ++i)
-            press(Qt::Key_Down);
-    }
-
     QColor statusColor() const
     {
         return named<Label>(u"shortcutStatusLabel"_s).palette().color(QPalette::WindowText);
@@ -133,20 +126,24 @@ TEST_F(InputOutputPageTest, EachPopupChoosesForItsOwnSlot)
     preferences.setValue(keys::translationShortcutIdentifiers, QStringList());
     preferences.setValue(keys::chatShortcutIdentifiers, QStringList());
     open();
-    for (const QString& name : popupNames) {
-        chooseByKeyboard(name, 1);
-        QStringList expected(6, u"Not set"_s);
-        expected[popupNames.indexOf(name)] = u"Right Alt"_s;
-        EXPECT_EQ(shownShortcuts(), expected);
-        press(Qt::Key_Up);
-    }
+    for (int slot = 0; slot < 5; ++slot)
+        chooseByKeyboard(popup(popupNames[slot]), slot + 1);
+
+    EXPECT_EQ(shownShortcuts(),
+        (QStringList{u"Right Alt"_s, u"Left Alt"_s, u"Alt+Space"_s, u"Ctrl+Alt+Space"_s,
+            u"Shift+Super+Space"_s, u"Not set"_s}));
+    chooseByKeyboard(popup(popupNames[3]), -4);
+    chooseByKeyboard(popup(popupNames[5]), 4);
+    EXPECT_EQ(shownShortcuts(),
+        (QStringList{u"Right Alt"_s, u"Left Alt"_s, u"Alt+Space"_s, u"Not set"_s,
+            u"Shift+Super+Space"_s, u"Ctrl+Alt+Space"_s}));
     EXPECT_TRUE(alerts.shown().isEmpty());
 }
 
 TEST_F(InputOutputPageTest, ARefusedShortcutGoesBack)
 {
     open();
-    chooseByKeyboard(popupNames[1], 1);
+    chooseByKeyboard(popup(popupNames[1]), 1);
 
     EXPECT_EQ(alerts.shown().size(), 1);
     EXPECT_EQ(popup(popupNames[1]).currentText(), "Not set");
@@ -155,8 +152,8 @@ TEST_F(InputOutputPageTest, ARefusedShortcutGoesBack)
 TEST_F(InputOutputPageTest, StyleAndLanguageAreStored)
 {
     open();
-    chooseByKeyboard(u"outputStylePopup"_s, 3);
-    chooseByKeyboard(u"translationPopup"_s, 4);
+    chooseByKeyboard(popup(u"outputStylePopup"_s), 3);
+    chooseByKeyboard(popup(u"translationPopup"_s), 4);
 
     EXPECT_EQ(preferences.value(keys::outputStyle), QVariant(u"casual"_s));
     EXPECT_EQ(preferences.value(keys::translationTarget), QVariant(u"japanese"_s));

@@ -11,13 +11,16 @@
 #include "support/VirtualTime.h"
 #include "ui/BrandStyle.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QWidget>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <stdexcept>
 
 namespace tavrin::testing {
@@ -52,15 +55,28 @@ protected:
         return *found;
     }
 
-    /// Presses and releases a key where the keyboard is.
+    /// Presses and releases a key where the keyboard is: in an open list, or else in a control.
     static void press(int key, const QString& text = {}, Qt::KeyboardModifiers modifiers = {})
     {
         for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-            QWidget* const receiver = QApplication::focusWidget();
+            QWidget* receiver = QApplication::focusWidget();
+            if (QWidget* const list = QApplication::activePopupWidget())
+                receiver = list->focusWidget() ? list->focusWidget() : list;
             ASSERT_NE(receiver, nullptr);
             QKeyEvent event(type, key, modifiers, text);
             QApplication::sendEvent(receiver, &event);
         }
+    }
+
+    /// Opens the list of @p popup, goes @p rows down (or up) in it, and takes what is there.
+    static void chooseByKeyboard(QComboBox& popup, int rows)
+    {
+        popup.setFocus();
+        press(Qt::Key_Down);
+        ASSERT_TRUE(popup.view()->isVisible());
+        for (int i = 0; i < std::abs(rows); ++i)
+            press(rows > 0 ? Qt::Key_Down : Qt::Key_Up);
+        press(Qt::Key_Return);
     }
 
     static void type(const QString& text)

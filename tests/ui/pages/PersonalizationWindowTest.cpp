@@ -6,6 +6,7 @@
 #include "support/QtPrinters.h"
 #include "ui/controls/Button.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
@@ -43,6 +44,13 @@ protected:
     {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
         QApplication::sendEvent(&receiver, &event);
+    }
+
+    void chooseSecondTone() const
+    {
+        press(tone(), Qt::Key_Down);
+        press(*tone().view(), Qt::Key_Down);
+        press(*tone().view(), Qt::Key_Return);
     }
 
     QRect frame(const QWidget& control) const
@@ -111,7 +119,7 @@ TEST_F(PersonalizationWindowTest, WhatIsTypedAndChosenIsStoredByTheButton)
         press(sample(), 0, character);
     press(sample(), Qt::Key_Return, u"\r"_s);
     press(sample(), 0, u"\u00A0"_s); // A space that is none is stored as it is.
-    press(tone(), Qt::Key_Down);
+    chooseSecondTone();
     EXPECT_FALSE(preferences.value(keys::writingStyleSample).isValid());
     saveButton().click();
 
@@ -137,7 +145,7 @@ TEST_F(PersonalizationWindowTest, OpeningAgainBringsBackWhatIsStored)
     preferences.setValue(keys::writingStyleSample, u"stored"_s);
     open();
     press(sample(), 0, u"x"_s);
-    press(tone(), Qt::Key_Down);
+    chooseSecondTone();
     press(window, Qt::Key_Escape);
     EXPECT_FALSE(window.isVisible());
 
