@@ -44,6 +44,7 @@ DictionaryContent DictionaryController::content()
             texts::termCount, QString::number(m_terms.size()), QString::number(m_learned)),
     };
     const QString query = m_searchText.toLower();
+    content.rows.reserve(static_cast<qsizetype>(m_terms.size()));
     for (const Term& term : m_terms) {
         if (admits(term) && term.lowered.contains(query))
             content.rows.append(term.row);
