@@ -27,7 +27,7 @@ ScrollBar::ScrollBar(QWidget* parent)
 
 QSize ScrollBar::sizeHint() const
 {
-    return {barWidth, 0};
+    return {barWidth, static_cast<int>(leastHandle)}; // A list hides a bar without any size.
 }
 
 QRectF ScrollBar::handle() const

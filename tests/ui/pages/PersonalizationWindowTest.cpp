@@ -12,6 +12,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QScreen>
+#include <QScrollBar>
 #include <QTextEdit>
 #include <gtest/gtest.h>
 
@@ -175,6 +176,8 @@ TEST_F(PersonalizationWindowTest, ALongSampleIsShownAndSaved)
 {
     preferences.setValue(keys::writingStyleSample, u"很长的一段文字。"_s.repeated(12'500));
     open();
+    const QScrollBar& bar = *sample().verticalScrollBar();
+    EXPECT_TRUE(bar.isVisible());
     EXPECT_FALSE(window.grab().isNull());
     saveButton().click();
 
