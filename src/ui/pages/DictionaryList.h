@@ -39,6 +39,9 @@ public:
 
     void showTop();
 
+    /// Gives the keyboard to the first term.
+    void goToTop() { goTo(0); }
+
     /// The rows from top to bottom, those that are hidden too.
     [[nodiscard]] const std::vector<TermRow*>& rowsInSight() const { return m_slots; }
 

@@ -96,8 +96,11 @@ QWidget* DictionaryPage::firstControl() const
 
 void DictionaryPage::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Escape && m_dictionarySearchField->hasFocus())
+    const bool isSearching = m_dictionarySearchField->hasFocus();
+    if (isSearching && event->key() == Qt::Key_Escape)
         m_dictionarySearchField->clear();
+    else if (isSearching && event->key() == Qt::Key_Down)
+        m_list->goToTop();
     else
         Page::keyPressEvent(event);
 }

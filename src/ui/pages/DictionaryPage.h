@@ -37,7 +37,7 @@ public:
     [[nodiscard]] QWidget* firstControl() const override;
 
 protected:
-    /// Escape empties the search field.
+    /// Escape empties the search field, the arrow leads from it to the terms.
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

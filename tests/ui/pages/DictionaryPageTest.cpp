@@ -78,6 +78,21 @@ TEST_F(DictionaryPageTest, TypingInTheSearchFieldFindsTermsAndEscapeEmptiesIt)
     EXPECT_EQ(search().text(), "");
 }
 
+TEST_F(DictionaryPageTest, TheArrowLeadsFromTheSearchFieldToTheTerms)
+{
+    storeMany(3);
+    open();
+    search().setFocus();
+    type(u"1"_s);
+    press(Qt::Key_Down);
+    EXPECT_EQ(focused(), "Edit term 1");
+
+    search().setText(u"nothing has this"_s);
+    search().setFocus();
+    press(Qt::Key_Down);
+    EXPECT_TRUE(search().hasFocus());
+}
+
 TEST_F(DictionaryPageTest, ASegmentChoosesTheSource)
 {
     store({entry(u"Tavrin"_s), entry(u"Ostrander"_s, u"auto"_s)});
