@@ -12,12 +12,10 @@ inline void addAccountTexts(DesktopTexts& texts)
             u"The service endpoint and model connection are managed centrally and are never shown "
             u"or stored on your computer."};
     texts.serviceHint = LocalizedText{
-        u"还没有服务？在源码目录运行 scripts/run 可在本机启动一个；自建方法见 "
-        u"docs/self-hosting.md。",
-        u"還沒有服務？在原始碼目錄執行 scripts/run 可在本機啟動一個；自建方法見 "
-        u"docs/self-hosting.md。",
-        u"No service yet? scripts/run starts one on this computer; docs/self-hosting.md explains "
-        u"how to run your own."};
+        u"没有服务？scripts/run 可在本机启动一个；自建见 docs/self-hosting.md。",
+        u"沒有服務？scripts/run 可在本機啟動一個；自建見 docs/self-hosting.md。",
+        u"No service yet? On this computer scripts/run starts one; how to run your own stands in "
+        u"docs/self-hosting.md."};
 }
 
 inline void addHealthTexts(DesktopTexts& texts)

@@ -646,6 +646,30 @@ TEST_F(AccountControllerTest, SigningOutOfflineClosesTheOtherPagesToo)
     EXPECT_FALSE(preferences.value(keys::cloudAccessToken).isValid());
 }
 
+TEST_F(AccountControllerTest, ASessionThatExpiredWhileThePageWasOpenIsSignedOutOfLikeAnyOther)
+{
+    storeSession();
+    controller->refreshAccountUI();
+    controller->logoutCloudAccount();
+    answer(401, errorAnswer(u"登录已过期，请重新登录。"_s));
+
+    EXPECT_EQ(shown().step, AccountStep::Start);
+    EXPECT_EQ(shown().message, "");
+    EXPECT_FALSE(preferences.value(keys::cloudRefreshToken).isValid());
+}
+
+TEST_F(AccountControllerTest, ASessionThatEndedElsewhereLeavesThePage)
+{
+    storeSession();
+    controller->refreshAccountUI();
+    preferences.remove(keys::cloudAccessToken);
+    preferences.remove(keys::cloudRefreshToken);
+    controller->refreshAccountUI();
+
+    EXPECT_EQ(shown().step, AccountStep::Start);
+    EXPECT_FALSE(shown().isSignedIn);
+}
+
 TEST_F(AccountControllerTest, WithARefreshTokenAloneSigningOutAsksNobody)
 {
     preferences.setValue(keys::cloudRefreshToken, u"refresh"_s);
