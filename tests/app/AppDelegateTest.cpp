@@ -222,7 +222,7 @@ TEST_F(AppDelegateTest, QuittingSavesWhatACorrectionTeachesBeforeTheEnd)
 
     EXPECT_EQ(takeTrace(),
         QStringList({"store dictionaryLearningCandidateCounts", "store personalDictionaryEntries",
-            "store personalDictionary", "synchronize", "terminate"}));
+            "store personalDictionary", "synchronize", "refresh dictionary", "terminate"}));
     EXPECT_EQ(preferences.value(keys::personalDictionary).toStringList(), QStringList{u"OpenAI"_s});
 }
 
