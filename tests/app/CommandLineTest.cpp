@@ -67,7 +67,8 @@ TEST(CommandLineTest, HealthIsToldInsteadOfRunning)
 
 TEST(CommandLineTest, HelpNamesEveryOption)
 {
-    for (const char* option : {"-h, --help", "--version", "--health", "--sign-in EMAIL", "--verbose"})
+    for (const char* option :
+        {"-h, --help", "--version", "--health", "--sign-in EMAIL", "--verbose"})
         EXPECT_TRUE(commandLineHelp().contains(option)) << option;
 }
 
