@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <utility>
 
 namespace tavrin {
@@ -39,7 +40,19 @@ public:
         const bool plain = std::ranges::all_of(query, [](QChar unit) {
             return isPlainAscii(unit.unicode()) || isPlainIdeograph(unit.unicode());
         });
-        return plain ? std::unique_ptr<const WrittenText>(new WrittenText(query)) : nullptr;
+        return plain ? std::make_unique<const WrittenText>(query) : nullptr;
+    }
+
+    explicit WrittenText(const QString& query)
+        : m_needle(query.toUtf8())
+        , m_hasOldForms(query.contains(u'k', Qt::CaseInsensitive)
+              || query.contains(u's', Qt::CaseInsensitive))
+    {
+        for (char& byte : m_needle)
+            byte = static_cast<char>(folded(static_cast<Byte>(byte)));
+        m_steps.fill(m_needle.size());
+        for (qsizetype i = 0; i + 1 < m_needle.size(); ++i)
+            m_steps.at(static_cast<Byte>(m_needle[i])) = m_needle.size() - 1 - i;
     }
 
     /// Whether the bytes of @p text tell if it holds the query: an escape may stand for any
@@ -86,18 +99,6 @@ private:
     {
         return (text.contains('\xC5') && text.contains("\xC5\xBF"))
             || (text.contains('\xE2') && text.contains("\xE2\x84\xAA"));
-    }
-
-    explicit WrittenText(const QString& query)
-        : m_needle(query.toUtf8())
-        , m_hasOldForms(query.contains(u'k', Qt::CaseInsensitive)
-              || query.contains(u's', Qt::CaseInsensitive))
-    {
-        for (char& byte : m_needle)
-            byte = static_cast<char>(folded(static_cast<Byte>(byte)));
-        m_steps.fill(m_needle.size());
-        for (qsizetype i = 0; i + 1 < m_needle.size(); ++i)
-            m_steps.at(static_cast<Byte>(m_needle[i])) = m_needle.size() - 1 - i;
     }
 
     [[nodiscard]] bool endsAt(QByteArrayView text, qsizetype end) const

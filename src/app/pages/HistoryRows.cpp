@@ -25,8 +25,8 @@ QDateTime localTime(double timestamp, const QTimeZone& zone)
 /// The labels of days. Asks the calendar once for each run of records of the same day.
 class DayLabels {
 public:
-    DayLabels(Seconds now, QTimeZone zone, const HistoryRowWords& words)
-        : m_zone(std::move(zone))
+    DayLabels(Seconds now, const QTimeZone& zone, const HistoryRowWords& words)
+        : m_zone(zone)
         , m_today(localTime(now.count(), m_zone).date())
         , m_words(words)
     {

@@ -1,6 +1,8 @@
 #include "ui/pages/HistoryLayout.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 
 namespace tavrin::ui {
 namespace {
@@ -11,74 +13,63 @@ constexpr int heightWithoutText = 74;
 constexpr int lineHeight = 20;
 constexpr int bottomMargin = 22;
 
-constexpr double lineWidth = 494;
-constexpr double wide = 12.5; // An ideograph, a symbol.
-constexpr double narrow = 6.5;
+// In half points. An ideograph or a symbol is wide.
+constexpr int lineWidth = 2 * 494;
+constexpr std::uint8_t wide = 25;
+constexpr std::uint8_t narrow = 13;
+// No text of more bytes fits into a line, whatever it is made of but white space.
+constexpr qsizetype mostBytes = 250;
 
-/// What stands at the beginning of a text in the file.
-struct Piece {
-    qsizetype length;
-    double width;
-    bool isSpace = false;
-    bool isLineBreak = false;
-};
-
-Piece escapeAt(QByteArrayView text)
+/// What each byte of a text adds to its width: the first one of a character all of it. A backslash
+/// adds nothing: the letter after it stands for the character.
+constexpr std::array<std::uint8_t, 256> makeWidths()
 {
-    constexpr qsizetype unitLength = 6; // "\\uXXXX"
-    const char letter = text.size() > 1 ? text[1] : ' ';
-    if (letter == 'u')
-        return {unitLength, wide};
-    const bool isSpace = letter == 'n' || letter == 'r' || letter == 't';
-    return {2, narrow, isSpace, letter == 'n'};
+    constexpr std::size_t firstContinuation = 0x80;
+    constexpr std::size_t firstLead = 0xC0;
+    constexpr std::size_t firstIdeograph = 0xE3; // Of three bytes; before it there are letters.
+    std::array<std::uint8_t, 256> widths{};
+    for (std::size_t byte = 0; byte < widths.size(); ++byte) {
+        const bool isContinuation = byte >= firstContinuation && byte < firstLead;
+        widths.at(byte) = isContinuation ? 0 : byte >= firstIdeograph ? wide : narrow;
+    }
+    widths.at('\\') = 0;
+    return widths;
 }
 
-bool isWide(char32_t character)
-{
-    constexpr char32_t firstHangul = 0x1100;
-    constexpr char32_t lastHangulLetter = 0x115F;
-    constexpr char32_t firstIdeograph = 0x2E80;
-    constexpr char32_t lastHangul = 0xD7A3;
-    constexpr char32_t firstCompatible = 0xF900;
-    return (character >= firstHangul && character <= lastHangulLetter)
-        || (character >= firstIdeograph && character <= lastHangul) || character >= firstCompatible;
-}
+constexpr std::array<std::uint8_t, 256> widths = makeWidths();
 
-/// The text is well-formed UTF-8, or any guess will do.
-Piece pieceAt(QByteArrayView text)
+/// There is more than white space on either side of a line break.
+bool hasSecondLine(QByteArrayView text)
 {
-    const auto byte = static_cast<unsigned char>(text[0]);
-    if (byte == '\\')
-        return escapeAt(text);
-    if (byte < 0x80)
-        return {1, narrow, byte == ' '};
-    if (byte < 0xE0)
-        return {2, narrow};
-    if (byte >= 0xF0)
-        return {4, wide};
-    const auto continuation = [&](qsizetype place) {
-        return place < text.size() ? static_cast<unsigned char>(text[place]) & 0x3FU : 0U;
-    };
-    const char32_t character = ((byte & 0x0FU) << 12U) | (continuation(1) << 6U) | continuation(2);
-    return {3, isWide(character) ? wide : narrow};
+    bool hasFirst = false;
+    bool isBroken = false;
+    for (qsizetype place = 0; place < text.size(); ++place) {
+        bool isSpace = text[place] == ' ';
+        if (text[place] == '\\' && place + 1 < text.size()) {
+            const char letter = text[++place];
+            isBroken = isBroken || (hasFirst && letter == 'n');
+            isSpace = letter == 'n' || letter == 'r' || letter == 't';
+        }
+        if (!isSpace && isBroken)
+            return true;
+        hasFirst = hasFirst || !isSpace;
+    }
+    return false;
 }
 
 } // namespace
 
 int estimatedLines(QByteArrayView writtenText)
 {
-    double width = 0;
-    bool isBroken = false;
-    while (!writtenText.isEmpty()) {
-        const Piece piece = pieceAt(writtenText);
-        isBroken = isBroken || (piece.isLineBreak && width > 0);
-        if (!piece.isSpace && (isBroken || width + piece.width > lineWidth))
-            return 2;
-        if (!piece.isSpace || width > 0)
-            width += piece.width;
-        writtenText = writtenText.sliced(std::min(piece.length, writtenText.size()));
+    if (writtenText.size() > mostBytes)
+        return 2;
+    int width = 0;
+    bool hasEscapes = false;
+    for (const char character : writtenText) {
+        width += widths.at(static_cast<unsigned char>(character));
+        hasEscapes = hasEscapes || character == '\\';
     }
-    return 1;
+    return width > lineWidth || (hasEscapes && hasSecondLine(writtenText)) ? 2 : 1;
 }
 
 HistoryLayout::HistoryLayout(

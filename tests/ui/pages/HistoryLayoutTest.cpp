@@ -121,7 +121,7 @@ TEST(EstimatedLinesTest, EscapesAreTheCharactersThatTheyStandFor)
 {
     EXPECT_EQ(estimatedLines(QByteArray("\\\"").repeated(76)), 1);
     EXPECT_EQ(estimatedLines(QByteArray("\\\"").repeated(77)), 2);
-    EXPECT_EQ(estimatedLines(QByteArray("\\u4e2d").repeated(39)), 1);
+    EXPECT_EQ(estimatedLines("\\u4e2d\\u4e2d"), 1);
     EXPECT_EQ(estimatedLines(QByteArray("\\u4e2d").repeated(40)), 2);
 }
 
@@ -130,6 +130,7 @@ TEST(EstimatedLinesTest, ALineBreakWithinTheTextIsASecondLine)
     EXPECT_EQ(estimatedLines("a\\nb"), 2);
     EXPECT_EQ(estimatedLines("a\\n\\n \\r\\n"), 1);
     EXPECT_EQ(estimatedLines("\\n  a"), 1);
+    EXPECT_EQ(estimatedLines("a\\n\\\"b\\\""), 2);
     EXPECT_EQ(estimatedLines("a\\\\nb"), 1); // A backslash and an n.
 }
 
