@@ -94,7 +94,7 @@ void DictionaryList::setRows(const QList<DictionaryRow>& rows, bool fromTop)
     verticalScrollBar()->setRange(
         0, std::max(0, static_cast<int>(rows.size()) * rowHeight - listFrame.height()));
     int newOffset = fromTop ? 0 : offset;
-    if (const qsizetype moved = rowOf(top); !fromTop && offset > 0 && moved >= 0)
+    if (const qsizetype moved = newOffset > 0 ? rowOf(top) : -1; moved >= 0)
         newOffset = static_cast<int>(moved) * rowHeight + offset % rowHeight;
     // A term that is gone leaves the keyboard to the one that took its place.
     const qsizetype kept = rowOf(current);

@@ -28,6 +28,15 @@ void addCaption(QWidget& card, int y, const QString& text)
         card, QRect(22, y, 138, 30), brand::tavBodyFont(), brand::secondaryLabelColor(), text);
 }
 
+/// The popup below the shortcuts.
+Popup* addOutput(Card& card, const QString& caption, const QString& objectName)
+{
+    addCaption(card, 16, caption);
+    auto* const popup = new Popup(card, QRect(164, 16, 352, 30), caption);
+    popup->setObjectName(objectName);
+    return popup;
+}
+
 } // namespace
 
 struct InputOutputPage::Operation {
@@ -51,7 +60,7 @@ InputOutputPage::InputOutputPage(
         {QRect(36, 376, 538, 152), u"waveform"_s, texts::dictationCard, texts::dictationExplanation,
             ShortcutSlot::DictationPrimary, ShortcutSlot::DictationSecondary});
     m_outputStylePopup =
-        &addOutput(dictation, localization.LT(texts::writingStyle), u"outputStylePopup"_s);
+        addOutput(dictation, localization.LT(texts::writingStyle), u"outputStylePopup"_s);
     connect(m_outputStylePopup, &QComboBox::activated, this,
         [this](int row) { m_controller.selectStylePopup(row); });
 
@@ -59,7 +68,7 @@ InputOutputPage::InputOutputPage(
         texts::translationCard, texts::translationExplanation, ShortcutSlot::TranslationPrimary,
         ShortcutSlot::TranslationSecondary});
     m_translationPopup =
-        &addOutput(translation, localization.LT(texts::targetLanguage), u"translationPopup"_s);
+        addOutput(translation, localization.LT(texts::targetLanguage), u"translationPopup"_s);
     connect(m_translationPopup, &QComboBox::activated, this,
         [this](int row) { m_controller.selectTranslationPopup(row); });
 
@@ -122,14 +131,6 @@ Popup& InputOutputPage::addShortcut(
     connect(popup, &QComboBox::activated, this,
         [this, slot](int row) { m_controller.selectShortcut(slot, row); });
     m_shortcutPopups.at(place) = popup;
-    return *popup;
-}
-
-Popup& InputOutputPage::addOutput(Card& card, const QString& caption, const QString& objectName)
-{
-    addCaption(card, 16, caption);
-    auto* const popup = new Popup(card, QRect(164, 16, 352, 30), caption);
-    popup->setObjectName(objectName);
     return *popup;
 }
 

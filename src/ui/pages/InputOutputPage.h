@@ -40,8 +40,6 @@ private:
     /// A card with its title, explanation and two popups for shortcuts.
     Card& addOperation(const Operation& operation);
     Popup& addShortcut(Card& card, const QRect& frame, ShortcutSlot slot, const QString& name);
-    /// The popup below the shortcuts.
-    Popup& addOutput(Card& card, const QString& caption, const QString& objectName);
     void addStatus();
 
     InputOutputController& m_controller;
