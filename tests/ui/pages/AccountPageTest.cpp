@@ -69,6 +69,7 @@ protected:
     {
         page.emplace(window, controller, localization);
         controller.refreshAccountUI();
+        page->show(); // In a window that is open already, too.
         window.open();
     }
 

@@ -53,6 +53,7 @@ protected:
     void open()
     {
         build();
+        page->show(); // In a window that is open already, too.
         window.open();
     }
 
