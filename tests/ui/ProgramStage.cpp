@@ -6,8 +6,6 @@
 #include "platform/linux/LinuxTexts.h"
 #include "support/InMemoryKeyMonitor.h"
 #include "support/InMemorySoundPlayer.h"
-#include "support/InMemorySpeechRecognizers.h"
-#include "support/InMemoryStatusItem.h"
 #include "support/InMemoryWordBreaker.h"
 #include "support/RecordingKeyboard.h"
 #include "support/SharedTime.h"
@@ -70,11 +68,11 @@ Platform ProgramStage::createPorts()
         kept(probe),
         kept(devices),
         std::make_unique<InMemoryAudioRecorders>(time),
-        std::make_unique<InMemoryFileSpeechRecognizer>(),
+        kept(recognizer),
         std::make_unique<InMemoryLiveSpeechRecognizer>(),
         kept(recogniserSettings),
         std::make_unique<InMemorySoundPlayer>(),
-        std::make_unique<InMemoryStatusItem>(),
+        kept(statusItem),
         kept(alerts),
         kept(permissions),
         std::make_unique<InMemoryWordBreaker>(),

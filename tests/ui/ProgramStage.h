@@ -13,6 +13,8 @@
 #include "support/InMemoryPermissions.h"
 #include "support/InMemoryPreferences.h"
 #include "support/InMemoryRecogniserSettings.h"
+#include "support/InMemorySpeechRecognizers.h"
+#include "support/InMemoryStatusItem.h"
 #include "support/InMemorySystemInfo.h"
 #include "support/InMemoryWorkspace.h"
 #include "support/ScriptedAlerts.h"
@@ -89,6 +91,8 @@ public:
     InMemoryPermissions* permissions = nullptr;
     InMemoryRecogniserSettings* recogniserSettings = nullptr;
     InMemoryBackgroundQueue* background = nullptr;
+    InMemoryStatusItem* statusItem = nullptr;
+    InMemoryFileSpeechRecognizer* recognizer = nullptr;
     ScriptedAlerts* alerts = nullptr;
     Platform platform;
 

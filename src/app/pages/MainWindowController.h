@@ -34,6 +34,9 @@ public:
     /// Shows @p page and has it read its state anew.
     void selectSettingsPage(SettingsPage page);
 
+    /// Has the page that is shown read its state anew: it stands in the window only now.
+    void refreshSelectedPage() { m_neighbours.refresh(m_content.page); }
+
     /// The stored session came or went: shows or hides what needs one.
     void refreshSidebar();
 

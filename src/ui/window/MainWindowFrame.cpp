@@ -102,6 +102,7 @@ void MainWindowFrame::buildContents()
     MainWindowContent content = m_neighbours.controller.content();
     content.animates = false;
     setContent(content);
+    m_neighbours.controller.refreshSelectedPage();
 }
 
 void MainWindowFrame::showPage(SettingsPage selected, bool animates)
