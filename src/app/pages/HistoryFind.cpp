@@ -55,8 +55,8 @@ public:
             m_steps.at(static_cast<Byte>(m_needle[i])) = m_needle.size() - 1 - i;
     }
 
-    /// Whether the bytes of @p text tell if it holds the query: an escape may stand for any
-    /// character, and two letters have an old form outside of ASCII.
+    /// Whether a text in whose bytes the query is not found does not hold it: an escape may stand
+    /// for any character, and two letters have an old form outside of ASCII.
     [[nodiscard]] bool canTell(QByteArrayView text) const
     {
         return !hasUnitEscape(text) && !(m_hasOldForms && hasOldForm(text));
@@ -115,7 +115,7 @@ private:
 
 HistoryFind::HistoryFind(HistoryRecords records, const QString& query)
     : m_records(std::move(records))
-    , m_matcher(query, Qt::CaseInsensitive)
+    , m_query(query)
     , m_written(WrittenText::of(query))
 {
 }
@@ -142,9 +142,11 @@ bool HistoryFind::lookOn(qsizetype bytes)
 
 bool HistoryFind::isIn(QByteArrayView written) const
 {
+    if (m_written && m_written->isIn(written))
+        return true;
     if (m_written && m_written->canTell(written))
-        return m_written->isIn(written);
-    return m_matcher.indexIn(textFromJson(written)) >= 0;
+        return false;
+    return textFromJson(written).contains(m_query, Qt::CaseInsensitive);
 }
 
 QList<TextRange> rangesOf(const QString& query, const QString& text)
@@ -152,10 +154,11 @@ QList<TextRange> rangesOf(const QString& query, const QString& text)
     QList<TextRange> ranges;
     if (query.isEmpty())
         return ranges;
-    const QStringMatcher matcher(query, Qt::CaseInsensitive);
-    for (qsizetype at = matcher.indexIn(text); at >= 0;
-         at = matcher.indexIn(text, at + query.size()))
+    qsizetype at = text.indexOf(query, 0, Qt::CaseInsensitive);
+    while (at >= 0) {
         ranges.append({at, query.size()});
+        at = text.indexOf(query, at + query.size(), Qt::CaseInsensitive);
+    }
     return ranges;
 }
 

@@ -5,7 +5,6 @@
 
 #include <QList>
 #include <QString>
-#include <QStringMatcher>
 
 #include <memory>
 
@@ -37,7 +36,7 @@ private:
     [[nodiscard]] bool isIn(QByteArrayView written) const;
 
     HistoryRecords m_records;
-    QStringMatcher m_matcher;
+    QString m_query;
     std::unique_ptr<const WrittenText> m_written; // Null: every text has to be read.
     QList<qsizetype> m_matches;
     qsizetype m_looked = 0;
