@@ -34,27 +34,27 @@ class LinuxWithTwo final : public RecogniserSettings {
 public:
     LinuxWithTwo()
     {
-        preferences.setValue(keys::linuxSpeechHttpUrl, u"http://localhost:8000"_s);
+        m_preferences.setValue(keys::linuxSpeechHttpUrl, u"http://localhost:8000"_s);
         for (const QString& model : {u"en-us"_s, u"de"_s}) {
-            QDir().mkpath(root.filePath(model));
+            QDir().mkpath(m_root.filePath(model));
             for (const QString& name : {u"mdef"_s, u"a.dict"_s, u"a.lm"_s})
-                EXPECT_TRUE(QFile(root.filePath(model + u'/' + name)).open(QIODevice::WriteOnly));
+                EXPECT_TRUE(QFile(m_root.filePath(model + u'/' + name)).open(QIODevice::WriteOnly));
         }
     }
 
-    [[nodiscard]] RecogniserChoices choices() const override { return settings.choices(); }
+    [[nodiscard]] RecogniserChoices choices() const override { return m_settings.choices(); }
 
     void selectRecogniser(const QString& identifier) override
     {
-        settings.selectRecogniser(identifier);
+        m_settings.selectRecogniser(identifier);
     }
 
-    void selectLanguage(const QString& tag) override { settings.selectLanguage(tag); }
+    void selectLanguage(const QString& tag) override { m_settings.selectLanguage(tag); }
 
 private:
-    QTemporaryDir root;
-    InMemoryPreferences preferences;
-    LinuxRecogniserSettings settings{preferences, {root.path()}};
+    QTemporaryDir m_root;
+    InMemoryPreferences m_preferences;
+    LinuxRecogniserSettings m_settings{m_preferences, {m_root.path()}};
 };
 
 class RecogniserSettingsContractTest : public ContractTest<RecogniserSettings> {
