@@ -35,12 +35,12 @@ bool isPlainAscii(char16_t unit)
 class HistoryFind::WrittenText {
 public:
     /// Null where the bytes do not tell.
-    static std::unique_ptr<const WrittenText> of(const QString& query)
+    static std::shared_ptr<const WrittenText> of(const QString& query)
     {
         const bool plain = std::ranges::all_of(query, [](QChar unit) {
             return isPlainAscii(unit.unicode()) || isPlainIdeograph(unit.unicode());
         });
-        return plain ? std::make_unique<const WrittenText>(query) : nullptr;
+        return plain ? std::make_shared<const WrittenText>(query) : nullptr;
     }
 
     explicit WrittenText(const QString& query)

@@ -37,7 +37,7 @@ private:
 
     HistoryRecords m_records;
     QString m_query;
-    std::unique_ptr<const WrittenText> m_written; // Null: every text has to be read.
+    std::shared_ptr<const WrittenText> m_written; // Null: every text has to be read.
     QList<qsizetype> m_matches;
     qsizetype m_looked = 0;
 };
