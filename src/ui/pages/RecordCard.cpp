@@ -16,7 +16,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-#include <cmath>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -124,10 +124,10 @@ Button* addButton(RecordCard& card)
 
 } // namespace
 
-RecordCard::RecordCard(QWidget& parent, const Localization& localization, const Actions& actions)
+RecordCard::RecordCard(QWidget& parent, const Localization& localization, Actions actions)
     : QWidget(&parent)
     , m_localization(localization)
-    , m_actions(actions)
+    , m_actions(std::move(actions))
     , m_copy(addButton(*this))
     , m_toggle(addButton(*this))
     , m_delete(new Button(*this, localization.LT(texts::deleteRecord), Button::Look::PlainDelete))

@@ -47,7 +47,7 @@ public:
     };
 
     /// @param localization must outlive the card.
-    RecordCard(QWidget& parent, const Localization& localization, const Actions& actions);
+    RecordCard(QWidget& parent, const Localization& localization, Actions actions);
 
     void setContent(const Content& content);
 
