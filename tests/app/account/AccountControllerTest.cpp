@@ -279,7 +279,7 @@ TEST_F(AccountControllerTest, AnEndlessMessageIsCutToOneLineOfPlainText)
     const QString written = u"<b>No</b>\n\n<img src=x>\u202E\u2067 \u0007%1 "_s;
     openLogin();
     controller->performInlineLogin(u"secret"_s);
-    answer(500, errorAnswer(written + QString(100 * 1024, u'字')));
+    answer(500, errorAnswer(written + QString(102'400, u'字')));
 
     EXPECT_TRUE(shown().message.startsWith(u"<b>No</b> <img src=x> %1 字字"_s));
     EXPECT_EQ(shown().message.size(), 500);

@@ -180,7 +180,7 @@ TEST_F(AccountPageTest, AMessageOfAnyLengthIsOneLineOfPlainText)
     open();
     controller.continueAccountFlow(address, AccountMode::SignIn);
     button("Sign in")->click();
-    const QByteArray endless(100 * 1024, 'x');
+    const QByteArray endless(102'400, 'x');
     answer(500, R"({"error": {"message": "<b>no</b> )" + endless + R"("}})");
 
     const auto* const message = testing::PageWindow::find<ui::Label>(*page, "accountAuthMessage");

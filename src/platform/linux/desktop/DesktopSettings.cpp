@@ -33,28 +33,35 @@ constexpr std::array desktops{
 
 constexpr std::array mixers{"pavucontrol"_L1, "pavucontrol-qt"_L1};
 
+/// The commands of the desktop with this name.
+QList<QLatin1StringView> commandsOf(const QString& desktop, SettingsPane pane)
+{
+    QList<QLatin1StringView> commands;
+    for (const DesktopRow& row : desktops) {
+        if (desktop.compare(row.desktop, Qt::CaseInsensitive) == 0)
+            commands.append(pane == SettingsPane::Accessibility ? row.accessibility : row.sound);
+    }
+    return commands;
+}
+
 } // namespace
 
 QList<QStringList> settingsCommands(SettingsPane pane, const QString& currentDesktop)
 {
+    if (pane == SettingsPane::SpeechRecognition)
+        return {};
+    QList<QLatin1StringView> lines;
+    // "ubuntu:GNOME": the most special name first.
+    for (const QString& name : currentDesktop.split(u':', Qt::SkipEmptyParts))
+        lines += commandsOf(name, pane);
+    if (pane == SettingsPane::Microphone)
+        lines.append({mixers.begin(), mixers.end()});
+
     QList<QStringList> commands;
-    const auto add = [&commands](QLatin1StringView command) {
-        const QStringList words = QString(command).split(u' ', Qt::SkipEmptyParts);
+    for (const QLatin1StringView line : lines) {
+        const QStringList words = QString(line).split(u' ', Qt::SkipEmptyParts);
         if (!words.isEmpty() && !commands.contains(words))
             commands.append(words);
-    };
-    if (pane == SettingsPane::SpeechRecognition)
-        return commands;
-    // "ubuntu:GNOME": the most special name first.
-    for (const QString& name : currentDesktop.split(u':', Qt::SkipEmptyParts)) {
-        for (const DesktopRow& row : desktops) {
-            if (name.compare(row.desktop, Qt::CaseInsensitive) == 0)
-                add(pane == SettingsPane::Accessibility ? row.accessibility : row.sound);
-        }
-    }
-    if (pane == SettingsPane::Microphone) {
-        for (const QLatin1StringView mixer : mixers)
-            add(mixer);
     }
     return commands;
 }
