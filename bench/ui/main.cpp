@@ -17,9 +17,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QTimeZone>
 
 #include <algorithm>
@@ -166,8 +166,10 @@ void measureFind(int records)
     stage.preferences->setValue(tavrin::keys::historyRetention, u"forever"_s);
     stage.launch();
     press(stage, SettingsPage::History);
-    QKeyEvent find(QEvent::KeyPress, Qt::Key_F, Qt::ControlModifier);
-    QApplication::sendEvent(stage.window(), &find);
+    for (QShortcut* const shortcut : stage.window()->findChildren<QShortcut*>()) {
+        if (shortcut->key() == QKeySequence(QKeySequence::Find))
+            Q_EMIT shortcut->activated();
+    }
     const QString word = u"kowalczyk"_s;
 
     tavrin::HistoryStore::Ports ports{*stage.platform.preferences, *stage.platform.clock,

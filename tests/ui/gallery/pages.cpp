@@ -187,7 +187,7 @@ QList<Scene> scenes()
                        stage.select(SettingsPage::History);
                        QTest::keyClick(stage.window(), Qt::Key_F, Qt::ControlModifier);
                        QApplication::processEvents();
-                       type(stage, u"historyFindField"_s, u"会议"_s);
+                       type(stage, u"historySearchField"_s, u"会议"_s);
                    }},
                {u"history-empty"_s, {}, page(SettingsPage::History)},
                {u"dictionary"_s, addTerms, page(SettingsPage::Dictionary)},
