@@ -30,7 +30,17 @@ struct Scene {
     QString name;
     std::function<void(Stage&)> before; ///< The launch.
     std::function<void(Stage&)> after;
+    QString title = u"Tavrin"_s; ///< Of the window that the picture is of.
 };
+
+QWidget* windowTitled(const QString& title)
+{
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->windowTitle() == title)
+            return window;
+    }
+    return nullptr;
+}
 
 QJsonObject record(double timestamp, const QString& mode, const QString& text)
 {
@@ -225,7 +235,8 @@ bool show(const Scene& scene, const QString& language, const QDir& folder)
         scene.after(stage);
     QApplication::processEvents();
     const QString path = folder.filePath(u"%1-%2.png"_s.arg(scene.name, language));
-    const bool saved = stage.window()->grab().save(path);
+    QWidget* const window = windowTitled(scene.title);
+    const bool saved = window && window->grab().save(path);
     QApplication::setFont(font);
     if (!saved)
         std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
