@@ -219,6 +219,15 @@ QList<Scene> scenes()
                            keys::lastDeliveryReason, u"目标应用没有接受粘贴"_s);
                    },
                    page(SettingsPage::Permissions)},
+               {u"personalization"_s, {},
+                   [](Stage& stage) {
+                       const QString language =
+                           stage.preferences->value(keys::interfaceLanguage).toString();
+                       stage.statusItem->press(language == "en"_L1 ? u"Writing style settings…"_s
+                               : language == "zh-Hant"_L1          ? u"寫作風格設定…"_s
+                                                                   : u"写作风格设置…"_s);
+                   },
+                   u"Tavrin 写作风格"_s},
            }
     + accountScenes();
 }
