@@ -19,13 +19,14 @@ namespace {
 /// Two recognisers, of which the chosen one hears two languages.
 std::unique_ptr<RecogniserSettings> inMemory()
 {
+    static constexpr LocalizedText first{u"一"};
+    static constexpr LocalizedText second{u"二"};
     auto settings = std::make_unique<InMemoryRecogniserSettings>();
-    settings->offered = {
-        .recognisers = {{u"one"_s, LocalizedText{u"一"}}, {u"two"_s, LocalizedText{u"二"}}},
-        .recogniser = u"one"_s,
-        .languages = {u"en-US"_s, u"de"_s},
-        .language = u"en-US"_s,
-    };
+    settings->offered.recognisers.append(RecogniserChoice{u"one"_s, first});
+    settings->offered.recognisers.append(RecogniserChoice{u"two"_s, second});
+    settings->offered.recogniser = u"one"_s;
+    settings->offered.languages = {u"en-US"_s, u"de"_s};
+    settings->offered.language = u"en-US"_s;
     return settings;
 }
 

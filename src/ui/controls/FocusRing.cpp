@@ -113,16 +113,17 @@ void FocusRing::follow(QWidget* control)
 
 void FocusRing::updatePlace()
 {
-    if (!m_control || !m_keyboard || wantsNone(*m_control) || !m_control->isVisible()) {
+    const QWidget* const control = m_control.data();
+    if (!control || !m_keyboard || wantsNone(*control) || !control->isVisible()) {
         hide();
         return;
     }
-    const bool inside = m_control->property(insideProperty).toBool();
+    const bool inside = control->property(insideProperty).toBool();
     const int outside = inside ? 0 : ringGap + ringWidth;
-    const QRect around = QRect(m_control->mapTo(window(), QPoint()), m_control->size())
+    const QRect around = QRect(control->mapTo(window(), QPoint()), control->size())
                              .adjusted(-outside, -outside, outside, outside);
     setGeometry(around);
-    const QRect visible = around & room(*m_control, *window());
+    const QRect visible = around & room(*control, *window());
     setMask(visible.translated(-around.topLeft()));
     raise();
     setVisible(!visible.isEmpty());
@@ -131,11 +132,12 @@ void FocusRing::updatePlace()
 
 void FocusRing::paintEvent(QPaintEvent* /*event*/)
 {
-    if (!m_control)
+    const QWidget* const control = m_control.data();
+    if (!control)
         return;
     QPainter painter(this);
-    const QVariant radius = m_control->property(radiusProperty);
-    const bool inside = m_control->property(insideProperty).toBool();
+    const QVariant radius = control->property(radiusProperty);
+    const bool inside = control->property(insideProperty).toBool();
     const double own = radius.isValid() ? radius.toDouble() : usualRadius;
     drawBox(painter, rect(),
         {inside ? own : own + ringGap + ringWidth, {}, brand::tavPurple(), ringWidth});

@@ -105,9 +105,12 @@ void addMachine(Stage& stage)
 {
     stage.devices->addMicrophone(1, u"Built-in Audio Analog Stereo"_s, u"built-in"_s);
     stage.devices->defaultInput = 1;
-    stage.recogniserSettings->offered = {
-        {{u"sphinx"_s, LocalizedText{u"内置", u"內建", u"Built-in"}}}, u"sphinx"_s,
-        {u"en-US"_s, u"zh-CN"_s}, u"en-US"_s};
+    static constexpr LocalizedText builtIn{u"内置", u"內建", u"Built-in"};
+    RecogniserChoices& offered = stage.recogniserSettings->offered;
+    offered.recognisers.append(RecogniserChoice{u"sphinx"_s, builtIn});
+    offered.recogniser = u"sphinx"_s;
+    offered.languages = {u"en-US"_s, u"zh-CN"_s};
+    offered.language = u"en-US"_s;
 }
 
 std::function<void(Stage&)> page(SettingsPage which)
