@@ -52,7 +52,7 @@ protected:
         ASSERT_FALSE(stage.recognizer->calls.empty());
         stage.recognizer->calls.back().answer(text);
         stage.settle(0s);
-        stage.http->answer(200, "{\"text\": \"" + text.toUtf8() + "\"}");
+        stage.http->answer(200, R"({"text": ")" + text.toUtf8() + R"("})");
         stage.settle(10s);
     }
 

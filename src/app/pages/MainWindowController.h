@@ -35,7 +35,7 @@ public:
     void selectSettingsPage(SettingsPage page);
 
     /// Has the page that is shown read its state anew: it stands in the window only now.
-    void refreshSelectedPage() { m_neighbours.refresh(m_content.page); }
+    void refreshSelectedPage() const { m_neighbours.refresh(m_content.page); }
 
     /// The stored session came or went: shows or hides what needs one.
     void refreshSidebar();
