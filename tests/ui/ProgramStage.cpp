@@ -94,7 +94,7 @@ void ProgramStage::settle(Seconds duration)
     QApplication::processEvents();
 }
 
-QWidget* ProgramStage::window() const
+QWidget* ProgramStage::window()
 {
     for (QWidget* const widget : QApplication::topLevelWidgets()) {
         if (widget->windowTitle() == "Tavrin"_L1 && widget->size() == QSize(820, 640))

@@ -45,7 +45,7 @@ public:
     void settle(Seconds duration);
 
     /// The main window. Null before the launch.
-    [[nodiscard]] QWidget* window() const;
+    [[nodiscard]] static QWidget* window();
 
     /// Of the sidebar.
     [[nodiscard]] QAbstractButton* sidebarButton(SettingsPage page) const;
