@@ -103,7 +103,7 @@ QWidget* ProgramStage::window()
     return nullptr;
 }
 
-QAbstractButton* ProgramStage::sidebarButton(SettingsPage page) const
+QAbstractButton* ProgramStage::sidebarButton(SettingsPage page)
 {
     const auto* const place = std::ranges::find(sidebarButtons, page);
     const LocalizedText& title =

@@ -48,7 +48,7 @@ public:
     [[nodiscard]] static QWidget* window();
 
     /// Of the sidebar.
-    [[nodiscard]] QAbstractButton* sidebarButton(SettingsPage page) const;
+    [[nodiscard]] static QAbstractButton* sidebarButton(SettingsPage page);
 
     /// Presses the sidebar's button, and lets the page come to rest.
     void select(SettingsPage page);

@@ -114,7 +114,7 @@ void TextField::paintEvent(QPaintEvent* event)
         drawBox(painter, rect(), box);
         if (m_kind == Kind::Search || m_kind == Kind::Add)
             drawSymbol(painter, m_kind == Kind::Search ? u"search"_s : u"add"_s,
-                QRectF(textInset, (height() - symbolSide) / 2, symbolSide, symbolSide),
+                QRect(textInset, (height() - symbolSide) / 2, symbolSide, symbolSide),
                 brand::secondaryLabelColor());
         if (!m_note.isEmpty()) {
             painter.setFont(brand::tavCaptionFont());

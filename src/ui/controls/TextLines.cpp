@@ -33,8 +33,9 @@ TextLines fitText(const QString& text, const QFont& font, double width, const Fi
     QFont smaller = font;
     const double pointsPerStep =
         QFontMetricsF(font).height() > 0 ? font.pointSizeF() / QFontInfo(font).pixelSize() : 1;
-    for (double less = 0; less <= fitting.mostSmaller; less += sizeStep) {
-        smaller.setPointSizeF(font.pointSizeF() - less * pointsPerStep);
+    const int steps = static_cast<int>(fitting.mostSmaller / sizeStep);
+    for (int step = 0; step <= steps; ++step) {
+        smaller.setPointSizeF(font.pointSizeF() - step * sizeStep * pointsPerStep);
         if (QFontMetricsF(smaller).horizontalAdvance(visible) <= width)
             return {smaller, {visible}, false};
     }

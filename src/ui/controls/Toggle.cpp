@@ -31,7 +31,7 @@ CheckBox::CheckBox(QWidget& parent, const QRect& frame, const QString& title)
 void CheckBox::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
-    const QRectF square(0, (height() - boxSide) / 2, boxSide, boxSide);
+    const QRect square(0, (height() - boxSide) / 2, boxSide, boxSide);
     Box box{5, Qt::white, isEnabled() ? brand::track() : disabledTrack, outline};
     if (isChecked()) {
         box.fill = isEnabled() ? brand::tavPurple() : brand::purpleDisabled();

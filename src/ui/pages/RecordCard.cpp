@@ -239,7 +239,7 @@ void RecordCard::paintEvent(QPaintEvent* /*event*/)
     m_text.paint(painter, QPointF(textLeft, top), lineHeight);
 }
 
-void RecordCard::toggleWholeText()
+void RecordCard::toggleWholeText() const
 {
     if (canOpen())
         m_actions.toggleWholeText(QString(m_content.row.id));

@@ -72,7 +72,7 @@ protected:
 private:
     void placeControls();
     void nameAfterRecord(Button& button) const;
-    void toggleWholeText();
+    void toggleWholeText() const;
 
     const Localization& m_localization;
     Actions m_actions;

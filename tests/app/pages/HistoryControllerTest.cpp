@@ -2,6 +2,8 @@
 #include "app/pages/HistoryTexts.h"
 #include "platform/linux/LinuxTexts.h"
 
+#include <vector>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -328,7 +330,7 @@ TEST_F(HistoryControllerTest, TheCaptionsAreThoseOfTheThreeLanguages)
         QString zhHans, zhHant, en;
     };
 
-    const Row rows[]{
+    const std::vector<Row> rows{
         {texts::historyTitle, u"历史记录"_s, u"歷史記錄"_s, u"History"_s},
         {texts::historySubtitle, u"默认显示整理结果，需要时可查看原文。仅保存在本机。"_s,
             u"預設顯示整理結果，需要時可查看原文。僅保存在本機。"_s,

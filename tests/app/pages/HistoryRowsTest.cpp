@@ -206,7 +206,8 @@ TEST_F(HistoryRowsTest, SomeOfTheRecordsCanBeListed)
 TEST_F(HistoryRowsTest, CopiesAreTheSameRowsAndOthersAreNot)
 {
     const HistoryRows first = rows({R"({"id":"A"})"});
-    const HistoryRows copy = first;
+    HistoryRows copy;
+    copy = first;
     EXPECT_TRUE(first.isSameAs(copy));
     EXPECT_FALSE(first.isSameAs(rows({R"({"id":"A"})"})));
     EXPECT_TRUE(HistoryRows().isEmpty());

@@ -2,6 +2,7 @@
 #include "app/pages/OverviewTexts.h"
 
 #include <optional>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -205,7 +206,7 @@ TEST_F(OverviewControllerTest, TheCaptionsAreThoseOfTheThreeLanguages)
         QString zhHans, en;
     };
 
-    const Row rows[]{
+    const std::vector<Row> rows{
         {texts::overviewTitle, u"概览"_s, u"Overview"_s},
         {texts::overviewSubtitle, u"说出想法，Tavrin 将它整理成可直接使用的文字。"_s,
             u"Speak your thoughts. Tavrin turns them into ready-to-use text."_s},

@@ -44,7 +44,7 @@ protected:
         return names;
     }
 
-    void signOut() { stage.preferences->remove(keys::cloudAccessToken); }
+    void signOut() const { stage.preferences->remove(keys::cloudAccessToken); }
 };
 
 TEST_F(MainWindowFrameTest, TheWindowHasItsFixedSizeAndTitleInTheMiddleOfTheScreen)
