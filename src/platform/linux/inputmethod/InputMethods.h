@@ -35,6 +35,9 @@ public:
     /// and has not answered, or stays on. What it was asked for may still come about: putBack().
     [[nodiscard]] bool setAside();
 
+    /// Whether something was set aside and not put back yet.
+    [[nodiscard]] bool isAside() const { return m_aside.has_value(); }
+
     /// Waits until the input method has dealt with the keys that the program in front has handed to
     /// it. False when there was none at the last call of setAside().
     [[nodiscard]] bool waitForKeys();

@@ -187,6 +187,13 @@ KeyPosting Typist::typeText(const QString& text, const RunningApplication& targe
         m_inputMethods.putBack();
         return KeyPosting::Unsuitable;
     }
+    // What was being composed reaches the program as text of its own: let it be there before the
+    // first key.
+    if (m_inputMethods.isAside() && !waitForKeys(window)) {
+        qCWarning(log::platform) << "Nothing is typed: the program does not answer";
+        settle();
+        return KeyPosting::Refused;
+    }
     const KeyPosting posting = typePlain(text, window, turn);
     settleAfter(posting != KeyPosting::Unanswered);
     return posting;
