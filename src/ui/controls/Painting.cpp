@@ -18,7 +18,7 @@ namespace {
 
 /// Weights of a Gaussian with this standard deviation, from the middle outwards; their sum over
 /// both sides is 1.
-std::vector<double> gaussian(double deviation)
+std::vector<float> gaussian(double deviation)
 {
     constexpr double reach = 3; // Deviations; beyond lies less than a third of a percent.
     std::vector<double> weights;
@@ -27,26 +27,60 @@ std::vector<double> gaussian(double deviation)
         weights.push_back(std::exp(-i * i / (2 * deviation * deviation)));
         sum += i == 0 ? weights.back() : 2 * weights.back();
     }
-    for (double& weight : weights)
-        weight /= sum;
-    return weights;
+    std::vector<float> result(weights.size());
+    std::ranges::transform(
+        weights, result.begin(), [sum](double weight) { return static_cast<float>(weight / sum); });
+    return result;
 }
 
-/// Blurs a picture of opacities along its rows, and exchanges rows and columns.
-QImage blurredAndTurned(const QImage& source, const std::vector<double>& weights)
+/// Opacities from 0 to 255, row by row.
+struct Mask {
+    std::size_t width = 0;
+    std::size_t height = 0;
+    std::vector<float> opacities;
+};
+
+/// Blurs along the rows, and exchanges rows and columns.
+Mask blurredAndTurned(const Mask& source, const std::vector<float>& weights)
 {
-    QImage result(source.height(), source.width(), QImage::Format_Alpha8);
-    const int reach = static_cast<int>(weights.size()) - 1;
-    for (int y = 0; y < source.height(); ++y) {
-        const uchar* const row = source.constScanLine(y);
-        for (int x = 0; x < source.width(); ++x) {
-            double sum = 0;
-            for (int i = std::max(-reach, -x); i <= std::min(reach, source.width() - 1 - x); ++i)
-                sum += row[x + i] * weights[static_cast<std::size_t>(std::abs(i))];
-            result.scanLine(x)[y] = static_cast<uchar>(std::lround(sum));
+    const std::size_t reach = weights.size() - 1;
+    Mask result{source.height, source.width, std::vector<float>(source.opacities.size())};
+    std::vector<float> row(source.width + 2 * reach); // Nothing on either side.
+    for (std::size_t y = 0; y < source.height; ++y) {
+        std::copy_n(source.opacities.data() + y * source.width, source.width, row.data() + reach);
+        for (std::size_t x = 0; x < source.width; ++x) {
+            const float* const place = row.data() + reach + x;
+            float sum = *place * weights[0];
+            for (std::size_t i = 1; i <= reach; ++i)
+                sum += (*(place - i) + place[i]) * weights[i];
+            result.opacities[x * source.height + y] = sum;
         }
     }
     return result;
+}
+
+Mask maskOf(const QImage& image)
+{
+    Mask mask{
+        static_cast<std::size_t>(image.width()), static_cast<std::size_t>(image.height()), {}};
+    for (int y = 0; y < image.height(); ++y) {
+        const uchar* const row = image.constScanLine(y);
+        mask.opacities.insert(mask.opacities.end(), row, row + image.width());
+    }
+    return mask;
+}
+
+QImage imageOf(const Mask& mask)
+{
+    QImage image(
+        static_cast<int>(mask.width), static_cast<int>(mask.height), QImage::Format_Alpha8);
+    auto opacity = mask.opacities.begin();
+    for (int y = 0; y < image.height(); ++y) {
+        std::transform(opacity, opacity + image.width(), image.scanLine(y),
+            [](float value) { return static_cast<uchar>(std::lround(value)); });
+        opacity += image.width();
+    }
+    return image;
 }
 
 constexpr int middle = 2; // Points between the corners of a shadow's picture, to be stretched.
@@ -81,8 +115,8 @@ QPixmap shadowPicture(int radius, int half, const Shadow& shadow, double ratio)
     painter.drawRoundedRect(
         QRectF(outside, outside, side - 2 * outside, side - 2 * outside), radius, radius);
     painter.end();
-    const std::vector<double> weights = gaussian(shadow.blur * ratio);
-    mask = blurredAndTurned(blurredAndTurned(mask, weights), weights);
+    const std::vector<float> weights = gaussian(shadow.blur * ratio);
+    mask = imageOf(blurredAndTurned(blurredAndTurned(maskOf(mask), weights), weights));
     QImage image(mask.size(), QImage::Format_ARGB32_Premultiplied);
     image.fill(shadow.color);
     painter.begin(&image);
@@ -130,9 +164,15 @@ void drawShadow(QPainter& painter, const QRect& frame, int radius, const Shadow&
         frame.adjusted(-outside, -outside, outside, outside).translated(0, shadow.down);
     const int corner = outside + half;
     const auto pixels = static_cast<int>(std::lround(corner * ratio));
+    painter.save();
+    // What the box covers, but for its corners, is most of the picture.
+    painter.setClipRegion(
+        QRegion(target).subtracted(frame.adjusted(radius, radius, -radius, -radius)),
+        Qt::IntersectClip);
     qDrawBorderPixmap(&painter, target, QMargins(corner, corner, corner, corner), picture,
         picture.rect(), QMargins(pixels, pixels, pixels, pixels),
         QTileRules(Qt::StretchTile, Qt::StretchTile));
+    painter.restore();
 }
 
 } // namespace tavrin::ui
