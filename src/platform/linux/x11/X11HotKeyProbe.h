@@ -3,6 +3,8 @@
 #include "platform/HotKeyProbe.h"
 #include "platform/linux/x11/X11Connection.h"
 
+#include <optional>
+
 namespace tavrin {
 
 /// Tries to grab the combination for a moment; the X server refuses it when somebody else has it.
@@ -13,9 +15,11 @@ public:
     [[nodiscard]] std::optional<bool> isKeptByDesktop(int keyCode, KeyModifiers modifiers) override;
 
 private:
-    [[nodiscard]] bool canGrabWithAnyLock(xcb_keycode_t code, quint16 mask) const;
+    /// Opened when it is first asked for: the start of the program has no question.
+    [[nodiscard]] const X11Connection& connection();
+    [[nodiscard]] bool canGrabWithAnyLock(xcb_keycode_t code, quint16 mask);
 
-    X11Connection m_connection;
+    std::optional<X11Connection> m_connection;
 };
 
 } // namespace tavrin
