@@ -26,7 +26,7 @@ public:
     virtual ~Workspace() = default;
 
     /// Reads in the background what the first question would otherwise wait for (Linux: the names
-    /// of the installed programs). Called once, a little after the launch; every question is
+    /// of the installed programs, whether motion is to be reduced). Called once, a little after the launch; every question is
     /// answered without.
     virtual void warmUp() = 0;
 

@@ -25,7 +25,7 @@ QVariant unpacked(QVariant value)
 
 } // namespace
 
-ReducedMotion::ReducedMotion()
+void ReducedMotion::follow()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())

@@ -7,12 +7,14 @@ class QDBusVariant;
 namespace tavrin {
 
 /// Whether the user asked the desktop for less animation, as the desktop's settings portal says.
-/// Asked without waiting, and only where the portal runs already; "no" until it has answered.
+/// Asked without waiting, and only where the portal runs already; "no" until it has answered. Main
+/// thread only.
 class ReducedMotion final : public QObject {
     Q_OBJECT
 
 public:
-    ReducedMotion();
+    /// Asks the desktop, and follows what it says from then on. Called once.
+    void follow();
 
     [[nodiscard]] bool isPreferred() const { return m_preferred; }
 

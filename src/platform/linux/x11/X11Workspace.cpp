@@ -183,6 +183,12 @@ bool X11Workspace::isCompositing() const
     return m_windows.isCompositing();
 }
 
+void X11Workspace::warmUp()
+{
+    m_desktopFiles.readAhead();
+    m_reducedMotion.follow();
+}
+
 bool X11Workspace::prefersReducedMotion() const
 {
     return m_reducedMotion.isPreferred();

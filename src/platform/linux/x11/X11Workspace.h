@@ -13,7 +13,7 @@ class X11Workspace final : public Workspace {
 public:
     X11Workspace();
 
-    void warmUp() override { m_desktopFiles.readAhead(); }
+    void warmUp() override;
 
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
     bool activate(const RunningApplication& application) override;
