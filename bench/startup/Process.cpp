@@ -60,28 +60,33 @@ double Process::residentMemory() const
     return static_cast<double>(numberIn(folderOf(m_pid) / "status", "VmRSS")) / 1024;
 }
 
-long Process::wakeUps() const
+std::map<std::string, ThreadUse> Process::threads() const
 {
-    long sum = 0;
-    std::error_code gone;
-    for (const auto& thread : std::filesystem::directory_iterator(folderOf(m_pid) / "task", gone))
-        sum += numberIn(thread.path() / "status", "voluntary_ctxt_switches");
-    return sum;
-}
-
-double Process::cpuTime() const
-{
-    // The scheduler's own count, in nanoseconds: the ticks of "stat" are too coarse for an idle
-    // program.
-    double nanoseconds = 0;
+    std::map<std::string, ThreadUse> threads;
     std::error_code gone;
     for (const auto& thread : std::filesystem::directory_iterator(folderOf(m_pid) / "task", gone)) {
-        std::ifstream file(thread.path() / "schedstat");
-        double running = 0;
-        file >> running;
-        nanoseconds += running;
+        // The scheduler's own count, in nanoseconds: the ticks of "stat" are too coarse for an idle
+        // program.
+        std::ifstream schedule(thread.path() / "schedstat");
+        double nanoseconds = 0;
+        schedule >> nanoseconds;
+        threads[thread.path().filename()] = {
+            numberIn(thread.path() / "status", "voluntary_ctxt_switches"), nanoseconds / 1e6};
     }
-    return nanoseconds / 1e6;
+    return threads;
+}
+
+ThreadUse usedSince(
+    const std::map<std::string, ThreadUse>& before, const std::map<std::string, ThreadUse>& now)
+{
+    ThreadUse used;
+    for (const auto& [thread, use] : now) {
+        const auto earlier = before.find(thread);
+        const ThreadUse start = earlier == before.end() ? ThreadUse{} : earlier->second;
+        used.wakeUps += use.wakeUps - start.wakeUps;
+        used.cpuTime += use.cpuTime - start.cpuTime;
+    }
+    return used;
 }
 
 } // namespace bench

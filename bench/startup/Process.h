@@ -1,9 +1,20 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <sys/types.h>
 
 namespace bench {
+
+struct ThreadUse {
+    long wakeUps = 0; ///< From waiting.
+    double cpuTime = 0; ///< In milliseconds.
+};
+
+/// What the threads of @p now have used together since @p before. One that has ended took its count
+/// along.
+[[nodiscard]] ThreadUse usedSince(
+    const std::map<std::string, ThreadUse>& before, const std::map<std::string, ThreadUse>& now);
 
 /// A program that runs until its owner goes. Figures come from the kernel; each is 0 once it has
 /// ended.
@@ -23,11 +34,8 @@ public:
     /// In MB (2^20 bytes).
     [[nodiscard]] double residentMemory() const;
 
-    /// How often its threads, all together, have woken from waiting.
-    [[nodiscard]] long wakeUps() const;
-
-    /// In milliseconds, all threads together.
-    [[nodiscard]] double cpuTime() const;
+    /// What each of its threads has used so far, by the kernel's number.
+    [[nodiscard]] std::map<std::string, ThreadUse> threads() const;
 
 private:
     pid_t m_pid = -1;

@@ -50,7 +50,7 @@ Start startOnce(Desktop& desktop, const std::string& path)
     };
     const Process process(path);
     const Appearance appearance = desktop.awaitAppearance(process.pid());
-    const double cpu = process.cpuTime();
+    const double cpu = usedSince({}, process.threads()).cpuTime;
     std::this_thread::sleep_for(settling);
     return {since(appearance.statusItem), since(appearance.window),
         since(std::max(appearance.statusItem, appearance.window)), cpu, process.residentMemory()};
@@ -77,17 +77,15 @@ std::array<Idle, 2> standIdle(
     std::this_thread::sleep_for(std::chrono::seconds(3));
 
     const std::array<const Process*, 2> processes{&bare, &program};
-    std::array<long, 2> wakeUps{};
-    std::array<double, 2> cpu{};
-    for (std::size_t i = 0; i < processes.size(); ++i) {
-        wakeUps[i] = processes[i]->wakeUps();
-        cpu[i] = processes[i]->cpuTime();
-    }
+    std::array<std::map<std::string, ThreadUse>, 2> before;
+    for (std::size_t i = 0; i < processes.size(); ++i)
+        before[i] = processes[i]->threads();
     std::this_thread::sleep_for(std::chrono::seconds(seconds));
     std::array<Idle, 2> result;
-    for (std::size_t i = 0; i < processes.size(); ++i)
-        result[i] = {static_cast<double>(processes[i]->wakeUps() - wakeUps[i]) / seconds,
-            processes[i]->cpuTime() - cpu[i]};
+    for (std::size_t i = 0; i < processes.size(); ++i) {
+        const ThreadUse used = usedSince(before[i], processes[i]->threads());
+        result[i] = {static_cast<double>(used.wakeUps) / seconds, used.cpuTime};
+    }
     return result;
 }
 
