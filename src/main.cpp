@@ -9,6 +9,7 @@
 #include "platform/Platform.h"
 #include "platform/ProgramInstance.h"
 #include "ui/DesktopInterface.h"
+#include "ui/alerts/DrawnAlerts.h"
 
 #include <QApplication>
 #include <QFile>
@@ -16,6 +17,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 
 using namespace tavrin;
@@ -64,7 +66,7 @@ void configureLogging(bool verbose)
 
 int run(ProgramInstance& instance)
 {
-    Platform platform = createPlatform();
+    Platform platform = createPlatform(std::make_unique<ui::DrawnAlerts>());
     AppDelegate delegate({
         .platform = &platform,
         .createUserInterface = createDesktopInterface,

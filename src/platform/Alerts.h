@@ -23,7 +23,10 @@ struct AlertField {
 };
 
 struct Alert {
-    enum class Style { Informational, Warning };
+    enum class Style {
+        Informational,
+        Warning, ///< Of an error; of what the first button does, where there are others.
+    };
 
     Style style = Style::Informational;
     QString messageText; ///< The title.

@@ -73,7 +73,8 @@ struct HealthPorts : MachinePorts {
 
 /// The ports of the desktop that this build is for. Called once, on the main thread, when the
 /// QApplication exists.
-[[nodiscard]] Platform createPlatform();
+/// @param drawn the program's own alerts, for a desktop that has none.
+[[nodiscard]] Platform createPlatform(std::unique_ptr<Alerts> drawn);
 
 /// Those that need no desktop and disturb no program that runs already. Called once, instead of
 /// createPlatform(), when a QCoreApplication exists.

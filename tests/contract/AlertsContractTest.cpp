@@ -1,7 +1,7 @@
 #include "contract/Subject.h"
-#include "platform/qt/QtAlerts.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedAlerts.h"
+#include "ui/alerts/DrawnAlerts.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -57,13 +57,13 @@ QDialog* openDialog()
     return nullptr;
 }
 
-class QtSubject final : public AlertsSubject {
+class DrawnSubject final : public AlertsSubject {
 public:
-    ~QtSubject() override { destroy(); }
+    ~DrawnSubject() override { destroy(); }
 
-    QtSubject() = default;
-    QtSubject(const QtSubject&) = delete;
-    QtSubject& operator=(const QtSubject&) = delete;
+    DrawnSubject() = default;
+    DrawnSubject(const DrawnSubject&) = delete;
+    DrawnSubject& operator=(const DrawnSubject&) = delete;
 
     [[nodiscard]] Alerts& alerts() override { return *m_alerts; }
 
@@ -93,7 +93,7 @@ public:
     }
 
 private:
-    std::unique_ptr<QtAlerts> m_alerts = std::make_unique<QtAlerts>();
+    std::unique_ptr<ui::DrawnAlerts> m_alerts = std::make_unique<ui::DrawnAlerts>();
 };
 
 class AlertsContractTest : public ContractTest<AlertsSubject> {
@@ -116,7 +116,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Implementations, AlertsContractTest,
     ::testing::Values(
         Implementation<AlertsSubject>{"Scripted", makeSubject<AlertsSubject, ScriptedSubject>},
-        Implementation<AlertsSubject>{"Qt", makeSubject<AlertsSubject, QtSubject>}),
+        Implementation<AlertsSubject>{"Drawn", makeSubject<AlertsSubject, DrawnSubject>}),
     implementationName);
 
 TEST_P(AlertsContractTest, EveryButtonAnswersWithItsPlace)
@@ -191,7 +191,7 @@ TEST_P(AlertsContractTest, WhatIsOpenAtTheEndIsAnsweredAsByEscape)
     EXPECT_EQ(m_answers, (QList<AlertAnswer>{{0, {}}}));
 }
 
-class QtAlertsTest : public ::testing::Test {
+class DrawnAlertsTest : public ::testing::Test {
 protected:
     void show(const Alert& alert)
     {
@@ -205,14 +205,14 @@ protected:
         QCoreApplication::sendEvent(receiver ? receiver : openDialog(), &event);
     }
 
-    QtAlerts m_alerts;
+    ui::DrawnAlerts m_alerts;
     QList<AlertAnswer> m_answers;
 };
 
 const Alert question{Alert::Style::Warning, QStringLiteral("<b>Title</b>"),
     QStringLiteral("<i>a</i> & b"), {QStringLiteral("Yes"), QStringLiteral("No")}, {}};
 
-TEST_F(QtAlertsTest, EscapeAndClosingPressTheLastButton)
+TEST_F(DrawnAlertsTest, EscapeAndClosingPressTheLastButton)
 {
     show(question);
     press(Qt::Key_Escape);
@@ -221,7 +221,7 @@ TEST_F(QtAlertsTest, EscapeAndClosingPressTheLastButton)
     EXPECT_EQ(m_answers, (QList<AlertAnswer>{{1, {}}, {1, {}}}));
 }
 
-TEST_F(QtAlertsTest, EscapeAndClosingPressTheButtonThatTheAlertNames)
+TEST_F(DrawnAlertsTest, EscapeAndClosingPressTheButtonThatTheAlertNames)
 {
     Alert alert = question;
     alert.escapeButton = 0;
@@ -232,7 +232,7 @@ TEST_F(QtAlertsTest, EscapeAndClosingPressTheButtonThatTheAlertNames)
     EXPECT_EQ(m_answers, (QList<AlertAnswer>{{0, {}}, {0, {}}}));
 }
 
-TEST_F(QtAlertsTest, ReturnPressesTheFirstButtonAlsoFromAField)
+TEST_F(DrawnAlertsTest, ReturnPressesTheFirstButtonAlsoFromAField)
 {
     show(question);
     press(Qt::Key_Return);
@@ -245,7 +245,7 @@ TEST_F(QtAlertsTest, ReturnPressesTheFirstButtonAlsoFromAField)
     EXPECT_EQ(m_answers[1], (AlertAnswer{0, {QStringLiteral("old")}}));
 }
 
-TEST_F(QtAlertsTest, AnAlertIsAnsweredBeforeAnythingElseOfTheProgramIsUsed)
+TEST_F(DrawnAlertsTest, AnAlertIsAnsweredBeforeAnythingElseOfTheProgramIsUsed)
 {
     QWidget other;
     other.show();
@@ -257,7 +257,7 @@ TEST_F(QtAlertsTest, AnAlertIsAnsweredBeforeAnythingElseOfTheProgramIsUsed)
     EXPECT_FALSE(QApplication::activeModalWidget());
 }
 
-TEST_F(QtAlertsTest, TextsAreShownAsTheyAre)
+TEST_F(DrawnAlertsTest, TextsAreShownAsTheyAre)
 {
     show(question);
     QStringList shown;
@@ -267,7 +267,7 @@ TEST_F(QtAlertsTest, TextsAreShownAsTheyAre)
     press(Qt::Key_Escape);
 }
 
-TEST_F(QtAlertsTest, ASecureFieldHidesWhatIsTyped)
+TEST_F(DrawnAlertsTest, ASecureFieldHidesWhatIsTyped)
 {
     Alert alert = question;
     alert.fields = {{QStringLiteral("Password"), QString(), QString(), true}};
@@ -276,7 +276,7 @@ TEST_F(QtAlertsTest, ASecureFieldHidesWhatIsTyped)
     press(Qt::Key_Escape);
 }
 
-TEST_F(QtAlertsTest, AFieldHasItsSizeAndIsTallEnoughForItsFont)
+TEST_F(DrawnAlertsTest, AFieldHasItsSizeAndIsTallEnoughForItsFont)
 {
     Alert alert = question;
     alert.fields = {{.label = {}, .text = {}, .placeholder = {}, .size = QSize(320, 40)},
@@ -288,7 +288,7 @@ TEST_F(QtAlertsTest, AFieldHasItsSizeAndIsTallEnoughForItsFont)
     press(Qt::Key_Escape);
 }
 
-TEST_F(QtAlertsTest, AFieldTakesATextOfAnyLength)
+TEST_F(DrawnAlertsTest, AFieldTakesATextOfAnyLength)
 {
     const QString longText = QStringLiteral("term ").repeated(20'000);
     Alert alert = question;
@@ -301,7 +301,7 @@ TEST_F(QtAlertsTest, AFieldTakesATextOfAnyLength)
     EXPECT_TRUE(m_answers[0].fields.first() == longText + QStringLiteral("end"));
 }
 
-TEST_F(QtAlertsTest, EveryFieldHasANameForAScreenReader)
+TEST_F(DrawnAlertsTest, EveryFieldHasANameForAScreenReader)
 {
     Alert alert = question;
     alert.fields = {{.label = QStringLiteral("Name"), .text = {}, .placeholder = {}},
@@ -316,7 +316,7 @@ TEST_F(QtAlertsTest, EveryFieldHasANameForAScreenReader)
     press(Qt::Key_Escape);
 }
 
-TEST_F(QtAlertsTest, TextsOfAnySizeFitTheScreen)
+TEST_F(DrawnAlertsTest, TextsOfAnySizeFitTheScreen)
 {
     Alert huge = question;
     huge.messageText = QStringLiteral("标题").repeated(5000);

@@ -18,7 +18,6 @@
 #include "platform/linux/x11/X11SyntheticKeyboard.h"
 #include "platform/linux/x11/X11Workspace.h"
 #include "platform/qt/BackgroundThread.h"
-#include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtClock.h"
 #include "platform/qt/QtHttpTransport.h"
 #include "platform/qt/QtMainQueue.h"
@@ -68,7 +67,7 @@ HealthPorts createHealthPorts()
     };
 }
 
-Platform createPlatform()
+Platform createPlatform(std::unique_ptr<Alerts> drawn)
 {
     MachinePorts machine = createMachinePorts();
     auto workspace = std::make_unique<X11Workspace>();
@@ -96,7 +95,7 @@ Platform createPlatform()
         std::move(recogniserSettings),
         std::make_unique<PulseSoundPlayer>(QStringLiteral(":/Sounds")),
         std::make_unique<QtStatusItem>(),
-        std::make_unique<QtAlerts>(),
+        std::move(drawn),
         std::move(permissions),
         std::make_unique<IcuWordBreaker>(),
     };

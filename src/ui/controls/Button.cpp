@@ -12,6 +12,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace tavrin::ui {
 namespace {
 
@@ -140,10 +142,15 @@ QFont Button::titleFont() const
     Q_UNREACHABLE();
 }
 
+QString Button::shownTitle() const
+{
+    return m_doneText.isEmpty() ? text().replace("&&"_L1, "&"_L1) : m_doneText;
+}
+
 QSize Button::sizeHint() const
 {
-    const QString& shown = m_doneText.isEmpty() ? text() : m_doneText;
-    const double width = QFontMetricsF(titleFont()).horizontalAdvance(shown) + 2 * titleInset;
+    const double width =
+        QFontMetricsF(titleFont()).horizontalAdvance(shownTitle()) + 2 * titleInset;
     return {static_cast<int>(std::ceil(width)), plainHeight};
 }
 
@@ -159,8 +166,8 @@ void Button::paintEvent(QPaintEvent* /*event*/)
     const bool isPlain = m_look == Look::Plain || m_look == Look::PlainDelete;
     const double inset = isPlain ? titleInset : framedTitleInset;
     constexpr Fitting oneLineThatShrinks{1, 1};
-    const TextLines title = fitText(m_doneText.isEmpty() ? text() : m_doneText, titleFont(),
-        width() - 2 * inset + 1, oneLineThatShrinks);
+    const TextLines title =
+        fitText(shownTitle(), titleFont(), width() - 2 * inset + 1, oneLineThatShrinks);
     painter.setFont(title.font);
     painter.setPen(colours.text);
     painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, title.lines.value(0));

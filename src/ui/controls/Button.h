@@ -37,6 +37,8 @@ protected:
 
 private:
     [[nodiscard]] QFont titleFont() const;
+    /// What is drawn: two ampersands in a title stand for one, as a single one marks a shortcut.
+    [[nodiscard]] QString shownTitle() const;
 
     Look m_look;
     QString m_doneText;

@@ -3,6 +3,7 @@
 
 #include "platform/PreferenceKeys.h"
 #include "ui/ProgramStage.h"
+#include "ui/alerts/DrawnAlerts.h"
 
 #include <QApplication>
 #include <QDir>
@@ -30,8 +31,21 @@ struct Scene {
     QString name;
     std::function<void(Stage&)> before; ///< The launch.
     std::function<void(Stage&)> after;
-    QString title = u"Tavrin"_s; ///< Of the window that the picture is of.
+    QString title = u"Tavrin"_s; ///< Of the window that the picture is of; empty: the alert's.
 };
+
+/// The last alert of the program, as it is drawn.
+QWidget* drawAlert(const Stage& stage, ui::DrawnAlerts& drawn)
+{
+    if (stage.alerts->shown().isEmpty())
+        return nullptr;
+    drawn.show(stage.alerts->shown().last(), [](const AlertAnswer&) {});
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->objectName() == "alert"_L1)
+            return window;
+    }
+    return nullptr;
+}
 
 QWidget* windowTitled(const QString& title)
 {
@@ -183,6 +197,59 @@ QList<Scene> accountScenes()
     };
 }
 
+/// Presses the first visible button of one of these titles.
+void press(const Stage& stage, const QStringList& titles)
+{
+    for (QAbstractButton* const button : stage.children<QAbstractButton>()) {
+        if (button->isVisible() && titles.contains(button->text())) {
+            button->click();
+            return;
+        }
+    }
+}
+
+QList<Scene> alertScenes()
+{
+    return {
+        {u"alert-clear"_s, addHistory,
+            [](Stage& stage) {
+                stage.select(SettingsPage::History);
+                press(stage, {u"Clear"_s, u"清空"_s});
+            },
+            {}},
+        {u"alert-edit"_s, addTerms,
+            [](Stage& stage) {
+                stage.select(SettingsPage::Dictionary);
+                press(stage, {u"Edit"_s, u"编辑"_s, u"編輯"_s});
+            },
+            {}},
+        {u"alert-welcome"_s,
+            [](Stage& stage) { stage.preferences->remove(keys::tavrinBetaOnboardingSeen); },
+            [](Stage& stage) { stage.settle(1s); }, {}},
+        {u"alert-long"_s, {},
+            [](Stage& stage) {
+                stage.alerts->show(
+                    {Alert::Style::Warning,
+                        u"服务器 answered with <b>something</b> that nobody foresaw"_s,
+                        u"https://example.com/a-very-long-address-without-any-place-to-break-it?with=parameters&and=more\n\n"_s
+                            .repeated(12),
+                        {u"OK"_s}, {}},
+                    [](const AlertAnswer&) {});
+            },
+            {}},
+        {u"alert-buttons"_s, {},
+            [](Stage& stage) {
+                stage.alerts->show(
+                    {Alert::Style::Informational, u"Two fields & three buttons"_s,
+                        u"Labels stand above what they name."_s,
+                        {u"Save & test now"_s, u"Later"_s, u"Do not ask again"_s},
+                        {{u"API Key"_s, {}, u"sk-…"_s, true}, {u"Model"_s, u"gpt"_s, {}, false}}},
+                    [](const AlertAnswer&) {});
+            },
+            {}},
+    };
+}
+
 QList<Scene> scenes()
 {
     return QList<Scene>{
@@ -232,7 +299,7 @@ QList<Scene> scenes()
                    },
                    u"Tavrin 写作风格"_s},
            }
-    + accountScenes();
+    + accountScenes() + alertScenes();
 }
 
 bool show(const Scene& scene, const QString& language, const QDir& folder)
@@ -247,7 +314,9 @@ bool show(const Scene& scene, const QString& language, const QDir& folder)
         scene.after(stage);
     QApplication::processEvents();
     const QString path = folder.filePath(u"%1-%2.png"_s.arg(scene.name, language));
-    QWidget* const window = windowTitled(scene.title);
+    ui::DrawnAlerts drawn;
+    QWidget* const window =
+        scene.title.isEmpty() ? drawAlert(stage, drawn) : windowTitled(scene.title);
     const bool saved = window && window->grab().save(path);
     QApplication::setFont(font);
     if (!saved)

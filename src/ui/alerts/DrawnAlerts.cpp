@@ -1,16 +1,16 @@
-#include "platform/qt/QtAlerts.h"
+#include "ui/alerts/DrawnAlerts.h"
 
-#include "platform/qt/AlertDialog.h"
+#include "ui/alerts/AlertWindow.h"
 
 #include <QApplication>
 
-namespace tavrin {
+namespace tavrin::ui {
 
-QtAlerts::QtAlerts() = default;
+DrawnAlerts::DrawnAlerts() = default;
 
-QtAlerts::~QtAlerts()
+DrawnAlerts::~DrawnAlerts()
 {
-    m_dialog.reset();
+    m_window.reset();
     for (const auto& [alert, completion] : std::exchange(m_entries, {})) {
         AlertAnswer answer{alert.unanswered(), {}};
         for (const AlertField& field : alert.fields)
@@ -19,35 +19,35 @@ QtAlerts::~QtAlerts()
     }
 }
 
-void QtAlerts::show(const Alert& alert, Completion<AlertAnswer> completion)
+void DrawnAlerts::show(const Alert& alert, Completion<AlertAnswer> completion)
 {
     m_entries.emplace_back(alert, std::move(completion));
     showNext();
 }
 
-void QtAlerts::beep()
+void DrawnAlerts::beep()
 {
     QApplication::beep();
 }
 
-void QtAlerts::showNext()
+void DrawnAlerts::showNext()
 {
-    if (m_dialog || m_entries.empty())
+    if (m_window || m_entries.empty())
         return;
-    m_dialog = std::make_unique<AlertDialog>(
+    m_window = std::make_unique<AlertWindow>(
         m_entries.front().first, [this](const AlertAnswer& answer) { finish(answer); });
-    m_dialog->show();
-    m_dialog->raise();
-    m_dialog->activateWindow();
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
 }
 
-void QtAlerts::finish(const AlertAnswer& answer)
+void DrawnAlerts::finish(const AlertAnswer& answer)
 {
-    m_dialog.release()->deleteLater(); // It is in the middle of its own signal.
+    m_window.release()->deleteLater(); // It is in the middle of its own signal.
     const Entry entry = std::move(m_entries.front());
     m_entries.pop_front();
     entry.second(answer);
     showNext();
 }
 
-} // namespace tavrin
+} // namespace tavrin::ui

@@ -1,10 +1,12 @@
-#include "platform/qt/PlainText.h"
+#include "ui/alerts/PlainText.h"
 
-#include <QScrollBar>
+#include "ui/controls/ScrollBar.h"
+
+#include <QTextBlockFormat>
 
 #include <cmath>
 
-namespace tavrin {
+namespace tavrin::ui {
 namespace {
 
 // More than anybody reads in an alert, and little enough to be laid out at once.
@@ -20,19 +22,29 @@ QString bounded(const QString& text)
 
 } // namespace
 
-PlainText::PlainText(const QString& text, const QFont& font, QWidget* parent)
-    : QTextEdit(parent)
+PlainText::PlainText(QWidget& parent, const QString& text, const Look& look)
+    : QTextEdit(&parent)
 {
     setReadOnly(true);
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::ClickFocus);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBar(new ScrollBar(this));
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     viewport()->setAutoFillBackground(false);
+    QPalette colors = palette();
+    colors.setColor(QPalette::Base, Qt::transparent);
+    colors.setColor(QPalette::Text, look.color);
+    setPalette(colors);
     document()->setDocumentMargin(0);
-    setFont(font);
+    setFont(look.font);
     setPlainText(bounded(text));
+    QTextCursor all(document());
+    all.select(QTextCursor::Document);
+    QTextBlockFormat lines;
+    lines.setLineHeight(look.lineHeight, QTextBlockFormat::FixedHeight);
+    all.mergeBlockFormat(lines);
 }
 
 void PlainText::fit(int width, int tallest)
@@ -47,4 +59,4 @@ void PlainText::fit(int width, int tallest)
     setFixedHeight(height);
 }
 
-} // namespace tavrin
+} // namespace tavrin::ui
