@@ -1,18 +1,56 @@
-"""Corrects a delivered text by hand, in real editors, and finds the new name in the dictionary.
+"""Corrects a delivered text by hand, in real editors and through an input method, and finds the new
+name in the dictionary and among the terms that the recogniser is told of.
 
 usage: learning_test.py PROGRAM SERVICE EDITOR
 """
 
+import http.server
+import re
 import sys
+import threading
 import time
 
 from editors import EDITORS
+from input_methods import COMPOSED, SPELT, IBus
 from stage import LEFT_ALT, Stage, wait_until, xdotool
 from target import Target
 
 # Each its own: a name that is in the dictionary already is no news.
-NAMES = {"mousepad": "OpenAI", "featherpad": "node.js", "chromium-textarea": "GPT4"}
+NAMES = {"mousepad": "OstrandSoft", "featherpad": "orla.js", "chromium-textarea": "QX4",
+         "libreoffice-writer": "zPhone"}
 BEFORE, WRONG, AFTER = "We use ", "open ai", " daily."
+
+
+class Recogniser:
+    """A stand-in for a speech server, which remembers the terms that each request favours."""
+
+    def __init__(self):
+        self.favoured = []
+        recogniser = self
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_POST(self):
+                form = self.rfile.read(int(self.headers["Content-Length"])).decode("latin-1")
+                prompt = re.search(r'name="prompt"[^\r]*\r\n(?:[^\r]+\r\n)*\r\n(.*?)\r\n--', form, re.S)
+                favoured = prompt[1].encode("latin-1").decode() if prompt else ""
+                recogniser.favoured.append(favoured.split(", "))
+                answer = b'{"text": "hello there"}'
+                self.send_response(200)
+                self.send_header("Content-Type", "application/json")
+                self.send_header("Content-Length", str(len(answer)))
+                self.end_headers()
+                self.wfile.write(answer)
+
+            def log_message(self, *arguments):
+                pass
+
+        self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        threading.Thread(target=self._server.serve_forever, daemon=True).start()
+        self.url = f"http://127.0.0.1:{self._server.server_port}"
+
+    def close(self):
+        self._server.shutdown()
+        self._server.server_close()
 
 
 def check(condition, *explanation):
@@ -24,11 +62,11 @@ def dictionary(stage):
     return stage.preference("personalDictionary") or []
 
 
-def correct(name):
+def correct(name, before=BEFORE, wrong=WRONG):
     """Goes to the wrong words, and types the right one over them as a person does."""
     xdotool("key", "Home")
-    xdotool("key", "--repeat", str(len(BEFORE)), "Right")
-    xdotool("key", "--repeat", str(len(WRONG)), "shift+Right")
+    xdotool("key", "--repeat", str(len(before)), "Right")
+    xdotool("key", "--repeat", str(len(wrong)), "shift+Right")
     xdotool("type", "--delay", "60", name)
 
 
@@ -59,8 +97,30 @@ def test_password_field(stage, target):
     check(dictionary(stage) == before, "learned", dictionary(stage))
 
 
+def test_input_method(stage):
+    """A Chinese word is composed over the wrong one. It counts with its second correction."""
+    method = IBus(stage)
+    editor = EDITORS["gedit"](stage)
+    before, wrong, after = "客户叫", "世界", "。"
+    stage.model.answer = before + wrong + after
+    for time_of_correction in ("first", "second"):
+        deliver(stage, editor)
+        time.sleep(1)
+        method.switch_on()
+        correct(SPELT + " ", before, wrong)
+        wait_until("the composed word", lambda: editor.text() == before + COMPOSED + after, 10)
+        if time_of_correction == "first":
+            time.sleep(8)
+            check(COMPOSED not in dictionary(stage), "learned at once:", dictionary(stage))
+            xdotool("key", "ctrl+a", "Delete")
+    wait_until(f"{COMPOSED} in the dictionary", lambda: COMPOSED in dictionary(stage), 20)
+    print(f"gedit with ibus: {COMPOSED}", flush=True)
+
+
 def main():
-    stage = Stage(*sys.argv[1:3], {}, use_model=True)
+    recogniser = Recogniser()
+    stage = Stage(*sys.argv[1:3], {"linuxSpeechEngine": "http", "linuxSpeechHttpUrl": recogniser.url},
+                  use_model=True)
     target = None
     try:
         stage.model.answer = BEFORE + WRONG + AFTER
@@ -68,10 +128,14 @@ def main():
             test_editor(stage, editor, name)
         target = Target(sys.argv[3], "Password", "--password")
         test_password_field(stage, target)
+        check(set(NAMES.values()) <= set(recogniser.favoured[-1]), "favoured:", recogniser.favoured)
+        check(not set(NAMES.values()) & set(recogniser.favoured[0]), "favoured before they were learned")
+        test_input_method(stage)
     finally:
         if target:
             target.close()
         stage.close()
+        recogniser.close()
 
 
 if __name__ == "__main__":
