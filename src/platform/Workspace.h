@@ -26,8 +26,8 @@ public:
     virtual ~Workspace() = default;
 
     /// Reads in the background what the first question would otherwise wait for (Linux: the names
-    /// of the installed programs, whether motion is to be reduced). Called once, a little after the launch; every question is
-    /// answered without.
+    /// of the installed programs, whether motion is to be reduced). Called once, a little after the
+    /// launch; every question is answered without.
     virtual void warmUp() = 0;
 
     /// The application whose window takes the keyboard; empty when there is none or it is unknown.

@@ -109,8 +109,8 @@ bool AlertWindow::focusNextPrevChild(bool next)
 int AlertWindow::addTexts(const Alert& alert, int top)
 {
     const int screenHeight = screenOfPointer()->availableGeometry().height();
-    auto* const title = new PlainText(
-        *this, alert.messageText, {brand::tavCardTitleFont(), brand::labelColor(), titleLineHeight});
+    auto* const title = new PlainText(*this, alert.messageText,
+        {brand::tavCardTitleFont(), brand::labelColor(), titleLineHeight});
     title->setAccessibleName(alert.messageText);
     title->fit(textWidth, screenHeight / 5);
     title->move(textLeft, top);

@@ -32,8 +32,8 @@ struct Shadow {
 /// Below the selected button of the sidebar.
 [[nodiscard]] Shadow selectionShadow();
 
-/// Draws the shadow alone: outside of the box and below its corners, the rest is covered by the box.
-/// The picture of one size is kept and stretched.
+/// Draws the shadow alone: outside of the box and below its corners, the rest is covered by the
+/// box. The picture of one size is kept and stretched.
 void drawShadow(QPainter& painter, const QRect& frame, int radius, const Shadow& shadow);
 
 } // namespace tavrin::ui

@@ -1,5 +1,7 @@
 #include "platform/linux/desktop/ReducedMotion.h"
 
+#include "base/Log.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -30,16 +32,22 @@ void ReducedMotion::follow()
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
-    bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
-        SLOT(settingChanged(QString, QString, QDBusVariant)));
+    // A slot's parameters are looked up by name, and this one is known after the first message
+    // only.
+    qRegisterMetaType<QDBusVariant>("QDBusVariant");
+    if (!bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
+            SLOT(settingChanged(QString, QString, QDBusVariant))))
+        qCWarning(log::platform) << "Changes of the desktop's settings are not heard of";
     ask();
 }
 
 void ReducedMotion::settingChanged(
     const QString& group, const QString& key, const QDBusVariant& value)
 {
-    if (group == animationGroup && key == animationKey)
-        m_preferred = !unpacked(value.variant()).toBool();
+    if (group != animationGroup || key != animationKey)
+        return;
+    m_preferred = !unpacked(value.variant()).toBool();
+    m_isTold = true;
 }
 
 void ReducedMotion::ask()
@@ -52,8 +60,8 @@ void ReducedMotion::ask()
         new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         const QDBusPendingReply<QDBusVariant> reply = *watcher;
-        if (reply.isValid())
-            settingChanged(animationGroup, animationKey, reply.value());
+        if (reply.isValid() && !m_isTold)
+            m_preferred = !unpacked(reply.value().variant()).toBool();
         watcher->deleteLater();
     });
 }

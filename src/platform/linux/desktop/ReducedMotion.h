@@ -23,6 +23,7 @@ private:
     void ask();
 
     bool m_preferred = false;
+    bool m_isTold = false; ///< Of a change, which is newer than any answer.
 };
 
 } // namespace tavrin
