@@ -4,7 +4,7 @@
 
 namespace tavrin::ui {
 
-/// A box with a tick and a title beside it.
+/// A box with a tick and a title beside it. Listen to toggled(): screen readers do not click.
 class CheckBox final : public QCheckBox {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ protected:
     [[nodiscard]] bool hitButton(const QPoint& position) const override;
 };
 
-/// A switch without a title; 38 × 22 points.
+/// A switch without a title; 38 × 22 points. Listen to toggled() here too.
 class Switch final : public QCheckBox {
     Q_OBJECT
 

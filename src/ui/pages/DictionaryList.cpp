@@ -1,6 +1,9 @@
 #include "ui/pages/DictionaryList.h"
 
+#include "app/pages/DictionaryTexts.h"
+#include "app/settings/Localization.h"
 #include "ui/BrandStyle.h"
+#include "ui/controls/AccessibleList.h"
 #include "ui/controls/Button.h"
 #include "ui/controls/Placing.h"
 #include "ui/controls/ScrollBar.h"
@@ -40,6 +43,8 @@ DictionaryList::DictionaryList(QWidget& card, const Localization& localization, 
     , m_actions(std::move(actions))
 {
     place(*this, listFrame);
+    setAccessibleList(*this);
+    setAccessibleName(localization.LT(texts::dictionaryTitle));
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::ClickFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -78,6 +78,7 @@ void DictionaryPage::setContent(const DictionaryContent& content)
     m_dictionaryFilterControl->setSelected(static_cast<qsizetype>(content.filter));
     if (m_dictionaryNewTermField->text() != content.newTerm)
         m_dictionaryNewTermField->setText(content.newTerm);
+    const QSignalBlocker noToggle(m_learnCorrections);
     m_learnCorrections->setChecked(content.learnsCorrections);
     m_countLabel->setFullText(content.count);
 
@@ -149,7 +150,7 @@ void DictionaryPage::addOptions()
     const QString title = m_localization.LT(texts::learnCorrections);
     m_learnCorrections = new CheckBox(*this, optionWithTitle(title), title);
     m_learnCorrections->setObjectName(u"learnCorrectionsBox"_s);
-    connect(m_learnCorrections, &QAbstractButton::clicked, this,
+    connect(m_learnCorrections, &QAbstractButton::toggled, this,
         [this](bool on) { m_controller.toggleAutomaticDictionaryLearning(on); });
     m_writingStyleButton = new Button(*this, QRect(444, 408, 130, 30),
         m_localization.LT(texts::openWritingStyle), Button::Look::Secondary);

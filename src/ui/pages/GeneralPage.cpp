@@ -62,6 +62,7 @@ void GeneralPage::setContent(const GeneralContent& content)
     m_interfaceLanguagePopup->setItems(
         GeneralController::interfaceLanguageTitles(), content.interfaceLanguage);
     m_microphonePopup->setItems(titlesOf(content.microphones.items), content.microphones.selected);
+    const QSignalBlocker noToggle(m_muteDuringRecordingToggle);
     m_muteDuringRecordingToggle->setChecked(content.mutesDuringRecording);
     if (!m_recogniserPopup || !content.recogniser)
         return;
@@ -126,7 +127,7 @@ void GeneralPage::addAudio(bool hasRecogniser)
         *card, QRect(22, 30 + below, 440, 20), brand::tavBodyFont(), brand::labelColor(), mute);
     m_muteDuringRecordingToggle = new Switch(*card, QRect(478, 20 + below, 38, 22), mute);
     m_muteDuringRecordingToggle->setObjectName(u"muteDuringRecordingToggle"_s);
-    connect(m_muteDuringRecordingToggle, &QAbstractButton::clicked, this,
+    connect(m_muteDuringRecordingToggle, &QAbstractButton::toggled, this,
         [this](bool on) { m_controller.toggleMuteDuringRecording(on); });
     new Label(*card, QRect(22, 11 + below, 440, 18), brand::tavCaptionFont(),
         brand::secondaryLabelColor(), m_localization.LT(texts::audioIsRestored));

@@ -3,6 +3,7 @@
 #include "app/pages/HistoryTexts.h"
 #include "app/settings/Localization.h"
 #include "ui/BrandStyle.h"
+#include "ui/controls/AccessibleList.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/Painting.h"
 #include "ui/controls/Placing.h"
@@ -37,6 +38,7 @@ HistoryList::HistoryList(QWidget& parent, const QRect& frame, const Localization
 {
     place(*this, frame);
     setObjectName(u"historyList"_s);
+    setAccessibleList(*this);
     setAccessibleName(localization.LT(texts::historyTitle));
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::ClickFocus);

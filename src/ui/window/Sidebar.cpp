@@ -143,8 +143,9 @@ void Sidebar::addButtons(const Localization& localization)
             m_accountSidebarButton = button;
         else
             m_authenticatedSidebarViews.append(button);
+        // Screen readers switch a button that can be checked, and do not click it.
         connect(
-            button, &QAbstractButton::clicked, this, [this, page] { m_selectSettingsPage(page); });
+            button, &QAbstractButton::toggled, this, [this, page] { m_selectSettingsPage(page); });
     }
 }
 
@@ -153,9 +154,11 @@ void Sidebar::setContent(const MainWindowContent& content)
     for (QWidget* const view : std::as_const(m_authenticatedSidebarViews))
         view->setVisible(content.isSignedIn);
     m_accountSidebarButton->moveTo(content.accountSidebarButtonY);
-    for (std::size_t i = 0; i < tavrin::sidebarButtons.size(); ++i)
-        m_sidebarButtons[static_cast<qsizetype>(i)]->setChecked(
-            tavrin::sidebarButtons.at(i) == content.page);
+    for (std::size_t i = 0; i < tavrin::sidebarButtons.size(); ++i) {
+        SidebarButton* const button = m_sidebarButtons[static_cast<qsizetype>(i)];
+        const QSignalBlocker noSelection(button);
+        button->setChecked(tavrin::sidebarButtons.at(i) == content.page);
+    }
     update();
 }
 

@@ -27,9 +27,6 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-
-    /// Which one is checked is the page's business.
-    void nextCheckState() override { }
 };
 
 /// The left edge of the main window: icon, name, and a button for each page. The arrow keys move

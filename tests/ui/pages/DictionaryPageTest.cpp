@@ -1,3 +1,4 @@
+#include "support/ScreenReader.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/Segments.h"
 #include "ui/pages/DictionaryPageFixture.h"
@@ -170,6 +171,10 @@ TEST_F(DictionaryPageTest, TheBoxSwitchesLearning)
     box.click();
     EXPECT_EQ(preferences.value(keys::automaticDictionaryLearning), QVariant(false));
     EXPECT_FALSE(box.isChecked());
+
+    ASSERT_TRUE(testing::pressByScreenReader(box));
+    EXPECT_EQ(preferences.value(keys::automaticDictionaryLearning), QVariant(true));
+    EXPECT_TRUE(box.isChecked());
 }
 
 TEST_F(DictionaryPageTest, WritingStyleOpensItsWindow)

@@ -5,6 +5,7 @@
 #include "support/InMemoryAudioDevices.h"
 #include "support/InMemoryRecogniserSettings.h"
 #include "support/InMemorySystemInfo.h"
+#include "support/ScreenReader.h"
 #include "ui/controls/Card.h"
 #include "ui/pages/PageFixture.h"
 
@@ -163,6 +164,10 @@ TEST_F(GeneralPageTest, TheSwitchMutesOtherSound)
 
     EXPECT_EQ(preferences.value(keys::muteDuringRecording), QVariant(true));
     EXPECT_TRUE(mute.isChecked());
+
+    ASSERT_TRUE(testing::pressByScreenReader(mute));
+    EXPECT_EQ(preferences.value(keys::muteDuringRecording), QVariant(false));
+    EXPECT_FALSE(mute.isChecked());
 }
 
 TEST_F(GeneralPageTest, RecogniserAndLanguageAreChosen)

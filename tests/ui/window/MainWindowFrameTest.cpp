@@ -3,6 +3,7 @@
 #include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxTexts.h"
 #include "support/QtPrinters.h"
+#include "support/ScreenReader.h"
 #include "ui/Page.h"
 #include "ui/ProgramStage.h"
 #include "ui/controls/Label.h"
@@ -163,6 +164,18 @@ TEST_F(MainWindowFrameTest, OnlyTheSelectedPageIsSeenAndItsButtonIsHighlighted)
         EXPECT_EQ(visible, 1);
         for (const SettingsPage other : sidebarButtons)
             EXPECT_EQ(stage.sidebarButton(other)->isChecked(), other == pressed);
+    }
+}
+
+TEST_F(MainWindowFrameTest, AScreenReaderPressesTheButtonsToo)
+{
+    stage.launch();
+    for (const SettingsPage pressed :
+        {SettingsPage::History, SettingsPage::History, SettingsPage::Overview}) {
+        ASSERT_TRUE(testing::pressByScreenReader(*stage.sidebarButton(pressed)));
+        stage.settle(500ms);
+        EXPECT_TRUE(stage.sidebarButton(pressed)->isChecked());
+        EXPECT_EQ(page()->accessibleName(), stage.sidebarButton(pressed)->text().trimmed());
     }
 }
 

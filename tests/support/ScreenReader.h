@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QAccessible>
+#include <QWidget>
+
+namespace tavrin::testing {
+
+/// Does what a screen reader does with @p control when its user wants it pressed: the first action
+/// that it names. Whether there was one.
+inline bool pressByScreenReader(QWidget& control)
+{
+    QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(&control);
+    QAccessibleActionInterface* const actions =
+        accessible ? accessible->actionInterface() : nullptr;
+    const QStringList names = actions ? actions->actionNames() : QStringList();
+    if (names.isEmpty())
+        return false;
+    actions->doAction(names.first());
+    return true;
+}
+
+} // namespace tavrin::testing
