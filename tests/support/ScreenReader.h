@@ -12,10 +12,9 @@ inline bool pressByScreenReader(QWidget& control)
     QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(&control);
     QAccessibleActionInterface* const actions =
         accessible ? accessible->actionInterface() : nullptr;
-    const QStringList names = actions ? actions->actionNames() : QStringList();
-    if (names.isEmpty())
+    if (!actions || actions->actionNames().isEmpty())
         return false;
-    actions->doAction(names.first());
+    actions->doAction(actions->actionNames().first());
     return true;
 }
 

@@ -34,7 +34,7 @@ private:
     int addTexts(const Alert& alert, int top);
     int addFields(const Alert& alert, int top);
     int addButtons(const Alert& alert, int top);
-    void placeInRow(const QList<Button*>& buttons, int top);
+    static void placeInRow(const QList<Button*>& buttons, int top);
     void answer(int button);
     void moveToMiddle();
 
