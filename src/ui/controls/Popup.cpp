@@ -94,6 +94,8 @@ Popup::Popup(QWidget& parent, const QRect& frame, const QString& name)
     place(*this, frame);
     setStyle(listStyle());
     setAccessibleName(name);
+    // On Linux the name that screen readers hear of a combo box is its choice.
+    setAccessibleDescription(name);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
     setMaxVisibleItems(mostVisible);

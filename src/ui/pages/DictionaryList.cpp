@@ -1,7 +1,5 @@
 #include "ui/pages/DictionaryList.h"
 
-#include "app/pages/DictionaryTexts.h"
-#include "app/settings/Localization.h"
 #include "ui/BrandStyle.h"
 #include "ui/controls/AccessibleList.h"
 #include "ui/controls/Button.h"
@@ -44,7 +42,6 @@ DictionaryList::DictionaryList(QWidget& card, const Localization& localization, 
 {
     place(*this, listFrame);
     setAccessibleList(*this);
-    setAccessibleName(localization.LT(texts::dictionaryTitle));
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::ClickFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -72,6 +72,9 @@ def walk(reader, language):
         check(not unnamed, page, "has controls without a name:", unnamed)
         strange = [node for node in found if node["role"] not in ROLES]
         check(not strange, page, "has controls of no kind:", strange)
+        # Of a combo box the name is what is chosen.
+        silent = [node for node in found if node["role"] == "combo box" and not node["description"]]
+        check(not silent, page, "does not say what is chosen by", silent)
         names = [node["name"] for node in found]
         check(set(PAGES[language]) <= set(names), "the sidebar has", names)
         more = [name for name in names if name not in PAGES[language]]

@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """What a screen reader finds in the windows of a program. To every line on its standard input it
-answers with one line of JSON: "tree" with a list of what is showing, each a "name", "role", "states"
-and the "path" of its parents' names; "press NAME" with whether a control of that name was pressed.
+answers with one line of JSON: "tree" with a list of what is showing, each a "name", "description", "role",
+"states", the "place" on the screen (left, top, width, height) and the "path" of its parents' names; "press NAME"
+with whether a control of that name was pressed.
 
 usage: accessible_tree.py PROCESS
 """
@@ -47,6 +48,10 @@ class Bus:
         words = self.ask(node, ACCESSIBLE, "GetState") or [0, 0]
         return [name for bit, name in STATES.items() if words[0] >> bit & 1]
 
+    def place(self, node):
+        on_screen = GLib.Variant("(u)", (0,))
+        return self.ask(node, "org.a11y.atspi.Component", "GetExtents", on_screen)
+
     def application(self, process):
         for node in self.children(("org.a11y.atspi.Registry", ROOT)):
             owner = self.ask(("org.freedesktop.DBus", "/org/freedesktop/DBus"), "org.freedesktop.DBus",
@@ -62,8 +67,9 @@ class Bus:
             if "showing" not in states:
                 continue
             name = self.property(child, "Name")
-            yield child, {"name": name, "role": self.ask(child, ACCESSIBLE, "GetRoleName"),
-                          "states": states, "path": list(path)}
+            yield child, {"name": name, "description": self.property(child, "Description"),
+                          "role": self.ask(child, ACCESSIBLE, "GetRoleName"),
+                          "states": states, "place": self.place(child), "path": list(path)}
             yield from self.showing(child, (*path, name))
 
 

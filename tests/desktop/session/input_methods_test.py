@@ -25,8 +25,9 @@ class Case:
 
     def __init__(self, typist, method, editor, name):
         self.typist, self.method, self.editor, self.name = typist, method, editor, name
-        # Its module turns the order of fast keys about, whoever types: what is typed is written.
-        self.types = method.LETS_GO and not (method.NAME == "ibus" and name == "gnome-text-editor")
+        # Its modules turn the order of fast keys about, whoever types: what is typed is written.
+        mixes = method.NAME == "ibus" and TOOLKITS[name] in ("GTK 4", "Qt 5", "Qt 6")
+        self.types = method.LETS_GO and not mixes
 
     def begin(self):
         # Otherwise no row would tell anything.

@@ -16,12 +16,12 @@ QByteArray processFile(qint64 identifier, const QString& name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-bool hasModule(const QByteArray& maps)
+/// Whether a file is mapped from a folder of that name, or one in it.
+bool isMapped(const QByteArray& maps, const QByteArray& folder, const QByteArray& file)
 {
     const auto lines = maps.split('\n');
-    return std::any_of(lines.begin(), lines.end(), [](const QByteArray& line) {
-        return line.contains("/gtk-4.0/") && line.endsWith("/libim-ibus.so");
-    });
+    return std::any_of(lines.begin(), lines.end(),
+        [&](const QByteArray& line) { return line.contains(folder) && line.endsWith(file); });
 }
 
 } // namespace
@@ -35,7 +35,9 @@ bool mixesTypedKeys(qint64 identifier)
 
 bool usesModuleThatMixesKeys(const QByteArray& maps, const QByteArray& environment, bool ibusRuns)
 {
-    if (!hasModule(maps))
+    if (isMapped(maps, "/platforminputcontexts/", "/libibusplatforminputcontextplugin.so"))
+        return ibusRuns;
+    if (!isMapped(maps, "/gtk-4.0/", "/libim-ibus.so"))
         return false;
     const QByteArray variable = "GTK_IM_MODULE=";
     for (const QByteArray& entry : environment.split('\0')) {

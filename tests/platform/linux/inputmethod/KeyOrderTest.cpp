@@ -37,6 +37,19 @@ TEST(KeyOrderTest, WithoutAChoiceItIsUsedWhereIBusRuns)
     EXPECT_FALSE(usesModuleThatMixesKeys(gtk4, "HOME=/home/you", false));
 }
 
+TEST(KeyOrderTest, QtWithTheModuleOfIBusMixesKeysWhereIBusRuns)
+{
+    for (const char* const version : {"qt5", "qt6"}) {
+        const QByteArray contexts = folder + version + "/plugins/platforminputcontexts/";
+        const QByteArray ibus = contexts + "libibusplatforminputcontextplugin.so\n";
+        EXPECT_TRUE(usesModuleThatMixesKeys(ibus, environment(""), true));
+        EXPECT_FALSE(usesModuleThatMixesKeys(ibus, environment(""), false));
+        const QByteArray others = contexts + "libfcitx5platforminputcontextplugin.so\n" + contexts
+            + "libcomposeplatforminputcontextplugin.so\n";
+        EXPECT_FALSE(usesModuleThatMixesKeys(others, environment(""), true));
+    }
+}
+
 TEST(KeyOrderTest, OtherModulesKeepTheOrder)
 {
     EXPECT_FALSE(usesModuleThatMixesKeys(gtk3, environment("ibus"), true));
