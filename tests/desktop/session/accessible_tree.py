@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """What a screen reader finds in the windows of a program. To every line on its standard input it
-answers with one line of JSON: "tree" with a list of what is showing, each a "name", "description", "role",
-"states", the "place" on the screen (left, top, width, height) and the "path" of its parents' names; "press NAME"
-with whether a control of that name was pressed.
+answers with one line of JSON: "tree" with a list of what is showing, each a "name", "description",
+"role", "states", the "place" on the screen (left, top, width, height) and the "path" of its parents'
+names; "press NAME" with whether a control of that name was pressed.
 
 usage: accessible_tree.py PROCESS
 """
