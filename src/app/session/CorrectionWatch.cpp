@@ -43,13 +43,13 @@ void CorrectionWatch::beginCorrectionLearningForInsertedText(const QString& text
     const std::optional<TextRange> place = findInsertion(text, value, element.get());
     if (!place)
         return;
-    m_watch.emplace(Watch{.element = std::move(element),
-        .original = text,
-        .current = {text, *place},
-        .previousValue = value,
-        .deadline = m_ports.clock.uptime() + watchDuration,
-        .lastChange = std::nullopt,
-        .timer = m_ports.mainQueue.every(
+    m_watch.emplace(Watch{.correctionLearningElement = std::move(element),
+        .correctionOriginalText = text,
+        .correctionCurrentText = {text, *place},
+        .correctionPreviousValue = value,
+        .correctionLearningDeadline = m_ports.clock.uptime() + watchDuration,
+        .correctionLastChange = std::nullopt,
+        .correctionLearningTimer = m_ports.mainQueue.every(
             pollInterval, m_guard.bind([this] { pollCorrectionLearning(); }))});
 }
 
@@ -72,24 +72,27 @@ void CorrectionWatch::pollCorrectionLearning()
 {
     if (!m_watch)
         return;
-    const std::optional<QString> value = m_ports.clock.uptime() < m_watch->deadline
-        ? m_ports.accessibility.value(m_watch->element.get())
+    const std::optional<QString> value =
+        m_ports.clock.uptime() < m_watch->correctionLearningDeadline
+        ? m_ports.accessibility.value(m_watch->correctionLearningElement.get())
         : std::nullopt;
     if (!value || !follow(*value)
-        || (m_watch->lastChange && m_ports.clock.uptime() - *m_watch->lastChange >= quietPeriod))
+        || (m_watch->correctionLastChange
+            && m_ports.clock.uptime() - *m_watch->correctionLastChange >= quietPeriod))
         finishCorrectionLearningAndAnalyze(true);
 }
 
 bool CorrectionWatch::follow(const QString& value)
 {
-    if (value == m_watch->previousValue)
+    if (value == m_watch->correctionPreviousValue)
         return true;
-    const EditPlace place = followEdit(m_watch->current, m_watch->previousValue, value);
+    const EditPlace place =
+        followEdit(m_watch->correctionCurrentText, m_watch->correctionPreviousValue, value);
     if (place == EditPlace::Across)
         return false;
-    m_watch->previousValue = value;
+    m_watch->correctionPreviousValue = value;
     if (place == EditPlace::Inside)
-        m_watch->lastChange = m_ports.clock.uptime();
+        m_watch->correctionLastChange = m_ports.clock.uptime();
     return true;
 }
 
@@ -97,7 +100,8 @@ void CorrectionWatch::finishCorrectionLearningAndAnalyze(bool analyze)
 {
     const std::optional<Watch> ended = std::exchange(m_watch, std::nullopt);
     if (ended && analyze && isAutomaticDictionaryLearningOn(m_ports.preferences))
-        learnDictionaryCandidatesFromOriginal(ended->original, ended->current.text);
+        learnDictionaryCandidatesFromOriginal(
+            ended->correctionOriginalText, ended->correctionCurrentText.text);
 }
 
 void CorrectionWatch::learnDictionaryCandidatesFromOriginal(

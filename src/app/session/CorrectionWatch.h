@@ -50,13 +50,13 @@ public:
 
 private:
     struct Watch {
-        ElementHandle element;
-        QString original;
-        TrackedStretch current;
-        QString previousValue; ///< Of the whole field.
-        Seconds deadline;
-        std::optional<Seconds> lastChange; ///< Within the stretch.
-        std::unique_ptr<Timer> timer;
+        ElementHandle correctionLearningElement;
+        QString correctionOriginalText;
+        TrackedStretch correctionCurrentText;
+        QString correctionPreviousValue; ///< Of the whole field.
+        Seconds correctionLearningDeadline;
+        std::optional<Seconds> correctionLastChange; ///< Within the stretch.
+        std::unique_ptr<Timer> correctionLearningTimer;
     };
 
     [[nodiscard]] std::optional<TextRange> findInsertion(
