@@ -8,14 +8,20 @@
 #include "ui/controls/TextLines.h"
 
 #include <QAbstractItemView>
+#include <QFontMetricsF>
+#include <QFrame>
 #include <QKeyEvent>
 #include <QListView>
 #include <QPainter>
 #include <QPainterPath>
 #include <QProxyStyle>
 #include <QRegion>
+#include <QScreen>
 #include <QStyledItemDelegate>
 #include <QWheelEvent>
+
+#include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +33,8 @@ constexpr int listRadius = 12;
 constexpr int itemHeight = 28;
 constexpr int listInset = 5;
 constexpr int mostVisible = 14;
+constexpr int textLeft = 28; // In a row, behind the tick.
+constexpr int textRight = 10;
 
 /// Shows the choices in a list below the control, not over it.
 class ListStyle final : public QProxyStyle {
@@ -75,7 +83,7 @@ public:
             painter->drawText(row.adjusted(9, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft, u"✓"_s);
         }
         painter->setPen(current ? brand::deepPurple() : brand::labelColor());
-        const QRect place = row.adjusted(28, 0, -10, 0);
+        const QRect place = row.adjusted(textLeft, 0, -textRight, 0);
         const TextLines text =
             fitText(index.data().toString(), brand::tavControlFont(), place.width(), elideAtOnce);
         painter->drawText(
@@ -84,6 +92,24 @@ public:
 
 private:
     QComboBox& m_owner;
+};
+
+/// The border around a list with round corners, over all that it holds.
+class ListOutline final : public QWidget {
+public:
+    explicit ListOutline(QWidget& list)
+        : QWidget(&list)
+    {
+        setObjectName(u"listOutline"_s);
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        QPainter painter(this);
+        drawBox(painter, rect(), {listRadius, {}, brand::popupBorderHover()});
+    }
 };
 
 } // namespace
@@ -133,13 +159,42 @@ void Popup::showPopup()
         colors.setColor(QPalette::Window, Qt::white);
         list->setPalette(colors);
         list->window()->setPalette(colors);
+        if (auto* const frame = qobject_cast<QFrame*>(list->window()))
+            frame->setFrameShape(QFrame::NoFrame);
+        new ListOutline(*list->window());
     }
     QComboBox::showPopup();
     QWidget& window = *view()->window();
     window.setContentsMargins(0, listInset, 0, listInset);
+    window.setGeometry(listPlace());
     QPainterPath outline;
     outline.addRoundedRect(QRectF(window.rect()), listRadius, listRadius);
     window.setMask(QRegion(outline.toFillPolygon().toPolygon()));
+    auto* const border = window.findChild<QWidget*>(u"listOutline"_s);
+    border->setGeometry(window.rect());
+    border->raise();
+    border->show();
+}
+
+QRect Popup::listPlace() const
+{
+    const QFontMetricsF metrics(brand::tavControlFont());
+    double widest = 0;
+    for (int i = 0; i < count(); ++i)
+        widest = std::max(widest, metrics.horizontalAdvance(itemText(i)));
+    constexpr int besideText = textLeft + textRight + 2 * listInset;
+    const bool scrolls = count() > mostVisible;
+    const int needed = static_cast<int>(std::ceil(widest)) + besideText
+        + (scrolls ? view()->verticalScrollBar()->sizeHint().width() : 0);
+    const QRect screen = this->screen()->availableGeometry();
+    QRect place(mapToGlobal(QPoint(0, height())),
+        QSize(std::min(std::max(width(), needed), screen.width()),
+            std::min(count(), mostVisible) * itemHeight + 2 * listInset));
+    if (place.bottom() > screen.bottom())
+        place.moveBottom(mapToGlobal(QPoint()).y() - 1);
+    if (place.right() > screen.right())
+        place.moveRight(screen.right());
+    return place;
 }
 
 void Popup::paintEvent(QPaintEvent* /*event*/)

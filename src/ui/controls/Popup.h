@@ -23,6 +23,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+
+private:
+    /// Of the list, on the screen: wide enough for every entry, below the control or above it.
+    [[nodiscard]] QRect listPlace() const;
 };
 
 } // namespace tavrin::ui

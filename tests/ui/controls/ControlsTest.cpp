@@ -9,9 +9,12 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QFontMetricsF>
 #include <QImage>
 #include <QLabel>
 #include <QRadioButton>
+#include <QScreen>
+#include <QScrollBar>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -139,6 +142,41 @@ TEST_F(ControlsTest, APopupIsChosenFromWithTheKeyboard)
 
     EXPECT_EQ(chosen, QList({1}));
     EXPECT_FALSE(popup.view()->isVisible());
+}
+
+TEST_F(ControlsTest, TheListOfAPopupShowsEveryChoiceAsAWhole)
+{
+    Popup popup(page, {20, 100, 60, 30}, u"Shortcut"_s);
+    popup.setItems({u"Not set"_s, u"Right Alt"_s, u"Control+Option+Space"_s}, 0);
+    show();
+    popup.showPopup();
+    const QWidget& list = *popup.view()->window();
+    EXPECT_EQ(list.height(), 3 * 28 + 2 * 5);
+    EXPECT_EQ(list.pos(), popup.mapToGlobal(QPoint(0, 30)));
+    EXPECT_EQ(popup.view()->verticalScrollBar()->maximum(), 0);
+    const double text =
+        QFontMetricsF(brand::tavControlFont()).horizontalAdvance(u"Control+Option+Space"_s);
+    EXPECT_GE(list.width(), text + 5 + 28);
+    popup.hidePopup();
+}
+
+TEST_F(ControlsTest, ALongListOfAPopupIsScrolledAndStaysOnTheScreen)
+{
+    Popup popup(page, {20, 20, 170, 30}, u"Language"_s);
+    QStringList titles;
+    for (int i = 0; i < 42; ++i)
+        titles.append(u"Language %1"_s.arg(i));
+    popup.setItems(titles, 0);
+    const QRect screen = page.screen()->availableGeometry();
+    show();
+    page.move(screen.left(), screen.bottom() - page.height());
+    QApplication::processEvents();
+    popup.showPopup();
+    const QRect list = popup.view()->window()->geometry();
+    EXPECT_EQ(list.height(), 14 * 28 + 2 * 5);
+    EXPECT_LE(list.bottom(), popup.mapToGlobal(QPoint()).y());
+    EXPECT_GT(popup.view()->verticalScrollBar()->maximum(), 0);
+    popup.hidePopup();
 }
 
 TEST_F(ControlsTest, TurningTheWheelOverAPopupChoosesNothing)
