@@ -27,7 +27,8 @@ namespace tavrin {
 
 namespace {
 
-constexpr Seconds accessibilityPause{0.3}; // Until the window and the status item are there.
+/// Until the window and the status item are there: what nobody needs before takes its turn then.
+constexpr Seconds startPause{0.3};
 
 } // namespace
 
@@ -71,10 +72,10 @@ Platform createPlatform(std::unique_ptr<Alerts> drawn)
 {
     MachinePorts machine = createMachinePorts();
     auto workspace = std::make_unique<X11Workspace>();
-    auto accessibility = std::make_unique<AtspiAccessibility>(accessibilityPause);
-    auto pasteboard = std::make_unique<ClipboardPasteboard>();
+    auto accessibility = std::make_unique<AtspiAccessibility>(startPause);
+    auto pasteboard = std::make_unique<ClipboardPasteboard>(startPause);
     auto syntheticKeyboard =
-        std::make_unique<X11SyntheticKeyboard>(*pasteboard, *machine.mainQueue);
+        std::make_unique<X11SyntheticKeyboard>(*pasteboard, *machine.mainQueue, startPause);
     const auto soundServer = std::make_shared<PulseConnection>();
     auto audioDevices = std::make_unique<PulseAudioDevices>(soundServer);
     auto permissions = std::make_unique<LinuxPermissions>(*audioDevices);

@@ -6,8 +6,8 @@
 
 namespace tavrin {
 
-ClipboardPasteboard::ClipboardPasteboard()
-    : m_server(std::make_unique<ClipboardServer>())
+ClipboardPasteboard::ClipboardPasteboard(Seconds pause)
+    : m_server(std::make_unique<ClipboardServer>(pause))
 {
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Seconds.h"
 #include "platform/Pasteboard.h"
 
 #include <memory>
@@ -12,7 +13,8 @@ class ClipboardServer;
 /// because most programs take them for the end; a lone surrogate becomes the replacement character.
 class ClipboardPasteboard final : public Pasteboard {
 public:
-    ClipboardPasteboard();
+    /// Connects to the X server @p pause from now, or with the first text.
+    explicit ClipboardPasteboard(Seconds pause = Seconds(0));
 
     /// Hands the text to the clipboard manager, waiting at most half a second for it.
     ~ClipboardPasteboard() override;

@@ -20,16 +20,9 @@ constexpr qsizetype pieceSize = qsizetype{192} * 1024; // Below every server's l
 
 } // namespace
 
-ClipboardServer::ClipboardServer()
+ClipboardServer::ClipboardServer(Seconds pause)
 {
-    if (!isAvailable())
-        return;
-    xcb_connection_t* server = connection().get();
-    m_window = xcb_generate_id(server);
-    const quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_create_window(server, XCB_COPY_FROM_PARENT, m_window, connection().root(), -1, -1, 1, 1, 0,
-        XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
-    start();
+    start(pause);
 }
 
 ClipboardServer::~ClipboardServer()
@@ -38,14 +31,23 @@ ClipboardServer::~ClipboardServer()
     stop();
 }
 
+void ClipboardServer::connected()
+{
+    xcb_connection_t* server = connection().get();
+    m_window = xcb_generate_id(server);
+    const quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_create_window(server, XCB_COPY_FROM_PARENT, m_window, connection().root(), -1, -1, 1, 1, 0,
+        XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+}
+
 template <class Answer>
 Answer ClipboardServer::ask(std::function<Answer()> question, Answer otherwise)
 {
-    if (m_window == XCB_WINDOW_NONE)
-        return otherwise;
     auto promise = std::make_shared<std::promise<Answer>>();
     auto answer = promise->get_future();
-    post([promise, question = std::move(question)] { promise->set_value(question()); });
+    post([this, promise, question = std::move(question), otherwise] {
+        promise->set_value(m_window == XCB_WINDOW_NONE ? otherwise : question());
+    });
     return answer.wait_for(patience) == std::future_status::ready ? answer.get() : otherwise;
 }
 

@@ -13,7 +13,8 @@ namespace tavrin {
 /// request are handed over in pieces.
 class ClipboardServer final : public X11Thread {
 public:
-    ClipboardServer();
+    /// Connects @p pause from now, or when it is first asked for something.
+    explicit ClipboardServer(Seconds pause = Seconds(0));
     ~ClipboardServer() override;
 
     ClipboardServer(const ClipboardServer&) = delete;
@@ -47,6 +48,7 @@ public:
     void release();
 
 protected:
+    void connected() override;
     void handleEvent(const xcb_generic_event_t& event) override;
     void deadlinePassed() override;
 

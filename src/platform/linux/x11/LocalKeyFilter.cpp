@@ -39,7 +39,6 @@ bool isButtonPress(const X11Connection& connection, const xcb_generic_event_t& e
 
 LocalKeyFilter::LocalKeyFilter(KeyMonitor::LocalHandler handler)
     : m_handler(std::move(handler))
-    , m_map(KeyboardMap::read(m_connection))
 {
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
@@ -78,9 +77,9 @@ bool LocalKeyFilter::nativeEventFilter(
 
 bool LocalKeyFilter::handleKey(const xcb_key_press_event_t& event, bool press)
 {
-    followMap();
+    const KeyboardMap& map = currentMap();
     const KeyRole role =
-        press ? roleOfPressedKey(m_connection, m_map, event.detail) : keyRole(m_map, event.detail);
+        press ? roleOfPressedKey(m_connection, map, event.detail) : keyRole(map, event.detail);
     auto keys =
         press ? m_tracker.pressed(role, event.detail) : m_tracker.released(role, event.detail);
     // A key that repeats comes up and goes down again in the same moment.
@@ -102,13 +101,14 @@ bool LocalKeyFilter::handleKey(const xcb_key_press_event_t& event, bool press)
     return swallowed && keys.size() == 1;
 }
 
-void LocalKeyFilter::followMap()
+const KeyboardMap& LocalKeyFilter::currentMap()
 {
-    bool hasChanged = false;
+    bool hasChanged = !m_map;
     while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())})
         hasChanged |= (event->response_type & 0x7f) == XCB_MAPPING_NOTIFY;
     if (hasChanged)
         m_map = KeyboardMap::read(m_connection);
+    return *m_map;
 }
 
 } // namespace tavrin

@@ -4,6 +4,7 @@
 
 #include <QAbstractNativeEventFilter>
 
+#include <optional>
 #include <utility>
 
 namespace tavrin {
@@ -21,12 +22,12 @@ public:
 
 private:
     [[nodiscard]] bool handleKey(const xcb_key_press_event_t& event, bool press);
-    /// Reads the map again when it has changed.
-    void followMap();
+    /// Reads the map when it has changed, and for the first key.
+    [[nodiscard]] const KeyboardMap& currentMap();
 
     KeyMonitor::LocalHandler m_handler;
     X11Connection m_connection; // For the map alone: Qt's own is not told when that changes.
-    KeyboardMap m_map;
+    std::optional<KeyboardMap> m_map;
     KeyTracker m_tracker;
     std::pair<xcb_keycode_t, xcb_timestamp_t> m_lastRelease{0, 0};
 };

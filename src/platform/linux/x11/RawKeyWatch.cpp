@@ -33,7 +33,7 @@ RawKeyWatch::~RawKeyWatch()
 
 bool RawKeyWatch::begin()
 {
-    if (!isAvailable())
+    if (!connection().isOpen())
         return false;
     xcb_connection_t* server = connection().get();
     const auto* extension = xcb_get_extension_data(server, &xcb_input_id);

@@ -34,22 +34,11 @@ constexpr auto strokePause = 1ms;
 
 } // namespace
 
-Typist::Typist(const QString& stateFile, ClipboardServer& clipboard)
+Typist::Typist(const QString& stateFile, ClipboardServer& clipboard, Seconds pause)
     : m_spareCodes(connection(), stateFile)
     , m_clipboard(clipboard)
 {
-    if (!isAvailable())
-        return;
-    // Answers to pings go to the root: by the rules to the first kind of listener, by Qt 6 to the
-    // second.
-    const quint32 events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-    xcb_change_window_attributes(
-        connection().get(), connection().root(), XCB_CW_EVENT_MASK, &events);
-    start();
-    post([this] {
-        m_spareCodes.recover();
-        m_inputMethods.recover();
-    });
+    start(pause);
 }
 
 Typist::~Typist()
@@ -59,10 +48,19 @@ Typist::~Typist()
     stop();
 }
 
+void Typist::connected()
+{
+    // Answers to pings go to the root: by the rules to the first kind of listener, by Qt 6 to the
+    // second.
+    const quint32 events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(
+        connection().get(), connection().root(), XCB_CW_EVENT_MASK, &events);
+    m_spareCodes.recover();
+    m_inputMethods.recover();
+}
+
 void Typist::paste(const PasteShortcut& shortcut, const RunningApplication& target, Posted posted)
 {
-    if (!isAvailable())
-        return posted(KeyPosting::Refused);
     post([this, shortcut, target, posted = std::move(posted)] {
         posted(pressPaste(shortcut, target));
     });
@@ -70,15 +68,11 @@ void Typist::paste(const PasteShortcut& shortcut, const RunningApplication& targ
 
 void Typist::askForReception(Received received)
 {
-    if (!isAvailable())
-        return received(PasteReception::Unknown);
     post([this, received = std::move(received)] { received(reception()); });
 }
 
 void Typist::type(const QString& text, const RunningApplication& target, Posted posted)
 {
-    if (!isAvailable())
-        return posted(KeyPosting::Refused);
     post([this, text, target, posted = std::move(posted), turn = m_turn.load()] {
         posted(typeText(text, target, turn));
     });
@@ -268,7 +262,7 @@ void Typist::settle()
 xcb_window_t Typist::waitForFocus(const RunningApplication& target)
 {
     const auto end = Clock::now() + managerPatience;
-    for (;;) {
+    while (connection().isOpen()) {
         const xcb_window_t window = m_windows.active();
         m_focus = focus();
         // The window manager moves the focus first and tells of it afterwards: ask both.
@@ -278,9 +272,10 @@ xcb_window_t Typist::waitForFocus(const RunningApplication& target)
             return window;
         }
         if (Clock::now() >= end)
-            return XCB_WINDOW_NONE;
+            break;
         std::this_thread::sleep_for(fingerPause);
     }
+    return XCB_WINDOW_NONE;
 }
 
 bool Typist::isInFront(xcb_window_t window, const RunningApplication& target) const

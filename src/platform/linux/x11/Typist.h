@@ -20,8 +20,9 @@ public:
     using Posted = std::function<void(KeyPosting)>;
     using Received = std::function<void(PasteReception)>;
 
-    /// @p clipboard knows who has fetched the text; it must outlive the typist.
-    Typist(const QString& stateFile, ClipboardServer& clipboard);
+    /// @p clipboard knows who has fetched the text; it must outlive the typist. What a crash has
+    /// left is put back @p pause from now, or before the first keys.
+    Typist(const QString& stateFile, ClipboardServer& clipboard, Seconds pause = Seconds(0));
     ~Typist() override;
 
     Typist(const Typist&) = delete;
@@ -38,6 +39,7 @@ public:
     void cancel();
 
 protected:
+    void connected() override;
     void handleEvent(const xcb_generic_event_t& event) override;
 
 private:

@@ -18,36 +18,44 @@ XcbPointer<xcb_get_property_reply_t> property(
 
 } // namespace
 
-X11Connection::X11Connection()
-{
-    int screen = 0;
-    m_connection = xcb_connect(nullptr, &screen);
-    if (!isOpen())
-        return;
-    auto screens = xcb_setup_roots_iterator(xcb_get_setup(m_connection));
-    for (int i = 0; i < screen && screens.rem > 1; ++i)
-        xcb_screen_next(&screens);
-    m_root = screens.data->root;
-}
-
 X11Connection::~X11Connection()
 {
-    xcb_disconnect(m_connection);
+    if (m_connection)
+        xcb_disconnect(m_connection);
 }
 
 bool X11Connection::isOpen() const
 {
-    return xcb_connection_has_error(m_connection) == 0;
+    return xcb_connection_has_error(get()) == 0;
+}
+
+xcb_connection_t* X11Connection::get() const
+{
+    if (m_connection)
+        return m_connection;
+    int screen = 0;
+    m_connection = xcb_connect(nullptr, &screen);
+    if (xcb_connection_has_error(m_connection) != 0)
+        return m_connection;
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(m_connection));
+    for (int i = 0; i < screen && screens.rem > 1; ++i)
+        xcb_screen_next(&screens);
+    m_root = screens.data->root;
+    return m_connection;
+}
+
+xcb_window_t X11Connection::root() const
+{
+    static_cast<void>(get());
+    return m_root;
 }
 
 xcb_atom_t X11Connection::atom(const char* name) const
 {
     if (const auto known = m_atoms.constFind(name); known != m_atoms.cend())
         return *known;
-    const auto cookie =
-        xcb_intern_atom(m_connection, 0, static_cast<quint16>(std::strlen(name)), name);
-    const XcbPointer<xcb_intern_atom_reply_t> reply(
-        xcb_intern_atom_reply(m_connection, cookie, nullptr));
+    const auto cookie = xcb_intern_atom(get(), 0, static_cast<quint16>(std::strlen(name)), name);
+    const XcbPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(get(), cookie, nullptr));
     const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
     m_atoms.insert(name, atom);
     return atom;
@@ -55,7 +63,7 @@ xcb_atom_t X11Connection::atom(const char* name) const
 
 QByteArray X11Connection::bytes(xcb_window_t window, xcb_atom_t name) const
 {
-    const auto reply = property(m_connection, window, name);
+    const auto reply = property(get(), window, name);
     if (!reply || reply->format != 8 || reply->bytes_after > 0)
         return {};
     return {static_cast<const char*>(xcb_get_property_value(reply.get())),
@@ -64,7 +72,7 @@ QByteArray X11Connection::bytes(xcb_window_t window, xcb_atom_t name) const
 
 QList<quint32> X11Connection::numbers(xcb_window_t window, xcb_atom_t name) const
 {
-    const auto reply = property(m_connection, window, name);
+    const auto reply = property(get(), window, name);
     if (!reply || reply->format != 32)
         return {};
     const auto* values = static_cast<const quint32*>(xcb_get_property_value(reply.get()));
@@ -87,14 +95,14 @@ void X11Connection::sendToManager(
     std::copy(data.begin(), data.end(), std::begin(event.data.data32));
     std::array<char, sizeof event> bytes{};
     std::memcpy(bytes.data(), &event, sizeof event);
-    xcb_send_event(m_connection, 0, m_root,
+    xcb_send_event(get(), 0, root(),
         XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT, bytes.data());
-    xcb_flush(m_connection);
+    xcb_flush(get());
 }
 
 void X11Connection::discardEvents() const
 {
-    while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)}) { }
+    while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(get())}) { }
 }
 
 } // namespace tavrin

@@ -22,22 +22,24 @@ struct FreeDeleter {
 template <class Type>
 using XcbPointer = std::unique_ptr<Type, FreeDeleter<Type>>;
 
-/// A connection to the X server of its own, for one thread. Errors (a window that is gone) stay on
-/// the connection and read as "nothing there"; none ends the process. Without an X server every
-/// question has an empty answer.
+/// A connection to the X server of its own, for one thread, which opens it by its first question.
+/// Errors (a window that is gone) stay on the connection and read as "nothing there"; none ends the
+/// process. Without an X server every question has an empty answer.
 class X11Connection {
 public:
-    X11Connection();
+    X11Connection() = default;
     ~X11Connection();
 
     X11Connection(const X11Connection&) = delete;
     X11Connection& operator=(const X11Connection&) = delete;
 
+    /// Whether there is an X server.
     [[nodiscard]] bool isOpen() const;
 
-    [[nodiscard]] xcb_connection_t* get() const { return m_connection; }
+    /// Never null; one in error when there is no X server.
+    [[nodiscard]] xcb_connection_t* get() const;
 
-    [[nodiscard]] xcb_window_t root() const { return m_root; }
+    [[nodiscard]] xcb_window_t root() const;
 
     [[nodiscard]] xcb_atom_t atom(const char* name) const;
 
@@ -58,8 +60,8 @@ public:
     void discardEvents() const;
 
 private:
-    xcb_connection_t* m_connection;
-    xcb_window_t m_root = XCB_WINDOW_NONE;
+    mutable xcb_connection_t* m_connection = nullptr; // Until the first question.
+    mutable xcb_window_t m_root = XCB_WINDOW_NONE;
     mutable QHash<QByteArray, xcb_atom_t> m_atoms;
 };
 

@@ -34,18 +34,11 @@ xcb_keycode_t codeOf(const KeyboardMap& map, int keyCode)
 
 } // namespace
 
-const X11Connection& X11HotKeyProbe::connection()
-{
-    if (!m_connection)
-        m_connection.emplace();
-    return *m_connection;
-}
-
 bool X11HotKeyProbe::isAvailable(int keyCode, KeyModifiers modifiers)
 {
-    if (!connection().isOpen())
+    if (!m_connection.isOpen())
         return true; // Without a server nobody holds anything.
-    const xcb_keycode_t code = codeOf(KeyboardMap::read(connection()), keyCode);
+    const xcb_keycode_t code = codeOf(KeyboardMap::read(m_connection), keyCode);
     return code != 0 && canGrabWithAnyLock(code, modifierMask(modifiers));
 }
 
@@ -54,17 +47,16 @@ QString X11HotKeyProbe::holder(int keyCode, KeyModifiers modifiers)
     const bool isWindowMenu = keyCode == key_codes::space && modifiers == KeyModifier::Option;
     if (!isWindowMenu || isAvailable(keyCode, modifiers))
         return {};
-    const X11Connection& server = connection();
     const xcb_window_t manager =
-        server.number(server.root(), server.atom("_NET_SUPPORTING_WM_CHECK"));
+        m_connection.number(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"));
     if (manager == XCB_WINDOW_NONE)
         return {};
-    return QString::fromUtf8(server.bytes(manager, server.atom("_NET_WM_NAME")));
+    return QString::fromUtf8(m_connection.bytes(manager, m_connection.atom("_NET_WM_NAME")));
 }
 
 std::optional<bool> X11HotKeyProbe::isKeptByDesktop(int keyCode, KeyModifiers modifiers)
 {
-    const xcb_keycode_t code = codeOf(KeyboardMap::read(connection()), keyCode);
+    const xcb_keycode_t code = codeOf(KeyboardMap::read(m_connection), keyCode);
     if (code == 0 || canGrabWithAnyLock(code, modifierMask(modifiers)))
         return std::nullopt;
     return true;
@@ -75,8 +67,8 @@ bool X11HotKeyProbe::canGrabWithAnyLock(xcb_keycode_t code, quint16 mask)
     // A program that takes the combination takes it with Caps Lock and Num Lock too.
     constexpr std::array<unsigned, 4> locks{0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2,
         unsigned{XCB_MOD_MASK_LOCK} | unsigned{XCB_MOD_MASK_2}};
-    xcb_connection_t* server = connection().get();
-    const xcb_window_t root = connection().root();
+    xcb_connection_t* server = m_connection.get();
+    const xcb_window_t root = m_connection.root();
     std::array<xcb_void_cookie_t, locks.size()> requests{};
     // All of them are sent before the first answer is waited for: one round trip.
     for (std::size_t i = 0; i < locks.size(); ++i) {
@@ -90,7 +82,7 @@ bool X11HotKeyProbe::canGrabWithAnyLock(xcb_keycode_t code, quint16 mask)
         const XcbPointer<xcb_generic_error_t> error(xcb_request_check(server, request));
         isFree = isFree && !error;
     }
-    connection().discardEvents();
+    m_connection.discardEvents();
     return isFree;
 }
 

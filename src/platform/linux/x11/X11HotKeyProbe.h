@@ -15,11 +15,9 @@ public:
     [[nodiscard]] std::optional<bool> isKeptByDesktop(int keyCode, KeyModifiers modifiers) override;
 
 private:
-    /// Opened when it is first asked for: the start of the program has no question.
-    [[nodiscard]] const X11Connection& connection();
     [[nodiscard]] bool canGrabWithAnyLock(xcb_keycode_t code, quint16 mask);
 
-    std::optional<X11Connection> m_connection;
+    X11Connection m_connection;
 };
 
 } // namespace tavrin

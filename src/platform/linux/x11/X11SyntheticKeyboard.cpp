@@ -17,9 +17,10 @@ std::function<void(Answer)> onMainThread(MainQueue& queue, Completion<Answer> co
 
 } // namespace
 
-X11SyntheticKeyboard::X11SyntheticKeyboard(ClipboardPasteboard& pasteboard, MainQueue& mainQueue)
+X11SyntheticKeyboard::X11SyntheticKeyboard(
+    ClipboardPasteboard& pasteboard, MainQueue& mainQueue, Seconds pause)
     : m_mainQueue(mainQueue)
-    , m_typist(stateFile(), pasteboard.server())
+    , m_typist(stateFile(), pasteboard.server(), pause)
 {
 }
 

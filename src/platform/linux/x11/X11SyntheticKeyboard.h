@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Seconds.h"
 #include "platform/SyntheticKeyboard.h"
 #include "platform/linux/x11/Typist.h"
 
@@ -13,7 +14,9 @@ class MainQueue;
 /// every case, by the next start after a crash.
 class X11SyntheticKeyboard final : public SyntheticKeyboard {
 public:
-    X11SyntheticKeyboard(ClipboardPasteboard& pasteboard, MainQueue& mainQueue);
+    /// Connects to the X server @p pause from now, or when it is first needed.
+    X11SyntheticKeyboard(
+        ClipboardPasteboard& pasteboard, MainQueue& mainQueue, Seconds pause = Seconds(0));
 
     /// What the files begin with in which processes note the codes that they use; empty without a
     /// folder for run-time files.

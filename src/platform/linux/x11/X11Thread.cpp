@@ -19,9 +19,9 @@ X11Thread::~X11Thread()
     ::close(m_wakeUp);
 }
 
-void X11Thread::start()
+void X11Thread::start(Seconds pause)
 {
-    m_thread = std::thread([this] { run(); });
+    m_thread = std::thread([this, pause] { run(pause); });
 }
 
 void X11Thread::stop()
@@ -56,8 +56,12 @@ bool X11Thread::handleEventsUntil(Clock::time_point end)
     return false;
 }
 
-void X11Thread::run()
+void X11Thread::run(Seconds pause)
 {
+    if (pause > Seconds(0))
+        sleep(Clock::now() + std::chrono::ceil<Clock::duration>(pause), false);
+    if (m_connection.isOpen())
+        connected();
     while (!m_stopping) {
         runTasks();
         handlePending();
@@ -67,7 +71,7 @@ void X11Thread::run()
         }
         xcb_flush(m_connection.get());
         if (!m_stopping && !handlePending())
-            sleep(m_deadline);
+            sleep(m_deadline, m_connection.isOpen());
     }
 }
 
@@ -95,7 +99,7 @@ void X11Thread::runTasks()
         task();
 }
 
-void X11Thread::sleep(std::optional<Clock::time_point> end) const
+void X11Thread::sleep(std::optional<Clock::time_point> end, bool watchServer) const
 {
     int timeout = -1;
     if (end) {
@@ -103,10 +107,9 @@ void X11Thread::sleep(std::optional<Clock::time_point> end) const
         timeout =
             static_cast<int>(std::clamp<qint64>(left.count(), 0, std::numeric_limits<int>::max()));
     }
-    std::array<pollfd, 2> sources{pollfd{m_wakeUp, POLLIN, 0},
-        pollfd{xcb_get_file_descriptor(m_connection.get()), POLLIN, 0}};
-    if (!m_connection.isOpen())
-        sources[1].fd = -1; // A server that is gone would wake us without end.
+    std::array<pollfd, 2> sources{pollfd{m_wakeUp, POLLIN, 0}, pollfd{-1, POLLIN, 0}};
+    if (watchServer) // One that is gone would wake us without end.
+        sources[1].fd = xcb_get_file_descriptor(m_connection.get());
     ::poll(sources.data(), sources.size(), timeout);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Seconds.h"
 #include "platform/linux/x11/X11Connection.h"
 
 #include <atomic>
@@ -15,7 +16,8 @@ namespace tavrin {
 /// A thread with an X connection of its own: sleeps until an event arrives or a task is posted, so
 /// that the X server is answered whatever the main thread does.
 ///
-/// A subclass calls stop() in its destructor; its handlers run on the thread.
+/// A subclass calls stop() in its destructor; its handlers run on the thread. Without an X server
+/// it runs tasks alone.
 class X11Thread {
 public:
     using Clock = std::chrono::steady_clock;
@@ -26,10 +28,8 @@ public:
     X11Thread(const X11Thread&) = delete;
     X11Thread& operator=(const X11Thread&) = delete;
 
-    /// Whether there is an X server; called before start().
-    [[nodiscard]] bool isAvailable() const { return m_connection.isOpen(); }
-
-    void start();
+    /// Starts the thread. It connects @p pause later, or for the first task.
+    void start(Seconds pause = Seconds(0));
 
     /// Ends the thread after the tasks that were posted before. From any other thread.
     void stop();
@@ -40,6 +40,9 @@ public:
 protected:
     /// Only on the thread itself, and before start().
     [[nodiscard]] const X11Connection& connection() const { return m_connection; }
+
+    /// Called once on the thread, before any task, where there is an X server.
+    virtual void connected() { }
 
     virtual void handleEvent(const xcb_generic_event_t& event) = 0;
 
@@ -53,10 +56,11 @@ protected:
     bool handleEventsUntil(Clock::time_point end);
 
 private:
-    void run();
+    void run(Seconds pause);
     bool handlePending();
     void runTasks();
-    void sleep(std::optional<Clock::time_point> end) const;
+    /// Until a task is posted or @p end; until an event arrives too, if @p watchServer.
+    void sleep(std::optional<Clock::time_point> end, bool watchServer) const;
 
     X11Connection m_connection;
     int m_wakeUp;

@@ -186,6 +186,7 @@ bool X11Workspace::isCompositing() const
 void X11Workspace::warmUp()
 {
     m_desktopFiles.readAhead();
+    static_cast<void>(m_windows.isAvailable()); // Connects.
     m_reducedMotion.follow();
 }
 

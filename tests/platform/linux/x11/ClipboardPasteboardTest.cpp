@@ -78,6 +78,16 @@ private:
     std::thread m_thread;
 };
 
+TEST_F(ClipboardPasteboardTest, OneThatIsToConnectLaterConnectsForTheFirstText)
+{
+    constexpr Seconds longerThanAnybodyWaits{3600};
+    ClipboardPasteboard later(longerThanAnybodyWaits);
+    EXPECT_TRUE(later.setString(QStringLiteral("now")));
+    EXPECT_EQ(pasted(), QStringLiteral("now"));
+
+    const ClipboardPasteboard unused(longerThanAnybodyWaits); // Is not waited for either.
+}
+
 TEST_F(ClipboardPasteboardTest, AnotherProgramGetsTheTextAtOnceWhileTheMainThreadIsBusy)
 {
     ASSERT_TRUE(m_pasteboard.setString(QStringLiteral("你好 😀")));

@@ -65,7 +65,8 @@ xcb_window_t TestClient::createWindow(
         XCB_ATOM_CARDINAL, 32, 1, &processIdentifier);
     xcb_map_window(server, window);
     xcb_flush(server);
-    EXPECT_TRUE(eventually([&] { return activeWindow() == window; }));
+    // It is called active a moment before the keys reach it.
+    EXPECT_TRUE(eventually([&] { return activeWindow() == window && focus() == window; }));
     return window;
 }
 
@@ -202,6 +203,14 @@ QByteArray TestClient::valueOf(const XcbPointer<xcb_get_property_reply_t>& reply
 xcb_window_t TestClient::activeWindow() const
 {
     return m_connection.number(m_connection.root(), m_connection.atom("_NET_ACTIVE_WINDOW"));
+}
+
+xcb_window_t TestClient::focus() const
+{
+    xcb_connection_t* server = m_connection.get();
+    const XcbPointer<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(server, xcb_get_input_focus(server), nullptr));
+    return focus ? focus->focus : xcb_window_t{XCB_WINDOW_NONE};
 }
 
 bool TestClient::eventually(

@@ -72,6 +72,8 @@ public:
     void useLayout(int group);
 
     [[nodiscard]] xcb_window_t activeWindow() const;
+    /// Where keys go.
+    [[nodiscard]] xcb_window_t focus() const;
 
     /// Waits until @p condition holds; false when that takes longer than @p patience, which is far
     /// more than anything needs on a quiet machine.

@@ -548,7 +548,8 @@ TEST_F(LentCodesTest, WhatACrashLeftBehindIsPutBackByTheNextStart)
 {
     constexpr ProcessIdentity gone{4'000'000, 1};
     lend(gone);
-    const X11SyntheticKeyboard next(m_pasteboard, m_mainQueue);
+    // Nobody has to type for it.
+    const X11SyntheticKeyboard next(m_pasteboard, m_mainQueue, Seconds(0.05));
     EXPECT_TRUE(TestClient::eventually([&] { return emptyCodes() == before; }));
     EXPECT_TRUE(TestClient::eventually(
         [&] { return !QFile::exists(SpareCodes::fileOf(stateFile, gone)); }));

@@ -26,8 +26,9 @@ protected:
         qputenv("DISPLAY", ':' + m_server.readLine().trimmed());
         m_client = std::make_unique<TestClient>();
         m_windows = std::make_unique<X11Windows>();
+        const bool areConnected = m_client->connection().isOpen() && m_windows->isAvailable();
         qputenv("DISPLAY", usual);
-        ASSERT_TRUE(m_windows->isAvailable());
+        ASSERT_TRUE(areConnected);
         m_window = m_client->createHiddenWindow();
         m_client->setProperty(m_window, "_NET_WM_PID", statedProcess);
     }
