@@ -9,8 +9,9 @@
 
 namespace tavrin {
 
-Pages::Pages(UserInterfaceNeighbours neighbours)
+Pages::Pages(UserInterfaceNeighbours neighbours, std::function<void()> showPersonalizationWindow)
     : m_neighbours(std::move(neighbours))
+    , m_showPersonalizationWindow(std::move(showPersonalizationWindow))
     , m_mainWindow({*m_neighbours.platform.preferences, *m_neighbours.platform.workspace,
           [this](SettingsPage page) { refresh(page); }})
     , m_account(accountNeighbours())
@@ -153,7 +154,7 @@ DictionaryController::Neighbours Pages::dictionaryNeighbours()
         .preferences = *m_neighbours.platform.preferences,
         .playSound = m_neighbours.playSound,
         .endCorrectionWatch = m_neighbours.endCorrectionWatch,
-        .showPersonalizationWindow = [this] { m_personalization.showPersonalizationWindow(); },
+        .showPersonalizationWindow = m_showPersonalizationWindow,
     };
 }
 

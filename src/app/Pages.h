@@ -12,6 +12,8 @@
 #include "app/windows/UserInterface.h"
 #include "history/HistoryActions.h"
 
+#include <functional>
+
 namespace tavrin {
 
 /// What the pages of the main window show and do, connected with each other. It goes on with a
@@ -19,7 +21,8 @@ namespace tavrin {
 class Pages {
 public:
     /// @param neighbours must outlive the pages.
-    explicit Pages(UserInterfaceNeighbours neighbours);
+    /// @param showPersonalizationWindow opens the window, which the pages do not have.
+    Pages(UserInterfaceNeighbours neighbours, std::function<void()> showPersonalizationWindow);
     ~Pages();
 
     Pages(const Pages&) = delete;
@@ -63,6 +66,7 @@ private:
     [[nodiscard]] DictionaryController::Neighbours dictionaryNeighbours();
 
     UserInterfaceNeighbours m_neighbours;
+    std::function<void()> m_showPersonalizationWindow;
     MainWindowController m_mainWindow;
     AccountController m_account;
     HealthController m_health;

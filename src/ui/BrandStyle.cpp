@@ -236,7 +236,7 @@ void useGlyphsOf(const QString& interfaceLanguage)
     QApplication::setFont(font);
 }
 
-void applyBrandPalette(QWidget& window)
+void applyBrandControlStylesInView(QWidget& window)
 {
     QPalette palette;
     palette.setColor(QPalette::Window, tavWarmBackground());

@@ -60,6 +60,6 @@ namespace tavrin::brand {
 void useGlyphsOf(const QString& interfaceLanguage);
 
 /// Colours @p window and what it holds by the brand, whatever the desktop's theme.
-void applyBrandPalette(QWidget& window);
+void applyBrandControlStylesInView(QWidget& window);
 
 } // namespace tavrin::brand

@@ -1,6 +1,7 @@
 #include "ui/DesktopInterface.h"
 
 #include "app/Pages.h"
+#include "app/settings/Localization.h"
 #include "base/CallbackGuard.h"
 #include "platform/MainQueue.h"
 #include "platform/Platform.h"
@@ -25,14 +26,14 @@ namespace {
 class DesktopInterface final : public UserInterface {
 public:
     explicit DesktopInterface(const UserInterfaceNeighbours& neighbours)
-        : m_localization(neighbours.localization)
+        : m_captions(neighbours.localization.ofThisMoment())
         , m_mainQueue(*neighbours.platform.mainQueue)
         , m_panel(*neighbours.platform.workspace)
         , m_hud({m_panel, *neighbours.platform.clock, m_mainQueue, neighbours.localization,
               neighbours.settings})
-        , m_pages(neighbours)
+        , m_pages(neighbours, [this] { showPersonalizationWindow(); })
         , m_frame({
-              .localization = neighbours.localization,
+              .localization = *m_captions,
               .workspace = *neighbours.platform.workspace,
               .controller = m_pages.mainWindow(),
               .createPage = [this](QWidget& window,
@@ -80,24 +81,25 @@ private:
     {
         switch (page) {
         case SettingsPage::Overview:
-            return new ui::OverviewPage(window, m_pages.overview(), m_localization);
+            return new ui::OverviewPage(window, m_pages.overview(), *m_captions);
         case SettingsPage::InputAndOutput:
-            return new ui::InputOutputPage(window, m_pages.inputOutput(), m_localization);
+            return new ui::InputOutputPage(window, m_pages.inputOutput(), *m_captions);
         case SettingsPage::Dictionary:
-            return new ui::DictionaryPage(window, m_pages.dictionary(), m_localization);
+            return new ui::DictionaryPage(window, m_pages.dictionary(), *m_captions);
         case SettingsPage::Permissions:
-            return new ui::HealthPage(window, m_pages.health(), m_localization);
+            return new ui::HealthPage(window, m_pages.health(), *m_captions);
         case SettingsPage::General:
-            return new ui::GeneralPage(window, m_pages.general(), m_localization);
+            return new ui::GeneralPage(window, m_pages.general(), *m_captions);
         case SettingsPage::History:
-            return new ui::HistoryPage(window, m_pages.history(), m_localization);
+            return new ui::HistoryPage(window, m_pages.history(), *m_captions);
         case SettingsPage::Account:
-            return new ui::AccountPage(window, m_pages.account(), m_localization);
+            return new ui::AccountPage(window, m_pages.account(), *m_captions);
         }
         Q_UNREACHABLE();
     }
 
-    const Localization& m_localization;
+    /// The pages keep the language of the launch: one that is first opened later has it too.
+    const std::unique_ptr<const Localization> m_captions;
     MainQueue& m_mainQueue;
     hud::Widget m_panel;
     HudController m_hud;

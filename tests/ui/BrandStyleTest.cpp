@@ -76,7 +76,7 @@ TEST(BrandStyleTest, ADarkDesktopLeavesTextReadable)
     dark.setColor(QPalette::WindowText, Qt::white);
     QWidget window;
     window.setPalette(dark);
-    brand::applyBrandPalette(window);
+    brand::applyBrandControlStylesInView(window);
 
     EXPECT_EQ(window.palette().color(QPalette::Window), brand::tavWarmBackground());
     EXPECT_LT(window.palette().color(QPalette::WindowText).lightness(), 64);

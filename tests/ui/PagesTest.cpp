@@ -7,7 +7,10 @@
 #include "ui/Page.h"
 #include "ui/ProgramStage.h"
 #include "ui/controls/Label.h"
+#include "ui/pages/PersonalizationWindow.h"
+#include "ui/pages/TermRow.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
@@ -17,6 +20,8 @@
 #include <QLineEdit>
 #include <QTest>
 #include <gtest/gtest.h>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -54,6 +59,38 @@ protected:
         stage.settle(0s);
         stage.http->answer(200, R"({"text": ")" + text.toUtf8() + R"("})");
         stage.settle(10s);
+    }
+
+    /// A field of another program in front, which takes what is pasted.
+    std::shared_ptr<testing::FakeElement> openEditor()
+    {
+        constexpr qint64 editor = 7;
+        auto field = std::make_shared<testing::FakeElement>();
+        field->processIdentifier = editor;
+        stage.accessibility->focusedElements[editor] = field;
+        stage.workspace->frontmost = RunningApplication{editor, u"Notes"_s, u"notes"_s, 0};
+        stage.keyboard->onPaste = [this, field] { field->insert(stage.pasteboard->string()); };
+        return field;
+    }
+
+    [[nodiscard]] QStringList shownTerms() const
+    {
+        QStringList terms;
+        for (const auto* const row : stage.children<ui::TermRow>()) {
+            if (row->isVisible())
+                terms.append(row->accessibleName());
+        }
+        return terms;
+    }
+
+    [[nodiscard]] static QList<QWidget*> personalizationWindows()
+    {
+        QList<QWidget*> windows;
+        for (QWidget* const window : QApplication::topLevelWidgets()) {
+            if (dynamic_cast<ui::PersonalizationWindow*>(window))
+                windows.append(window);
+        }
+        return windows;
     }
 
     /// The history holds @p text alone, spoken now.
@@ -149,6 +186,94 @@ TEST_F(PagesTest, ARecordThatIsSavedIsShownAtOnce)
     EXPECT_TRUE(label(u"historyStorageLabel"_s).startsWith(u"2 records"_s));
     stage.select(SettingsPage::Overview);
     EXPECT_EQ(label(u"todayUsageLabel"_s), u"11"_s);
+}
+
+TEST_F(PagesTest, TheDictionaryAndTheMenuOpenTheSameStyleWindow)
+{
+    stage.launch();
+    EXPECT_TRUE(personalizationWindows().isEmpty());
+    stage.select(SettingsPage::Dictionary);
+    auto* const button = stage.visibleChild<QAbstractButton>(u"writingStyleButton"_s);
+    ASSERT_TRUE(button);
+    button->click();
+    const QList<QWidget*> opened = personalizationWindows();
+    ASSERT_EQ(opened.size(), 1);
+    EXPECT_TRUE(opened.first()->isVisible());
+
+    opened.first()->close();
+    stage.statusItem->press("Writing style settings…");
+    EXPECT_EQ(personalizationWindows(), opened);
+    EXPECT_TRUE(opened.first()->isVisible());
+}
+
+TEST_F(PagesTest, TheMenuOpensTheHistory)
+{
+    stage.launch();
+    stage.program->hideMainWindow();
+    stage.statusItem->press("History…");
+
+    EXPECT_TRUE(stage.window()->isVisible());
+    EXPECT_EQ(shownPage(), u"History"_s);
+}
+
+TEST_F(PagesTest, TheRowOfDeliveryOpensTheHistory)
+{
+    stage.preferences->setValue(keys::lastDeliveryVerified.key, false);
+    stage.launch();
+    stage.select(SettingsPage::Permissions);
+    auto* const button = stage.visibleChild<QAbstractButton>(u"healthButton.delivery"_s);
+    ASSERT_TRUE(button);
+    button->click();
+
+    EXPECT_EQ(shownPage(), u"History"_s);
+}
+
+TEST_F(PagesTest, TheNoteOnShortcutsLeadsToWhereTheyAreChanged)
+{
+    stage.probe->heldByOthers = {{key_codes::space, KeyModifier::Option}};
+    stage.launch();
+    stage.select(SettingsPage::Permissions);
+    QAbstractButton* change = nullptr;
+    for (auto* const button : stage.children<QAbstractButton>()) {
+        if (button->isVisible() && button->accessibleName().endsWith(u": Change"_s))
+            change = button;
+    }
+    ASSERT_TRUE(change);
+    change->click();
+
+    EXPECT_EQ(shownPage(), u"Input & Output"_s);
+}
+
+TEST_F(PagesTest, ATermThatIsLearnedAppearsOnTheOpenDictionary)
+{
+    const auto field = openEditor();
+    stage.launch();
+    stage.select(SettingsPage::Dictionary);
+    EXPECT_EQ(shownTerms(), QStringList());
+    dictate(u"We use open ai daily"_s);
+    ASSERT_EQ(field->text, u"We use open ai daily"_s);
+    field->text = u"We use OpenAI daily"_s;
+    stage.settle(5s);
+
+    EXPECT_EQ(shownTerms(), QStringList(u"OpenAI"_s));
+}
+
+TEST_F(PagesTest, SwitchingLearningOffForgetsTheCorrectionUnderWay)
+{
+    const auto field = openEditor();
+    stage.launch();
+    stage.select(SettingsPage::Dictionary);
+    dictate(u"We use open ai daily"_s);
+    field->text = u"We use OpenAI daily"_s;
+    stage.settle(1s);
+    auto* const learns = stage.visibleChild<QAbstractButton>(u"learnCorrectionsBox"_s);
+    ASSERT_TRUE(learns);
+    learns->click();
+    learns->click();
+    EXPECT_TRUE(learns->isChecked());
+    stage.settle(20s);
+
+    EXPECT_EQ(shownTerms(), QStringList());
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 #include "support/InMemoryKeyMonitor.h"
 #include "support/InMemorySoundPlayer.h"
 #include "support/InMemoryWordBreaker.h"
-#include "support/RecordingKeyboard.h"
 #include "support/SharedTime.h"
 #include "ui/DesktopInterface.h"
 
@@ -63,7 +62,7 @@ Platform ProgramStage::createPorts()
         kept(workspace),
         kept(accessibility),
         kept(pasteboard),
-        std::make_unique<RecordingKeyboard>(),
+        kept(keyboard),
         std::make_unique<InMemoryKeyMonitor>(),
         kept(probe),
         kept(devices),

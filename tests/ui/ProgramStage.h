@@ -17,6 +17,7 @@
 #include "support/InMemoryStatusItem.h"
 #include "support/InMemorySystemInfo.h"
 #include "support/InMemoryWorkspace.h"
+#include "support/RecordingKeyboard.h"
 #include "support/ScriptedAlerts.h"
 #include "support/VirtualTime.h"
 
@@ -92,6 +93,7 @@ public:
     InMemoryRecogniserSettings* recogniserSettings = nullptr;
     InMemoryBackgroundQueue* background = nullptr;
     InMemoryStatusItem* statusItem = nullptr;
+    RecordingKeyboard* keyboard = nullptr;
     InMemoryFileSpeechRecognizer* recognizer = nullptr;
     ScriptedAlerts* alerts = nullptr;
     Platform platform;

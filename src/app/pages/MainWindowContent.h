@@ -11,7 +11,7 @@ struct MainWindowContent {
     /// (`authenticatedSidebarViews` are hidden).
     bool isSignedIn = false;
     int accountSidebarButtonY = 0; ///< Of its bottom, in points from the window's.
-    bool animates = false; ///< The page comes in with its animation.
+    bool animates = false; ///< The page comes in now, with its animation.
 
     friend bool operator==(const MainWindowContent&, const MainWindowContent&) = default;
 };

@@ -26,8 +26,10 @@ void MainWindowController::selectFirstPage()
 void MainWindowController::selectSettingsPage(SettingsPage page)
 {
     m_content.page = hasCloudSession(m_neighbours.preferences) ? page : SettingsPage::Account;
-    show(!m_neighbours.workspace.prefersReducedMotion());
+    show(false);
     m_neighbours.refresh(m_content.page);
+    if (!m_neighbours.workspace.prefersReducedMotion())
+        show(true); // What comes in is the page with its present state.
 }
 
 void MainWindowController::refreshSidebar()

@@ -51,6 +51,8 @@ Localization::~Localization() = default;
 
 QString Localization::InterfaceLanguage() const
 {
+    if (m_language)
+        return *m_language;
     const QString chosen = valueOf(m_preferences, keys::interfaceLanguage);
     const bool known = std::ranges::any_of(interfaceLanguages,
         [&](const InterfaceLanguageItem& language) { return language.code == chosen; });
@@ -81,6 +83,14 @@ QString Localization::withKeyNames(const QString& text) const
 Localize Localization::localize() const
 {
     return [this](const LocalizedText& text) { return LT(text); };
+}
+
+std::unique_ptr<const Localization> Localization::ofThisMoment() const
+{
+    auto copy =
+        std::make_unique<Localization>(m_preferences, m_workspace, m_keyNames, *m_desktopTexts);
+    copy->m_language = InterfaceLanguage();
+    return copy;
 }
 
 } // namespace tavrin

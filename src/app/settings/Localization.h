@@ -57,10 +57,14 @@ public:
     /// LT() for modules that know no settings. Must not outlive this object.
     [[nodiscard]] Localize localize() const;
 
+    /// The same texts in the language of this moment, whatever is chosen afterwards.
+    [[nodiscard]] std::unique_ptr<const Localization> ofThisMoment() const;
+
 private:
     const Preferences& m_preferences;
     const Workspace& m_workspace;
     KeyNames m_keyNames;
+    std::optional<QString> m_language; ///< When it does not follow the setting.
     std::unique_ptr<const DesktopTexts> m_desktopTexts;
 };
 

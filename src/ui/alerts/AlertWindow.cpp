@@ -77,7 +77,7 @@ AlertWindow::AlertWindow(const Alert& alert, Answered answered)
     setWindowModality(Qt::ApplicationModal);
     setWindowFlag(Qt::WindowStaysOnTopHint);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    brand::applyBrandPalette(*this);
+    brand::applyBrandControlStylesInView(*this);
 
     const int textBottom = addFields(alert, addTexts(alert, inset));
     const int contentBottom = std::max(textBottom, iconFrame.bottom() + 1);

@@ -119,7 +119,7 @@ PersonalizationWindow::PersonalizationWindow(PersonalizationController& controll
 {
     setWindowTitle(texts::personalizationTitle.toString());
     setFixedSize(windowSize);
-    brand::applyBrandPalette(*this);
+    brand::applyBrandControlStylesInView(*this);
     QRect middle(QPoint(), windowSize);
     middle.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
     move(middle.topLeft());

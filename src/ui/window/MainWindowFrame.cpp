@@ -40,7 +40,7 @@ void MainWindowFrame::configureMainWindow()
             | Qt::WindowCloseButtonHint | Qt::WindowMinimizeButtonHint);
     m_window->setWindowTitle(QStringLiteral("Tavrin"));
     m_window->setFixedSize(windowSize);
-    brand::applyBrandPalette(*m_window);
+    brand::applyBrandControlStylesInView(*m_window);
     centreOnScreen();
     m_neighbours.controller.setView(this);
     m_neighbours.configurePages();
@@ -52,7 +52,7 @@ void MainWindowFrame::show()
     m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
     m_window->show();
     // The fonts are read while the window manager makes place: it draws nothing before that.
-    if (!m_sidebar)
+    if (!m_contents)
         buildContents();
     m_window->raise();
     m_window->activateWindow();
@@ -80,9 +80,9 @@ void MainWindowFrame::selectSettingsPage(SettingsPage page)
 
 void MainWindowFrame::setContent(const MainWindowContent& content)
 {
-    if (!m_sidebar)
+    if (!m_contents)
         return; // Shown when the window is.
-    m_sidebar->setContent(content);
+    m_contents->sidebar->setContent(content);
     showPage(content.page, content.animates);
 }
 
@@ -94,11 +94,13 @@ void MainWindowFrame::buildContents()
     const QString notice = m_neighbours.workspace.reachesEveryProgram()
         ? QString()
         : localization.desktopText(&DesktopTexts::limitedReach, nothing);
-    m_sidebar = new ui::Sidebar(*m_window, localization, notice,
+    auto* const sidebar = new ui::Sidebar(*m_window, localization, notice,
         [this](SettingsPage page) { m_neighbours.controller.selectSettingsPage(page); });
-    m_transition = new ui::PageTransition(*m_window);
-    m_focusRing = new ui::FocusRing(*m_window);
-    m_sidebar->show();
+    m_contents = {.sidebar = sidebar,
+        .transition = new ui::PageTransition(*m_window),
+        .focusRing = new ui::FocusRing(*m_window),
+        .settingsPages = {}};
+    sidebar->show();
     MainWindowContent content = m_neighbours.controller.content();
     content.animates = false;
     setContent(content);
@@ -107,18 +109,19 @@ void MainWindowFrame::buildContents()
 
 void MainWindowFrame::showPage(SettingsPage selected, bool animates)
 {
-    ui::Page*& page = m_settingsPages[selected];
+    ui::Page*& page = m_contents->settingsPages[selected];
     if (!page)
         page = m_neighbours.createPage(*m_window, selected);
-    m_transition->stop();
+    if (!page->isVisibleTo(m_window.get()))
+        m_contents->transition->stop(); // Of another page.
     page->show();
-    for (ui::Page* const other : std::as_const(m_settingsPages)) {
+    for (ui::Page* const other : std::as_const(m_contents->settingsPages)) {
         if (other != page)
             other->hide();
     }
     if (animates && m_window->isVisible())
-        m_transition->start(*page);
-    m_focusRing->raise();
+        m_contents->transition->start(*page);
+    m_contents->focusRing->raise();
 }
 
 void MainWindowFrame::centreOnScreen()

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QWidget;
 
@@ -59,20 +60,22 @@ public:
 
     [[nodiscard]] QWidget* widget() { return m_window.get(); }
 
-    /// Null until it was first shown.
-    [[nodiscard]] ui::Page* page(SettingsPage page) const { return m_settingsPages.value(page); }
-
 private:
+    /// What stands in the window, which owns it.
+    struct Contents {
+        ui::Sidebar* sidebar = nullptr;
+        ui::PageTransition* transition = nullptr;
+        ui::FocusRing* focusRing = nullptr;
+        QMap<SettingsPage, ui::Page*> settingsPages; ///< Those that were selected once.
+    };
+
     void buildContents();
     void showPage(SettingsPage selected, bool animates);
     void centreOnScreen();
 
     Neighbours m_neighbours;
     std::unique_ptr<QWidget> m_window;
-    ui::Sidebar* m_sidebar = nullptr; ///< Owned by the window, as what follows.
-    ui::PageTransition* m_transition = nullptr;
-    ui::FocusRing* m_focusRing = nullptr;
-    QMap<SettingsPage, ui::Page*> m_settingsPages;
+    std::optional<Contents> m_contents; ///< Nothing before the window was first shown.
 };
 
 } // namespace tavrin

@@ -86,6 +86,20 @@ TEST_F(MainWindowControllerTest, APageComesInWithAnAnimationUnlessTheUserWantsLe
     EXPECT_FALSE(view.shown->animates);
 }
 
+TEST_F(MainWindowControllerTest, WhatComesInIsThePageWithItsPresentState)
+{
+    signIn();
+    std::optional<MainWindowContent> whenRead;
+    MainWindowController other{
+        {preferences, workspace, [&](SettingsPage) { whenRead = view.shown; }}};
+    other.setView(&view);
+    other.selectSettingsPage(SettingsPage::History);
+
+    EXPECT_EQ(whenRead->page, SettingsPage::History);
+    EXPECT_FALSE(whenRead->animates);
+    EXPECT_TRUE(view.shown->animates);
+}
+
 TEST_F(MainWindowControllerTest, ASessionThatComesOrGoesChangesTheSidebarAndNotThePage)
 {
     controller.selectFirstPage();

@@ -30,7 +30,7 @@ protected:
     ControlsTest()
     {
         page.resize(400, 300);
-        brand::applyBrandPalette(page);
+        brand::applyBrandControlStylesInView(page);
     }
 
     void show()

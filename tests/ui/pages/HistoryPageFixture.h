@@ -38,7 +38,7 @@ protected:
     void open(const QByteArrayList& records)
     {
         window.resize(820, 640);
-        brand::applyBrandPalette(window);
+        brand::applyBrandControlStylesInView(window);
         page.emplace(window, controller, localization);
         page->show();
         show(records);

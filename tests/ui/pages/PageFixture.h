@@ -33,7 +33,7 @@ protected:
     {
         preferences.setValue(keys::interfaceLanguage, QStringLiteral("en"));
         window.resize(820, 640);
-        brand::applyBrandPalette(window);
+        brand::applyBrandControlStylesInView(window);
     }
 
     /// Shows the window with the keyboard in it.

@@ -19,7 +19,7 @@ public:
     PageWindow()
     {
         resize(820, 640);
-        brand::applyBrandPalette(*this);
+        brand::applyBrandControlStylesInView(*this);
     }
 
     /// Shows it as the window that has the keyboard.

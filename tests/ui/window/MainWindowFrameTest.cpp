@@ -219,6 +219,58 @@ TEST_F(MainWindowFrameTest, APageComesInWithAnAnimationOfASixthOfASecond)
     EXPECT_FALSE(transition->isVisible());
 }
 
+TEST_F(MainWindowFrameTest, EveryPageComesInWithTheAnimation)
+{
+    stage.workspace->reducedMotion = false;
+    stage.launch();
+    for (const SettingsPage selected : {SettingsPage::Account, SettingsPage::History,
+             SettingsPage::Dictionary, SettingsPage::General, SettingsPage::InputAndOutput,
+             SettingsPage::Permissions, SettingsPage::Overview, SettingsPage::Account}) {
+        stage.sidebarButton(selected)->click();
+        const auto* const transition = stage.visibleChild<ui::PageTransition>();
+        ASSERT_TRUE(transition) << static_cast<int>(selected);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !transition->isRunning(); }, 5000));
+    }
+}
+
+TEST_F(MainWindowFrameTest, NewsOfTheSessionDoesNotCutTheAnimation)
+{
+    stage.workspace->reducedMotion = false;
+    stage.launch();
+    stage.sidebarButton(SettingsPage::Account)->click();
+    const auto* const transition = stage.visibleChild<ui::PageTransition>();
+    ASSERT_TRUE(transition);
+    ASSERT_GT(stage.http->open(), 0);
+    while (stage.http->open() > 0)
+        stage.http->answer(200, R"({"user": {"email": "mira.lindqvist@example.com"}})");
+
+    EXPECT_TRUE(transition->isRunning());
+}
+
+TEST_F(MainWindowFrameTest, AnAnimationEndsWithThePageThatItBelongsTo)
+{
+    stage.workspace->reducedMotion = false;
+    stage.launch();
+    stage.sidebarButton(SettingsPage::History)->click();
+    stage.workspace->reducedMotion = true;
+    stage.sidebarButton(SettingsPage::General)->click();
+
+    EXPECT_FALSE(stage.visibleChild<ui::PageTransition>());
+}
+
+TEST_F(MainWindowFrameTest, APageThatIsOpenedLaterHasTheLanguageOfTheOthers)
+{
+    stage.launch();
+    stage.preferences->setValue(keys::interfaceLanguage, u"zh-Hans"_s);
+    stage.select(SettingsPage::Dictionary);
+    EXPECT_EQ(page()->accessibleName(), u"Dictionary"_s);
+
+    stage.program.reset();
+    stage.launch();
+    stage.select(SettingsPage::Dictionary);
+    EXPECT_EQ(page()->accessibleName(), u"词典"_s);
+}
+
 TEST_F(MainWindowFrameTest, WithReducedMotionAPageIsThereAtOnce)
 {
     stage.launch();
