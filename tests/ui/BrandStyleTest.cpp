@@ -26,6 +26,9 @@ TEST(BrandStyleTest, ThePaletteHasTheColoursOfTheBrand)
              NamedColor{brand::tavSidebar(), {0.973F, 0.961F, 0.902F}},
              NamedColor{brand::tavBorder(), {0.91F, 0.886F, 0.824F}},
              NamedColor{brand::tavSecondaryText(), {0.467F, 0.455F, 0.424F}},
+             NamedColor{brand::fieldBackground(), {0.995F, 0.994F, 0.985F}},
+             NamedColor{brand::deepPurple(), {0.29F, 0.19F, 0.72F}},
+             NamedColor{brand::blue(), {0.05F, 0.34F, 0.70F}},
          }) {
         constexpr float step = 1.0F / 65535;
         EXPECT_NEAR(color.redF(), sRgb[0], step);
