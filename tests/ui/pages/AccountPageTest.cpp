@@ -249,6 +249,40 @@ TEST_F(AccountPageTest, PlaceholdersAreTranslated)
     }
 }
 
+TEST_F(AccountPageTest, TheButtonsOfEveryStepAreTranslated)
+{
+    const QList<QStringList> titles{
+        {u"下一步"_s, u"登录"_s, u"更换邮箱"_s, u"发送验证码"_s, u"返回"_s, u"激活并登录"_s,
+            u"重新开始"_s, u"退出登录"_s},
+        {u"下一步"_s, u"登入"_s, u"更換電子郵件"_s, u"傳送驗證碼"_s, u"返回"_s, u"啟用並登入"_s,
+            u"重新開始"_s, u"登出"_s},
+        {u"Continue"_s, u"Sign in"_s, u"Change email"_s, u"Send code"_s, u"Back"_s,
+            u"Activate & sign in"_s, u"Start over"_s, u"Sign out"_s},
+    };
+    for (qsizetype i = 0; i < languages.size(); ++i) {
+        preferences.setValue(keys::interfaceLanguage, languages[i]);
+        QStringList shown;
+        const auto note = [this, &shown] {
+            for (const QPushButton* const each : parts<QPushButton>())
+                shown.append(each->accessibleName());
+        };
+        open();
+        note();
+        controller.continueAccountFlow(address, AccountMode::SignIn);
+        note();
+        controller.continueAccountFlow(address, AccountMode::Register);
+        note();
+        openVerification();
+        note();
+        storeSession();
+        controller.refreshAccountUI();
+        note();
+        EXPECT_EQ(shown, titles[i]);
+        preferences.remove(keys::cloudAccessToken);
+        page.reset();
+    }
+}
+
 TEST_F(AccountPageTest, WhoHasNoServiceIsToldWhereToGetOne)
 {
     open();
