@@ -169,6 +169,7 @@ void HealthPage::addHealthRowTo(QWidget& area, const QString& key, const QString
     auto* const titleLabel =
         addColumnLabel(area, QRect(18, y + 4, titleWidth, 22), m_titleFont, 2, tightLine);
     titleLabel->setFullText(title);
+    titleLabel->setObjectName(u"healthTitle."_s + key);
     auto* const label =
         addColumnLabel(area, QRect(112, y + 4, statusWidth, 22), m_statusFont, 2, tightLine);
     label->setTextAsToolTip();
