@@ -4,15 +4,14 @@ name in the dictionary and among the terms that the recogniser is told of.
 usage: learning_test.py PROGRAM SERVICE EDITOR
 """
 
-import http.server
 import re
 import sys
-import threading
 import time
 
 from editors import EDITORS
 from input_methods import COMPOSED, SPELT, IBus
 from stage import LEFT_ALT, Stage, wait_until, xdotool
+from stand_in import StandIn
 from target import Target
 
 # Each its own: a name that is in the dictionary already is no news.
@@ -21,36 +20,17 @@ NAMES = {"mousepad": "OstrandSoft", "featherpad": "orla.js", "chromium-textarea"
 BEFORE, WRONG, AFTER = "We use ", "open ai", " daily."
 
 
-class Recogniser:
-    """A stand-in for a speech server, which remembers the terms that each request favours."""
+class Recogniser(StandIn):
+    """A speech server, which remembers the terms that each request favours."""
 
     def __init__(self):
         self.favoured = []
-        recogniser = self
+        super().__init__()
 
-        class Handler(http.server.BaseHTTPRequestHandler):
-            def do_POST(self):
-                form = self.rfile.read(int(self.headers["Content-Length"])).decode("latin-1")
-                prompt = re.search(r'name="prompt"[^\r]*\r\n(?:[^\r]+\r\n)*\r\n(.*?)\r\n--', form, re.S)
-                favoured = prompt[1].encode("latin-1").decode() if prompt else ""
-                recogniser.favoured.append(favoured.split(", "))
-                answer = b'{"text": "hello there"}'
-                self.send_response(200)
-                self.send_header("Content-Type", "application/json")
-                self.send_header("Content-Length", str(len(answer)))
-                self.end_headers()
-                self.wfile.write(answer)
-
-            def log_message(self, *arguments):
-                pass
-
-        self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
-        threading.Thread(target=self._server.serve_forever, daemon=True).start()
-        self.url = f"http://127.0.0.1:{self._server.server_port}"
-
-    def close(self):
-        self._server.shutdown()
-        self._server.server_close()
+    def answer_to(self, body):
+        prompt = re.search(rb'name="prompt"[^\r]*\r\n(?:[^\r]+\r\n)*\r\n(.*?)\r\n--', body, re.S)
+        self.favoured.append(prompt[1].decode().split(", ") if prompt else [""])
+        return {"text": "hello there"}
 
 
 def check(condition, *explanation):

@@ -2,16 +2,16 @@
 an editor in front, keys and a voice. Everything talks to this machine only."""
 
 import contextlib
-import http.server
 import json
 import os
 import pathlib
 import re
 import subprocess
 import tempfile
-import threading
 import time
 import urllib.request
+
+from stand_in import Model
 
 SERVICE = "http://127.0.0.1:8787"
 EMAIL, PASSWORD = "you@tavrin.example", "a long enough password"
@@ -127,41 +127,6 @@ def focused_name(process, depth):
         return next(filter(None, (search(*child, levels - 1) for child in below)), "")
 
     return next(filter(None, (search(*window, depth) for window in bus.windows(process))), "")
-
-
-class Model:
-    """A stand-in for a language model: answers every request with `answer`, after it has called
-    `before_answer`."""
-
-    def __init__(self):
-        self.answer = ""
-        self.before_answer = lambda: None
-        self.requests = []
-        model = self
-
-        class Handler(http.server.BaseHTTPRequestHandler):
-            def do_POST(self):
-                body = self.rfile.read(int(self.headers["Content-Length"]))
-                model.requests.append(json.loads(body))
-                model.before_answer()
-                message = {"role": "assistant", "content": model.answer}
-                answer = json.dumps({"choices": [{"message": message}]}).encode()
-                self.send_response(200)
-                self.send_header("Content-Type", "application/json")
-                self.send_header("Content-Length", str(len(answer)))
-                self.end_headers()
-                self.wfile.write(answer)
-
-            def log_message(self, *arguments):
-                pass
-
-        self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
-        threading.Thread(target=self._server.serve_forever, daemon=True).start()
-        self.url = f"http://127.0.0.1:{self._server.server_port}"
-
-    def close(self):
-        self._server.shutdown()
-        self._server.server_close()
 
 
 class Place:
