@@ -47,6 +47,9 @@ bool TextDelivery::verifyInsertionOfText(const QString& text, const AccessibleEl
     if (inserted && normalizedEditorText(inserted) == normalizedEditorText(text))
         return true;
 
+    // Where the pasteboard may be another one than the target's, another text may be as long.
+    if (!m_ports.workspace.reachesEveryProgram())
+        return false;
     EditorObservation now;
     now.range = selectedRangeForElement(element);
     now.count = numberOfCharactersForElement(element);

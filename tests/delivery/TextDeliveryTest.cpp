@@ -548,11 +548,13 @@ TEST_F(TextDeliveryTest, WhereNotEveryProgramIsReachedOnlyTheTextItselfOrItsFetc
     const DeliveryOutcome delivered{true, {}};
     const DeliveryOutcome unknown{false, u"目标应用没有接收粘贴的文字"_s};
     const auto another = [this] { editor->insert(u"an old text"_s); };
+    const auto anotherAsLong = [this] { editor->insert(u"Otto"_s); };
     const auto ours = [this] { editor->insert(pasteboard.string()); };
     const auto nothing = [] {};
     for (const auto reception : {PasteReception::Unknown, PasteReception::Waiting,
              PasteReception::FetchedElsewhere, PasteReception::Ignored}) {
         EXPECT_EQ(outcomeOf(reception, another), unknown);
+        EXPECT_EQ(outcomeOf(reception, anotherAsLong), unknown);
         EXPECT_EQ(outcomeOf(reception, nothing), unknown);
         EXPECT_EQ(outcomeOf(reception, ours), delivered);
     }
