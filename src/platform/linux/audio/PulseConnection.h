@@ -20,7 +20,8 @@ struct pa_operation;
 
 namespace tavrin {
 
-/// The program's one connection to the sound server (PulseAudio, or PipeWire in its place).
+/// The connection to the sound server (PulseAudio, or PipeWire in its place) that everything but
+/// the playing of sounds shares.
 ///
 /// A thread of its own talks to the server; everybody else asks and waits a bounded time. A server
 /// that does not answer is not asked again until it does, so that a hung one costs one wait, not

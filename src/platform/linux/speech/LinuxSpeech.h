@@ -9,7 +9,7 @@ namespace tavrin {
 class Preferences;
 
 /// The speech recognition that the user chose: one engine, opened once on a thread of its own,
-/// behind both recognisers. Neither's tasks outlive them both.
+/// behind both recognisers, which may be destroyed in any order.
 ///
 /// Preferences, read when the program starts:
 /// - `linuxSpeechEngine`: "sphinx" (built in; also for anything unknown), "http" or "vosk".
@@ -23,7 +23,7 @@ struct LinuxSpeech {
     std::unique_ptr<LiveSpeechRecognizer> liveRecognizer;
 };
 
-/// Begins to load the engine at once, in the background.
+/// The engine is loaded with the first task, or when the recognisers are warmed up.
 [[nodiscard]] LinuxSpeech createLinuxSpeech(
     const Preferences& preferences, OpenSpeechCapture openCapture);
 
