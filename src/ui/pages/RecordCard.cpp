@@ -165,7 +165,7 @@ void RecordCard::setContent(const Content& content)
     options.query = content.query;
     m_text.setText(content.row.text, options);
     constexpr qsizetype mostSpoken = 2000;
-    setAccessibleName(content.day + u", "_s + content.row.header);
+    setAccessibleName(spokenName());
     setAccessibleDescription(content.row.caption + u": "_s + content.row.text.left(mostSpoken));
     m_copy->setDoneText(content.isCopied ? m_localization.LT(texts::recordCopied) : QString());
     m_toggle->setText(
@@ -183,10 +183,15 @@ void RecordCard::setContent(const Content& content)
     update();
 }
 
+QString RecordCard::spokenName() const
+{
+    return m_content.day + u", "_s + m_content.row.header;
+}
+
 /// Every record has the same buttons: their names say whose they are.
 void RecordCard::nameAfterRecord(Button& button) const
 {
-    button.setAccessibleName(button.text() + u" · "_s + m_content.row.header);
+    button.setAccessibleName(button.text() + u" · "_s + spokenName());
 }
 
 int RecordCard::countLines(const QString& text)

@@ -71,6 +71,8 @@ protected:
 
 private:
     void placeControls();
+    /// What tells it from every other record.
+    [[nodiscard]] QString spokenName() const;
     void nameAfterRecord(Button& button) const;
     void toggleWholeText() const;
 

@@ -49,11 +49,11 @@ class Hands:
         """Of the list that is open."""
         return [node for node in self.tree() if node["role"] == "list item"]
 
-    def header(self):
-        """Of the record in sight that holds the old sentence."""
+    def record(self):
+        """What the record in sight that holds the old sentence is called."""
         record = wait_until("the old record", lambda: next(
             (node for node in self.tree() if OLD in node["description"]), None))
-        return record["name"].split(", ", 1)[1]
+        return record["name"]
 
     def to_window(self):
         xdotool("windowactivate", "--sync", self._window)
@@ -92,7 +92,7 @@ class Keys(Hands):
         xdotool("key", "ctrl+f")
         wait_until("the field", lambda: (self.focused() or {}).get("role") == "text")
         self.type("somebody looks")
-        self.press("Copy · " + self.header())
+        self.press("Copy · " + self.record())
 
 
 class Mouse(Hands):
@@ -112,7 +112,7 @@ class Mouse(Hands):
         xdotool("mousemove", str(left + width // 2), str(top + height // 2), "click", "1")
 
     def copy_old_record(self):
-        self.press("Copy · " + self.header())
+        self.press("Copy · " + self.record())
 
 
 def sign_in(hands):

@@ -77,7 +77,7 @@ protected:
     StylingTest()
     {
         window.resize(820, 640);
-        brand::applyBrandPalette(window);
+        brand::applyBrandControlStylesInView(window);
     }
 
     [[nodiscard]] QImage picture()

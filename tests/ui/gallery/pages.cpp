@@ -1,23 +1,29 @@
 // Shows every page of the main window in its states and languages and writes a picture of each.
 // usage: tavrin-page-gallery FOLDER
 
+#include "platform/KeyNames.h"
 #include "platform/PreferenceKeys.h"
+#include "platform/qt/MenuBuilder.h"
 #include "ui/ProgramStage.h"
 #include "ui/alerts/DrawnAlerts.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPixmap>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -27,19 +33,32 @@ namespace {
 
 using Stage = testing::ProgramStage;
 
+/// What a scene draws beside the windows of the program.
+struct Drawn {
+    ui::DrawnAlerts alerts;
+    QMenu menu;
+};
+
+using FindWindow = std::function<QWidget*(const Stage&, Drawn&)>;
+
+QWidget* mainWindow(const Stage& /*stage*/, Drawn& /*drawn*/)
+{
+    return Stage::window();
+}
+
 struct Scene {
     QString name;
     std::function<void(Stage&)> before; ///< The launch.
     std::function<void(Stage&)> after;
-    QString title = u"Tavrin"_s; ///< Of the window that the picture is of; empty: the alert's.
+    FindWindow window = mainWindow; ///< What the picture is of.
 };
 
 /// The last alert of the program, as it is drawn.
-QWidget* drawAlert(const Stage& stage, ui::DrawnAlerts& drawn)
+QWidget* drawAlert(const Stage& stage, Drawn& drawn)
 {
     if (stage.alerts->shown().isEmpty())
         return nullptr;
-    drawn.show(stage.alerts->shown().last(), [](const AlertAnswer&) {});
+    drawn.alerts.show(stage.alerts->shown().last(), [](const AlertAnswer&) {});
     for (QWidget* const window : QApplication::topLevelWidgets()) {
         if (window->isVisible() && window->objectName() == "alert"_L1)
             return window;
@@ -47,19 +66,42 @@ QWidget* drawAlert(const Stage& stage, ui::DrawnAlerts& drawn)
     return nullptr;
 }
 
-QWidget* windowTitled(const QString& title)
+FindWindow windowTitled(const QString& title)
 {
-    for (QWidget* const window : QApplication::topLevelWidgets()) {
-        if (window->isVisible() && window->windowTitle() == title)
-            return window;
-    }
-    return nullptr;
+    return [title](const Stage& /*stage*/, Drawn& /*drawn*/) -> QWidget* {
+        for (QWidget* const window : QApplication::topLevelWidgets()) {
+            if (window->isVisible() && window->windowTitle() == title)
+                return window;
+        }
+        return nullptr;
+    };
+}
+
+/// The status menu, or the one that opens from it first, second …
+FindWindow statusMenu(std::optional<int> submenu = {})
+{
+    return [submenu](const Stage& stage, Drawn& drawn) -> QWidget* {
+        QList<MenuItem> items = stage.statusItem->menu;
+        if (submenu) {
+            items.removeIf([](const MenuItem& item) { return item.children.isEmpty(); });
+            items = items.value(*submenu).children;
+        }
+        updateMenu(drawn.menu, items);
+        drawn.menu.popup({0, 0});
+        return &drawn.menu;
+    };
+}
+
+/// The list of a control that was opened.
+QWidget* openList(const Stage& /*stage*/, Drawn& /*drawn*/)
+{
+    return QApplication::activePopupWidget();
 }
 
 QJsonObject record(double timestamp, const QString& mode, const QString& text)
 {
-    return {{u"id"_s, u"R%1"_s.arg(timestamp)}, {u"timestamp"_s, timestamp}, {u"mode"_s, mode},
-        {u"transcript"_s, text.toLower()}, {u"finalText"_s, text},
+    return {{u"id"_s, u"R%1"_s.arg(timestamp, 0, 'f', 0)}, {u"timestamp"_s, timestamp},
+        {u"mode"_s, mode}, {u"transcript"_s, text.toLower()}, {u"finalText"_s, text},
         {u"inputCharacters"_s, text.size()}, {u"audioSeconds"_s, 14.5},
         {u"processingSeconds"_s, 1.2}, {u"targetLanguage"_s, u"cantonese"_s}};
 }
@@ -216,16 +258,16 @@ QList<Scene> alertScenes()
                 stage.select(SettingsPage::History);
                 press(stage, {u"Clear"_s, u"清空"_s});
             },
-            {}},
+            drawAlert},
         {u"alert-edit"_s, addTerms,
             [](Stage& stage) {
                 stage.select(SettingsPage::Dictionary);
                 press(stage, {u"Edit"_s, u"编辑"_s, u"編輯"_s});
             },
-            {}},
+            drawAlert},
         {u"alert-welcome"_s,
             [](Stage& stage) { stage.preferences->remove(keys::tavrinBetaOnboardingSeen); },
-            [](Stage& stage) { stage.settle(1s); }, {}},
+            [](Stage& stage) { stage.settle(1s); }, drawAlert},
         {u"alert-long"_s, {},
             [](Stage& stage) {
                 stage.alerts->show(
@@ -236,7 +278,7 @@ QList<Scene> alertScenes()
                         {u"OK"_s}, {}},
                     [](const AlertAnswer&) {});
             },
-            {}},
+            drawAlert},
         {u"alert-buttons"_s, {},
             [](Stage& stage) {
                 stage.alerts->show(
@@ -246,7 +288,33 @@ QList<Scene> alertScenes()
                         {{u"API Key"_s, {}, u"sk-…"_s, true}, {u"Model"_s, u"gpt"_s, {}, false}}},
                     [](const AlertAnswer&) {});
             },
-            {}},
+            drawAlert},
+    };
+}
+
+QList<Scene> menuScenes()
+{
+    constexpr int style = 0;
+    constexpr int target = 1;
+    return {
+        {u"menu"_s, {}, {}, statusMenu()},
+        {u"menu-recording"_s, {},
+            [](Stage& stage) {
+                const auto dictation = std::ranges::find_if(stage.statusItem->menu,
+                    [](const MenuItem& item) { return static_cast<bool>(item.action); });
+                dictation->action();
+                stage.settle(1s);
+            },
+            statusMenu()},
+        {u"menu-style"_s, {}, {}, statusMenu(style)},
+        {u"menu-target"_s, {}, {}, statusMenu(target)},
+        {u"list-target"_s, {},
+            [](Stage& stage) {
+                stage.select(SettingsPage::InputAndOutput);
+                if (auto* const popup = stage.visibleChild<QComboBox>(u"translationPopup"_s))
+                    popup->showPopup();
+            },
+            openList},
     };
 }
 
@@ -269,6 +337,11 @@ QList<Scene> scenes()
                        QApplication::processEvents();
                        type(stage, u"historySearchField"_s, u"会议"_s);
                    }},
+               {u"history-open"_s, addHistory,
+                   [](Stage& stage) {
+                       stage.select(SettingsPage::History);
+                       press(stage, {u"Show the whole text"_s, u"展开全文"_s, u"展開全文"_s});
+                   }},
                {u"history-empty"_s, {}, page(SettingsPage::History)},
                {u"dictionary"_s, addTerms, page(SettingsPage::Dictionary)},
                {u"dictionary-empty"_s, {}, page(SettingsPage::Dictionary)},
@@ -279,7 +352,21 @@ QList<Scene> scenes()
                    }},
                {u"general"_s, addMachine, page(SettingsPage::General)},
                {u"input-output"_s, {}, page(SettingsPage::InputAndOutput)},
+               {u"input-output-conflict"_s,
+                   [](Stage& stage) {
+                       stage.probe->heldByOthers = {{key_codes::space, KeyModifier::Option}};
+                   },
+                   page(SettingsPage::InputAndOutput)},
                {u"permissions"_s, {}, page(SettingsPage::Permissions)},
+               {u"permissions-no-model"_s,
+                   [](Stage& stage) {
+                       stage.recognizer->available = false;
+                       stage.recognizer->availabilityText = LocalizedText{
+                           u"没有语音模型", u"沒有語音模型", u"There is no speech model"};
+                       stage.probe->heldByOthers = {{key_codes::space, KeyModifier::Option}};
+                       stage.workspace->everyProgramReached = false;
+                   },
+                   page(SettingsPage::Permissions)},
                {u"permissions-problems"_s,
                    [](Stage& stage) {
                        stage.accessibility->trusted = false;
@@ -297,9 +384,9 @@ QList<Scene> scenes()
                                : language == "zh-Hant"_L1          ? u"寫作風格設定…"_s
                                                                    : u"写作风格设置…"_s);
                    },
-                   u"Tavrin 写作风格"_s},
+                   windowTitled(u"Tavrin 写作风格"_s)},
            }
-    + accountScenes() + alertScenes();
+    + accountScenes() + alertScenes() + menuScenes();
 }
 
 bool show(const Scene& scene, const QString& language, const QDir& folder)
@@ -314,9 +401,8 @@ bool show(const Scene& scene, const QString& language, const QDir& folder)
         scene.after(stage);
     QApplication::processEvents();
     const QString path = folder.filePath(u"%1-%2.png"_s.arg(scene.name, language));
-    ui::DrawnAlerts drawn;
-    QWidget* const window =
-        scene.title.isEmpty() ? drawAlert(stage, drawn) : windowTitled(scene.title);
+    Drawn drawn;
+    QWidget* const window = scene.window(stage, drawn);
     const bool saved = window && window->grab().save(path);
     QApplication::setFont(font);
     if (!saved)

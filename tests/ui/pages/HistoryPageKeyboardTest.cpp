@@ -21,9 +21,9 @@ TEST_F(HistoryPageKeyboardTest, TabReachesEveryControlInReadingOrder)
         pressKey(Qt::Key_Tab);
     }
     QStringList expected{u"Retention"_s, QString(), QString()}; // The buttons have their titles.
-    for (const auto& [text, header] : {std::pair(u"An Answer"_s, u"08:00  ·  Chat"_s),
-             std::pair(u"周四的评审"_s, u"08:00  ·  Dictation"_s),
-             std::pair(u"written"_s, u"08:00  ·  Dictation"_s)}) {
+    for (const auto& [text, header] : {std::pair(u"An Answer"_s, u"1 月 1 日, 08:00  ·  Chat"_s),
+             std::pair(u"周四的评审"_s, u"1 月 1 日, 08:00  ·  Dictation"_s),
+             std::pair(u"written"_s, u"1 月 1 日, 08:00  ·  Dictation"_s)}) {
         expected.append(text);
         for (const QString& title : {u"Copy"_s, u"Original"_s, u"Delete"_s})
             expected.append(title + u" · "_s + header);
@@ -67,7 +67,7 @@ TEST_F(HistoryPageKeyboardTest, TheArrowKeysKeepTheButton)
     pressKey(Qt::Key_Return);
     EXPECT_EQ(controller.content().rows.size(), 49);
     EXPECT_FALSE(inSight().contains(u"result 7"_s));
-    EXPECT_EQ(focused(), u"Delete · 08:00  ·  Chat"_s);
+    EXPECT_EQ(focused(), u"Delete · 1 月 1 日, 08:00  ·  Chat"_s);
     pressKey(Qt::Key_Return); // The next one took its place.
     EXPECT_FALSE(inSight().contains(u"result 8"_s));
     EXPECT_TRUE(inSight().contains(u"result 9"_s));
@@ -108,7 +108,7 @@ TEST_F(HistoryPageKeyboardTest, DeletingTheLastRecordLosesNothing)
     button(1, deleteButton).setFocus(Qt::TabFocusReason);
     pressKey(Qt::Key_Return);
     EXPECT_EQ(inSight(), QStringList{u"result 0"_s});
-    EXPECT_EQ(focused(), u"Delete · 08:00  ·  Chat"_s);
+    EXPECT_EQ(focused(), u"Delete · 1 月 1 日, 08:00  ·  Chat"_s);
     pressKey(Qt::Key_Return);
     EXPECT_FALSE(list().isVisible());
     EXPECT_EQ(controller.content().emptyText, u"No history yet"_s);

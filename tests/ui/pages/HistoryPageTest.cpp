@@ -96,9 +96,9 @@ TEST_F(HistoryPageTest, AButtonActsOnItsRecord)
     button(1, copyButton).click();
     EXPECT_EQ(pasteboard.string(), u"周四的评审"_s);
     EXPECT_EQ(button(1, copyButton).accessibleName(), u"✓ Copied"_s);
-    EXPECT_EQ(button(0, copyButton).accessibleName(), u"Copy · 08:00  ·  Chat"_s);
+    EXPECT_EQ(button(0, copyButton).accessibleName(), u"Copy · 1 月 1 日, 08:00  ·  Chat"_s);
     time.advance(1200ms);
-    EXPECT_EQ(button(1, copyButton).accessibleName(), u"Copy · 08:00  ·  Dictation"_s);
+    EXPECT_EQ(button(1, copyButton).accessibleName(), u"Copy · 1 月 1 日, 08:00  ·  Dictation"_s);
 
     button(2, toggleButton).click();
     EXPECT_EQ(inSight()[2], u"third"_s);
