@@ -3,11 +3,9 @@
 #include "dictionary/EditTracking.h"
 #include "platform/WordBreaker.h"
 
-#include <QRegularExpression>
+#include <QList>
 
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
 
 namespace tavrin {
 namespace {
@@ -15,8 +13,10 @@ namespace {
 constexpr qsizetype longestChange = 64;
 constexpr qsizetype shortestTerm = 2;
 constexpr qsizetype longestChineseTerm = 12;
+constexpr qsizetype longestLatinWord = 40;
 constexpr qsizetype longestCapitals = 12;
 constexpr QStringView symbols = u"._+-";
+constexpr QStringView signsInWords = u"._+'-";
 constexpr char16_t firstIdeograph = 0x3400;
 constexpr char16_t lastIdeograph = 0x9FFF;
 
@@ -29,6 +29,37 @@ bool touch(const TextRange& a, const TextRange& b)
 {
     return overlap(a, b) || a.location == b.location + b.length
         || a.location + a.length == b.location;
+}
+
+bool isLatinLetter(QChar unit)
+{
+    return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z');
+}
+
+bool isOfLatinWord(QChar unit)
+{
+    return isLatinLetter(unit) || (unit >= u'0' && unit <= u'9') || signsInWords.contains(unit);
+}
+
+/// A longer one is several. Whatever else @p text holds, halves of surrogate pairs too, is passed
+/// over.
+QList<TextRange> latinWords(QStringView text)
+{
+    QList<TextRange> words;
+    qsizetype start = 0;
+    while (start < text.size()) {
+        if (!isLatinLetter(text[start])) {
+            ++start;
+            continue;
+        }
+        const QStringView most = text.sliced(start).left(longestLatinWord);
+        const auto* const end = std::ranges::find_if_not(most, isOfLatinWord);
+        const qsizetype length = end - most.begin();
+        if (length >= shortestTerm)
+            words.append({start, length});
+        start += length;
+    }
+    return words;
 }
 
 bool isChineseTerm(QStringView text)
@@ -67,10 +98,9 @@ QStringList dictionaryCandidatesFromOriginal(
         return {};
 
     QStringList found;
-    static const QRegularExpression latinWord(u"[A-Za-z][A-Za-z0-9._+'-]{1,39}"_s);
-    for (const QRegularExpressionMatch& match : latinWord.globalMatch(corrected)) {
-        if (touch({match.capturedStart(), match.capturedLength()}, change))
-            found.append(match.captured());
+    for (const TextRange& word : latinWords(corrected)) {
+        if (touch(word, change))
+            found.append(corrected.sliced(word.location, word.length));
     }
     for (const TextRange& word : wordBreaker.words(corrected)) {
         const QStringView text = QStringView(corrected).sliced(word.location, word.length);

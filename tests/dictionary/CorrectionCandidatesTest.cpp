@@ -84,6 +84,13 @@ TEST_F(CorrectionCandidatesTest, ALongWordIsCutAfter40Characters)
     EXPECT_EQ(candidates(u"x"_s, run), QStringList({run.left(40), run.left(10)}));
 }
 
+TEST_F(CorrectionCandidatesTest, HalvesOfSurrogatePairsHideNoWord)
+{
+    const QString half(1, QChar(0xD83D));
+    EXPECT_EQ(candidates(u"see x"_s + half, u"see Kate"_s + half), QStringList(u"Kate"_s));
+    EXPECT_EQ(candidates(u"x"_s, u"Kate"_s + half + u"Ann"_s), QStringList({u"Kate"_s, u"Ann"_s}));
+}
+
 TEST_F(CorrectionCandidatesTest, ChineseWordsThatTheChangeOverlapsCount)
 {
     words.listed = QStringList{u"我"_s, u"认识"_s, u"李小龙"_s, u"先生"_s};
