@@ -10,6 +10,8 @@
 
 namespace tavrin {
 
+class WrittenQuery;
+
 /// Looks for a text in the transcripts and results of records, whatever its case, piece by piece:
 /// a long history takes longer than the program may stand still.
 class HistoryFind {
@@ -31,13 +33,11 @@ public:
     [[nodiscard]] qsizetype looked() const { return m_looked; }
 
 private:
-    class WrittenText;
-
     [[nodiscard]] bool isIn(QByteArrayView written) const;
 
     HistoryRecords m_records;
     QString m_query;
-    std::shared_ptr<const WrittenText> m_written; // Null: every text has to be read.
+    std::shared_ptr<const WrittenQuery> m_written; // Null: every text has to be read.
     QList<qsizetype> m_matches;
     qsizetype m_looked = 0;
 };

@@ -67,6 +67,10 @@ TEST(HistoryFindTest, CaseIsIgnored)
     EXPECT_TRUE(isFound(u"ΣΊΣΥΦΟΣ"_s, u"σίσυφος"_s));
     EXPECT_TRUE(isFound(u"1000 \u212A"_s, u"1000 k"_s)); // The sign of the unit kelvin.
     EXPECT_TRUE(isFound(u"Wachs\u017Ftube"_s, u"wachsstube"_s));
+    EXPECT_TRUE(isFound(u"10 \u212B"_s, u"10 å"_s)); // The sign of the unit ångström.
+    EXPECT_TRUE(isFound(u"\u023A"_s, u"\u2C65"_s)); // The two have not as many bytes.
+    EXPECT_FALSE(isFound(u"ПРИВЕТ мир"_s, u"привёт"_s));
+    EXPECT_FALSE(isFound(u"Übersicht"_s, u"ubersicht"_s));
 }
 
 TEST(HistoryFindTest, WhatTheFileWritesWithAnEscapeIsFound)
@@ -75,6 +79,8 @@ TEST(HistoryFindTest, WhatTheFileWritesWithAnEscapeIsFound)
     EXPECT_TRUE(isFound(u"first\nsecond"_s, u"t\ns"_s));
     EXPECT_FALSE(isFound(u"first\necond"_s, u"necond"_s));
     EXPECT_FALSE(isFound(u"a\tb"_s, u"tb"_s));
+    EXPECT_FALSE(isFound(u"\u001A"_s, u"1a"_s)); // "\u001a" in the file.
+    EXPECT_FALSE(isFound(u"\u001A"_s, u"u0"_s));
     EXPECT_TRUE(isFound(u"he said \"hi\" / C:\\x"_s, u"\"HI\" / c:\\X"_s));
     EXPECT_FALSE(isFound(u"a\"b"_s, u"\\"_s));
 }
@@ -127,7 +133,8 @@ TEST(HistoryFindTest, ATinyPieceIsOneRecordAtLeast)
 TEST(HistoryFindTest, WhateverIsLookedForIsFoundAsInThePlainText)
 {
     const QStringList alphabet =
-        u"a A b B i I k K s S n t \u017F \u212A 中 文 ß ẞ é É \" \\ / İ ı ﬁ 😀"_s.split(u' ')
+        u"a A b B i I k K s S n t \u017F \u212A 中 文 ß ẞ é É \" \\ / İ ı ﬁ 😀 "
+        u"В в \u1C80 Ⱥ ⱥ Å \u212B µ μ Σ ς \u00B7 \uFEFF \uFFFD 𐐀 𐐨"_s.split(u' ')
         + QStringList{u" "_s, u"\n"_s};
     QRandomGenerator random(20);
     const auto text = [&](int longest) {
