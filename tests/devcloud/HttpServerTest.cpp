@@ -284,7 +284,7 @@ TEST_F(HttpServerTest, AClientThatNeverTakesItsAnswerIsCutOff)
     for (int request = 0; request < 16; ++request)
         requests += post("/v1/text/polish", R"({"transcript":"hello"})",
             "Authorization: Bearer " + token + "\r\n");
-    const LoopbackClient client(server->port());
+    const LoopbackClient client(server->port(), 4096);
     client.send(requests);
 
     const auto begin = std::chrono::steady_clock::now();

@@ -25,9 +25,11 @@ std::size_t announcedLength(std::string_view head)
 
 } // namespace
 
-LoopbackClient::LoopbackClient(int port)
+LoopbackClient::LoopbackClient(int port, std::optional<int> roomBytes)
     : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
 {
+    if (roomBytes)
+        setsockopt(m_socket, SOL_SOCKET, SO_RCVBUF, &*roomBytes, sizeof *roomBytes);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(static_cast<std::uint16_t>(port));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,7 +11,8 @@ namespace tavrin::devcloud::testing {
 /// wait is bounded; the destructor closes.
 class LoopbackClient {
 public:
-    explicit LoopbackClient(int port);
+    /// @param roomBytes how much this side takes before it is read; as the system likes without.
+    explicit LoopbackClient(int port, std::optional<int> roomBytes = {});
     ~LoopbackClient();
     LoopbackClient(const LoopbackClient&) = delete;
     LoopbackClient& operator=(const LoopbackClient&) = delete;
