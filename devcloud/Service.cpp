@@ -98,7 +98,7 @@ Outcome Service::answerPublic(const Call& call, const Json& body)
     case Endpoint::RegistrationVerify:
         return m_registration.verify(body);
     case Endpoint::RegistrationComplete:
-        return m_registration.complete(body);
+        return m_registration.complete(body, address);
     default:
         return m_sessions.refresh(body);
     }

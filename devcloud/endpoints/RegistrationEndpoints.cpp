@@ -134,7 +134,7 @@ Outcome RegistrationEndpoints::verify(const Json& body)
     return Json{{"registrationToken", token}, {"expiresIn", registrationTokenLife.count()}};
 }
 
-Outcome RegistrationEndpoints::complete(const Json& body)
+Outcome RegistrationEndpoints::complete(const Json& body, const std::string& address)
 {
     FieldReader fields(body);
     const std::string typedEmail = fields.text("email", maxFieldBytes);
@@ -153,7 +153,12 @@ Outcome RegistrationEndpoints::complete(const Json& body)
     if (!registration || registration->tokenDigest != digest(token)
         || registration->tokenExpires <= m_now())
         return refusal(403, messages::registrationInvalid);
-    return makeAccount({email, registration->inviteDigest, password, device});
+    Outcome made = makeAccount({email, registration->inviteDigest, password, device});
+    // After that time the attempt that began it counts no longer, and what would be given back is
+    // somebody else's.
+    if (made && registration->expires > m_now())
+        giveAttemptBack(email, address);
+    return made;
 }
 
 Outcome RegistrationEndpoints::registerAtOnce(const Json& body, const std::string& address)

@@ -23,12 +23,13 @@ public:
     RegistrationEndpoints(Database& database, Passwords& passwords, SendMail sendMail,
         const TokenLives& lives, Now now);
 
-    /// At most 5 codes an address and 30 a sender are mailed in 10 minutes.
+    /// At most 5 codes an address and 30 a sender are mailed in 10 minutes; one that has made an
+    /// account by then counts no longer.
     Outcome start(const Json& body, const std::string& address);
     /// A code is good for 10 minutes and 5 wrong tries; the right one may be shown again, because a
     /// client shows it with every new password it tries.
     Outcome verify(const Json& body);
-    Outcome complete(const Json& body);
+    Outcome complete(const Json& body, const std::string& address);
     /// Counts as a code does, unless it succeeds.
     Outcome registerAtOnce(const Json& body, const std::string& address);
 

@@ -133,6 +133,47 @@ TEST_F(RegistrationTest, ARegistrationThatSucceedsDoesNotCountAsAnAttempt)
     }
 }
 
+TEST_F(RegistrationTest, ARegistrationInStepsThatSucceedsDoesNotCountAsAnAttempt)
+{
+    const auto startFor = [this](int person) {
+        return call(Endpoint::RegistrationStart,
+            {{"email", std::to_string(person) + "@example.org"}, {"inviteCode", addTestInvite()}});
+    };
+    for (int person = 0; person < 35; ++person) {
+        const std::string newEmail = std::to_string(person) + "@example.org";
+        ASSERT_EQ(statusOf(startFor(person)), 200) << person;
+        const Outcome verified =
+            call(Endpoint::RegistrationVerify, {{"email", newEmail}, {"code", mailedCode()}});
+        Json body = loginBody();
+        body["email"] = newEmail;
+        body["registrationToken"] = verified.value()["registrationToken"];
+        ASSERT_EQ(statusOf(call(Endpoint::RegistrationComplete, body)), 200) << person;
+        EXPECT_EQ(statusOf(call(Endpoint::RegistrationComplete, body)), 409) << person;
+    }
+    // What was refused gave nothing back either.
+    for (int person = 100; person < 130; ++person)
+        ASSERT_EQ(statusOf(startFor(person)), 200) << person;
+    EXPECT_EQ(statusOf(startFor(130)), 429);
+}
+
+TEST_F(RegistrationTest, ARegistrationThatTookLongGivesNoNewerAttemptBack)
+{
+    start(addTestInvite());
+    now += 599;
+    const Json token = verify(mailedCode()).value()["registrationToken"];
+    now += 1;
+    const auto startFor = [this](int person) {
+        return statusOf(call(Endpoint::RegistrationStart,
+            {{"email", std::to_string(person) + "@example.org"}, {"inviteCode", addTestInvite()}}));
+    };
+    for (int person = 0; person < 30; ++person)
+        ASSERT_EQ(startFor(person), 200) << person;
+
+    EXPECT_EQ(statusOf(complete(token, password)), 200);
+
+    EXPECT_EQ(startFor(30), 429);
+}
+
 TEST_F(RegistrationTest, AnAttemptForAClosedEmailIsNotCountedAgainstTheAddress)
 {
     for (int attempt = 0; attempt < 40; ++attempt)
