@@ -92,14 +92,18 @@ bool endsChineseSentence(char32_t c)
     return c != U'.' && endsSentence(c);
 }
 
-/// 这么多人啊, 他走了啊: somebody asks whether it is so, or cries out. 真亮啊 does neither.
-bool maySurprise(std::u32string_view sentence)
+/// 你确定, 您要咖啡: the voice alone tells whether it asks.
+bool isAskedByVoice(std::u32string_view clause)
 {
-    constexpr std::size_t lengthOfPraise = 3;
-    if (!sentence.ends_with(U'啊') || sentence.size() < lengthOfPraise)
-        return sentence.ends_with(U'啊');
-    const std::u32string_view praise = sentence.substr(sentence.size() - lengthOfPraise);
-    return praise.front() != U'真' || !isOneOf(U"好美亮大香棒冷热快贵甜", praise[1]);
+    static constexpr auto listeners =
+        std::to_array<std::u32string_view>({U"你们", U"您们", U"你", U"您"});
+    static constexpr auto verbs = std::to_array<std::u32string_view>(
+        {U"确定", U"肯定", U"真的", U"要", U"想", U"有", U"能", U"会", U"喝", U"认识", U"知道",
+            U"懂", U"明白", U"同意", U"愿意", U"喜欢", U"记得", U"饿", U"累", U"困", U"没事",
+            U"在家", U"到家了", U"到了", U"下班了", U"吃了", U"吃饭了", U"睡了"});
+    const auto listener = std::ranges::find_if(
+        listeners, [clause](std::u32string_view word) { return clause.starts_with(word); });
+    return listener != listeners.end() && startsWithAny(clause.substr(listener->size()), verbs);
 }
 
 bool mayAsk(std::u32string_view sentence)
@@ -107,12 +111,15 @@ bool mayAsk(std::u32string_view sentence)
     static constexpr auto asking = std::to_array<std::u32string_view>({U"吗", U"呢", U"什么", U"怎",
         U"谁", U"多少", U"多久", U"多大", U"多远", U"多长", U"啥", U"咋", U"如何", U"为何", U"是否",
         U"能否", U"可否", U"难道", U"还是", U"到底", U"究竟", U"何时", U"何处", U"何地", U"多高",
-        U"多重", U"多深", U"多快", U"多宽", U"多厚", U"干嘛", U"唔", U"咗"});
+        U"多重", U"多深", U"多快", U"多宽", U"多厚", U"干嘛", U"唔", U"咗", U"贵姓", U"请问", U"岂",
+        U"何必", U"何苦", U"何不", U"何妨", U"莫非", U"难不成"});
     static constexpr auto endings =
         std::to_array<std::u32string_view>({U"吧", U"嘛", U"么", U"没", U"没有", U"不", U"未"});
+    // 这么多人啊: somebody asks whether it is so, or cries out.
     return holdsAny(sentence, asking) || endsWithAny(sentence, endings) || holdsChoice(sentence)
-        || maySurprise(sentence) || holdsUnless(sentence, U'几', U'茶', U'乎')
-        || holdsUnless(sentence, U'哪', U'\0', U'怕');
+        || sentence.ends_with(U'啊') || holdsUnless(sentence, U'几', U'茶', U'乎')
+        || holdsUnless(sentence, U'哪', U'\0', U'怕')
+        || isAskedByVoice(behindLast(sentence, isPause));
 }
 
 /// 你几点来我几点走 makes the one depend on the other.
@@ -131,11 +138,11 @@ bool isShortQuestion(std::u32string_view clause)
     static constexpr auto subjects =
         std::to_array<std::u32string_view>({U"你", U"您", U"这", U"那", U"现在", U"今天", U"明天",
             U"洗手间", U"卫生间", U"停车场", U"地铁站", U"出口", U"入口", U"电梯"});
-    static constexpr auto endings = std::to_array<std::u32string_view>(
-        {U"多少钱", U"在哪里", U"在哪儿", U"在哪", U"是谁", U"是什么", U"怎么样", U"怎么办",
-            U"几点", U"几点了", U"几点到", U"几点来", U"几点去", U"几点走", U"几点起床", U"几点睡",
-            U"几点下班", U"几点上班", U"几点开会", U"几点回来", U"几点有空", U"何时回来", U"何时来",
-            U"何时到", U"何时走", U"何时出发", U"何时有空", U"在干嘛", U"在乾嘛", U"在幹嘛"});
+    static constexpr auto endings = std::to_array<std::u32string_view>({U"贵姓", U"多少钱",
+        U"在哪里", U"在哪儿", U"在哪", U"是谁", U"是什么", U"怎么样", U"怎么办", U"几点", U"几点了",
+        U"几点到", U"几点来", U"几点去", U"几点走", U"几点起床", U"几点睡", U"几点下班",
+        U"几点上班", U"几点开会", U"几点回来", U"几点有空", U"何时回来", U"何时来", U"何时到",
+        U"何时走", U"何时出发", U"何时有空", U"在干嘛", U"在乾嘛", U"在幹嘛"});
     static constexpr auto others = std::to_array<std::u32string_view>(
         {U"知道", U"告诉", U"问", U"明白", U"清楚", U"忘", U"看", U"想", U"管", U"猜", U"听", U"说",
             U"懂", U"无论", U"不论", U"随便", U"都", U"也", U"就", U"不", U"没", U"那几", U"这几",
@@ -154,10 +161,34 @@ bool isInformalQuestion(std::u32string_view clause)
         && clause.find_first_of(U"就都早不也") == std::u32string_view::npos;
 }
 
+/// 请问我可以坐这里: what stands behind 请问 is asked of the listener, and not of somebody else.
+bool isPoliteQuestion(std::u32string_view asked)
+{
+    constexpr std::size_t shortest = 4;
+    constexpr std::size_t longest = 10;
+    static constexpr auto openings =
+        std::to_array<std::u32string_view>({U"我可以", U"我能", U"您是", U"你是", U"您叫", U"你叫",
+            U"您有", U"你有", U"这是", U"那是", U"这里是", U"那里是"});
+    static constexpr auto others =
+        std::to_array<std::u32string_view>({U"就", U"再", U"吧", U"呢", U"的话"});
+    return asked.size() >= shortest && asked.size() <= longest && startsWithAny(asked, openings)
+        && !holdsAny(asked, others);
+}
+
+/// 难道我错了, 何必这么着急. A longer one may go on behind it, and a shorter one may be a saying.
+bool isDoubt(std::u32string_view clause)
+{
+    constexpr std::size_t longestDoubt = 9;
+    constexpr std::size_t shortest = 5;
+    static constexpr auto openings =
+        std::to_array<std::u32string_view>({U"难道", U"莫非", U"岂不是", U"何必"});
+    return clause.size() >= shortest && clause.size() <= longestDoubt
+        && startsWithAny(clause, openings);
+}
+
 bool surelyAsks(std::u32string_view clause)
 {
     constexpr std::size_t longestReason = 7;
-    constexpr std::size_t longestDoubt = 9; // A longer one may go on behind it.
     static constexpr auto telling = std::to_array<std::u32string_view>({U"问", U"不知道", U"想知道",
         U"好奇", U"说", U"告诉", U"管", U"干吗", U"幹吗", U"确认", U"查", U"看看", U"打听"});
     static constexpr auto knowing = std::to_array<std::u32string_view>(
@@ -167,11 +198,12 @@ bool surelyAsks(std::u32string_view clause)
     const std::u32string_view asked = isPolite ? clause.substr(polite.front().size()) : clause;
     if (asked.ends_with(U'吗') || isInformalQuestion(asked))
         return !holdsAny(asked, telling);
-    if (asked.starts_with(U"难道"))
-        return asked.size() <= longestDoubt;
+    if (isDoubt(asked))
+        return true;
     if (asked.starts_with(U"为什么"))
         return asked.size() <= longestReason && !holdsAny(asked, knowing);
-    return isShortQuestion(asked);
+    return isShortQuestion(asked)
+        || (isPolite && isPoliteQuestion(asked) && !holdsAny(asked, telling));
 }
 
 /// Whether somebody is spoken of; the owner of something makes no sentence yet, nor does a list.

@@ -135,6 +135,35 @@ bool holdsInversion(Sentence sentence)
     return false;
 }
 
+/// "You want some coffee", "you are sure": the voice alone tells whether it asks.
+bool isAskedByVoice(Sentence sentence)
+{
+    static constexpr auto states =
+        std::to_array<std::u32string_view>({U"sure", U"certain", U"ready", U"okay", U"ok", U"fine",
+            U"free", U"hungry", U"serious", U"kidding", U"joking", U"coming", U"going", U"leaving",
+            U"staying", U"done", U"alone", U"home", U"busy", U"there"});
+    static constexpr auto modals = std::to_array<std::u32string_view>(
+        {U"can", U"could", U"will", U"would", U"should", U"may", U"might", U"must", U"shall",
+            U"can't", U"couldn't", U"won't", U"wouldn't", U"shouldn't", U"never", U"always"});
+    static constexpr auto telling = std::to_array<std::u32string_view>(
+        {U"than", U"never", U"always", U"because", U"but", U"so", U"if"});
+    static constexpr auto leading = std::to_array<std::u32string_view>(
+        {U"okay", U"ok", U"so", U"and", U"but", U"oh", U"well", U"yes", U"no", U"then"});
+    while (!sentence.empty() && isIn(leading, sentence[0]))
+        sentence = sentence.subspan(1);
+    const auto tells = [](const Run& run) { return isIn(telling, run); };
+    if (sentence.size() < 2 || std::ranges::any_of(sentence, tells))
+        return false;
+    if (sentence[0].small == U"you're")
+        return isIn(states, sentence[1]);
+    if (sentence[0].small != U"you" || isIn(modals, sentence[1]))
+        return false;
+    const bool isState = sentence.size() > 2
+        && (sentence[1].small == U"are" || sentence[1].small == U"were")
+        && isIn(states, sentence[2]);
+    return isState || isVerbOfSpeaker(sentence[1].small);
+}
+
 bool mayAsk(Sentence sentence)
 {
     static constexpr auto objects = std::to_array<std::u32string_view>({U"it", U"not", U"this",
@@ -151,7 +180,7 @@ bool mayAsk(Sentence sentence)
     static constexpr auto shortened =
         std::to_array<std::u32string_view>({U"mind", U"need", U"want", U"got", U"care"});
     if (hasTag || isIn(askingWords, sentence[0]) || isIn(echoes, sentence.back())
-        || isIn(shortened, sentence[0]))
+        || isIn(shortened, sentence[0]) || isAskedByVoice(sentence))
         return true;
     if (!isIn(auxiliaries, sentence[0]))
         return holdsInversion(sentence);

@@ -35,7 +35,7 @@ constexpr std::u32string_view pairs =
     U"績绩續续縮缩織织罰罚羅罗聖圣聯联職职聰聪腦脑臉脸臺台艱艰藝艺節节蘇苏蘭兰蘋苹處处虛虚蟲虫"
     U"補补裝装裡里複复觀观規规覺觉覽览觸触訂订訊讯討讨訓训詢询詳详誤误課课調调談谈諾诺謀谋講讲"
     U"貓猫貝贝負负財财貨货責责貴贵費费資资賴赖賬账質质贈赠贏赢趕赶趨趋跡迹踐践軟软軍军輕轻較较"
-    U"載载輛辆輪轮輯辑輸输轉转鄰邻醬酱釋释針针鋼钢錶表鏡镜鬧闹閱阅裏里闆板陣阵陰阴階阶麵面";
+    U"載载輛辆輪轮輯辑輸输轉转鄰邻醬酱釋释針针鋼钢錶表鏡镜鬧闹閱阅裏里闆板陣阵陰阴階阶麵面豈岂";
 
 /// Of those, the traditional ones that Japanese writes too.
 constexpr std::u32string_view alsoJapanese =
@@ -45,7 +45,7 @@ constexpr std::u32string_view alsoJapanese =
     U"婦嬰孫審憲宮賓導爾嘗島嶺崗幣帥師帳莊慶庫強徹徵態憶懇悶愛慣憤戶撲執掃揚撫擁擬揮損換攜敵無"
     U"暫術楊極構槍標樹橋檔橫漢湯溝淚濃測潔漁濾災煩熱猶獲環畫療監盤礙確禍種積窮競筆簡糧緊糾紅約"
     U"級紀純紙納紛細終組結統維網緒線練績縮織罰羅聖聯職節蘇蘭補裏複規訂訊討訓詢詳誤課調談諾謀講"
-    U"貝負財貨責貴費資質贈跡軟軍較載輪輯輸針鋼鏡陣陰階隨邊險並縣獎輕層階";
+    U"貝負財貨責貴費資質贈跡軟軍較載輪輯輸針鋼鏡陣陰階隨邊險並縣獎輕層階豈";
 
 /// And the simplified ones.
 constexpr std::u32string_view simplifiedAlsoJapanese =
