@@ -13,6 +13,20 @@
 namespace tavrin::devcloud {
 namespace {
 
+/// Whether a noun may begin with it: "the the cure" may be two words by mistake, "the the and the
+/// cure" names a band.
+bool mayOpenNoun(const Run& run)
+{
+    static constexpr auto others =
+        std::to_array<std::u32string_view>({U"and", U"but", U"or", U"nor", U"is", U"are", U"was",
+            U"were", U"has", U"have", U"had", U"do", U"does", U"did", U"will", U"would", U"can",
+            U"could", U"should", U"may", U"might", U"must", U"of", U"in", U"on", U"at", U"to",
+            U"for", U"from", U"with", U"by", U"as", U"than", U"then", U"that", U"which", U"who",
+            U"when", U"if", U"because", U"not", U"i", U"we", U"you", U"he", U"she", U"they", U"it",
+            U"isn't", U"wasn't", U"aren't", U"weren't", U"don't", U"doesn't", U"didn't"});
+    return !contains(others, run.small);
+}
+
 /// Without words that are said twice and cannot be meant twice: "the the", and "I I" that opens a
 /// sentence. "You you", "had had", "that that" … can.
 Runs withoutRepeats(Runs runs)
@@ -26,13 +40,35 @@ Runs withoutRepeats(Runs runs)
             && kept.back().small == run.small && (run.isSmall() || run.small == U"i");
         const bool opens =
             kept.size() == 1 || (kept.size() > 1 && kept[kept.size() - 2].endsSentence());
-        const bool isStammered = contains(anywhere, run.small) || (opens && run.small == U"i");
         // With nothing or a mark behind it, it may be a name or a letter.
         const bool leadsOn = at + 1 < runs.size() && run.closing.empty();
+        const bool isStammered = (opens && run.small == U"i")
+            || (leadsOn && contains(anywhere, run.small) && mayOpenNoun(runs[at + 1]));
         if (!isSecond || !isStammered || !leadsOn)
             kept.push_back(std::move(run));
     }
     return kept;
+}
+
+/// "The variable i", "world war i".
+bool isFollowedByLetter(const Run& run)
+{
+    static constexpr auto names = std::to_array<std::u32string_view>({U"variable", U"index",
+        U"letter", U"counter", U"parameter", U"integer", U"loop", U"int", U"let", U"for", U"called",
+        U"named", U"character", U"type", U"vitamin", U"world", U"war", U"point", U"set", U"part",
+        U"chapter", U"section", U"phase", U"volume", U"act"});
+    return contains(names, run.small);
+}
+
+/// "You and i", and at the beginning "i and my sister", but not "i and j".
+bool isCoupled(const Runs& runs, std::size_t at)
+{
+    static constexpr auto before = std::to_array<std::u32string_view>({U"you", U"he", U"she"});
+    static constexpr auto behind = std::to_array<std::u32string_view>(
+        {U"my", U"our", U"his", U"her", U"you", U"he", U"she", U"we", U"they"});
+    if (at == 0)
+        return runs.size() > 2 && runs[1].small == U"and" && contains(behind, runs[2].small);
+    return at > 1 && runs[at - 1].small == U"and" && contains(before, runs[at - 2].small);
 }
 
 /// "I" in all its forms. A lone letter is that between two words of English, unless they are such
@@ -41,10 +77,6 @@ bool isPronoun(const Runs& runs, std::size_t at)
 {
     static constexpr auto forms =
         std::to_array<std::u32string_view>({U"i'm", U"i'll", U"i've", U"i'd"});
-    static constexpr auto names = std::to_array<std::u32string_view>({U"variable", U"index",
-        U"letter", U"counter", U"parameter", U"integer", U"loop", U"int", U"let", U"for", U"called",
-        U"named", U"character", U"type", U"vitamin", U"world", U"war", U"point", U"set", U"part",
-        U"chapter", U"section", U"phase", U"volume", U"act"});
     static constexpr auto operators = std::to_array<std::u32string_view>({U"in", U"is", U"equals",
         U"plus", U"minus", U"times", U"to", U"of", U"becomes", U"goes", U"runs", U"rows", U"and",
         U"with", U"by", U"from", U"until", U"as", U"or", U"if", U"on", U"at", U"into"});
@@ -54,18 +86,15 @@ bool isPronoun(const Runs& runs, std::size_t at)
         U"but", U"before", U"after", U"until", U"though", U"think", U"know", U"said"});
     if (contains(forms, runs[at].small))
         return true;
-    if (runs[at].small != U"i" || (at > 0 && contains(names, runs[at - 1].small)))
+    if (runs[at].small != U"i" || (at > 0 && isFollowedByLetter(runs[at - 1])))
         return false;
-    const bool isCoupled = at > 1 && runs[at - 1].small == U"and"
-        && (runs[at - 2].small == U"you" || runs[at - 2].small == U"he"
-            || runs[at - 2].small == U"she");
     const bool follows = at > 0 && contains(wantSubject, runs[at - 1].small);
     if (at + 1 == runs.size())
-        return follows || isCoupled;
+        return follows || (at > 0 && isCoupled(runs, at));
     const Run& next = runs[at + 1];
     const bool opens = at == 0 || !runs[at - 1].closing.empty();
-    const bool isSubject = opens || follows || isCoupled || isEnglish(runs[at - 1].small);
-    return isVerbOfSpeaker(next.small)
+    const bool isSubject = opens || follows || isCoupled(runs, at) || isEnglish(runs[at - 1].small);
+    return isVerbOfSpeaker(next.small) || (at == 0 && isCoupled(runs, at))
         || (isSubject && isEnglish(next.small) && !contains(operators, next.small));
 }
 
@@ -118,6 +147,9 @@ bool wantsCapital(const Runs& runs, std::size_t at, bool opensText, bool technic
     if (!technical
         && (isDayOrMonth(run.small) || isPronoun(runs, at) || isMonthBesideAnother(runs, at)))
         return true;
+    // "i is the index": a variable opens no sentence with a capital.
+    if (run.small == U"i" && (runs.size() < 2 || !technical || !isVerbOfSpeaker(runs[1].small)))
+        return false;
     // "today = x", "hello: world"
     const bool isProse = run.closing.empty() && runs.size() > 1 && runs[1].isPlain()
         && isEnglish(runs[1].small) && opensProse(run.small);
