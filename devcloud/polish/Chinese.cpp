@@ -172,11 +172,11 @@ private:
             m_at = end;
             return true;
         }
-        if (!standsAlone(end) || isQuoted())
+        if (!standsAlone(end) || isQuoted() || isNamed(restFrom(next)))
             return false;
         if (m_line[m_at] == U'嗯' && (next >= m_line.size() || mayAnswer(restFrom(next))))
             return false;
-        const Clause clause = clauseBefore(next);
+        const Clause clause = clauseBefore(end, next);
         if (clause == Clause::MayLeadOn && next < m_line.size())
             return false;
         if (isComma(peek(end)) && clause == Clause::LeadsOn && !isOneOf(sounds, peek(next))) {
@@ -214,11 +214,12 @@ private:
         m_at = isTwice ? afterBlanks(end + 1) : end;
     }
 
-    /// 他说，嗯
+    /// 他说，嗯, 点击 嗯
     [[nodiscard]] bool isQuoted() const
     {
         return m_done.size() > 1
-            && isOneOf(U"说說声聲道喊叫答问問回写寫", m_done[m_done.size() - 2]);
+            && isOneOf(
+                U"说說声聲道喊叫答问問回写寫击擊入按选選搜词詞字念", m_done[m_done.size() - 2]);
     }
 
     /// Where the clause ends that stands in m_done, before its mark or space.
@@ -231,38 +232,50 @@ private:
     }
 
     enum class Clause {
-        IsWhole,
-        MayLeadOn, ///< 我们要去，嗯，北京 wants no comma, 他要去，嗯，我也要去 does.
+        IsWhole, ///< 他买了票，嗯，我没买: one comma belongs there.
+        MayLeadOn, ///< 一共来了，嗯，三百人 wants no comma, 一共来了，嗯，你也来吧 does.
         LeadsOn, ///< 我想，嗯，去北京: the comma was the sound's.
     };
 
-    /// The clause in m_done in simplified characters, if it is a short one; empty otherwise.
-    [[nodiscard]] std::u32string openingClause() const
+    /// The clause that ends m_done, in simplified characters; empty when it is a long one.
+    [[nodiscard]] std::u32string lastClause() const
     {
-        constexpr std::size_t longestOpening = 5;
+        constexpr std::size_t longest = 40;
         const std::size_t end = endOfClause();
         std::size_t start = end;
-        while (start > 0 && end - start < longestOpening && isHan(m_done[start - 1]))
+        while (start > 0 && end - start <= longest && !isPause(m_done[start - 1]))
             --start;
-        const bool opens = start == 0 || isPause(m_done[start - 1]);
-        std::u32string clause = opens ? m_done.substr(start, end - start) : std::u32string();
+        if (end - start > longest)
+            return {};
+        std::u32string clause = m_done.substr(start, end - start);
         std::ranges::transform(clause, clause.begin(), simplified);
         return clause;
     }
 
-    /// What the clause before a sound is, when @p next is where the next one begins.
-    [[nodiscard]] Clause clauseBefore(std::size_t next) const
+    /// The same if it is a short one; empty otherwise.
+    [[nodiscard]] std::u32string openingClause() const
     {
-        const std::u32string clause = openingClause();
-        if (leadsOnTo(clause, restFrom(next)))
+        constexpr std::size_t longestOpening = 5;
+        std::u32string clause = lastClause();
+        const bool isShort = clause.size() <= longestOpening && std::ranges::all_of(clause, isHan);
+        return isShort ? clause : std::u32string();
+    }
+
+    /// What the clause before a sound is that ends at @p end, when @p next is where the next one
+    /// begins.
+    [[nodiscard]] Clause clauseBefore(std::size_t end, std::size_t next) const
+    {
+        if (leadsOnTo(openingClause(), restFrom(next)))
             return Clause::LeadsOn;
-        // 这个，呃，方案不错: the comma is right too, and 呃 is no answer.
-        if (clause == U"这个" && m_line[m_at] == U'呃')
-            return Clause::IsWhole;
-        const std::size_t end = endOfClause();
-        const char32_t last = end > 0 ? simplified(m_done[end - 1]) : U'\0';
-        return isOneOf(U"去要想在是和跟把给到对从向得的个这那共", last) ? Clause::MayLeadOn
-                                                                        : Clause::IsWhole;
+        const std::size_t size = endOfClause();
+        const char32_t last = size > 0 ? simplified(m_done[size - 1]) : U'\0';
+        if (isOneOf(U"去要想在是和跟把给到对从向得的个这那共", last))
+            return Clause::MayLeadOn;
+        const char32_t mark = size < m_done.size() ? m_done[size] : U'\0';
+        const bool isBetween =
+            next < m_line.size() && !endsSentence(mark) && !endsSentence(peek(end));
+        return isBetween && !areApart(lastClause(), restFrom(next)) ? Clause::MayLeadOn
+                                                                    : Clause::IsWhole;
     }
 
     bool skipRepeat()
@@ -306,6 +319,22 @@ private:
         return true;
     }
 
+    /// 突 然后悔, 场 所以及: whether the space before @p next may stand in the middle of a word.
+    [[nodiscard]] bool splitsWord(std::size_t next) const
+    {
+        struct Ends {
+            char32_t second;
+            std::u32string_view first;
+        };
+
+        static constexpr auto words = std::to_array<Ends>(
+            {{U'然', U"突虽雖当當仍果自忽必显顯竟既依固居公猛毅贸貿偶诚誠断斷枉泰仿徒全天"},
+                {U'所', U"场場厕廁住处處诊診究派"}, {U'而', U"然因反从從进進继繼"}});
+        return std::ranges::any_of(words, [this, next](const Ends& word) {
+            return peek(next) == word.second && isOneOf(word.first, m_done.back());
+        });
+    }
+
     [[nodiscard]] bool isPauseBefore(std::size_t next) const
     {
         constexpr std::ptrdiff_t shortestClause = 4;
@@ -313,7 +342,7 @@ private:
         const auto lastOther = std::find_if_not(m_done.rbegin(), m_done.rend(), isHan);
         const std::ptrdiff_t length = lastOther - m_done.rbegin();
         const char32_t third = peek(next + 2); // 所以然 is a word.
-        return length >= shortestClause && !isOneOf(leadsOn, m_done.back())
+        return !splitsWord(next) && length >= shortestClause && !isOneOf(leadsOn, m_done.back())
             && isAnyAt(next, clauseOpeners) && third != U'然' && isHan(third)
             && isHan(peek(next + 3));
     }

@@ -38,7 +38,65 @@ bool isAmount(std::u32string_view rest)
         || startsWithAny(rest, round);
 }
 
+bool holdsAny(std::u32string_view text, WordList phrases)
+{
+    return std::ranges::any_of(phrases, [text](std::u32string_view phrase) {
+        return text.find(phrase) != std::u32string_view::npos;
+    });
+}
+
+/// Whether nothing is missing behind a clause: 他买了票, 那家店很贵, 第一个是预算, 他说「好」.
+bool isWhole(std::u32string_view clause)
+{
+    static constexpr auto complete =
+        std::to_array<std::u32string_view>({U"了", U"很", U"太", U"非常", U"特别"});
+    // What is known or liked may follow them.
+    static constexpr auto wantObject = std::to_array<std::u32string_view>(
+        {U"忘", U"知道", U"说", U"听", U"看", U"发现", U"觉得", U"想", U"以为", U"告诉", U"问",
+            U"记", U"怕", U"希望", U"猜", U"喜欢", U"爱", U"明白", U"懂", U"确定"});
+    constexpr std::size_t longestVerb = 2; // 就是他
+    if (clause.empty())
+        return false;
+    const std::size_t verb = clause.rfind(U'是');
+    const bool isDefined =
+        verb != std::u32string_view::npos && verb > 0 && clause.size() - verb > longestVerb;
+    return isOneOf(U"」』”", clause.back())
+        || (!holdsAny(clause, wantObject)
+            && (clause.back() == U'呢' || isDefined || holdsAny(clause, complete)));
+}
+
+/// Whether @p rest begins a clause of its own: 第二个是人员, 然后走了, 味道也普通.
+bool opensClause(std::u32string_view rest)
+{
+    static constexpr auto openings = std::to_array<std::u32string_view>({U"但", U"所以", U"然后",
+        U"不过", U"可是", U"而且", U"第一", U"第二", U"第三", U"第四", U"第五"});
+    static constexpr auto marks =
+        std::to_array<std::u32string_view>({U"也", U"都", U"就", U"没", U"不", U"已经"});
+    static constexpr auto ofNoun = std::to_array<std::u32string_view>({U"的"});
+    constexpr std::size_t longest = 40; // What says more of a longer one stands far away.
+    rest = rest.substr(0, longest);
+    const std::u32string_view clause(rest.begin(), std::ranges::find_if(rest, isPause));
+    return startsWithAny(clause, openings)
+        || (holdsAny(clause, marks) && !holdsAny(clause, ofNoun) && !isAmount(clause));
+}
+
 } // namespace
+
+bool areApart(std::u32string_view clause, std::u32string_view rest)
+{
+    constexpr std::size_t lengthOfCity = 2;
+    // 北京，上海
+    const bool areListed = clause.size() >= lengthOfCity
+        && isPlace(clause.substr(clause.size() - lengthOfCity)) && isPlace(rest);
+    return areListed || (isWhole(clause) && opensClause(rest));
+}
+
+bool isNamed(std::u32string_view rest)
+{
+    static constexpr auto names = std::to_array<std::u32string_view>(
+        {U"按钮", U"按鈕", U"键", U"字", U"这个字", U"这个词", U"两个字", U"二字", U"一声"});
+    return startsWithAny(rest, names);
+}
 
 bool leadsOnTo(std::u32string_view clause, std::u32string_view rest)
 {

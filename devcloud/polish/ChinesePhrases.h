@@ -11,6 +11,12 @@ namespace tavrin::devcloud {
 /// amount.
 bool leadsOnTo(std::u32string_view clause, std::u32string_view rest);
 
+/// Whether a comma belongs between the two beyond doubt: 他买了票 and 我没买.
+bool areApart(std::u32string_view clause, std::u32string_view rest);
+
+/// 嗯 按钮, 嗯 这个字: whether the sound before them is spoken of.
+bool isNamed(std::u32string_view rest);
+
 /// What a speaker goes on with after he has won time, and nobody after an answer.
 bool goesOn(std::u32string_view rest);
 

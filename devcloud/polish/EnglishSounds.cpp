@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 namespace tavrin::devcloud {
 namespace {
@@ -15,6 +16,9 @@ bool isAllCapitals(const Run& run)
 {
     return std::ranges::all_of(run.word, isAsciiUpper);
 }
+
+/// What stands behind a sound.
+using Rest = std::span<const Run>;
 
 /// Takes out the sounds that stand alone, with the marks that were their own.
 class SoundRemover {
@@ -62,16 +66,23 @@ private:
         // Emergency rooms are listed between commas too.
         if (!before.endsWithComma() || quotes(before) || sound.small == U"er")
             return false;
-        if (sound.endsWithComma() && !isLast()) {
-            if (mayLeadOn(before) && !endsHowItIs())
-                return false;
-            if (leadsOn(before))
-                before.closing.clear();
-            return true;
-        }
+        if (sound.endsWithComma() && !isLast())
+            return skipBetweenCommas(before);
         if (!isLast() || (!sound.closing.empty() && !sound.endsSentence()))
             return false;
         before.closing = sound.closing;
+        return true;
+    }
+
+    bool skipBetweenCommas(Run& before)
+    {
+        if (mayLeadOn(before) && !endsHowItIs())
+            return false;
+        if (!leadsOn(before))
+            return endsHowItIs() || isCommaRight();
+        // What hesitates twice keeps the mark for the second sound.
+        if (!isSound(m_runs[m_at + 1]))
+            before.closing.clear();
         return true;
     }
 
@@ -179,6 +190,74 @@ private:
             std::to_array<std::u32string_view>({U"that", U"is", U"are", U"was", U"were", U"to",
                 U"in", U"on", U"at", U"of", U"with", U"for", U"about", U"from", U"by"});
         return contains(words, run.small) || (isOpinion(run) && !isMine());
+    }
+
+    /// Whether a comma belongs between what stands before the sound and what goes on behind it:
+    /// not so in "we have, um, three cats".
+    [[nodiscard]] bool isCommaRight() const
+    {
+        constexpr std::size_t mostSounds = 8; // More of them in a row are no words.
+        const Rest behind = Rest(m_runs).subspan(m_at + 1);
+        const Rest sounds = behind.first(std::min(behind.size(), mostSounds));
+        const auto next = std::ranges::find_if_not(sounds, isSound);
+        if (next == sounds.end())
+            return true;
+        const Rest rest = behind.subspan(static_cast<std::size_t>(next - sounds.begin()));
+        return joinsClause(rest) || isListed(rest) || (endsClause(m_kept.back()) && isClause(rest));
+    }
+
+    /// "Apples, um, pears and bread": the plural behind a verb is the first of several things.
+    [[nodiscard]] bool isListed(Rest rest) const
+    {
+        const std::size_t size = m_kept.size();
+        if (size < 2 || rest.size() < 3 || !rest[0].closing.empty())
+            return false;
+        const Run& verb = m_kept[size - 2];
+        const Run& first = m_kept[size - 1];
+        return (isVerbOfSpeaker(verb.small) || isFiniteVerb(verb.small)) && verb.closing.empty()
+            && first.small.ends_with(U's') && !isFiniteVerb(first.small)
+            && (rest[1].small == U"and" || rest[1].small == U"or");
+    }
+
+    /// "And we", "but slow". "Nothing but" is another word.
+    [[nodiscard]] bool joinsClause(Rest rest) const
+    {
+        static constexpr auto joining = std::to_array<std::u32string_view>({U"and", U"or", U"so"});
+        static constexpr auto all =
+            std::to_array<std::u32string_view>({U"nothing", U"nobody", U"none", U"one", U"no",
+                U"all", U"anything", U"anyone", U"anybody", U"everything", U"everyone",
+                U"everybody", U"anywhere", U"nowhere", U"everywhere", U"cannot", U"last", U"next"});
+        if (rest.size() < 2 || !rest[0].closing.empty())
+            return false;
+        if (rest[0].small == U"but")
+            return !contains(all, m_kept.back().small);
+        return contains(joining, rest[0].small) && isSubject(rest[1]);
+    }
+
+    /// "We go", "you decide", "nothing will change".
+    static bool isClause(Rest rest)
+    {
+        static constexpr auto nominatives =
+            std::to_array<std::u32string_view>({U"i", U"we", U"he", U"she", U"they"});
+        static constexpr auto contracted = std::to_array<std::u32string_view>({U"i'm", U"i'll",
+            U"i've", U"we're", U"we'll", U"we've", U"he's", U"she's", U"they're", U"they'll"});
+        static constexpr auto verbs =
+            std::to_array<std::u32string_view>({U"decide", U"choose", U"are", U"were", U"is"});
+        if (rest.size() < 2 || !rest[0].closing.empty())
+            return false;
+        const std::u32string& verb = rest[1].small;
+        const bool hasVerb = isVerbOfSpeaker(verb) || isFiniteVerb(verb) || contains(verbs, verb);
+        return contains(contracted, rest[0].small) || contains(nominatives, rest[0].small)
+            || (rest[0].small == U"you" && hasVerb) || (isSubject(rest[0]) && isModal(rest[1]));
+    }
+
+    /// A word behind which nothing is missing: "that's it", "we are ready", "that's what i think".
+    [[nodiscard]] static bool endsClause(const Run& run)
+    {
+        static constexpr auto words = std::to_array<std::u32string_view>({U"it", U"here", U"there",
+            U"now", U"today", U"tomorrow", U"yesterday", U"tonight", U"done", U"late", U"ready",
+            U"fine", U"good", U"great", U"tired", U"already", U"too", U"again", U"well"});
+        return contains(words, run.small) || isOpinion(run);
     }
 
     static bool isOpinion(const Run& run) { return run.small == U"think" || run.small == U"guess"; }

@@ -95,9 +95,9 @@ TEST(PolishTest, ALongTextTakesLinearTime)
 {
     constexpr std::size_t length = 100;
     constexpr std::size_t growth = 16;
-    for (const char* piece :
-        {"我们", "今天我们开会，然后去吃饭。", "我 ", "呃", " ", "呃，", "um, ", "i i ",
-            "the the report is done and we know it. ", "https://example.org/", "\n我", "“"}) {
+    for (const char* piece : {"我们", "今天我们开会，然后去吃饭。", "我 ", "呃", " ", "呃，",
+             "um, ", "i i ", "the the report is done and we know it. ", "走 嗯 ", "走，嗯，",
+             "we have, um, ", "we have it, um, ", "https://example.org/", "\n我", "“"}) {
         // A quadratic step would take 256 times as long, and a linear one 16 times.
         const std::string text = "我想" + repeated(piece, length) + "我";
         const std::string longer = "我想" + repeated(piece, growth * length) + "我";
