@@ -1,9 +1,12 @@
 #include "devcloud/polish/Letter.h"
 
 #include "devcloud/polish/Characters.h"
+#include "devcloud/polish/ChineseSentence.h"
 #include "devcloud/polish/EnglishLine.h"
+#include "devcloud/polish/EnglishWords.h"
 #include "devcloud/polish/Language.h"
 #include "devcloud/polish/WordList.h"
+#include "devcloud/text/Ascii.h"
 
 #include <algorithm>
 #include <array>
@@ -100,11 +103,79 @@ bool closes(const Sentence& sentence)
     });
 }
 
-/// "王明" behind a sentence of its own, without a mark.
+/// "王明" or 技术部李小明 behind a sentence of its own, without a mark.
+bool isHanSignature(std::u32string_view sentence)
+{
+    constexpr std::size_t longestAlone = 4;
+    constexpr std::size_t longestWithOffice = 12;
+    if (!std::ranges::all_of(sentence, [](char32_t c) { return isHan(c) || isBlank(c); }))
+        return false;
+    std::u32string simple(sentence);
+    std::ranges::transform(simple, simple.begin(), simplified);
+    return sentence.size() <= longestAlone
+        || (sentence.size() <= longestWithOffice && !isChineseSentence(simple));
+}
+
+/// Whether a word may be a name: "Tom", "Miller", "tom".
+bool mayBeName(const Run& run)
+{
+    return run.isPlain() && run.opening.empty()
+        && (isAsciiUpper(run.word.front()) || !isEnglish(run.small));
+}
+
+/// "Tom Miller", without a mark.
 bool isSignature(std::u32string_view sentence)
 {
-    constexpr std::size_t longest = 4;
-    return sentence.size() <= longest && std::ranges::all_of(sentence, isHan);
+    const Runs runs = runsOf(sentence);
+    const auto stands = [](const Run& run) { return mayBeName(run) && run.closing.empty(); };
+    return isHanSignature(sentence)
+        || (!runs.empty() && runs.size() <= longestName && std::ranges::all_of(runs, stands));
+}
+
+/// "Mr. Lee, …", "Ann, …", "To whom it may concern": whether the runs begin by addressing somebody.
+bool mayAddress(const Runs& runs)
+{
+    static constexpr auto titles = std::to_array<std::u32string_view>(
+        {U"mr", U"mrs", U"ms", U"miss", U"dr", U"prof", U"professor", U"sir", U"madam"});
+    static constexpr auto everybody = std::to_array<std::u32string_view>({U"all", U"everyone",
+        U"team", U"colleagues", U"friends", U"guys", U"ladies and gentlemen", U"dear all"});
+    const auto comma = std::ranges::find_if(
+        runs, [](const Run& run) { return run.closing == U"," || run.closing == U":"; });
+    if (plainWords(runs).starts_with(U"to whom it may concern"))
+        return true;
+    if (comma == runs.end())
+        return false;
+    const Runs addressed(runs.begin(), comma + 1);
+    const auto isNameOrTitle = [](const Run& run) {
+        return contains(titles, run.small) || run.small == U"and" || mayBeName(run);
+    };
+    const bool opensWithName =
+        contains(titles, addressed[0].small) || !isEnglish(addressed[0].small);
+    return contains(everybody, plainWords(addressed))
+        || (opensWithName && addressed.size() <= 2 * longestName
+            && std::ranges::all_of(addressed, isNameOrTitle));
+}
+
+/// 李总，报告已发给您: a name with a title, or 各位, and a mark behind it.
+bool mayAddressInHan(std::u32string_view line)
+{
+    constexpr std::size_t longestAddress = 6;
+    static constexpr auto titles = std::to_array<std::u32string_view>({U"总", U"经理", U"老师",
+        U"先生", U"女士", U"小姐", U"太太", U"主任", U"教授", U"医生", U"大夫", U"律师", U"老板",
+        U"处长", U"局长", U"院长", U"校长", U"部长", U"科长", U"组长", U"董事长", U"主席", U"总监",
+        U"主管", U"师傅", U"同学", U"博士", U"哥", U"姐", U"各位", U"大家", U"同事", U"同事们",
+        U"领导", U"客户", U"用户", U"朋友", U"朋友们", U"老师们", U"同学们"});
+    // 我问李老师，
+    static constexpr std::u32string_view others =
+        U"我你您他她它这那的问说找给跟和对向叫请见是有让被把";
+    std::u32string address(line.substr(0, line.find_first_of(U"，,：:、")));
+    if (address.size() == line.size() || address.size() > longestAddress)
+        return false;
+    std::ranges::transform(address, address.begin(), simplified);
+    return std::ranges::all_of(address, isHan)
+        && address.find_first_of(others) == std::u32string::npos
+        && std::ranges::any_of(
+            titles, [&address](std::u32string_view title) { return address.ends_with(title); });
 }
 
 /// 您好这个词 speaks of the greeting itself; @p rest stands behind it.
@@ -145,7 +216,7 @@ bool mayGreet(std::u32string_view text)
     };
     const std::u32string_view line = text.substr(0, text.find(U'\n'));
     return std::ranges::any_of(hanGreetings, opens) || std::ranges::any_of(hanAddresses, opens)
-        || greetingLength(runsOf(line)) > 0
+        || greetingLength(runsOf(line)) > 0 || mayAddress(runsOf(line)) || mayAddressInHan(line)
         || isHanGreeting(line.substr(0, line.find_first_of(U"。！")))
         || isHanGreeting(line.substr(0, line.find(U'，')));
 }
