@@ -14,6 +14,7 @@ import threading
 import time
 
 SILENT, DRIPPING, CALLS, LIMIT_MS = 2000, 200, 200, 50.0
+MOST_KIB_EACH = 8.0  # Of memory, for a connection.
 # No address may take the room of all, so they come from several.
 SOURCES = [f"127.0.0.{last}" for last in range(2, 12)]
 DRIP = b"POST /v1/text/polish HTTP/1.1\r\nX-Filling: " + b"a" * 4096
@@ -22,9 +23,9 @@ host, port = sys.argv[1].removeprefix("http://").split(":")
 process = sys.argv[2]
 
 
-def memory_mib():
+def memory_kib():
     with open(f"/proc/{process}/smaps_rollup", encoding="ascii") as lines:
-        return next(int(line.split()[1]) for line in lines if line.startswith("Rss:")) / 1024
+        return next(int(line.split()[1]) for line in lines if line.startswith("Rss:"))
 
 
 def connect(number):
@@ -79,9 +80,9 @@ def times_ms():
 _, most = resource.getrlimit(resource.RLIMIT_NOFILE)
 resource.setrlimit(resource.RLIMIT_NOFILE, (min(most, 4 * (SILENT + DRIPPING)), most))
 alone = times_ms()
-before = memory_mib()
+before = memory_kib()
 silent = [connect(number) for number in range(SILENT)]
-with_silent = memory_mib()
+with_silent = memory_kib()
 dripping = [connect(number) for number in range(DRIPPING)]
 ended = threading.Event()
 thread = threading.Thread(target=drip, args=(dripping, ended))
@@ -91,11 +92,15 @@ still_open = sum(map(is_open, silent)), sum(map(is_open, dripping))
 ended.set()
 thread.join()
 
+each = (with_silent - before) / SILENT
 kept = beside[-1] <= LIMIT_MS and still_open == (SILENT, DRIPPING)
+is_small = each <= MOST_KIB_EACH
 for name, taken in (("alone", alone), ("beside them", beside)):
     print(f"polish {name}: p50 {taken[CALLS // 2]:.2f} ms, p99 {taken[CALLS * 99 // 100]:.2f} ms, "
           f"longest {taken[-1]:.2f} ms")
 print(f"{still_open[0]} silent and {still_open[1]} dripping connections stayed open, "
       f"limit {LIMIT_MS:.0f} ms {'kept' if kept else 'NOT KEPT'}")
-print(f"memory with {SILENT} silent connections: {with_silent:.0f} MiB, without {before:.0f} MiB")
-sys.exit(0 if kept else 1)
+print(f"memory with {SILENT} silent connections: {with_silent / 1024:.0f} MiB, without "
+      f"{before / 1024:.0f} MiB: {each:.1f} KiB each (at most {MOST_KIB_EACH:.0f}) "
+      f"{'kept' if is_small else 'NOT KEPT'}")
+sys.exit(0 if kept and is_small else 1)
