@@ -45,7 +45,8 @@ void CorrectionWatch::beginCorrectionLearningForInsertedText(const QString& text
         return;
     m_watch.emplace(Watch{.correctionLearningElement = std::move(element),
         .correctionOriginalText = text,
-        .correctionCurrentText = {text, *place},
+        .correctionCurrentText = text,
+        .correctionTrackedRange = *place,
         .correctionPreviousValue = value,
         .correctionLearningDeadline = m_ports.clock.uptime() + watchDuration,
         .correctionLastChange = std::nullopt,
@@ -86,10 +87,12 @@ bool CorrectionWatch::follow(const QString& value)
 {
     if (value == m_watch->correctionPreviousValue)
         return true;
-    const EditPlace place =
-        followEdit(m_watch->correctionCurrentText, m_watch->correctionPreviousValue, value);
+    TrackedStretch stretch{m_watch->correctionCurrentText, m_watch->correctionTrackedRange};
+    const EditPlace place = followEdit(stretch, m_watch->correctionPreviousValue, value);
     if (place == EditPlace::Across)
         return false;
+    m_watch->correctionCurrentText = stretch.text;
+    m_watch->correctionTrackedRange = stretch.range;
     m_watch->correctionPreviousValue = value;
     if (place == EditPlace::Inside)
         m_watch->correctionLastChange = m_ports.clock.uptime();
@@ -101,7 +104,7 @@ void CorrectionWatch::finishCorrectionLearningAndAnalyze(bool analyze)
     const std::optional<Watch> ended = std::exchange(m_watch, std::nullopt);
     if (ended && analyze && isAutomaticDictionaryLearningOn(m_ports.preferences))
         learnDictionaryCandidatesFromOriginal(
-            ended->correctionOriginalText, ended->correctionCurrentText.text);
+            ended->correctionOriginalText, ended->correctionCurrentText);
 }
 
 void CorrectionWatch::learnDictionaryCandidatesFromOriginal(

@@ -52,7 +52,8 @@ private:
     struct Watch {
         ElementHandle correctionLearningElement;
         QString correctionOriginalText;
-        TrackedStretch correctionCurrentText;
+        QString correctionCurrentText; ///< Of the inserted stretch.
+        TextRange correctionTrackedRange; ///< Where it lies in the field.
         QString correctionPreviousValue; ///< Of the whole field.
         Seconds correctionLearningDeadline;
         std::optional<Seconds> correctionLastChange; ///< Within the stretch.
