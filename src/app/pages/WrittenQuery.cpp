@@ -130,12 +130,12 @@ bool WrittenQuery::stands(QByteArrayView text) const
 
 bool WrittenQuery::endsAt(QByteArrayView text, qsizetype end) const
 {
-    QByteArrayView rest = text.first(end + 1);
-    for (auto forms = m_letters.rbegin(); forms != m_letters.rend(); ++forms) {
+    QByteArrayView rest = text.sliced(end + 1 - m_length);
+    for (const Forms& forms : m_letters) {
         if (std::ranges::none_of(
-                *forms, [&](const QByteArray& form) { return rest.endsWith(form); }))
+                forms, [&](const QByteArray& form) { return rest.startsWith(form); }))
             return false;
-        rest.chop(forms->front().size());
+        rest = rest.sliced(forms.front().size());
     }
     return true;
 }
