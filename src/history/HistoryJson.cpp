@@ -25,15 +25,19 @@ QString newID()
 /// others as it is written.
 HistoryRecord extended(QByteArray json, const RecordHead& head)
 {
-    const QString id = head.id.value_or(newID());
+    HistoryDigest digest = head.digest;
     json.chop(1);
-    if (!head.id)
-        json.append(R"(,"id":")" + id.toUtf8() + '"');
+    if (!head.id) {
+        const QByteArray id = newID().toUtf8();
+        json.append(R"(,"id":")");
+        digest.id = {static_cast<quint32>(json.size()), static_cast<quint32>(id.size())};
+        json.append(id + '"');
+    }
     if (!head.hasMode)
         json.append(R"(,"mode":"dictation")");
     json.append('}');
     const auto buffer = std::make_shared<const QByteArray>(std::move(json));
-    return {buffer, 0, buffer->size(), id, head.timestamp, head.digest};
+    return {buffer, 0, buffer->size(), head.timestamp, digest};
 }
 
 /// The record with the keys that it lacks.
@@ -92,8 +96,7 @@ void readElement(ondemand::value element, const char* textBegin,
     const qsizetype offset = json.data() - textBegin;
     const auto length = static_cast<qsizetype>(json.size());
     if (head.id && head.hasMode) {
-        history.records.append(
-            HistoryRecord(kept, offset, length, *head.id, head.timestamp, head.digest));
+        history.records.append(HistoryRecord(kept, offset, length, head.timestamp, head.digest));
         return;
     }
     history.records.append(mended(kept->sliced(offset, length), head));

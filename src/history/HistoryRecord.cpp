@@ -25,20 +25,24 @@ HistoryRecord HistoryRecord::fromObject(const QJsonObject& object)
     const qsizetype length = text->size();
     const HistoryDigest digest = readRecordHead(*text).digest;
     const QJsonValue timestamp = object.value("timestamp"_L1);
-    return {std::move(text), 0, length, object.value("id"_L1).toString(),
+    return {std::move(text), 0, length,
         timestamp.isString() ? timestampFromText(timestamp.toString()) : timestamp.toDouble(),
         digest};
 }
 
 HistoryRecord::HistoryRecord(std::shared_ptr<const QByteArray> buffer, qsizetype offset,
-    qsizetype length, QString id, double timestamp, const HistoryDigest& digest)
+    qsizetype length, double timestamp, const HistoryDigest& digest)
     : m_buffer(std::move(buffer))
     , m_offset(offset)
     , m_length(length)
-    , m_id(std::move(id))
     , m_timestamp(timestamp)
     , m_digest(digest)
 {
+}
+
+QString HistoryRecord::id() const
+{
+    return textFromJson(at(m_digest.id));
 }
 
 QString HistoryRecord::transcript() const

@@ -19,6 +19,7 @@ struct HistoryDigest {
         friend bool operator==(const Place&, const Place&) = default;
     };
 
+    Place id;
     Place transcript;
     Place finalText;
     /// UTF-16 units that were spoken: what the record says, else as many as its transcript has.
@@ -42,10 +43,10 @@ public:
     /// A record whose JSON text is @p length bytes of @p buffer from @p offset on.
     /// @param digest of that text.
     HistoryRecord(std::shared_ptr<const QByteArray> buffer, qsizetype offset, qsizetype length,
-        QString id, double timestamp, const HistoryDigest& digest);
+        double timestamp, const HistoryDigest& digest);
 
     /// Upper-case UUID; unique within the history.
-    [[nodiscard]] const QString& id() const { return m_id; }
+    [[nodiscard]] QString id() const;
 
     /// Seconds since 1970 at which it was saved; 0 when the file does not say.
     [[nodiscard]] double timestamp() const { return m_timestamp; }
@@ -76,7 +77,6 @@ private:
     std::shared_ptr<const QByteArray> m_buffer;
     qsizetype m_offset;
     qsizetype m_length;
-    QString m_id;
     double m_timestamp;
     HistoryDigest m_digest;
 };

@@ -48,6 +48,12 @@ Place placeOf(ondemand::value value, const char* begin)
     return {static_cast<quint32>(token.data() + 1 - begin), static_cast<quint32>(length)};
 }
 
+void readID(ondemand::value value, const char* begin, RecordHead& head)
+{
+    head.id = readText(value);
+    head.digest.id = placeOf(value, begin);
+}
+
 qint64 charactersFrom(double number)
 {
     return static_cast<qint64>(std::clamp(number, 0.0, static_cast<double>(mostCharacters)));
@@ -80,7 +86,7 @@ RecordHead readRecordHead(ondemand::object object, const char* begin)
         if (key == "timestamp")
             head.timestamp = readTimestamp(value);
         else if (key == "id")
-            head.id = readText(value);
+            readID(value, begin, head);
         else if (key == "mode")
             head.hasMode = value.type() == ondemand::json_type::string;
         else

@@ -94,6 +94,16 @@ TEST(HistoryJsonTest, AMissingOrWrongIdIsSuppliedAndTheRestKept)
     EXPECT_EQ(history->records[0].object().value("finalText"_L1).toString(), u"a"_s);
 }
 
+TEST(HistoryJsonTest, AnIdIsReadAsTheTextThatItIs)
+{
+    const auto history =
+        parseHistory(R"([{"id":"\u0041\"B","mode":"m"}, {"mode":"m","id" : "名" }])"_ba);
+
+    EXPECT_FALSE(history->changed);
+    EXPECT_EQ(history->records[0].id(), u"A\"B"_s);
+    EXPECT_EQ(history->records[1].id(), u"名"_s);
+}
+
 TEST(HistoryJsonTest, AMissingOrWrongModeBecomesDictation)
 {
     const auto history = parseHistory(R"([{"id":"A"}, {"id":"B","mode":3}])"_ba);

@@ -121,7 +121,7 @@ HistoryRow HistoryRows::row(qsizetype index) const
     return row;
 }
 
-const QString& HistoryRows::idOf(qsizetype index) const
+QString HistoryRows::idOf(qsizetype index) const
 {
     return record(index).id();
 }

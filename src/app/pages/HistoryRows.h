@@ -71,7 +71,7 @@ public:
 
     [[nodiscard]] HistoryRow row(qsizetype index) const;
 
-    [[nodiscard]] const QString& idOf(qsizetype index) const;
+    [[nodiscard]] QString idOf(qsizetype index) const;
 
     /// Where the record with this id stands now.
     [[nodiscard]] std::optional<qsizetype> indexOf(const QString& id) const;
