@@ -184,16 +184,19 @@ void HttpDaemon::startDaemon()
     if (!m_daemon)
         return;
     const int events = MHD_get_daemon_info(m_daemon.get(), MHD_DAEMON_INFO_EPOLL_FD)->epoll_fd;
-    if (!watch(events) || !watch(m_wake.value()))
+    // The library waits for connections by `events` too. Here each one that arrives wakes: what is
+    // left waiting at a limit is looked for while there are connections.
+    if (!watch(events, EPOLLIN) || !watch(m_wake.value(), EPOLLIN)
+        || !watch(m_listening.value(), EPOLLIN | EPOLLET))
         m_daemon.reset();
 }
 
-bool HttpDaemon::watch(int descriptor) const
+bool HttpDaemon::watch(int descriptor, std::uint32_t kinds) const
 {
-    epoll_event readable{};
-    readable.events = EPOLLIN;
-    readable.data.fd = descriptor;
-    return epoll_ctl(m_poller.value(), EPOLL_CTL_ADD, descriptor, &readable) == 0;
+    epoll_event event{};
+    event.events = kinds;
+    event.data.fd = descriptor;
+    return epoll_ctl(m_poller.value(), EPOLL_CTL_ADD, descriptor, &event) == 0;
 }
 
 void HttpDaemon::run()

@@ -7,6 +7,7 @@
 #include "devcloud/http/WorkerPool.h"
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -49,7 +50,7 @@ private:
     };
 
     void startDaemon();
-    bool watch(int descriptor) const;
+    bool watch(int descriptor, std::uint32_t kinds) const;
     void step();
     [[nodiscard]] int waitMilliseconds() const;
     void takeFinished();
