@@ -35,7 +35,7 @@ def outcomes(layouts, row):
         yield from delivered(layouts, field)
     wrong = layouts.try_shortcuts(row)
     yield wrong or f"all {len(SHORTCUTS)}"
-    yield "AltGr, tapped alone" if row.altgr else "Alt, when it goes down"
+    yield "Alt, when it goes down" if layouts.right_option() else "AltGr, tapped alone"
 
 
 def main():

@@ -33,7 +33,7 @@ SHORTCUTS = {
     "Ctrl+Alt+Space": ((LEFT_CONTROL, LEFT_ALT, SPACE), ["dictation"]),
     "Shift+Super+Space": ((LEFT_SHIFT, SUPER, SPACE), ["translation"]),
 }
-CHARACTER = ((RIGHT_ALT, LETTER), [])  # Where the right Alt is AltGr.
+CHARACTER = (RIGHT_ALT, LETTER)  # Typed by these where the right Alt is AltGr.
 
 
 @dataclasses.dataclass(frozen=True)
@@ -262,9 +262,16 @@ class Layouts:
         """What went wrong with the shortcuts of a keyboard; "" for nothing."""
         with self.keyboard.grabbed():  # Alt+Space would open the menu of the window in front.
             wrong = [self._recognise(name, *shortcut) for name, shortcut in SHORTCUTS.items()]
-            if row.altgr:
-                wrong.append(self._recognise("a character", *CHARACTER))
+            operations = [] if row.altgr else ["dictation"]
+            wrong.append(self._recognise("a key with the right Alt", CHARACTER, operations))
         return "; ".join(filter(None, wrong))
+
+    def right_option(self):
+        """The operations that the right Alt calls while a character is typed with it."""
+        with self.keyboard.grabbed():
+            self.keyboard.press(*CHARACTER)
+            self.keyboard.press(LEFT_ALT)  # Whatever is called has been called before this.
+        return self.program.operations(2)[:-1]
 
     def _recognise(self, name, codes, operations):
         self.keyboard.press(*codes)
