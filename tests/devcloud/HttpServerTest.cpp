@@ -322,6 +322,24 @@ TEST_F(HttpServerTest, PasswordsThatAreComparedHoldUpNoOtherRequest)
     server->stop(); // The passwords end before the server does.
 }
 
+TEST_F(HttpServerTest, AModelThatThinksHoldsUpNoOtherRequest)
+{
+    const std::string token = signIn()["accessToken"];
+    HeldModel model;
+    restart(&model);
+    settings.workers.quick = 1;
+    start();
+    LoopbackClient polished(server->port());
+    polished.send(post(
+        "/v1/text/polish", R"({"transcript":"hello"})", "Authorization: Bearer " + token + "\r\n"));
+    model.awaitQuestion();
+
+    EXPECT_EQ(statusFor("GET /v1/client/update HTTP/1.1\r\n\r\n"), 200);
+    model.release();
+    EXPECT_EQ(statusIn(polished.readAnswer()), 200);
+    server->stop(); // The model ends before the server does.
+}
+
 TEST_F(HttpServerTest, ConnectionsCutAtEveryStageHarmNobody)
 {
     addTestAccount();
