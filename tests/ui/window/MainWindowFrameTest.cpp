@@ -243,6 +243,7 @@ TEST_F(MainWindowFrameTest, NewsOfTheSessionDoesNotCutTheAnimation)
     ASSERT_GT(stage.http->open(), 0);
     while (stage.http->open() > 0)
         stage.http->answer(200, R"({"user": {"email": "mira.lindqvist@example.com"}})");
+    stage.settle(0s);
 
     EXPECT_TRUE(transition->isRunning());
 }
