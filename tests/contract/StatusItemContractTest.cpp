@@ -66,6 +66,7 @@ public:
 
     [[nodiscard]] static QMenu& statusMenu()
     {
+        QApplication::processEvents(); // It is filled when the window is there.
         for (QWidget* widget : QApplication::topLevelWidgets()) {
             if (widget->objectName() == u"statusMenu")
                 return *qobject_cast<QMenu*>(widget);
@@ -211,6 +212,22 @@ TEST(QtStatusItemTest, AKeyEquivalentIsPressedWithControl)
     subject.item().setMenu({quit});
     EXPECT_EQ(
         QtSubject::statusMenu().actions().first()->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Q));
+}
+
+TEST(QtStatusItemTest, AMenuThatIsOpenedAtOnceHasItsEntries)
+{
+    QtStatusItem item;
+    item.setMenu({entry(QStringLiteral("Start")), entry(QStringLiteral("Quit"))});
+    QMenu* menu = nullptr;
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        if (widget->objectName() == u"statusMenu")
+            menu = qobject_cast<QMenu*>(widget);
+    }
+    ASSERT_TRUE(menu);
+    EXPECT_TRUE(menu->actions().isEmpty()); // The window comes first.
+    menu->popup({});
+    EXPECT_EQ(menu->actions().size(), 2);
+    menu->close();
 }
 
 } // namespace

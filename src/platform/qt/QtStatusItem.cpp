@@ -5,6 +5,9 @@
 #include "platform/qt/StatusIcon.h"
 
 #include <QCursor>
+#include <QTimer>
+
+#include <utility>
 
 namespace tavrin {
 
@@ -12,6 +15,7 @@ QtStatusItem::QtStatusItem()
 {
     m_menu.setObjectName(QStringLiteral("statusMenu"));
     m_icon.setContextMenu(&m_menu);
+    QObject::connect(&m_menu, &QMenu::aboutToShow, &m_menu, [this] { fillMenu(); });
     QObject::connect(&m_icon, &QSystemTrayIcon::activated, &m_menu,
         [this](QSystemTrayIcon::ActivationReason why) {
             if (why == QSystemTrayIcon::Trigger)
@@ -60,7 +64,19 @@ void QtStatusItem::setAccessibilityLabel(const QString& text)
 
 void QtStatusItem::setMenu(const QList<MenuItem>& items)
 {
-    updateMenu(m_menu, items);
+    if (m_isMenuFilled)
+        return updateMenu(m_menu, items);
+    // Its sixty entries take as long as a third of what the program does before its window is
+    // there, and nobody opens it before that.
+    if (m_firstItems.isEmpty())
+        QTimer::singleShot(0, &m_menu, [this] { fillMenu(); });
+    m_firstItems = items;
+}
+
+void QtStatusItem::fillMenu()
+{
+    if (!std::exchange(m_isMenuFilled, true))
+        updateMenu(m_menu, std::exchange(m_firstItems, {}));
 }
 
 void QtStatusItem::draw()

@@ -23,12 +23,15 @@ public:
 
 private:
     void draw();
+    void fillMenu();
 
     QMenu m_menu;
     QSystemTrayIcon m_icon; // Shows m_menu, and so goes before it.
     QString m_imageText;
     QString m_title;
     QString m_drawn;
+    QList<MenuItem> m_firstItems; // Until they are in the menu.
+    bool m_isMenuFilled = false;
     bool m_warned = false;
 };
 
