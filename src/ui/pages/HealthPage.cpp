@@ -33,8 +33,9 @@ constexpr int noteTextLeft = 116;
 constexpr int noteTextWidth = 400;
 constexpr int noteButtonLeft = 394;
 constexpr int noteLine = 17;
-constexpr int leastNoteHeight = 52;
-constexpr int mostNoteLines = 3;
+/// As far apart as there is room for: the time below them stays on the page.
+constexpr std::array<HealthPage::NoteSpacing, 3> noteSpacings{
+    {{28, 3, 52}, {19, 3, 40}, {19, 2, 40}}};
 constexpr QSize buttonSize(122, 28);
 
 constexpr int updatedHeight = 18;
@@ -234,9 +235,16 @@ void HealthPage::showNotes(const QList<HealthNote>& notes)
     }
     int bottom = cardFrame.y();
     if (!notes.isEmpty()) {
+        constexpr int mostHeight = noteCardTop - updatedGap - updatedHeight - 4;
         int height = 0;
-        for (const HealthNote& note : notes)
-            height += heightOf(note);
+        for (const NoteSpacing& spacing : noteSpacings) {
+            m_noteSpacing = spacing;
+            height = 0;
+            for (const HealthNote& note : notes)
+                height += heightOf(note);
+            if (height <= mostHeight)
+                break;
+        }
         bottom = noteCardTop - height;
         m_noteCard = new Card(
             *this, QRect(cardFrame.x(), bottom, cardFrame.width(), height), Card::smallRadius);
@@ -266,7 +274,7 @@ void HealthPage::addNote(Card& card, const HealthNote& note, int y)
     title->setFullText(note.title);
     const int width = note.button.isEmpty() ? noteTextWidth : statusWidth;
     auto* const text = addColumnLabel(card, QRect(noteTextLeft, y + 8, width, height - 16),
-        m_statusFont, mostNoteLines, noteLine);
+        m_statusFont, m_noteSpacing.mostLines, noteLine);
     text->setColor(colorOf(note.color));
     text->setFullText(note.text);
     if (note.button.isEmpty())
@@ -282,9 +290,9 @@ void HealthPage::addNote(Card& card, const HealthNote& note, int y)
 int HealthPage::heightOf(const HealthNote& note) const
 {
     const int width = note.button.isEmpty() ? noteTextWidth : statusWidth;
-    const auto lines =
-        static_cast<int>(fitText(note.text, m_statusFont, width, {0, mostNoteLines}).lines.size());
-    return std::max(leastNoteHeight, 28 + 16 * lines);
+    const auto lines = static_cast<int>(
+        fitText(note.text, m_statusFont, width, {0, m_noteSpacing.mostLines}).lines.size());
+    return std::max(m_noteSpacing.leastHeight, m_noteSpacing.padding + 16 * lines);
 }
 
 } // namespace tavrin::ui

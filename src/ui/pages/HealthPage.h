@@ -41,6 +41,13 @@ public:
     void pageShown() override;
     void pageHidden() override;
 
+    /// How notes stand in their card, in points.
+    struct NoteSpacing {
+        int padding; ///< Above and below the text of one, together.
+        int mostLines;
+        int leastHeight; ///< Of one.
+    };
+
 private:
     void addHealthRowTo(QWidget& area, const QString& key, const QString& title, int y,
         const QString& button, std::function<void()> action);
@@ -57,6 +64,7 @@ private:
     QHash<QString, Label*> m_healthLabels;
     QHash<QString, Button*> m_healthButtons;
     QHash<QString, Panel*> m_washes; ///< Behind a row with a problem.
+    NoteSpacing m_noteSpacing{};
     QFont m_titleFont; ///< Of all titles.
     QFont m_statusFont; ///< Of all statuses and notes.
     Card* m_noteCard = nullptr; ///< Null without notes.

@@ -272,6 +272,25 @@ TEST_F(HealthPageTest, TheCardGrowsWithWhatIsWrong)
     EXPECT_EQ(frameOf(noteCard()), QRect(36, 290 - 52, 538, 52));
 }
 
+TEST_F(HealthPageTest, HoweverMuchIsWrongTheTimeStaysOnThePage)
+{
+    open();
+    HealthContent content = controller->content();
+    const HealthNote longest{u"Shortcuts"_s,
+        u"Another program holds Alt+Space, which is what begins a translation here. "_s.repeated(3),
+        HealthColor::Problem, HealthNoteAction::ChangeShortcuts, u"Change"_s};
+    content.notes = QList<HealthNote>(5, longest);
+    page->setContent(content);
+
+    const auto* const updated = page->findChild<ui::Label*>(u"healthUpdatedLabel"_s);
+    EXPECT_GE(frameOf(updated).top(), 4); // The lower edge.
+    EXPECT_LE(frameOf(updated).top() + 18 + 12, frameOf(noteCard()).top());
+    for (const auto* const text : noteCard()->findChildren<ui::Label*>()) {
+        EXPECT_LE(text->lineCount() * 17, text->height());
+        EXPECT_EQ(text->lineCount(), text->fullText() == longest.text ? 2 : 1);
+    }
+}
+
 TEST_F(HealthPageTest, ACardThatStaysTheSameIsNotDrawnAnew)
 {
     texts = linuxTexts();
