@@ -13,7 +13,7 @@ import sys
 OLDER_REQUESTS, OLDER_P99 = 0.9, 1.25
 # Polishing beside an answer that takes no work, and signing in beside its digests alone. The machine
 # decides about all of them alike; beside other work p50 is what changes least.
-WORK_P50, WORK_P99, DIGESTS = 7.5, 25.0, 0.6
+WORK_P50, WORK_P99, DIGESTS = 10.0, 40.0, 0.6
 ROUND = re.compile(r"(?P<what>[\w-]+), (?P<connections>\d+) connections(?P<older>, older)?: "
                    r"(?P<requests>\d+(?:\.\d+)?) requests/s, "
                    r"p50 (?P<p50>[\d.]+) ms, p99 (?P<p99>[\d.]+) ms, (?P<failures>\d+) failures")
