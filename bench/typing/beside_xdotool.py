@@ -42,7 +42,7 @@ class Watch:
     def __init__(self, editor, observer):
         self._editor, self._observer = editor, observer
         self._size = 0
-        self.last_change = time.monotonic()
+        self._began = self.last_change = time.monotonic()
 
     def look(self):
         inserted = self._observer.last("inserted")
@@ -53,6 +53,12 @@ class Watch:
         if typed and typed.exists() and typed.stat().st_size != self._size:
             self._size = typed.stat().st_size
             self.last_change = time.monotonic()
+
+    def seconds(self):
+        """From the beginning to the last character."""
+        if self.last_change == self._began:
+            raise AssertionError("no character was seen to arrive")
+        return self.last_change - self._began
 
     def is_silent(self):
         self.look()
@@ -68,13 +74,12 @@ def type_into(name, observer, command, wanted):
         editor = EDITORS[name](place)
         editor.bring_to_front(PATIENCE)  # The window manager still follows the keyboard's changes.
         before = keyboard_map()
-        began = time.monotonic()
         watch = Watch(editor, observer)
         typist = place.start(*command, str(file), stdin=subprocess.PIPE)
         wait_until("the end of the typing", watch.is_silent, patience=PATIENCE)
         typist.stdin.close()
         typist.wait()
-        return Typing(watch.last_change - began, wrong_characters(wanted, editor.text()),
+        return Typing(watch.seconds(), wrong_characters(wanted, editor.text()),
                       keyboard_map() == before)
     finally:
         place.close()

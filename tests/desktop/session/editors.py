@@ -87,20 +87,20 @@ class Terminal(Editor):
 
     def _keeper(self, stage):
         folder = stage.folder("terminal")
-        self._typed = folder / "typed"
+        self.typed = folder / "typed"  # Grows with every character.
         keeper = folder / "keeper"
         # Not by lines: the terminal cuts them, and the text has no end of one.
-        keeper.write_text(f"#!/bin/sh\nstty -icanon\nexec cat >'{self._typed}'\n")
+        keeper.write_text(f"#!/bin/sh\nstty -icanon\nexec cat >'{self.typed}'\n")
         keeper.chmod(0o755)
         return str(keeper)
 
     def bring_to_front(self, patience=PATIENCE):
         super().bring_to_front(patience)
-        wait_until("the program in the terminal", self._typed.exists, patience)
+        wait_until("the program in the terminal", self.typed.exists, patience)
 
     def text(self):
         time.sleep(0.5)
-        return self._typed.read_text().rstrip("\n")
+        return self.typed.read_text().rstrip("\n")
 
 
 class GnomeTerminal(Terminal):
@@ -128,7 +128,7 @@ class KateTerminal(Terminal):
         self._greeting = self._so_far()
 
     def _so_far(self):
-        return self._typed.read_text() if self._typed.exists() else ""
+        return self.typed.read_text() if self.typed.exists() else ""
 
     def text(self):
         return super().text().removeprefix(self._greeting)

@@ -62,7 +62,7 @@ ROWS = {
     "ru in use, us": Row("ru,us"),
     "us, ru in use": Row("us,ru", used=1),
     "ru in use, us, changed by Ctrl+Shift": Row("ru,us", options="grp:ctrl_shift_toggle"),
-    "de, us, ru in use": Row("de,us,ru", used=2),
+    "de, us, ru in use": Row("de,us,ru", used=2, altgr=True),  # Of the first layout for all.
     "us, ru, de in use": Row("us,ru,de", used=2, altgr=True),
     "us, ru, gr, de in use": Row("us,ru,gr,de", used=3, altgr=True),
     "us, de, gr, ru in use": Row("us,de,gr,ru", used=3),
