@@ -5,7 +5,6 @@
 #include "platform/qt/StatusIcon.h"
 
 #include <QCursor>
-#include <QTimer>
 
 #include <utility>
 
@@ -16,6 +15,8 @@ QtStatusItem::QtStatusItem()
     m_menu.setObjectName(QStringLiteral("statusMenu"));
     m_icon.setContextMenu(&m_menu);
     QObject::connect(&m_menu, &QMenu::aboutToShow, &m_menu, [this] { fillMenu(); });
+    m_filling.setSingleShot(true);
+    QObject::connect(&m_filling, &QTimer::timeout, &m_menu, [this] { fillMenu(); });
     QObject::connect(&m_icon, &QSystemTrayIcon::activated, &m_menu,
         [this](QSystemTrayIcon::ActivationReason why) {
             if (why == QSystemTrayIcon::Trigger)
@@ -68,9 +69,8 @@ void QtStatusItem::setMenu(const QList<MenuItem>& items)
         return updateMenu(m_menu, items);
     // Its sixty entries take as long as a third of what the program does before its window is
     // there, and nobody opens it before that.
-    if (m_firstItems.isEmpty())
-        QTimer::singleShot(0, &m_menu, [this] { fillMenu(); });
     m_firstItems = items;
+    m_filling.start(0);
 }
 
 void QtStatusItem::fillMenu()

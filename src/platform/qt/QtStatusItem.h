@@ -4,6 +4,7 @@
 
 #include <QMenu>
 #include <QSystemTrayIcon>
+#include <QTimer>
 
 namespace tavrin {
 
@@ -30,6 +31,7 @@ private:
     QString m_imageText;
     QString m_title;
     QString m_drawn;
+    QTimer m_filling; // Fills the menu once the program has got to its events.
     QList<MenuItem> m_firstItems; // Until they are in the menu.
     bool m_isMenuFilled = false;
     bool m_warned = false;
