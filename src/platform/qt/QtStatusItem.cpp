@@ -67,8 +67,7 @@ void QtStatusItem::setMenu(const QList<MenuItem>& items)
 {
     if (m_isMenuFilled)
         return updateMenu(m_menu, items);
-    // Its sixty entries take as long as a third of what the program does before its window is
-    // there, and nobody opens it before that.
+    // It has some sixty entries, and nobody opens it before the window is there.
     m_firstItems = items;
     m_filling.start(0);
 }
