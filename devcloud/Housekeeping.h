@@ -1,6 +1,6 @@
 #pragma once
 
-#include "devcloud/Now.h"
+#include "devcloud/endpoints/Now.h"
 
 #include <chrono>
 #include <condition_variable>

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "devcloud/Now.h"
-#include "devcloud/Outbox.h"
-#include "devcloud/Problem.h"
+#include "devcloud/api/Problem.h"
+#include "devcloud/endpoints/Now.h"
+#include "devcloud/endpoints/Outbox.h"
 #include "devcloud/endpoints/RegistrationEndpoints.h"
 #include "devcloud/endpoints/SessionEndpoints.h"
 #include "devcloud/endpoints/TextEndpoints.h"
 #include "devcloud/endpoints/UsageEndpoints.h"
-#include "devcloud/http/Routes.h"
+#include "devcloud/http/RequestHandler.h"
 #include "devcloud/security/Passwords.h"
 #include "devcloud/store/Sessions.h"
 
@@ -18,21 +18,6 @@ namespace tavrin::devcloud {
 
 class Database;
 class LanguageModel;
-
-/// One request, its body not yet looked at.
-struct Call {
-    Endpoint endpoint;
-    std::string authorization; ///< The header's value; empty without one.
-    std::string body;
-    std::string address; ///< Of the other side.
-};
-
-/// What a call costs, which decides whom it may keep waiting.
-enum class Effort {
-    Quick, ///< Milliseconds.
-    Password, ///< Tens of milliseconds of a processor and much memory.
-    Model, ///< As long as a language model takes.
-};
 
 /// What the service is made of. References outlive it.
 struct ServiceParts {
@@ -46,14 +31,14 @@ struct ServiceParts {
 };
 
 /// Answers the calls of clients. Knows nothing of sockets. Any number of threads.
-class Service {
+class Service : public RequestHandler {
 public:
     explicit Service(const ServiceParts& parts);
 
     /// Never throws: what fails inside is answered as a 500 that tells nothing.
-    Outcome answer(const Call& call);
+    Outcome answer(const Call& call) override;
 
-    [[nodiscard]] Effort effortOf(Endpoint endpoint) const;
+    [[nodiscard]] Effort effortOf(Endpoint endpoint) const override;
 
 private:
     Outcome dispatch(const Call& call);

@@ -1,6 +1,6 @@
 #include "devcloud/UpdateFile.h"
 
-#include "devcloud/RequestBody.h"
+#include "devcloud/api/RequestBody.h"
 
 #include <fstream>
 #include <sstream>

@@ -5,9 +5,9 @@
 
 #include "base/LocalizedText.h"
 #include "cloud/TavrinAPI.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/Preferences.h"
 #include "platform/SystemInfo.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/Preferences.h"
 #include "platform/qt/QtHttpTransport.h"
 
 #include <QCoreApplication>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "history/HistoryStore.h"
-#include "platform/Preferences.h"
 #include "platform/SystemInfo.h"
+#include "platform/preferences/Preferences.h"
 #include "platform/qt/BackgroundThread.h"
 #include "platform/qt/QtClock.h"
 #include "platform/qt/QtMainQueue.h"

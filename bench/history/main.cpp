@@ -5,7 +5,7 @@
 
 #include "Peer.h"
 #include "Stage.h"
-#include "platform/PreferenceKeys.h"
+#include "platform/preferences/PreferenceKeys.h"
 
 #include <QCoreApplication>
 

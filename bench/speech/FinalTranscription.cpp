@@ -1,7 +1,7 @@
 #include "Figures.h"
 #include "Sounds.h"
 #include "WordErrors.h"
-#include "platform/linux/speech/WavFile.h"
+#include "platform/linux/speech/servers/WavFile.h"
 #include "speech/SpeechContextualTerms.h"
 
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "Figures.h"
 #include "Sounds.h"
-#include "platform/linux/speech/EngineLiveRecognizer.h"
+#include "platform/linux/speech/engine/EngineLiveRecognizer.h"
 #include "speech/SpeechContextualTerms.h"
 
 #include <algorithm>

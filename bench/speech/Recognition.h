@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Seconds.h"
-#include "platform/linux/speech/SpeechEngineThread.h"
+#include "platform/linux/speech/engine/SpeechEngineThread.h"
 
 #include <QString>
 #include <QStringList>

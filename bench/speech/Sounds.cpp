@@ -1,7 +1,7 @@
 #include "Sounds.h"
 
 #include "platform/linux/audio/AudioDecoder.h"
-#include "platform/linux/speech/WavFile.h"
+#include "platform/linux/speech/servers/WavFile.h"
 
 #include <QDir>
 #include <QFile>

@@ -5,8 +5,8 @@
 
 #include "delivery/UnicodeChunks.h"
 #include "platform/linux/x11/ClipboardPasteboard.h"
-#include "platform/linux/x11/X11SyntheticKeyboard.h"
 #include "platform/linux/x11/X11Workspace.h"
+#include "platform/linux/x11/typing/X11SyntheticKeyboard.h"
 #include "platform/qt/QtMainQueue.h"
 
 #include <QCoreApplication>

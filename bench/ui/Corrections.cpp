@@ -3,7 +3,7 @@
 #include "dictionary/CorrectionCandidates.h"
 #include "dictionary/EditTracking.h"
 #include "platform/WordBreaker.h"
-#include "support/InMemoryWordBreaker.h"
+#include "support/ports/InMemoryWordBreaker.h"
 
 #include <QElapsedTimer>
 #include <QString>

@@ -6,7 +6,7 @@
 #include "Corrections.h"
 #include "history/HistoryStore.h"
 #include "history/UsageFigures.h"
-#include "platform/PreferenceKeys.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "ui/ProgramStage.h"
 #include "ui/pages/HistoryList.h"
 #include "ui/window/PageTransition.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "devcloud/Now.h"
-#include "devcloud/Outbox.h"
-#include "devcloud/Problem.h"
+#include "devcloud/api/Problem.h"
+#include "devcloud/endpoints/Now.h"
+#include "devcloud/endpoints/Outbox.h"
 #include "devcloud/security/Throttle.h"
 #include "devcloud/store/Sessions.h"
 

@@ -1,7 +1,7 @@
 #include "devcloud/endpoints/SessionEndpoints.h"
 
-#include "devcloud/Messages.h"
-#include "devcloud/RequestBody.h"
+#include "devcloud/api/Messages.h"
+#include "devcloud/api/RequestBody.h"
 #include "devcloud/security/Passwords.h"
 #include "devcloud/store/Accounts.h"
 #include "devcloud/store/Database.h"

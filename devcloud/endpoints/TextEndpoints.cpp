@@ -1,7 +1,7 @@
 #include "devcloud/endpoints/TextEndpoints.h"
 
-#include "devcloud/Messages.h"
-#include "devcloud/RequestBody.h"
+#include "devcloud/api/Messages.h"
+#include "devcloud/api/RequestBody.h"
 #include "devcloud/model/Prompts.h"
 #include "devcloud/model/TargetLanguages.h"
 #include "devcloud/polish/Polish.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "devcloud/Now.h"
-#include "devcloud/Problem.h"
+#include "devcloud/api/Problem.h"
 #include "devcloud/endpoints/AccountSlots.h"
+#include "devcloud/endpoints/Now.h"
 #include "devcloud/model/LanguageModel.h"
 #include "devcloud/store/Sessions.h"
 

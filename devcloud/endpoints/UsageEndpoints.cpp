@@ -1,7 +1,7 @@
 #include "devcloud/endpoints/UsageEndpoints.h"
 
-#include "devcloud/Messages.h"
-#include "devcloud/RequestBody.h"
+#include "devcloud/api/Messages.h"
+#include "devcloud/api/RequestBody.h"
 #include "devcloud/store/Database.h"
 #include "devcloud/store/Usage.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "devcloud/Now.h"
-#include "devcloud/Problem.h"
+#include "devcloud/api/Problem.h"
+#include "devcloud/endpoints/Now.h"
 #include "devcloud/store/Sessions.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "devcloud/Problem.h"
+#include "devcloud/api/Problem.h"
 
 #include <chrono>
 #include <string>

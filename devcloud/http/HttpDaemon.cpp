@@ -1,8 +1,8 @@
 #include "devcloud/http/HttpDaemon.h"
 
-#include "devcloud/Messages.h"
-#include "devcloud/Service.h"
+#include "devcloud/api/Messages.h"
 #include "devcloud/http/ClientAddress.h"
+#include "devcloud/http/RequestHandler.h"
 #include "devcloud/http/Sockets.h"
 #include "devcloud/text/Ascii.h"
 
@@ -142,8 +142,9 @@ void HttpDaemon::DaemonEnd::operator()(MHD_Daemon* daemon) const
     MHD_stop_daemon(daemon);
 }
 
-HttpDaemon::HttpDaemon(Service& service, const HttpServerSettings& settings, Descriptor listening)
-    : m_service(service)
+HttpDaemon::HttpDaemon(
+    RequestHandler& handler, const HttpServerSettings& settings, Descriptor listening)
+    : m_handler(handler)
     , m_settings(settings)
     , m_listening(std::move(listening))
     , m_poller(epoll_create1(EPOLL_CLOEXEC))
@@ -310,7 +311,7 @@ void HttpDaemon::submit(MHD_Connection* handle, Connection& connection)
     auto task = [this, handle, &connection] {
         const Call call{
             connection.endpoint, connection.authorization, connection.body, connection.address};
-        finish({handle, &connection, answerFor(m_service.answer(call))});
+        finish({handle, &connection, answerFor(m_handler.answer(call))});
     };
     m_connections.enter(connection, Phase::Working);
     MHD_suspend_connection(handle);
@@ -361,7 +362,7 @@ void HttpDaemon::forgetRequest(Connection& connection)
 
 WorkerPool& HttpDaemon::poolFor(Endpoint endpoint)
 {
-    switch (m_service.effortOf(endpoint)) {
+    switch (m_handler.effortOf(endpoint)) {
     case Effort::Quick:
         return m_quick;
     case Effort::Password:

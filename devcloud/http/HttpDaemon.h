@@ -21,9 +21,9 @@ namespace tavrin::devcloud {
 /// request is worked on, its connection is suspended: the library does not look at it.
 class HttpDaemon {
 public:
-    /// @param service must outlive the daemon.
+    /// @param handler must outlive the daemon.
     /// @param listening where connections come in.
-    HttpDaemon(Service& service, const HttpServerSettings& settings, Descriptor listening);
+    HttpDaemon(RequestHandler& handler, const HttpServerSettings& settings, Descriptor listening);
     ~HttpDaemon();
     HttpDaemon(const HttpDaemon&) = delete;
     HttpDaemon& operator=(const HttpDaemon&) = delete;
@@ -65,7 +65,7 @@ private:
     void forgetRequest(Connection& connection);
     WorkerPool& poolFor(Endpoint endpoint);
 
-    Service& m_service;
+    RequestHandler& m_handler;
     const HttpServerSettings m_settings;
     Descriptor m_listening;
     Descriptor m_poller;

@@ -5,8 +5,8 @@
 
 namespace tavrin::devcloud {
 
-HttpServer::HttpServer(Service& service, HttpServerSettings settings)
-    : m_service(service)
+HttpServer::HttpServer(RequestHandler& handler, HttpServerSettings settings)
+    : m_handler(handler)
     , m_settings(std::move(settings))
 {
 }
@@ -22,7 +22,7 @@ bool HttpServer::start()
     if (!listening.descriptor.isOpen())
         return false;
     m_port = listening.port;
-    m_daemon = std::make_unique<HttpDaemon>(m_service, m_settings, std::move(listening.descriptor));
+    m_daemon = std::make_unique<HttpDaemon>(m_handler, m_settings, std::move(listening.descriptor));
     if (!m_daemon->isReady())
         return false;
     m_thread = std::thread([this] { m_daemon->run(); });

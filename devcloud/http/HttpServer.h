@@ -12,7 +12,7 @@
 namespace tavrin::devcloud {
 
 class HttpDaemon;
-class Service;
+class RequestHandler;
 
 /// How many threads work on requests. Each kind of effort has its own, so that neither sign-ins nor
 /// a slow model make a quick request wait.
@@ -33,15 +33,15 @@ struct HttpServerSettings {
     std::set<std::string> trustedProxies;
 };
 
-/// Speaks HTTP/1.1 for a Service. One thread waits for events of all connections, however many are
-/// silent; what takes time is done by other threads.
+/// Speaks HTTP/1.1 for a RequestHandler. One thread waits for events of all connections, however
+/// many are silent; what takes time is done by other threads.
 ///
 /// Every answer is a JSON object, but for a head that is no HTTP at all or too long: the library
 /// refuses it in words of its own.
 class HttpServer {
 public:
-    /// @param service must outlive the server.
-    HttpServer(Service& service, HttpServerSettings settings);
+    /// @param handler must outlive the server.
+    HttpServer(RequestHandler& handler, HttpServerSettings settings);
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;
     HttpServer& operator=(const HttpServer&) = delete;
@@ -55,7 +55,7 @@ public:
     [[nodiscard]] int port() const { return m_port; }
 
 private:
-    Service& m_service;
+    RequestHandler& m_handler;
     HttpServerSettings m_settings;
     int m_port = 0;
     std::unique_ptr<HttpDaemon> m_daemon;

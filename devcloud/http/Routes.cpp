@@ -1,7 +1,7 @@
 #include "devcloud/http/Routes.h"
 
-#include "devcloud/Messages.h"
-#include "devcloud/RequestBody.h"
+#include "devcloud/api/Messages.h"
+#include "devcloud/api/RequestBody.h"
 #include "devcloud/text/Ascii.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "devcloud/model/ChatCompletions.h"
 
-#include "devcloud/RequestBody.h"
+#include "devcloud/api/RequestBody.h"
 #include "devcloud/text/Ascii.h"
 
 #include <condition_variable>

@@ -1,6 +1,6 @@
 #include "devcloud/model/Prompts.h"
 
-#include "devcloud/RequestBody.h"
+#include "devcloud/api/RequestBody.h"
 #include "devcloud/security/Secrets.h"
 #include "devcloud/text/Ascii.h"
 

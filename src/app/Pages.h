@@ -4,11 +4,11 @@
 #include "app/health/HealthController.h"
 #include "app/pages/DictionaryController.h"
 #include "app/pages/GeneralController.h"
-#include "app/pages/HistoryController.h"
 #include "app/pages/InputOutputController.h"
 #include "app/pages/MainWindowController.h"
 #include "app/pages/OverviewController.h"
 #include "app/pages/PersonalizationController.h"
+#include "app/pages/history/HistoryController.h"
 #include "app/windows/UserInterface.h"
 #include "history/HistoryActions.h"
 

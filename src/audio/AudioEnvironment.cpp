@@ -3,9 +3,9 @@
 #include "audio/AudioTexts.h"
 #include "base/Log.h"
 #include "platform/MainQueue.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
 #include "platform/SystemInfo.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
 
 #include <algorithm>
 #include <utility>

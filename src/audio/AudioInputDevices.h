@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/AudioDevices.h"
+#include "platform/audio/AudioDevices.h"
 
 #include <QList>
 #include <QString>

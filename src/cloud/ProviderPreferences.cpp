@@ -1,8 +1,8 @@
 #include "cloud/ProviderPreferences.h"
 
 #include "cloud/Deployment.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
 
 using namespace Qt::StringLiterals;
 

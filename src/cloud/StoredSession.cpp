@@ -1,8 +1,8 @@
 #include "cloud/StoredSession.h"
 
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
-#include "platform/Preferences.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
+#include "platform/preferences/Preferences.h"
 
 using namespace Qt::StringLiterals;
 

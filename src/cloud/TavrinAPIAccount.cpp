@@ -3,9 +3,9 @@
 #include "cloud/CloudTexts.h"
 #include "cloud/ProviderPreferences.h"
 #include "cloud/StoredSession.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
 #include "platform/SystemInfo.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
 
 #include <QUuid>
 

@@ -2,7 +2,7 @@
 #include "cloud/CloudErrors.h"
 #include "cloud/CloudTexts.h"
 #include "cloud/TavrinAPI.h"
-#include "platform/PreferenceValues.h"
+#include "platform/preferences/PreferenceValues.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -2,8 +2,8 @@
 #include "cloud/CloudErrors.h"
 #include "cloud/CloudTexts.h"
 #include "cloud/StoredSession.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
 
 using namespace Qt::StringLiterals;
 

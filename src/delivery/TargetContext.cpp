@@ -1,7 +1,7 @@
 #include "delivery/TargetContext.h"
 
 #include "delivery/DeliveryTexts.h"
-#include "platform/Workspace.h"
+#include "platform/programs/Workspace.h"
 
 namespace tavrin {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "delivery/ApplicationContext.h"
-#include "platform/Accessibility.h"
-#include "platform/RunningApplication.h"
+#include "platform/programs/Accessibility.h"
+#include "platform/programs/RunningApplication.h"
 
 #include <optional>
 #include <tl/expected.hpp>

@@ -6,7 +6,7 @@
 #include "delivery/UnicodeChunks.h"
 #include "platform/MainQueue.h"
 #include "platform/Pasteboard.h"
-#include "platform/Workspace.h"
+#include "platform/programs/Workspace.h"
 
 #include <algorithm>
 #include <utility>

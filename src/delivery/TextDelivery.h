@@ -4,9 +4,9 @@
 #include "base/Completion.h"
 #include "base/Seconds.h"
 #include "delivery/EditorText.h"
-#include "platform/Accessibility.h"
-#include "platform/RunningApplication.h"
-#include "platform/SyntheticKeyboard.h"
+#include "platform/keyboard/SyntheticKeyboard.h"
+#include "platform/programs/Accessibility.h"
+#include "platform/programs/RunningApplication.h"
 
 #include <QString>
 

@@ -3,7 +3,7 @@
 #include "delivery/DeliveryTexts.h"
 #include "delivery/TargetContext.h"
 #include "delivery/TextDelivery.h"
-#include "platform/Workspace.h"
+#include "platform/programs/Workspace.h"
 
 namespace tavrin {
 

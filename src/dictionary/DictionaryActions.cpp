@@ -5,8 +5,8 @@
 #include "dictionary/DictionaryTexts.h"
 #include "platform/Alerts.h"
 #include "platform/Clock.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/Preferences.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/Preferences.h"
 
 #include <algorithm>
 

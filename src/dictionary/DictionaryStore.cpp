@@ -1,8 +1,8 @@
 #include "dictionary/DictionaryStore.h"
 
 #include "platform/Clock.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
 
 #include <algorithm>
 #include <tuple>

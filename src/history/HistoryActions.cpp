@@ -5,9 +5,9 @@
 #include "history/HistoryTexts.h"
 #include "platform/Alerts.h"
 #include "platform/Pasteboard.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/Preferences.h"
-#include "platform/Workspace.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/Preferences.h"
+#include "platform/programs/Workspace.h"
 
 #include <QFileInfo>
 

@@ -6,9 +6,9 @@
 #include "history/PortableJson.h"
 #include "platform/BackgroundQueue.h"
 #include "platform/Clock.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
 #include "platform/SystemInfo.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -2,7 +2,7 @@
 
 #include "platform/MainQueue.h"
 #include "platform/Permissions.h"
-#include "platform/SpeechRecognizer.h"
+#include "platform/speech/SpeechRecognizer.h"
 #include "speech/SpeechTexts.h"
 
 using namespace Qt::StringLiterals;

@@ -2,8 +2,8 @@
 
 #include "platform/MainQueue.h"
 #include "platform/Permissions.h"
-#include "platform/SpeechAvailability.h"
-#include "platform/SpeechRecognizer.h"
+#include "platform/speech/SpeechAvailability.h"
+#include "platform/speech/SpeechRecognizer.h"
 #include "speech/SpeechTexts.h"
 
 using namespace Qt::StringLiterals;

@@ -5,7 +5,6 @@
 #include "base/CallbackGuard.h"
 #include "platform/MainQueue.h"
 #include "platform/Platform.h"
-#include "ui/ApplicationIcon.h"
 #include "ui/hud/HudController.h"
 #include "ui/hud/HudWidget.h"
 #include "ui/pages/AccountPage.h"
@@ -16,6 +15,7 @@
 #include "ui/pages/InputOutputPage.h"
 #include "ui/pages/OverviewPage.h"
 #include "ui/pages/PersonalizationWindow.h"
+#include "ui/style/ApplicationIcon.h"
 #include "ui/window/MainWindowFrame.h"
 
 #include <QApplication>

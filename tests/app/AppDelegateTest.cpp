@@ -4,10 +4,10 @@
 #include "dictionary/DictionaryStore.h"
 #include "platform/linux/LinuxTexts.h"
 #include "support/CapturedLog.h"
-#include "support/InMemoryAccessibility.h"
-#include "support/InMemoryAudioRecorders.h"
-#include "support/InMemoryPasteboard.h"
-#include "support/RecordingKeyboard.h"
+#include "support/ports/InMemoryAccessibility.h"
+#include "support/ports/InMemoryPasteboard.h"
+#include "support/ports/RecordingKeyboard.h"
+#include "support/sound/InMemoryAudioRecorders.h"
 
 #include <QFile>
 

@@ -1,14 +1,14 @@
 #include "app/ControllerFixture.h"
 
-#include "support/InMemoryAccessibility.h"
-#include "support/InMemoryPasteboard.h"
-#include "support/InMemoryPermissions.h"
-#include "support/InMemoryRecogniserSettings.h"
-#include "support/InMemorySoundPlayer.h"
-#include "support/InMemorySpeechRecognizers.h"
-#include "support/InMemoryWordBreaker.h"
-#include "support/RecordingKeyboard.h"
-#include "support/SharedTime.h"
+#include "support/ports/InMemoryAccessibility.h"
+#include "support/ports/InMemoryPasteboard.h"
+#include "support/ports/InMemoryPermissions.h"
+#include "support/ports/InMemoryRecogniserSettings.h"
+#include "support/ports/InMemoryWordBreaker.h"
+#include "support/ports/RecordingKeyboard.h"
+#include "support/ports/SharedTime.h"
+#include "support/sound/InMemorySoundPlayer.h"
+#include "support/sound/InMemorySpeechRecognizers.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;

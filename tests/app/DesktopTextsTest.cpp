@@ -4,16 +4,16 @@
 #include "app/account/ProviderTexts.h"
 #include "app/health/HealthTexts.h"
 #include "app/notices/FirstRunTexts.h"
-#include "app/pages/HistoryTexts.h"
+#include "app/pages/history/HistoryTexts.h"
 #include "app/session/SessionTexts.h"
 #include "app/settings/Localization.h"
 #include "app/shortcuts/ShortcutTexts.h"
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxTexts.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "speech/SpeechTexts.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryWorkspace.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryWorkspace.h"
 
 #include <QDirIterator>
 #include <QFile>

@@ -3,7 +3,7 @@
 #include "app/windows/AccountPanel.h"
 #include "app/windows/MainWindow.h"
 #include "app/windows/View.h"
-#include "support/Note.h"
+#include "support/ports/Note.h"
 
 #include <QList>
 

@@ -1,8 +1,8 @@
-#include "platform/PreferenceKeys.h"
+#include "platform/preferences/PreferenceKeys.h"
 
-#include "platform/PreferenceValues.h"
-#include "support/InMemoryPreferences.h"
+#include "platform/preferences/PreferenceValues.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryPreferences.h"
 
 #include <QFile>
 #include <QList>

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "audio/AudioEnvironment.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryAudioDevices.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemorySystemInfo.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemorySystemInfo.h"
+#include "support/ports/VirtualTime.h"
+#include "support/sound/InMemoryAudioDevices.h"
 
 #include <QDir>
 #include <QTemporaryDir>

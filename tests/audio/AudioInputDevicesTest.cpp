@@ -1,7 +1,7 @@
 #include "audio/AudioInputDevices.h"
 
-#include "support/InMemoryAudioDevices.h"
 #include "support/QtPrinters.h"
+#include "support/sound/InMemoryAudioDevices.h"
 
 #include <QLocale>
 #include <gtest/gtest.h>

@@ -1,11 +1,11 @@
 #include "audio/AudioEnvironment.h"
 #include "audio/AudioTexts.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryAudioDevices.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemorySystemInfo.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemorySystemInfo.h"
+#include "support/ports/VirtualTime.h"
+#include "support/sound/InMemoryAudioDevices.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

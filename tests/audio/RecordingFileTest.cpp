@@ -1,8 +1,8 @@
 #include "audio/RecordingFile.h"
 
-#include "support/InMemoryBackgroundQueue.h"
-#include "support/InMemorySystemInfo.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryBackgroundQueue.h"
+#include "support/ports/InMemorySystemInfo.h"
 
 #include <QDir>
 #include <QFile>

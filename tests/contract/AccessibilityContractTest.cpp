@@ -1,7 +1,7 @@
 #include "platform/linux/atspi/AtspiAccessibility.h"
 #include "support/ChildProcess.h"
-#include "support/InMemoryAccessibility.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryAccessibility.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "contract/Subject.h"
 #include "support/QtPrinters.h"
-#include "support/ScriptedAlerts.h"
+#include "support/ports/ScriptedAlerts.h"
 #include "ui/alerts/DrawnAlerts.h"
 
 #include <QAbstractButton>

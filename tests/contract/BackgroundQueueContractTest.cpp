@@ -1,8 +1,8 @@
 #include "contract/Subject.h"
 #include "platform/qt/BackgroundThread.h"
 #include "platform/qt/QtMainQueue.h"
-#include "support/InMemoryBackgroundQueue.h"
 #include "support/WaitUntil.h"
+#include "support/ports/InMemoryBackgroundQueue.h"
 
 #include <QSemaphore>
 #include <QStringList>

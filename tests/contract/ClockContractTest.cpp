@@ -1,5 +1,5 @@
 #include "platform/qt/QtClock.h"
-#include "support/VirtualTime.h"
+#include "support/ports/VirtualTime.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "contract/Subject.h"
 #include "platform/linux/x11/TestClient.h"
-#include "platform/linux/x11/X11HotKeyProbe.h"
-#include "support/InMemoryHotKeyProbe.h"
+#include "platform/linux/x11/keyboard/X11HotKeyProbe.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryHotKeyProbe.h"
 
 namespace tavrin::testing {
 namespace {

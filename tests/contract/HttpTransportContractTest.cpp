@@ -1,9 +1,9 @@
 #include "platform/qt/QtHttpTransport.h"
-#include "support/InMemoryHttpTransport.h"
-#include "support/LoopbackServer.h"
 #include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
 #include "support/WaitUntil.h"
+#include "support/ports/InMemoryHttpTransport.h"
+#include "support/ports/VirtualTime.h"
+#include "support/servers/LoopbackServer.h"
 
 #include <gtest/gtest.h>
 

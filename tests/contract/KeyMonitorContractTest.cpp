@@ -1,7 +1,7 @@
 #include "contract/Subject.h"
 #include "platform/linux/x11/TestClient.h"
-#include "platform/linux/x11/X11KeyMonitor.h"
-#include "support/InMemoryKeyMonitor.h"
+#include "platform/linux/x11/keyboard/X11KeyMonitor.h"
+#include "support/ports/InMemoryKeyMonitor.h"
 
 #include <QLineEdit>
 

@@ -1,6 +1,6 @@
 #include "platform/qt/QtMainQueue.h"
-#include "support/VirtualTime.h"
 #include "support/WaitUntil.h"
+#include "support/ports/VirtualTime.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,8 +1,8 @@
 #include "contract/Subject.h"
 #include "platform/linux/x11/ClipboardPasteboard.h"
 #include "platform/linux/x11/TestClient.h"
-#include "support/InMemoryPasteboard.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryPasteboard.h"
 
 namespace tavrin::testing {
 namespace {

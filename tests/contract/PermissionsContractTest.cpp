@@ -1,8 +1,8 @@
 #include "contract/Subject.h"
 #include "platform/Permissions.h"
 #include "platform/linux/speech/LinuxPermissions.h"
-#include "support/InMemoryAudioDevices.h"
-#include "support/InMemoryPermissions.h"
+#include "support/ports/InMemoryPermissions.h"
+#include "support/sound/InMemoryAudioDevices.h"
 
 #include <gtest/gtest.h>
 

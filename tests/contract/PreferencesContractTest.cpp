@@ -1,8 +1,8 @@
-#include "platform/Preferences.h"
 #include "platform/linux/preferences/JsonPreferences.h"
-#include "support/InMemoryPreferences.h"
+#include "platform/preferences/Preferences.h"
 #include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/VirtualTime.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

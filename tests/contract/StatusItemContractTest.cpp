@@ -1,7 +1,7 @@
 #include "contract/Subject.h"
 #include "platform/qt/QtStatusItem.h"
-#include "support/InMemoryStatusItem.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryStatusItem.h"
 
 #include <QApplication>
 #include <QMenu>

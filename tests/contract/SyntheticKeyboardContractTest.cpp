@@ -1,11 +1,11 @@
 #include "contract/Subject.h"
 #include "platform/linux/x11/ClipboardPasteboard.h"
 #include "platform/linux/x11/TestClient.h"
-#include "platform/linux/x11/X11SyntheticKeyboard.h"
+#include "platform/linux/x11/typing/X11SyntheticKeyboard.h"
 #include "platform/qt/QtMainQueue.h"
-#include "support/InMemoryPasteboard.h"
 #include "support/QtPrinters.h"
-#include "support/RecordingKeyboard.h"
+#include "support/ports/InMemoryPasteboard.h"
+#include "support/ports/RecordingKeyboard.h"
 
 #include <QCoreApplication>
 #include <QPlainTextEdit>

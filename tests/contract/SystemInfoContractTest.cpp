@@ -1,6 +1,6 @@
 #include "platform/linux/desktop/LinuxSystemInfo.h"
-#include "support/InMemorySystemInfo.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemorySystemInfo.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "contract/Subject.h"
 #include "platform/WordBreaker.h"
 #include "platform/linux/desktop/IcuWordBreaker.h"
-#include "support/InMemoryWordBreaker.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryWordBreaker.h"
 
 #include <QStringList>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "contract/Subject.h"
 #include "platform/linux/x11/OtherProgram.h"
 #include "platform/linux/x11/X11Workspace.h"
-#include "support/InMemoryWorkspace.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryWorkspace.h"
 
 #include <algorithm>
 #include <unistd.h>

@@ -1,8 +1,8 @@
 #include "delivery/TargetContext.h"
 
-#include "support/InMemoryAccessibility.h"
-#include "support/InMemoryWorkspace.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryAccessibility.h"
+#include "support/ports/InMemoryWorkspace.h"
 
 #include <gtest/gtest.h>
 

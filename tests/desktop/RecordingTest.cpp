@@ -1,16 +1,16 @@
 #include "audio/AudioEnvironment.h"
 #include "audio/RecordingFile.h"
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/audio/AudioDecoder.h"
 #include "platform/linux/audio/PulseAudioDevices.h"
 #include "platform/linux/audio/PulseAudioRecorder.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/ChildProcess.h"
-#include "support/InMemoryBackgroundQueue.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemorySystemInfo.h"
 #include "support/QtPrinters.h"
-#include "support/Sounds.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryBackgroundQueue.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemorySystemInfo.h"
+#include "support/ports/VirtualTime.h"
+#include "support/sound/Sounds.h"
 
 #include <QDir>
 #include <QFile>

@@ -9,10 +9,10 @@
 #include "speech/SpeechContextualTerms.h"
 #include "speech/SystemTranscriber.h"
 #include "support/ChildProcess.h"
-#include "support/InMemoryPreferences.h"
 #include "support/QtPrinters.h"
-#include "support/Voices.h"
 #include "support/WaitUntil.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/sound/Voices.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,10 +1,10 @@
-#include "devcloud/Program.h"
+#include "devcloud/support/Program.h"
 
-#include "devcloud/TestCertificate.h"
 #include "devcloud/store/Accounts.h"
 #include "devcloud/store/Database.h"
 #include "devcloud/store/Sessions.h"
 #include "devcloud/store/Usage.h"
+#include "devcloud/support/TestCertificate.h"
 
 #include <ctime>
 #include <sstream>

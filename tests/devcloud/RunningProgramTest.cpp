@@ -1,4 +1,4 @@
-#include "devcloud/Program.h"
+#include "devcloud/support/Program.h"
 
 #include <iterator>
 #include <regex>

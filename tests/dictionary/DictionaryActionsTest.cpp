@@ -2,11 +2,11 @@
 
 #include "dictionary/DictionaryPageView.h"
 #include "dictionary/DictionaryStore.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryPreferences.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
-#include "support/ScriptedAlerts.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/ScriptedAlerts.h"
+#include "support/ports/VirtualTime.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include "dictionary/DictionaryLearning.h"
 
 #include "dictionary/DictionaryStore.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryPreferences.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/VirtualTime.h"
 
 #include <gtest/gtest.h>
 

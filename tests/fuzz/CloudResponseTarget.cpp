@@ -1,11 +1,11 @@
 #include "base/LocalizedText.h"
 #include "cloud/TavrinAPI.h"
 #include "fuzz/Require.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryHttpTransport.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemorySystemInfo.h"
-#include "support/VirtualTime.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "support/ports/InMemoryHttpTransport.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemorySystemInfo.h"
+#include "support/ports/VirtualTime.h"
 
 #include <cstdint>
 #include <optional>

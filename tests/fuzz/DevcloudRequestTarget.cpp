@@ -1,6 +1,5 @@
-#include "devcloud/LoopbackClient.h"
-#include "devcloud/RequestBody.h"
 #include "devcloud/Service.h"
+#include "devcloud/api/RequestBody.h"
 #include "devcloud/http/ClientAddress.h"
 #include "devcloud/http/HttpServer.h"
 #include "devcloud/model/ChatCompletions.h"
@@ -8,6 +7,7 @@
 #include "devcloud/security/Secrets.h"
 #include "devcloud/store/Accounts.h"
 #include "devcloud/store/Database.h"
+#include "devcloud/support/LoopbackClient.h"
 #include "devcloud/text/Utf8.h"
 #include "fuzz/Require.h"
 

@@ -3,11 +3,11 @@
 #include "history/HistoryJson.h"
 #include "history/HistoryStore.h"
 #include "history/PortableJson.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryBackgroundQueue.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemorySystemInfo.h"
-#include "support/VirtualTime.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "support/ports/InMemoryBackgroundQueue.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemorySystemInfo.h"
+#include "support/ports/VirtualTime.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "app/pages/HistoryFind.h"
+#include "app/pages/history/HistoryFind.h"
 #include "fuzz/Input.h"
 #include "fuzz/Require.h"
 

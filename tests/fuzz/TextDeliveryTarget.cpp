@@ -2,11 +2,11 @@
 #include "delivery/TextDelivery.h"
 #include "fuzz/Input.h"
 #include "fuzz/Require.h"
-#include "support/InMemoryAccessibility.h"
-#include "support/InMemoryPasteboard.h"
-#include "support/InMemoryWorkspace.h"
-#include "support/RecordingKeyboard.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryAccessibility.h"
+#include "support/ports/InMemoryPasteboard.h"
+#include "support/ports/InMemoryWorkspace.h"
+#include "support/ports/RecordingKeyboard.h"
+#include "support/ports/VirtualTime.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 #include "history/HistoryActions.h"
 
 #include "history/HistoryFixture.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryPasteboard.h"
-#include "support/InMemoryWorkspace.h"
-#include "support/ScriptedAlerts.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "support/ports/InMemoryPasteboard.h"
+#include "support/ports/InMemoryWorkspace.h"
+#include "support/ports/ScriptedAlerts.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "history/HistoryStore.h"
-#include "support/InMemoryBackgroundQueue.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemorySystemInfo.h"
 #include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryBackgroundQueue.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemorySystemInfo.h"
+#include "support/ports/VirtualTime.h"
 
 #include <QDir>
 #include <QFile>

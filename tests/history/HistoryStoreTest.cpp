@@ -1,5 +1,5 @@
 #include "history/HistoryFixture.h"
-#include "platform/PreferenceKeys.h"
+#include "platform/preferences/PreferenceKeys.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -80,17 +80,34 @@ class LayersTest(unittest.TestCase):
 
     def test_the_rooms_of_a_layer_see_only_those_below(self):
         rooms = ["app/vocabulary", "app/settings", "app/windows", "app/menu", "app/notices", "app/session",
-                 "platform/linux/audio", "platform/linux/speech"]
+                 "ui/style", "ui/controls", "ui/pages", "ui/hud", "platform/keyboard", "platform/programs",
+                 "platform/linux/audio", "platform/linux/x11", "platform/linux/x11/keyboard",
+                 "platform/linux/speech", "platform/linux/speech/engine",
+                 "platform/linux/speech/servers", "platform/linux/speech/sphinx"]
         for room in rooms:
             self.write(f"tree/src/{room}/Thing.h", "#pragma once\n")
         self.assert_allowed("src/app/session/New.cpp", '#include "app/menu/Thing.h"',
                             '#include "app/settings/Thing.h"', '#include "delivery/Thing.h"')
         self.assert_allowed("src/app/New.cpp", '#include "app/session/Thing.h"')
         self.assert_allowed("src/ui/New.cpp", '#include "app/menu/Thing.h"')
+        self.assert_allowed("src/ui/pages/New.cpp", '#include "ui/controls/Thing.h"',
+                            '#include "app/settings/Thing.h"', '#include "platform/keyboard/Thing.h"')
+        self.assert_allowed("src/platform/keyboard/New.h", '#include "platform/programs/Thing.h"')
+        self.assert_allowed("src/platform/New.h", '#include "platform/keyboard/Thing.h"')
+        self.assert_allowed("src/platform/linux/x11/keyboard/New.cpp",
+                            '#include "platform/linux/x11/Thing.h"')
         self.assert_allowed("src/platform/linux/speech/New.cpp",
-                            '#include "platform/linux/audio/Thing.h"')
+                            '#include "platform/linux/audio/Thing.h"',
+                            '#include "platform/linux/speech/sphinx/Thing.h"')
         for room, target in [("app/settings", "app/menu"), ("app/menu", "app/session"),
                              ("app/menu", "delivery"), ("app/windows", "app"),
+                             ("ui/controls", "ui/pages"), ("ui/style", "ui/controls"),
+                             ("ui/hud", "ui/pages"), ("ui/pages", "ui/hud"), ("ui/pages", "ui"),
+                             ("ui/pages", "app/session"), ("platform/programs", "platform/keyboard"),
+                             ("platform/keyboard", "platform"),
+                             ("platform/linux/x11", "platform/linux/x11/keyboard"),
+                             ("platform/linux/speech/sphinx", "platform/linux/speech/servers"),
+                             ("platform/linux/speech/engine", "platform/linux/speech"),
                              ("platform/linux/audio", "platform/linux/speech"),
                              ("platform/linux/audio", "platform/linux")]:
             with self.subTest(room=room, target=target):
@@ -99,8 +116,24 @@ class LayersTest(unittest.TestCase):
                 self.assert_refused(path, f'#include "{target}/Thing.h"', f"{room} includes src/")
                 (self.folder / "tree" / path).unlink()
 
+    def test_the_rooms_of_the_service_see_only_those_below(self):
+        for room in ["text", "store", "polish", "http", "endpoints"]:
+            self.write(f"tree/devcloud/{room}/Thing.h", "#pragma once\n")
+        self.assert_allowed("devcloud/endpoints/New.cpp", '#include "devcloud/store/Thing.h"',
+                            '#include "devcloud/polish/Thing.h"', '#include "devcloud/text/Thing.h"')
+        for room, target in [("polish", "store"), ("store", "endpoints"), ("http", "endpoints"),
+                             ("endpoints", "http"), ("text", "polish")]:
+            with self.subTest(room=room, target=target):
+                path = f"devcloud/{room}/Bad.cpp"
+                self.assert_refused(path, f'#include "devcloud/{target}/Thing.h"',
+                                    f"devcloud/{room} includes devcloud/{target}")
+                (self.folder / "tree" / path).unlink()
+
     def test_a_folder_that_is_no_room_is_reported(self):
-        self.assert_refused("src/app/things/Bad.h", "", "lies in no room")
+        for folder in ["src/app/things", "src/ui/things", "src/platform/things", "devcloud/things"]:
+            with self.subTest(folder=folder):
+                self.assert_refused(f"{folder}/Bad.h", "", "lies in no room")
+                (self.folder / f"tree/{folder}/Bad.h").unlink()
 
     def test_only_the_assembly_of_a_desktop_joins_it_with_qt(self):
         self.assert_allowed("src/platform/linux/LinuxPlatform.cpp",

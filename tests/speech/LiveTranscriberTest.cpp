@@ -1,9 +1,9 @@
 #include "speech/LiveTranscriber.h"
 
-#include "support/InMemoryPermissions.h"
-#include "support/InMemorySpeechRecognizers.h"
 #include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryPermissions.h"
+#include "support/ports/VirtualTime.h"
+#include "support/sound/InMemorySpeechRecognizers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include "speech/SystemTranscriber.h"
 
 #include "base/LocalizedText.h"
-#include "support/InMemoryPermissions.h"
-#include "support/InMemorySpeechRecognizers.h"
 #include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryPermissions.h"
+#include "support/ports/VirtualTime.h"
+#include "support/sound/InMemorySpeechRecognizers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "ui/DesktopInterface.h"
 
-#include "ui/ApplicationIcon.h"
 #include "ui/ProgramStage.h"
+#include "ui/style/ApplicationIcon.h"
 
 #include <QApplication>
 #include <QIcon>

@@ -2,11 +2,11 @@
 
 #include "app/Pages.h"
 
-#include "platform/PreferenceKeys.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
-#include "ui/Page.h"
 #include "ui/ProgramStage.h"
 #include "ui/controls/Label.h"
+#include "ui/controls/Page.h"
 #include "ui/pages/PersonalizationWindow.h"
 #include "ui/pages/TermRow.h"
 

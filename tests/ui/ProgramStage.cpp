@@ -1,13 +1,13 @@
 #include "ui/ProgramStage.h"
 
 #include "app/pages/SidebarTexts.h"
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxKeyNames.h"
 #include "platform/linux/LinuxTexts.h"
-#include "support/InMemoryKeyMonitor.h"
-#include "support/InMemorySoundPlayer.h"
-#include "support/InMemoryWordBreaker.h"
-#include "support/SharedTime.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "support/ports/InMemoryKeyMonitor.h"
+#include "support/ports/InMemoryWordBreaker.h"
+#include "support/ports/SharedTime.h"
+#include "support/sound/InMemorySoundPlayer.h"
 #include "ui/DesktopInterface.h"
 
 #include <QApplication>

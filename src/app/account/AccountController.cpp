@@ -7,8 +7,8 @@
 #include "cloud/TavrinAPI.h"
 #include "platform/DesktopTexts.h"
 #include "platform/MainQueue.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
 
 #include <utility>
 

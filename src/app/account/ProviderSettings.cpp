@@ -6,10 +6,10 @@
 #include "cloud/ProviderPreferences.h"
 #include "platform/Alerts.h"
 #include "platform/DesktopTexts.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
 #include "platform/SystemInfo.h"
-#include "platform/Workspace.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
+#include "platform/programs/Workspace.h"
 
 using namespace Qt::StringLiterals;
 

@@ -4,13 +4,13 @@
 #include "app/health/HealthTexts.h"
 #include "app/settings/Localization.h"
 #include "app/windows/SingleLine.h"
-#include "platform/Accessibility.h"
 #include "platform/Clock.h"
 #include "platform/DesktopTexts.h"
 #include "platform/Permissions.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
-#include "platform/SpeechRecognizer.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
+#include "platform/programs/Accessibility.h"
+#include "platform/speech/SpeechRecognizer.h"
 
 #include <QDateTime>
 

@@ -4,12 +4,12 @@
 #include "app/health/HealthTexts.h"
 #include "app/settings/Localization.h"
 #include "app/vocabulary/SettingsTexts.h"
-#include "platform/Accessibility.h"
 #include "platform/Alerts.h"
 #include "platform/DesktopTexts.h"
 #include "platform/MainQueue.h"
 #include "platform/Permissions.h"
-#include "platform/Workspace.h"
+#include "platform/programs/Accessibility.h"
+#include "platform/programs/Workspace.h"
 
 #include <algorithm>
 #include <utility>

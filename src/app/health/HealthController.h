@@ -4,7 +4,7 @@
 #include "app/windows/HealthPanel.h"
 #include "app/windows/View.h"
 #include "base/CallbackGuard.h"
-#include "platform/RunningApplication.h"
+#include "platform/programs/RunningApplication.h"
 
 #include <functional>
 #include <memory>

@@ -7,15 +7,15 @@
 #include "app/shortcuts/ShortcutConflicts.h"
 #include "app/vocabulary/SpeechLanguages.h"
 #include "app/windows/SingleLine.h"
-#include "platform/AudioDevices.h"
 #include "platform/DesktopTexts.h"
-#include "platform/HotKeyProbe.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
-#include "platform/SpeechAvailability.h"
-#include "platform/SpeechRecognizer.h"
 #include "platform/SystemInfo.h"
-#include "platform/Workspace.h"
+#include "platform/audio/AudioDevices.h"
+#include "platform/keyboard/HotKeyProbe.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
+#include "platform/programs/Workspace.h"
+#include "platform/speech/SpeechAvailability.h"
+#include "platform/speech/SpeechRecognizer.h"
 
 #include <algorithm>
 

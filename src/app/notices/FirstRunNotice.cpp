@@ -10,8 +10,8 @@
 #include "platform/Alerts.h"
 #include "platform/DesktopTexts.h"
 #include "platform/MainQueue.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
 
 #include <utility>
 

@@ -7,10 +7,10 @@
 #include "platform/Alerts.h"
 #include "platform/Clock.h"
 #include "platform/MainQueue.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
 #include "platform/SystemInfo.h"
-#include "platform/Workspace.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
+#include "platform/programs/Workspace.h"
 
 #include <utility>
 

@@ -9,7 +9,7 @@
 #include "app/vocabulary/TranslationTargets.h"
 #include "audio/AudioEnvironment.h"
 #include "platform/Alerts.h"
-#include "platform/RecogniserSettings.h"
+#include "platform/speech/RecogniserSettings.h"
 
 #include <algorithm>
 

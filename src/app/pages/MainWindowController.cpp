@@ -1,7 +1,7 @@
 #include "app/pages/MainWindowController.h"
 
 #include "cloud/StoredSession.h"
-#include "platform/Workspace.h"
+#include "platform/programs/Workspace.h"
 
 #include <utility>
 

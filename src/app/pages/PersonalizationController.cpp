@@ -2,8 +2,8 @@
 
 #include "app/pages/WritingTones.h"
 #include "app/vocabulary/TableIndex.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
 
 #include <algorithm>
 #include <utility>

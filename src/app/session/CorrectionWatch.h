@@ -4,7 +4,7 @@
 #include "base/CallbackGuard.h"
 #include "base/Seconds.h"
 #include "dictionary/EditTracking.h"
-#include "platform/Accessibility.h"
+#include "platform/programs/Accessibility.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #include "app/session/ProcessingTimeEstimator.h"
 
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
 
 #include <QVariantList>
 #include <QVariantMap>

@@ -16,10 +16,10 @@
 #include "cloud/StoredSession.h"
 #include "delivery/TargetContext.h"
 #include "platform/Alerts.h"
-#include "platform/AudioRecorder.h"
 #include "platform/Clock.h"
 #include "platform/DesktopTexts.h"
 #include "platform/MainQueue.h"
+#include "platform/audio/AudioRecorder.h"
 #include "speech/LiveTranscriber.h"
 
 #include <utility>

@@ -18,8 +18,8 @@
 #include "history/HistoryStore.h"
 #include "platform/Clock.h"
 #include "platform/MainQueue.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/Preferences.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/Preferences.h"
 #include "speech/SystemTranscriber.h"
 
 #include <utility>

@@ -1,6 +1,6 @@
 #include "app/session/SoundEffects.h"
 
-#include "platform/SoundPlayer.h"
+#include "platform/audio/SoundPlayer.h"
 
 #include <utility>
 

@@ -4,8 +4,8 @@
 #include "app/vocabulary/SettingsTexts.h"
 #include "app/vocabulary/TableIndex.h"
 #include "platform/Alerts.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/Preferences.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/Preferences.h"
 
 namespace tavrin {
 

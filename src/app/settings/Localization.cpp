@@ -2,9 +2,9 @@
 
 #include "app/settings/InterfaceLanguages.h"
 #include "platform/DesktopTexts.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
-#include "platform/Workspace.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
+#include "platform/programs/Workspace.h"
 
 #include <algorithm>
 #include <utility>

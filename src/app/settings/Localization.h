@@ -2,7 +2,7 @@
 
 #include "base/Localize.h"
 #include "base/LocalizedText.h"
-#include "platform/KeyNames.h"
+#include "platform/keyboard/KeyNames.h"
 
 #include <QString>
 

@@ -5,9 +5,9 @@
 #include "app/vocabulary/SettingsTexts.h"
 #include "app/vocabulary/ShortcutItemTable.h"
 #include "app/vocabulary/TranslationTargets.h"
-#include "platform/HotKeyProbe.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
+#include "platform/keyboard/HotKeyProbe.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "app/shortcuts/ShortcutConflicts.h"
 
 #include "app/settings/Settings.h"
-#include "platform/HotKeyProbe.h"
+#include "platform/keyboard/HotKeyProbe.h"
 
 #include <algorithm>
 #include <iterator>

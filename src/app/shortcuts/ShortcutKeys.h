@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/KeyMonitor.h"
+#include "platform/keyboard/KeyMonitor.h"
 
 #include <QString>
 

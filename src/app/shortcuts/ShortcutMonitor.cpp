@@ -2,8 +2,8 @@
 
 #include "app/settings/Settings.h"
 #include "app/shortcuts/ShortcutKeys.h"
-#include "platform/KeyMonitor.h"
 #include "platform/MainQueue.h"
+#include "platform/keyboard/KeyMonitor.h"
 
 #include <utility>
 

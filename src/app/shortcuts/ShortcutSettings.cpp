@@ -11,9 +11,9 @@
 #include "base/Log.h"
 #include "platform/Alerts.h"
 #include "platform/DesktopTexts.h"
-#include "platform/HotKeyProbe.h"
-#include "platform/PreferenceKeys.h"
-#include "platform/Preferences.h"
+#include "platform/keyboard/HotKeyProbe.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/Preferences.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/KeyNames.h"
+#include "platform/keyboard/KeyNames.h"
 
 namespace tavrin {
 

@@ -1,11 +1,11 @@
 #include "ui/alerts/AlertWindow.h"
 
-#include "ui/ApplicationIcon.h"
-#include "ui/BrandStyle.h"
 #include "ui/alerts/PlainText.h"
 #include "ui/controls/Button.h"
 #include "ui/controls/FocusRing.h"
 #include "ui/controls/TextField.h"
+#include "ui/style/ApplicationIcon.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QGuiApplication>
 #include <QLabel>

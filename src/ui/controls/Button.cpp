@@ -1,9 +1,9 @@
 #include "ui/controls/Button.h"
 
-#include "ui/BrandStyle.h"
 #include "ui/controls/Painting.h"
 #include "ui/controls/Placing.h"
 #include "ui/controls/TextLines.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QFontMetricsF>
 #include <QKeyEvent>

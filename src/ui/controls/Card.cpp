@@ -1,8 +1,8 @@
 #include "ui/controls/Card.h"
 
-#include "ui/BrandStyle.h"
 #include "ui/controls/Painting.h"
 #include "ui/controls/Placing.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QPainter>
 

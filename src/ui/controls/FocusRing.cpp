@@ -1,7 +1,7 @@
 #include "ui/controls/FocusRing.h"
 
-#include "ui/BrandStyle.h"
 #include "ui/controls/Painting.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QAbstractScrollArea>
 #include <QApplication>

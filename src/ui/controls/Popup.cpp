@@ -1,11 +1,11 @@
 #include "ui/controls/Popup.h"
 
-#include "ui/BrandStyle.h"
 #include "ui/controls/Painting.h"
 #include "ui/controls/Placing.h"
 #include "ui/controls/ScrollBar.h"
 #include "ui/controls/Symbol.h"
 #include "ui/controls/TextLines.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QAbstractItemView>
 #include <QFontMetricsF>

@@ -1,9 +1,9 @@
 #include "ui/controls/TextField.h"
 
-#include "ui/BrandStyle.h"
 #include "ui/controls/Painting.h"
 #include "ui/controls/Placing.h"
 #include "ui/controls/Symbol.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QAbstractButton>
 #include <QFontMetricsF>

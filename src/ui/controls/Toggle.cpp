@@ -1,10 +1,10 @@
 #include "ui/controls/Toggle.h"
 
-#include "ui/BrandStyle.h"
 #include "ui/controls/Painting.h"
 #include "ui/controls/Placing.h"
 #include "ui/controls/Symbol.h"
 #include "ui/controls/TextLines.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QPainter>
 

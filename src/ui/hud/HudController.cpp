@@ -2,9 +2,9 @@
 
 #include "app/settings/Localization.h"
 #include "app/settings/Settings.h"
-#include "platform/AudioRecorder.h"
 #include "platform/Clock.h"
 #include "platform/MainQueue.h"
+#include "platform/audio/AudioRecorder.h"
 #include "ui/hud/HudPanel.h"
 #include "ui/hud/HudTexts.h"
 

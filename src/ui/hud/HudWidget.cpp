@@ -1,6 +1,6 @@
 #include "ui/hud/HudWidget.h"
 
-#include "platform/Workspace.h"
+#include "platform/programs/Workspace.h"
 #include "ui/hud/HudTextFitting.h"
 #include "ui/hud/HudTexts.h"
 

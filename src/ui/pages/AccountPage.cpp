@@ -4,7 +4,6 @@
 #include "app/account/AccountTexts.h"
 #include "app/settings/Localization.h"
 #include "platform/DesktopTexts.h"
-#include "ui/BrandStyle.h"
 #include "ui/controls/Button.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/Label.h"
@@ -12,6 +11,7 @@
 #include "ui/controls/Segments.h"
 #include "ui/controls/Symbol.h"
 #include "ui/controls/TextField.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -2,7 +2,7 @@
 
 #include "app/account/AccountContent.h"
 #include "app/windows/View.h"
-#include "ui/Page.h"
+#include "ui/controls/Page.h"
 
 #include <functional>
 

@@ -1,11 +1,11 @@
 #include "ui/pages/DictionaryList.h"
 
-#include "ui/BrandStyle.h"
 #include "ui/controls/AccessibleList.h"
 #include "ui/controls/Button.h"
 #include "ui/controls/Placing.h"
 #include "ui/controls/ScrollBar.h"
 #include "ui/pages/TermRow.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QFocusEvent>
 #include <QKeyEvent>

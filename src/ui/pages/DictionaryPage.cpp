@@ -3,7 +3,6 @@
 #include "app/pages/DictionaryController.h"
 #include "app/pages/DictionaryTexts.h"
 #include "app/settings/Localization.h"
-#include "ui/BrandStyle.h"
 #include "ui/controls/Button.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/Label.h"
@@ -12,6 +11,7 @@
 #include "ui/controls/TextField.h"
 #include "ui/controls/Toggle.h"
 #include "ui/pages/DictionaryList.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QFontMetricsF>
 #include <QKeyEvent>

@@ -3,11 +3,11 @@
 #include "app/pages/GeneralController.h"
 #include "app/pages/GeneralTexts.h"
 #include "app/settings/Localization.h"
-#include "ui/BrandStyle.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/Label.h"
 #include "ui/controls/Popup.h"
 #include "ui/controls/Toggle.h"
+#include "ui/style/BrandStyle.h"
 
 using namespace Qt::StringLiterals;
 

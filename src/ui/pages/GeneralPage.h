@@ -2,7 +2,7 @@
 
 #include "app/pages/GeneralContent.h"
 #include "app/windows/View.h"
-#include "ui/Page.h"
+#include "ui/controls/Page.h"
 
 namespace tavrin {
 class GeneralController;

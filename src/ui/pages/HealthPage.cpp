@@ -3,11 +3,11 @@
 #include "app/health/HealthController.h"
 #include "app/health/HealthTexts.h"
 #include "app/settings/Localization.h"
-#include "ui/BrandStyle.h"
 #include "ui/controls/Button.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/Label.h"
 #include "ui/controls/Placing.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QFontMetricsF>
 

@@ -2,7 +2,7 @@
 
 #include "app/health/HealthContent.h"
 #include "app/windows/View.h"
-#include "ui/Page.h"
+#include "ui/controls/Page.h"
 
 #include <QFont>
 #include <QHash>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/pages/HistoryRows.h"
+#include "app/pages/history/HistoryRows.h"
 
 #include <QList>
 #include <QSet>

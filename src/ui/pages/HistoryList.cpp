@@ -1,13 +1,13 @@
 #include "ui/pages/HistoryList.h"
 
-#include "app/pages/HistoryTexts.h"
+#include "app/pages/history/HistoryTexts.h"
 #include "app/settings/Localization.h"
-#include "ui/BrandStyle.h"
 #include "ui/controls/AccessibleList.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/Painting.h"
 #include "ui/controls/Placing.h"
 #include "ui/controls/ScrollBar.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QFocusEvent>
 #include <QKeyEvent>

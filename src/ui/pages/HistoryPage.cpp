@@ -1,10 +1,9 @@
 #include "ui/pages/HistoryPage.h"
 
-#include "app/pages/HistoryController.h"
-#include "app/pages/HistoryTexts.h"
+#include "app/pages/history/HistoryController.h"
+#include "app/pages/history/HistoryTexts.h"
 #include "app/settings/Localization.h"
 #include "platform/DesktopTexts.h"
-#include "ui/BrandStyle.h"
 #include "ui/controls/Button.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/Label.h"
@@ -12,6 +11,7 @@
 #include "ui/controls/Symbol.h"
 #include "ui/controls/TextField.h"
 #include "ui/pages/HistoryList.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QKeyEvent>
 #include <QShortcut>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/pages/HistoryContent.h"
+#include "app/pages/history/HistoryContent.h"
 #include "app/windows/View.h"
-#include "ui/Page.h"
+#include "ui/controls/Page.h"
 
 #include <array>
 

@@ -4,11 +4,11 @@
 #include "app/pages/InputOutputController.h"
 #include "app/pages/InputOutputTexts.h"
 #include "app/settings/Localization.h"
-#include "ui/BrandStyle.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/Label.h"
 #include "ui/controls/Popup.h"
 #include "ui/controls/Symbol.h"
+#include "ui/style/BrandStyle.h"
 
 using namespace Qt::StringLiterals;
 

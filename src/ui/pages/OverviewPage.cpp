@@ -3,11 +3,11 @@
 #include "app/pages/OverviewController.h"
 #include "app/pages/OverviewTexts.h"
 #include "app/settings/Localization.h"
-#include "ui/BrandStyle.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/Label.h"
 #include "ui/controls/Placing.h"
 #include "ui/controls/Symbol.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QFontMetricsF>
 

@@ -2,7 +2,7 @@
 
 #include "app/pages/OverviewContent.h"
 #include "app/windows/View.h"
-#include "ui/Page.h"
+#include "ui/controls/Page.h"
 
 namespace tavrin {
 class Localization;

@@ -3,7 +3,6 @@
 #include "app/pages/PersonalizationController.h"
 #include "app/pages/PersonalizationTexts.h"
 #include "app/pages/WritingTones.h"
-#include "ui/BrandStyle.h"
 #include "ui/controls/Button.h"
 #include "ui/controls/FocusRing.h"
 #include "ui/controls/Label.h"
@@ -11,6 +10,7 @@
 #include "ui/controls/Placing.h"
 #include "ui/controls/Popup.h"
 #include "ui/controls/ScrollBar.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>

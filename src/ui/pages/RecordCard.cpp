@@ -1,13 +1,13 @@
 #include "ui/pages/RecordCard.h"
 
-#include "app/pages/HistoryTexts.h"
+#include "app/pages/history/HistoryTexts.h"
 #include "app/settings/Localization.h"
-#include "ui/BrandStyle.h"
 #include "ui/controls/Button.h"
 #include "ui/controls/FocusRing.h"
 #include "ui/controls/Painting.h"
 #include "ui/controls/Placing.h"
 #include "ui/controls/Symbol.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QAbstractButton>
 #include <QAccessibleWidget>

@@ -1,8 +1,8 @@
 #include "ui/pages/RecordText.h"
 
-#include "app/pages/HistoryFind.h"
-#include "ui/BrandStyle.h"
+#include "app/pages/history/HistoryFind.h"
 #include "ui/controls/Painting.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

@@ -2,12 +2,12 @@
 
 #include "app/pages/DictionaryTexts.h"
 #include "app/settings/Localization.h"
-#include "ui/BrandStyle.h"
 #include "ui/controls/Button.h"
 #include "ui/controls/FocusRing.h"
 #include "ui/controls/Label.h"
 #include "ui/controls/Painting.h"
 #include "ui/controls/Placing.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

@@ -3,10 +3,10 @@
 #include "app/pages/MainWindowController.h"
 #include "app/settings/Localization.h"
 #include "platform/DesktopTexts.h"
-#include "platform/Workspace.h"
-#include "ui/BrandStyle.h"
-#include "ui/Page.h"
+#include "platform/programs/Workspace.h"
 #include "ui/controls/FocusRing.h"
+#include "ui/controls/Page.h"
+#include "ui/style/BrandStyle.h"
 #include "ui/window/PageTransition.h"
 #include "ui/window/Sidebar.h"
 

@@ -1,6 +1,6 @@
 #include "ui/window/PageTransition.h"
 
-#include "ui/BrandStyle.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QPainter>
 

@@ -2,12 +2,12 @@
 
 #include "app/pages/SidebarTexts.h"
 #include "app/settings/Localization.h"
-#include "ui/ApplicationIcon.h"
-#include "ui/BrandStyle.h"
 #include "ui/controls/FocusRing.h"
 #include "ui/controls/Label.h"
 #include "ui/controls/Painting.h"
 #include "ui/controls/Placing.h"
+#include "ui/style/ApplicationIcon.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QKeyEvent>
 #include <QLabel>

@@ -3,12 +3,12 @@
 #include "app/FakePanels.h"
 #include "base/LocalizedText.h"
 #include "cloud/TavrinAPI.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryHttpTransport.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemorySystemInfo.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryHttpTransport.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemorySystemInfo.h"
+#include "support/ports/VirtualTime.h"
 
 #include <gtest/gtest.h>
 

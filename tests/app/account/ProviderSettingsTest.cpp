@@ -3,13 +3,13 @@
 #include "app/settings/Localization.h"
 #include "app/windows/HealthPanel.h"
 #include "cloud/Deployment.h"
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxTexts.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemorySystemInfo.h"
-#include "support/InMemoryWorkspace.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
-#include "support/ScriptedAlerts.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemorySystemInfo.h"
+#include "support/ports/InMemoryWorkspace.h"
+#include "support/ports/ScriptedAlerts.h"
 
 #include <gtest/gtest.h>
 

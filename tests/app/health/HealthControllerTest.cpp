@@ -3,7 +3,7 @@
 #include "app/FakePanels.h"
 #include "app/health/HealthFixture.h"
 #include "platform/linux/LinuxTexts.h"
-#include "support/ScriptedAlerts.h"
+#include "support/ports/ScriptedAlerts.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;

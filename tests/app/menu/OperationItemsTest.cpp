@@ -2,10 +2,10 @@
 
 #include "app/settings/Localization.h"
 #include "app/settings/Settings.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryWorkspace.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryWorkspace.h"
 
 #include <QStringList>
 #include <gtest/gtest.h>

@@ -6,11 +6,11 @@
 #include "app/settings/Settings.h"
 #include "app/vocabulary/OutputStyles.h"
 #include "app/vocabulary/TranslationTargets.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryStatusItem.h"
-#include "support/InMemoryWorkspace.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryStatusItem.h"
+#include "support/ports/InMemoryWorkspace.h"
 
 #include <gtest/gtest.h>
 

@@ -2,13 +2,13 @@
 
 #include "app/FakePanels.h"
 #include "app/settings/Localization.h"
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxTexts.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryWorkspace.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
-#include "support/ScriptedAlerts.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryWorkspace.h"
+#include "support/ports/ScriptedAlerts.h"
+#include "support/ports/VirtualTime.h"
 
 #include <gtest/gtest.h>
 

@@ -6,15 +6,15 @@
 #include "app/settings/Localization.h"
 #include "app/vocabulary/SpeechLanguages.h"
 #include "audio/AudioEnvironment.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryAudioDevices.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryRecogniserSettings.h"
-#include "support/InMemorySystemInfo.h"
-#include "support/InMemoryWorkspace.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
-#include "support/ScriptedAlerts.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryRecogniserSettings.h"
+#include "support/ports/InMemorySystemInfo.h"
+#include "support/ports/InMemoryWorkspace.h"
+#include "support/ports/ScriptedAlerts.h"
+#include "support/ports/VirtualTime.h"
+#include "support/sound/InMemoryAudioDevices.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

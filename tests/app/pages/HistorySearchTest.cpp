@@ -1,4 +1,4 @@
-#include "app/pages/HistoryControllerFixture.h"
+#include "app/pages/history/HistoryControllerFixture.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;

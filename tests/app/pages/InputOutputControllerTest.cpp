@@ -8,15 +8,15 @@
 #include "app/settings/Settings.h"
 #include "app/shortcuts/ShortcutMonitor.h"
 #include "app/shortcuts/ShortcutSettings.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryHotKeyProbe.h"
-#include "support/InMemoryKeyMonitor.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryStatusItem.h"
-#include "support/InMemoryWorkspace.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
-#include "support/ScriptedAlerts.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryHotKeyProbe.h"
+#include "support/ports/InMemoryKeyMonitor.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryStatusItem.h"
+#include "support/ports/InMemoryWorkspace.h"
+#include "support/ports/ScriptedAlerts.h"
+#include "support/ports/VirtualTime.h"
 
 #include <gtest/gtest.h>
 

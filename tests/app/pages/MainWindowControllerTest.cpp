@@ -1,9 +1,9 @@
 #include "app/pages/MainWindowController.h"
 
 #include "app/FakePanels.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryWorkspace.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryWorkspace.h"
 
 #include <gtest/gtest.h>
 

@@ -6,11 +6,11 @@
 #include "app/shortcuts/ShortcutMonitor.h"
 #include "app/shortcuts/ShortcutSettings.h"
 #include "history/HistoryFixture.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryHotKeyProbe.h"
-#include "support/InMemoryKeyMonitor.h"
-#include "support/InMemoryWorkspace.h"
-#include "support/ScriptedAlerts.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "support/ports/InMemoryHotKeyProbe.h"
+#include "support/ports/InMemoryKeyMonitor.h"
+#include "support/ports/InMemoryWorkspace.h"
+#include "support/ports/ScriptedAlerts.h"
 
 namespace tavrin::testing {
 

@@ -2,9 +2,9 @@
 
 #include "app/pages/PersonalizationTexts.h"
 #include "app/pages/WritingTones.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryPreferences.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryPreferences.h"
 
 #include <QStringList>
 #include <gtest/gtest.h>

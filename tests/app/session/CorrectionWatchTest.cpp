@@ -2,13 +2,13 @@
 
 #include "delivery/TargetContext.h"
 #include "dictionary/DictionaryStore.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryAccessibility.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryWordBreaker.h"
-#include "support/InMemoryWorkspace.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryAccessibility.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryWordBreaker.h"
+#include "support/ports/InMemoryWorkspace.h"
+#include "support/ports/VirtualTime.h"
 
 #include <gtest/gtest.h>
 

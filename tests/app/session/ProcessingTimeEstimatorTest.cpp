@@ -1,7 +1,7 @@
 #include "app/session/ProcessingTimeEstimator.h"
 
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryPreferences.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "support/ports/InMemoryPreferences.h"
 
 #include <gtest/gtest.h>
 

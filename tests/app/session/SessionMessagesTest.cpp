@@ -5,11 +5,11 @@
 #include "app/vocabulary/SessionState.h"
 #include "delivery/ApplicationContext.h"
 #include "delivery/TextDelivery.h"
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxKeyNames.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryWorkspace.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryWorkspace.h"
 
 #include <gtest/gtest.h>
 

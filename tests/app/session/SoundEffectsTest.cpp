@@ -1,7 +1,7 @@
 #include "app/session/SoundEffects.h"
 
-#include "support/InMemorySoundPlayer.h"
 #include "support/QtPrinters.h"
+#include "support/sound/InMemorySoundPlayer.h"
 
 #include <gtest/gtest.h>
 

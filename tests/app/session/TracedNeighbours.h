@@ -3,8 +3,8 @@
 #include "app/session/CorrectionLearning.h"
 #include "app/windows/HealthPanel.h"
 #include "app/windows/RecordingHUD.h"
-#include "platform/AudioRecorder.h"
-#include "support/Note.h"
+#include "platform/audio/AudioRecorder.h"
+#include "support/ports/Note.h"
 
 #include <QStringList>
 

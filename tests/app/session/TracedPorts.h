@@ -1,13 +1,13 @@
 #pragma once
 
-#include "platform/AudioRecorder.h"
 #include "platform/HttpTransport.h"
 #include "platform/Pasteboard.h"
-#include "platform/Preferences.h"
-#include "platform/SpeechAvailability.h"
-#include "platform/SpeechRecognizer.h"
-#include "platform/Workspace.h"
-#include "support/Note.h"
+#include "platform/audio/AudioRecorder.h"
+#include "platform/preferences/Preferences.h"
+#include "platform/programs/Workspace.h"
+#include "platform/speech/SpeechAvailability.h"
+#include "platform/speech/SpeechRecognizer.h"
+#include "support/ports/Note.h"
 
 #include <QStringList>
 #include <QUrl>

@@ -1,11 +1,11 @@
 #include "app/settings/InterfaceLanguages.h"
 
 #include "app/settings/Localization.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryWorkspace.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
-#include "support/ScriptedAlerts.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryWorkspace.h"
+#include "support/ports/ScriptedAlerts.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include "app/settings/Localization.h"
 
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxKeyNames.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryWorkspace.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryWorkspace.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 #include "app/settings/Settings.h"
 
 #include "app/settings/Localization.h"
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxKeyNames.h"
-#include "support/InMemoryHotKeyProbe.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryWorkspace.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryHotKeyProbe.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryWorkspace.h"
 
 #include <gtest/gtest.h>
 

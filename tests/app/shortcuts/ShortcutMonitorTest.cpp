@@ -2,12 +2,12 @@
 
 #include "app/settings/Localization.h"
 #include "app/settings/Settings.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryKeyMonitor.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryWorkspace.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryKeyMonitor.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryWorkspace.h"
+#include "support/ports/VirtualTime.h"
 
 #include <gtest/gtest.h>
 

@@ -3,16 +3,16 @@
 #include "app/settings/Localization.h"
 #include "app/settings/Settings.h"
 #include "app/shortcuts/ShortcutMonitor.h"
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxTexts.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/CapturedLog.h"
-#include "support/InMemoryHotKeyProbe.h"
-#include "support/InMemoryKeyMonitor.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemoryWorkspace.h"
 #include "support/QtPrinters.h"
-#include "support/ScriptedAlerts.h"
-#include "support/VirtualTime.h"
+#include "support/ports/InMemoryHotKeyProbe.h"
+#include "support/ports/InMemoryKeyMonitor.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemoryWorkspace.h"
+#include "support/ports/ScriptedAlerts.h"
+#include "support/ports/VirtualTime.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 #include "DevelopmentCloud.h"
 #include "base/LocalizedText.h"
 #include "cloud/TavrinAPI.h"
-#include "platform/PreferenceKeys.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "platform/qt/QtHttpTransport.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemorySystemInfo.h"
 #include "support/QtPrinters.h"
 #include "support/WaitUntil.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemorySystemInfo.h"
 
 #include <QFile>
 #include <gtest/gtest.h>

@@ -12,13 +12,13 @@
 #include "app/settings/Settings.h"
 #include "app/shortcuts/ShortcutMonitor.h"
 #include "delivery/UnicodeChunks.h"
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/x11/ClipboardPasteboard.h"
-#include "platform/linux/x11/X11KeyMonitor.h"
-#include "platform/linux/x11/X11SyntheticKeyboard.h"
 #include "platform/linux/x11/X11Workspace.h"
+#include "platform/linux/x11/keyboard/X11KeyMonitor.h"
+#include "platform/linux/x11/typing/X11SyntheticKeyboard.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "platform/qt/QtMainQueue.h"
-#include "support/InMemoryPreferences.h"
+#include "support/ports/InMemoryPreferences.h"
 
 #include <QGuiApplication>
 #include <QJsonDocument>

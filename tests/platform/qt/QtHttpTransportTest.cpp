@@ -1,8 +1,8 @@
 #include "platform/qt/QtHttpTransport.h"
 
-#include "support/LoopbackServer.h"
 #include "support/QtPrinters.h"
 #include "support/WaitUntil.h"
+#include "support/servers/LoopbackServer.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,8 +1,8 @@
 #include "platform/qt/QtHttpTransport.h"
-#include "support/LoopbackServer.h"
 #include "support/QtPrinters.h"
-#include "support/TestAuthority.h"
 #include "support/WaitUntil.h"
+#include "support/servers/LoopbackServer.h"
+#include "support/servers/TestAuthority.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include "ui/alerts/AlertWindow.h"
 
-#include "ui/BrandStyle.h"
 #include "ui/alerts/PlainText.h"
 #include "ui/controls/Button.h"
 #include "ui/controls/FocusRing.h"
 #include "ui/controls/TextField.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QImage>
 #include <QLabel>

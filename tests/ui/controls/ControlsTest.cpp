@@ -1,11 +1,11 @@
 #include "support/QtPrinters.h"
-#include "ui/BrandStyle.h"
 #include "ui/controls/Button.h"
 #include "ui/controls/FocusRing.h"
 #include "ui/controls/Popup.h"
 #include "ui/controls/Segments.h"
 #include "ui/controls/TextField.h"
 #include "ui/controls/Toggle.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

@@ -1,7 +1,7 @@
 #include "ui/controls/Label.h"
 
 #include "support/QtPrinters.h"
-#include "ui/BrandStyle.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QFontMetricsF>
 #include <gtest/gtest.h>

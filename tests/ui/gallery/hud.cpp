@@ -1,7 +1,7 @@
 // Shows the recording panel in each of its states and writes a picture of each.
 // usage: tavrin-hud-gallery FOLDER
 
-#include "support/InMemoryWorkspace.h"
+#include "support/ports/InMemoryWorkspace.h"
 #include "ui/hud/HudTexts.h"
 #include "ui/hud/HudWidget.h"
 

@@ -1,8 +1,8 @@
 // Shows every page of the main window in its states and languages and writes a picture of each.
 // usage: tavrin-page-gallery FOLDER
 
-#include "platform/KeyNames.h"
-#include "platform/PreferenceKeys.h"
+#include "platform/keyboard/KeyNames.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "platform/qt/MenuBuilder.h"
 #include "ui/ProgramStage.h"
 #include "ui/alerts/DrawnAlerts.h"

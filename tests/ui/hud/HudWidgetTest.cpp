@@ -1,7 +1,7 @@
 #include "ui/hud/HudWidget.h"
 
-#include "support/InMemoryWorkspace.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryWorkspace.h"
 #include "ui/hud/HudTexts.h"
 
 #include <QApplication>

@@ -1,9 +1,9 @@
 // What holds for every page of the main window, in every language.
 
 #include "support/QtPrinters.h"
-#include "ui/Page.h"
 #include "ui/ProgramStage.h"
 #include "ui/controls/Label.h"
+#include "ui/controls/Page.h"
 
 #include <QAccessible>
 #include <QApplication>

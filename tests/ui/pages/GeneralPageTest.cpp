@@ -2,10 +2,10 @@
 
 #include "app/pages/GeneralController.h"
 #include "audio/AudioEnvironment.h"
-#include "support/InMemoryAudioDevices.h"
-#include "support/InMemoryRecogniserSettings.h"
-#include "support/InMemorySystemInfo.h"
 #include "support/ScreenReader.h"
+#include "support/ports/InMemoryRecogniserSettings.h"
+#include "support/ports/InMemorySystemInfo.h"
+#include "support/sound/InMemoryAudioDevices.h"
 #include "ui/controls/Card.h"
 #include "ui/pages/PageFixture.h"
 

@@ -3,7 +3,7 @@
 #include "app/health/HealthController.h"
 #include "app/health/HealthFixture.h"
 #include "platform/linux/LinuxTexts.h"
-#include "support/ScriptedAlerts.h"
+#include "support/ports/ScriptedAlerts.h"
 #include "ui/controls/Button.h"
 #include "ui/controls/Card.h"
 #include "ui/pages/PageWindow.h"

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/pages/HistoryControllerFixture.h"
-#include "ui/BrandStyle.h"
+#include "app/pages/history/HistoryControllerFixture.h"
 #include "ui/controls/Label.h"
 #include "ui/pages/HistoryList.h"
 #include "ui/pages/HistoryPage.h"
 #include "ui/pages/Keyboard.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QAbstractButton>
 #include <QLineEdit>

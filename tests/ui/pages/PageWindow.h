@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/BrandStyle.h"
 #include "ui/controls/Label.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QApplication>
 #include <QFontMetricsF>

@@ -1,9 +1,9 @@
 #include "ui/pages/PersonalizationWindow.h"
 
 #include "app/pages/PersonalizationController.h"
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryPreferences.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryPreferences.h"
 #include "ui/controls/Button.h"
 
 #include <QAbstractItemView>

@@ -1,7 +1,7 @@
 #include "ui/pages/RecordText.h"
 
 #include "support/QtPrinters.h"
-#include "ui/BrandStyle.h"
+#include "ui/style/BrandStyle.h"
 
 #include <QFontMetricsF>
 #include <QImage>

@@ -1,12 +1,12 @@
 #include "ui/window/MainWindowFrame.h"
 
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/LinuxTexts.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
 #include "support/ScreenReader.h"
-#include "ui/Page.h"
 #include "ui/ProgramStage.h"
 #include "ui/controls/Label.h"
+#include "ui/controls/Page.h"
 #include "ui/window/PageTransition.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Seconds.h"
-#include "platform/Accessibility.h"
+#include "platform/programs/Accessibility.h"
 
 #include <memory>
 #include <optional>

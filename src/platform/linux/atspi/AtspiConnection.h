@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/Accessibility.h"
 #include "platform/linux/atspi/AtspiFocus.h"
 #include "platform/linux/atspi/AtspiText.h"
 #include "platform/linux/atspi/AtspiWorker.h"
+#include "platform/programs/Accessibility.h"
 
 #include <chrono>
 #include <functional>

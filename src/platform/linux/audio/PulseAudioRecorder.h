@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/AudioRecorder.h"
+#include "platform/audio/AudioRecorder.h"
 #include "platform/linux/audio/PcmCapture.h"
 
 #include <future>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/SoundPlayer.h"
+#include "platform/audio/SoundPlayer.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Workspace.h"
+#include "platform/programs/Workspace.h"
 
 #include <QList>
 #include <QStringList>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/MainQueue.h"
-#include "platform/Preferences.h"
 #include "platform/linux/preferences/PreferencesFile.h"
+#include "platform/preferences/Preferences.h"
 
 #include <memory>
 

@@ -1,6 +1,6 @@
 #include "platform/linux/speech/LinuxPermissions.h"
 
-#include "platform/AudioDevices.h"
+#include "platform/audio/AudioDevices.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "platform/linux/speech/LinuxRecogniserSettings.h"
 
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
-#include "platform/linux/speech/SpeechEngineTexts.h"
-#include "platform/linux/speech/SpeechServer.h"
+#include "platform/linux/speech/engine/SpeechEngineTexts.h"
+#include "platform/linux/speech/servers/SpeechServer.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/RecogniserSettings.h"
-#include "platform/linux/speech/SphinxModel.h"
+#include "platform/linux/speech/sphinx/SphinxModel.h"
+#include "platform/speech/RecogniserSettings.h"
 
 namespace tavrin {
 

@@ -1,12 +1,12 @@
 #include "platform/linux/speech/LinuxSpeech.h"
 
-#include "platform/PreferenceKeys.h"
-#include "platform/PreferenceValues.h"
-#include "platform/linux/speech/EngineFileRecognizer.h"
-#include "platform/linux/speech/HttpSpeechEngine.h"
-#include "platform/linux/speech/ServerAddress.h"
-#include "platform/linux/speech/SphinxEngine.h"
-#include "platform/linux/speech/VoskSpeechEngine.h"
+#include "platform/linux/speech/engine/EngineFileRecognizer.h"
+#include "platform/linux/speech/servers/HttpSpeechEngine.h"
+#include "platform/linux/speech/servers/ServerAddress.h"
+#include "platform/linux/speech/servers/VoskSpeechEngine.h"
+#include "platform/linux/speech/sphinx/SphinxEngine.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/preferences/PreferenceValues.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/speech/EngineLiveRecognizer.h"
+#include "platform/linux/speech/engine/EngineLiveRecognizer.h"
 
 namespace tavrin {
 

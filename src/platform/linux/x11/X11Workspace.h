@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/Workspace.h"
 #include "platform/linux/desktop/DesktopFiles.h"
 #include "platform/linux/desktop/ReducedMotion.h"
 #include "platform/linux/x11/X11Windows.h"
+#include "platform/programs/Workspace.h"
 
 namespace tavrin {
 

@@ -3,7 +3,7 @@
 #include "platform/linux/audio/AudioDecoder.h"
 #include "support/FullDisk.h"
 #include "support/QtPrinters.h"
-#include "support/Sounds.h"
+#include "support/sound/Sounds.h"
 
 #include <QFile>
 #include <QFileInfo>

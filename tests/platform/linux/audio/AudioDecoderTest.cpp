@@ -1,7 +1,7 @@
 #include "platform/linux/audio/AudioDecoder.h"
 
 #include "support/QtPrinters.h"
-#include "support/Sounds.h"
+#include "support/sound/Sounds.h"
 
 #include <QFile>
 #include <QTemporaryDir>

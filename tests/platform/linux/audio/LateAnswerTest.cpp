@@ -1,9 +1,9 @@
 #include "audio/AudioEnvironment.h"
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/audio/EitherServer.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemorySystemInfo.h"
-#include "support/VirtualTime.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemorySystemInfo.h"
+#include "support/ports/VirtualTime.h"
 
 #include <atomic>
 

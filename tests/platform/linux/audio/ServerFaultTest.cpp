@@ -1,11 +1,11 @@
 #include "audio/AudioEnvironment.h"
 #include "audio/AudioInputDevices.h"
-#include "platform/PreferenceKeys.h"
 #include "platform/linux/audio/AacFile.h"
 #include "platform/linux/audio/EitherServer.h"
-#include "support/InMemoryPreferences.h"
-#include "support/InMemorySystemInfo.h"
-#include "support/VirtualTime.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "support/ports/InMemoryPreferences.h"
+#include "support/ports/InMemorySystemInfo.h"
+#include "support/ports/VirtualTime.h"
 
 using namespace std::chrono_literals;
 

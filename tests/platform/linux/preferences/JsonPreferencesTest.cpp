@@ -1,7 +1,7 @@
 #include "platform/linux/preferences/JsonPreferences.h"
 
 #include "support/QtPrinters.h"
-#include "support/VirtualTime.h"
+#include "support/ports/VirtualTime.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "platform/linux/speech/LinuxPermissions.h"
 
-#include "support/InMemoryAudioDevices.h"
+#include "support/sound/InMemoryAudioDevices.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "platform/linux/speech/LinuxRecogniserSettings.h"
 
-#include "platform/PreferenceKeys.h"
-#include "support/InMemoryPreferences.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryPreferences.h"
 
 #include <QDir>
 #include <QFile>

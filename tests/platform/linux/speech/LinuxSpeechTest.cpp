@@ -1,10 +1,10 @@
 #include "platform/linux/speech/LinuxSpeech.h"
 
-#include "platform/PreferenceKeys.h"
-#include "platform/SpeechAvailability.h"
-#include "platform/linux/speech/SpeechEngineTexts.h"
-#include "support/InMemoryPreferences.h"
+#include "platform/linux/speech/engine/SpeechEngineTexts.h"
+#include "platform/preferences/PreferenceKeys.h"
+#include "platform/speech/SpeechAvailability.h"
 #include "support/QtPrinters.h"
+#include "support/ports/InMemoryPreferences.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

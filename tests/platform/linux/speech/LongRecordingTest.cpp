@@ -1,11 +1,11 @@
 #include "platform/linux/audio/AacFile.h"
 #include "platform/linux/audio/AudioDecoder.h"
-#include "platform/linux/speech/EngineFileRecognizer.h"
-#include "platform/linux/speech/SpeechLevels.h"
-#include "platform/linux/speech/SphinxEngine.h"
-#include "support/HeardResults.h"
+#include "platform/linux/speech/engine/EngineFileRecognizer.h"
+#include "platform/linux/speech/engine/SpeechLevels.h"
+#include "platform/linux/speech/sphinx/SphinxEngine.h"
 #include "support/QtPrinters.h"
-#include "support/Voices.h"
+#include "support/sound/HeardResults.h"
+#include "support/sound/Voices.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/x11/KeyboardLayouts.h"
+#include "platform/linux/x11/keyboard/KeyboardLayouts.h"
 
 #include <QByteArray>
 

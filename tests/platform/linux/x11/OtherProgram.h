@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Workspace.h"
 #include "platform/linux/x11/X11Connection.h"
+#include "platform/programs/Workspace.h"
 
 #include <QProcess>
 #include <QString>

@@ -1,6 +1,6 @@
 #include "platform/linux/x11/TestClient.h"
 
-#include "platform/linux/x11/KeyboardState.h"
+#include "platform/linux/x11/keyboard/KeyboardState.h"
 
 #include <QCoreApplication>
 #include <QProcess>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/x11/KeyboardMap.h"
+#include "platform/linux/x11/keyboard/KeyboardMap.h"
 
 #include <QByteArray>
 #include <QString>

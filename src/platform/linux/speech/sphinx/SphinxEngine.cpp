@@ -1,0 +1,151 @@
+#include "platform/linux/speech/sphinx/SphinxEngine.h"
+
+#include "base/Log.h"
+#include "platform/linux/speech/engine/SpeechEngineErrors.h"
+#include "platform/linux/speech/engine/SpeechEngineTexts.h"
+#include "platform/speech/SpeechAvailability.h"
+
+#include <utility>
+#include <vector>
+
+using namespace std::chrono_literals;
+
+namespace tavrin {
+namespace {
+
+/// Decoding a stretch cannot be interrupted: this bounds how long quitting may take.
+constexpr Seconds longestStretch = 20s;
+
+/// Finished speech: decoded as a whole, so that its loudness and its channel are known.
+class WholeUtterance final : public Utterance {
+public:
+    WholeUtterance(SphinxDecoder& decoder, std::stop_token stop)
+        : m_decoder(decoder)
+        , m_stop(std::move(stop))
+    {
+    }
+
+    Result<void> feed(std::span<const qint16> samples) override
+    {
+        m_samples.insert(m_samples.end(), samples.begin(), samples.end());
+        return {};
+    }
+
+    [[nodiscard]] QString partialText() const override { return {}; }
+
+    [[nodiscard]] Result<QString> finish() override
+    {
+        if (m_stop.stop_requested())
+            return failure(speechEngineError(SpeechEngineError::Cancelled));
+        return m_decoder.decode(m_samples);
+    }
+
+private:
+    SphinxDecoder& m_decoder;
+    std::stop_token m_stop;
+    std::vector<qint16> m_samples;
+};
+
+/// Speech that goes on: decoded as it comes, a new utterance after every pause, so that neither
+/// memory nor the work for one block grows.
+class StreamedUtterance final : public Utterance {
+public:
+    explicit StreamedUtterance(SphinxDecoder& decoder)
+        : m_decoder(decoder)
+        , m_number(decoder.start(SphinxDecoder::Search::Quick))
+    {
+    }
+
+    ~StreamedUtterance() override { endCurrent(); }
+
+    StreamedUtterance(const StreamedUtterance&) = delete;
+    StreamedUtterance& operator=(const StreamedUtterance&) = delete;
+
+    Result<void> feed(std::span<const qint16> samples) override
+    {
+        if (!m_decoder.isRunning(m_number)) // A recording was decoded in between.
+            startNext();
+        m_decoder.process(samples);
+        m_current = m_decoder.text();
+        const bool wasInSpeech = std::exchange(m_inSpeech, m_decoder.inSpeech());
+        if (wasInSpeech && !m_inSpeech) {
+            endCurrent();
+            startNext();
+        }
+        return {};
+    }
+
+    [[nodiscard]] QString partialText() const override { return m_before + u' ' + m_current; }
+
+    [[nodiscard]] Result<QString> finish() override
+    {
+        endCurrent();
+        return partialText();
+    }
+
+private:
+    void endCurrent()
+    {
+        if (!m_decoder.isRunning(m_number))
+            return;
+        m_decoder.end();
+        m_current = m_decoder.text();
+    }
+
+    void startNext()
+    {
+        m_before += u' ' + std::exchange(m_current, {});
+        m_inSpeech = false;
+        m_number = m_decoder.start(SphinxDecoder::Search::Quick);
+    }
+
+    SphinxDecoder& m_decoder;
+    qint64 m_number;
+    QString m_before; // What stands before the last pause.
+    QString m_current;
+    bool m_inSpeech = false;
+};
+
+} // namespace
+
+SphinxEngine::SphinxEngine(std::optional<SphinxModel> model)
+    : m_model(std::move(model))
+{
+}
+
+void SphinxEngine::open()
+{
+    if (!m_model)
+        return;
+    m_decoder = SphinxDecoder::open(*m_model);
+    m_isBroken = m_decoder == nullptr;
+    if (m_isBroken)
+        qCWarning(log::speech, "the speech model cannot be loaded");
+}
+
+SpeechAvailability SphinxEngine::availability() const
+{
+    if (!m_model)
+        return {false, texts::noSphinxModel, {}};
+    if (m_isBroken)
+        return {false, texts::brokenSphinxModel, m_model->acousticModel};
+    return {true, texts::sphinxReady, m_model->language};
+}
+
+Seconds SphinxEngine::longestUtterance() const
+{
+    return longestStretch;
+}
+
+Result<std::unique_ptr<Utterance>> SphinxEngine::begin(
+    const SpeechRequest& request, std::stop_token stop)
+{
+    if (!m_decoder)
+        return failure(speechEngineError(SpeechEngineError::ModelUnusable));
+    m_decoder->favour(request.contextualStrings);
+    if (request.shouldReportPartialResults)
+        return std::make_unique<StreamedUtterance>(*m_decoder);
+    return std::make_unique<WholeUtterance>(*m_decoder, std::move(stop));
+}
+
+} // namespace tavrin
