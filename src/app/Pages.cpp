@@ -18,6 +18,7 @@ Pages::Pages(UserInterfaceNeighbours neighbours, std::function<void()> showPerso
     , m_health(healthNeighbours())
     , m_overview({.clock = *m_neighbours.platform.clock,
           .historyStore = m_neighbours.historyStore,
+          .mainQueue = *m_neighbours.platform.mainQueue,
           .shortcutSettings = m_neighbours.shortcutSettings})
     , m_historyActions(historyActionNeighbours())
     , m_history(historyNeighbours())

@@ -53,7 +53,7 @@ ROOMS = {
     "app/account": SHOWN | {"cloud"},
     "app/health": SHOWN | {"app/shortcuts"},
     "app/pages": SHOWN | {"app/shortcuts", "app/menu"} | FEATURES,
-    "app/pages/history": SHOWN | {"history"},
+    "app/pages/history": SHOWN | {"app/pages", "history"},
     "app/session": SHOWN | {"app/menu", "app/notices"} | FEATURES,
     "ui/style": set(),
     "ui/controls": {"ui/style"},

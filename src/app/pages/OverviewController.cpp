@@ -13,6 +13,8 @@ namespace tavrin {
 
 OverviewController::OverviewController(Neighbours neighbours)
     : m_neighbours(std::move(neighbours))
+    , m_day({m_neighbours.mainQueue, m_neighbours.clock, m_neighbours.timeZone,
+          [this] { refreshDashboardUsage(); }})
 {
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/pages/DayWatch.h"
 #include "app/pages/OverviewContent.h"
 #include "app/windows/View.h"
 #include "base/CallbackGuard.h"
@@ -14,6 +15,7 @@ namespace tavrin {
 
 class Clock;
 class HistoryStore;
+class MainQueue;
 class ShortcutSettings;
 struct UsageFigures;
 
@@ -24,6 +26,7 @@ public:
     struct Neighbours {
         const Clock& clock;
         HistoryStore& historyStore;
+        MainQueue& mainQueue;
         ShortcutSettings& shortcutSettings;
         /// How the user writes numbers, and where his days begin; asked anew for each refresh.
         std::function<QLocale()> locale = &QLocale::system;
@@ -45,6 +48,11 @@ public:
     /// Shows the shortcuts of the moment.
     void refreshShortcuts();
 
+    /// From pageShown() to pageHidden() the figures follow the day.
+    void pageShown() { m_day.begin(); }
+
+    void pageHidden() { m_day.end(); }
+
 private:
     void takeFigures(const UsageFigures& figures);
     void show();
@@ -52,6 +60,7 @@ private:
     Neighbours m_neighbours;
     OverviewContent m_content;
     View<OverviewContent>* m_view = nullptr;
+    DayWatch m_day;
     CallbackGuard m_guard;
 };
 

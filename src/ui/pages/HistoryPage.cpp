@@ -61,6 +61,16 @@ HistoryPage::~HistoryPage()
     m_controller.setView(nullptr);
 }
 
+void HistoryPage::pageShown()
+{
+    m_controller.pageShown();
+}
+
+void HistoryPage::pageHidden()
+{
+    m_controller.pageHidden();
+}
+
 void HistoryPage::addRetention()
 {
     constexpr Fitting twoLines{0, 2};

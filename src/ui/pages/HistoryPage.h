@@ -34,6 +34,8 @@ public:
 
     void setContent(const HistoryContent& content) override;
     [[nodiscard]] QWidget* firstControl() const override;
+    void pageShown() override;
+    void pageHidden() override;
 
 protected:
     /// Escape ends the find, the arrow that points down leads from its field into the list.

@@ -69,6 +69,16 @@ OverviewPage::~OverviewPage()
     m_controller.setView(nullptr);
 }
 
+void OverviewPage::pageShown()
+{
+    m_controller.pageShown();
+}
+
+void OverviewPage::pageHidden()
+{
+    m_controller.pageHidden();
+}
+
 void OverviewPage::addPeriods()
 {
     // One figure catches the eye: that of today.

@@ -27,6 +27,8 @@ public:
     OverviewPage& operator=(const OverviewPage&) = delete;
 
     void setContent(const OverviewContent& content) override;
+    void pageShown() override;
+    void pageHidden() override;
 
 private:
     /// A number and what it counts.

@@ -31,6 +31,7 @@ protected:
     QLocale locale{QLocale::English, QLocale::UnitedStates};
     OverviewController controller{{.clock = time,
         .historyStore = store,
+        .mainQueue = time,
         .shortcutSettings = shortcuts,
         .locale = [this] { return locale; },
         .timeZone = [] { return QTimeZone("Asia/Shanghai"); }}};

@@ -77,6 +77,19 @@ TEST_F(OverviewControllerTest, EachFigureStandsInItsPlace)
     EXPECT_EQ(content.averageDictationSpeedLabel, u"180"_s);
 }
 
+TEST_F(OverviewControllerTest, PastMidnightAPageInSightBeginsANewDay)
+{
+    controller.pageShown();
+    EXPECT_EQ(shown(record(1h, "7")).todayUsageLabel, u"7"_s);
+    time.advance(17h);
+    EXPECT_EQ(page.content->todayUsageLabel, u"7"_s);
+    time.advance(1h);
+    EXPECT_EQ(page.content->todayUsageLabel, u"0"_s);
+    EXPECT_EQ(page.content->weekUsageLabel, u"7"_s);
+    controller.pageHidden();
+    EXPECT_EQ(time.pending(), 0U);
+}
+
 TEST_F(OverviewControllerTest, NinetyCharactersInHalfAMinuteSaveAMinute)
 {
     const OverviewContent content = shown(R"({"id":"A","mode":"dictation","inputCharacters":90,

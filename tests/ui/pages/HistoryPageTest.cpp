@@ -233,6 +233,19 @@ TEST_F(HistoryPageTest, ALongHeaderLeavesTheButtonsFree)
     }
 }
 
+TEST_F(HistoryPageTest, PastMidnightTodayBecomesYesterdayOnAPageInSight)
+{
+    open({R"({"id":"A","mode":"chat","finalText":"short","timestamp":1700000000})"});
+    const auto name = [this] {
+        return QAccessible::queryAccessibleInterface(&card(0))->text(QAccessible::Name);
+    };
+    EXPECT_EQ(name(), u"Today, 06:13  ·  Chat"_s);
+    time.advance(18h);
+    EXPECT_EQ(name(), u"Yesterday, 06:13  ·  Chat"_s);
+    page->hide();
+    EXPECT_EQ(time.pending(), 0U);
+}
+
 // Screen readers.
 
 TEST_F(HistoryPageTest, ARecordIsAnItemOfAList)

@@ -65,6 +65,17 @@ TEST_F(OverviewPageTest, EachFigureStandsInItsLabel)
         u"Dictation Right Option  ·  Translation ⌥ Space  ·  Chat ⇧⌘ Space"_s);
 }
 
+TEST_F(OverviewPageTest, InSightThePageFollowsTheDay)
+{
+    open();
+    show(R"({"id":"A","mode":"chat","inputCharacters":5,"timestamp":1700000000})");
+    EXPECT_EQ(textOf("todayUsageLabel"), u"5"_s);
+    time.advance(std::chrono::hours(18));
+    EXPECT_EQ(textOf("todayUsageLabel"), u"0"_s);
+    page->hide();
+    EXPECT_EQ(time.pending(), 0U);
+}
+
 TEST_F(OverviewPageTest, ScreenReadersHearWhatANumberIs)
 {
     open();

@@ -28,6 +28,8 @@ constexpr qsizetype bytesAtATime = qsizetype(1) << 20;
 
 HistoryController::HistoryController(Neighbours neighbours)
     : m_neighbours(std::move(neighbours))
+    , m_day({m_neighbours.mainQueue, m_neighbours.clock, m_neighbours.timeZone,
+          [this] { refreshHistoryView(); }})
 {
 }
 

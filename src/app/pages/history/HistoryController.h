@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/pages/DayWatch.h"
 #include "app/pages/history/HistoryContent.h"
 #include "app/pages/history/HistoryFind.h"
 #include "app/windows/View.h"
@@ -53,6 +54,11 @@ public:
 
     /// Shows the history as it is now; when it is read, where it is not yet.
     void refreshHistoryView();
+
+    /// From pageShown() to pageHidden() the rows follow the day: what was today becomes yesterday.
+    void pageShown() { m_day.begin(); }
+
+    void pageHidden() { m_day.end(); }
 
     /// The rows of the retention popup.
     [[nodiscard]] QStringList retentionTitles() const;
@@ -109,6 +115,7 @@ private:
     bool m_showsWhatIsFoundSoFar = false;
     qsizetype m_lookedWhenShown = 0; // Records the search had looked at when its rows were shown.
     std::optional<CallbackGuard> m_searchGuard; // Renewed with each search: the old one ends.
+    DayWatch m_day;
     CallbackGuard m_guard;
 };
 
