@@ -2,7 +2,7 @@
 
 #include "Sounds.h"
 #include "platform/linux/speech/engine/EngineFileRecognizer.h"
-#include "platform/linux/speech/sphinx/SphinxEngine.h"
+#include "platform/linux/recognizer/sphinx/SphinxEngine.h"
 
 #include <future>
 #include <sys/resource.h>

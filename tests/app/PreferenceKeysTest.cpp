@@ -64,6 +64,7 @@ TEST(PreferenceKeysTest, EveryKeyIsStoredUnderItsName)
         {keys::providerAPIKey, u"providerAPIKey"_s},
         {keys::linuxSpeechEngine, u"linuxSpeechEngine"_s},
         {keys::linuxSpeechSphinxModel, u"linuxSpeechSphinxModel"_s},
+        {keys::linuxSpeechIdleMinutes, u"linuxSpeechIdleMinutes"_s},
         {keys::linuxSpeechHttpUrl, u"linuxSpeechHttpUrl"_s},
         {keys::linuxSpeechHttpModel, u"linuxSpeechHttpModel"_s},
         {keys::linuxSpeechHttpKey, u"linuxSpeechHttpKey"_s},

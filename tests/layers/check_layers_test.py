@@ -83,7 +83,8 @@ class LayersTest(unittest.TestCase):
                  "ui/style", "ui/controls", "ui/pages", "ui/hud", "platform/keyboard", "platform/programs",
                  "platform/linux/audio", "platform/linux/x11", "platform/linux/x11/keyboard",
                  "platform/linux/speech", "platform/linux/speech/engine",
-                 "platform/linux/speech/servers", "platform/linux/speech/sphinx"]
+                 "platform/linux/speech/servers", "platform/linux/speech/sphinx",
+                 "platform/linux/recognizer/sphinx"]
         for room in rooms:
             self.write(f"tree/src/{room}/Thing.h", "#pragma once\n")
         self.assert_allowed("src/app/session/New.cpp", '#include "app/menu/Thing.h"',
@@ -108,6 +109,7 @@ class LayersTest(unittest.TestCase):
                              ("platform/linux/x11", "platform/linux/x11/keyboard"),
                              ("platform/linux/speech/sphinx", "platform/linux/speech/servers"),
                              ("platform/linux/speech/engine", "platform/linux/speech"),
+                             ("platform/linux/speech", "platform/linux/recognizer/sphinx"),
                              ("platform/linux/audio", "platform/linux/speech"),
                              ("platform/linux/audio", "platform/linux")]:
             with self.subTest(room=room, target=target):

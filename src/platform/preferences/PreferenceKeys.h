@@ -81,6 +81,7 @@ inline const Setting<QString> providerAPIKey{QStringLiteral("providerAPIKey")};
 // Linux only: the speech engine and what it needs (src/platform/linux/speech).
 inline const Setting<QString> linuxSpeechEngine{QStringLiteral("linuxSpeechEngine")};
 inline const Setting<QString> linuxSpeechSphinxModel{QStringLiteral("linuxSpeechSphinxModel")};
+inline const Setting<double> linuxSpeechIdleMinutes{QStringLiteral("linuxSpeechIdleMinutes"), 10};
 inline const Setting<QString> linuxSpeechHttpUrl{QStringLiteral("linuxSpeechHttpUrl")};
 inline const Setting<QString> linuxSpeechHttpModel{QStringLiteral("linuxSpeechHttpModel")};
 inline const Setting<QString> linuxSpeechHttpKey{QStringLiteral("linuxSpeechHttpKey")};

@@ -21,12 +21,15 @@ public:
         std::vector<SpeechRequest> requests;
         std::vector<std::vector<qint16>> utterances; ///< What was fed, also without finish().
         int givenUp = 0; ///< Utterances that were destroyed before finish().
+        int rests = 0;
     };
 
     QStringList texts; ///< What the utterances say, in their order; "" for more.
     Seconds longest{30};
     std::optional<Error> failure; ///< Of begin().
     std::optional<Error> finishFailure;
+    int finishFailures = 1'000'000; ///< So many times; then it succeeds.
+    int lostFeeds = 0; ///< So many times the recogniser is lost while it hears.
     bool live = true;
 
     [[nodiscard]] Notes notes() const
@@ -39,6 +42,12 @@ public:
     {
         const std::lock_guard lock(m_mutex);
         ++m_notes.opened;
+    }
+
+    void rest() override
+    {
+        const std::lock_guard lock(m_mutex);
+        ++m_notes.rests;
     }
 
     [[nodiscard]] SpeechAvailability availability() const override
@@ -81,6 +90,10 @@ public:
     Result<void> feed(std::span<const qint16> samples) override
     {
         const std::lock_guard lock(m_engine.m_mutex);
+        if (m_engine.lostFeeds > 0) {
+            --m_engine.lostFeeds;
+            return tavrin::failure(speechEngineError(SpeechEngineError::RecognizerEnded));
+        }
         auto& heard = m_engine.m_notes.utterances[m_number];
         heard.insert(heard.end(), samples.begin(), samples.end());
         m_partial = QStringLiteral("heard %1").arg(heard.size());
@@ -92,7 +105,7 @@ public:
     [[nodiscard]] Result<QString> finish() override
     {
         m_finished = true;
-        if (m_engine.finishFailure)
+        if (m_engine.finishFailure && m_engine.finishFailures-- > 0)
             return tavrin::failure(*m_engine.finishFailure);
         return m_engine.texts.value(static_cast<qsizetype>(m_number));
     }

@@ -1,17 +1,25 @@
 #include "platform/linux/speech/LinuxSpeech.h"
 
 #include "platform/linux/speech/engine/EngineFileRecognizer.h"
+#include "platform/linux/speech/engine/SpeechEngineTexts.h"
+#include "platform/linux/speech/process/ProcessEngine.h"
 #include "platform/linux/speech/servers/HttpSpeechEngine.h"
 #include "platform/linux/speech/servers/ServerAddress.h"
 #include "platform/linux/speech/servers/VoskSpeechEngine.h"
-#include "platform/linux/speech/sphinx/SphinxEngine.h"
+#include "platform/linux/speech/sphinx/SphinxModel.h"
 #include "platform/preferences/PreferenceKeys.h"
 #include "platform/preferences/PreferenceValues.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace tavrin {
 namespace {
+
+constexpr double longestIdle = 7 * 24 * 60; // Minutes.
 
 const QString httpEngine = u"http"_s;
 const QString voskEngine = u"vosk"_s;
@@ -46,21 +54,48 @@ SpeechServer voskServer(const Preferences& preferences)
     return serverAt(keys::linuxSpeechVoskUrl, u"ws"_s, u"wss"_s, preferences);
 }
 
-std::unique_ptr<SpeechEngine> chosenEngine(const Preferences& preferences)
+/// PocketSphinx in the recogniser's process.
+std::unique_ptr<SpeechEngine> sphinxEngine(
+    const std::optional<SphinxModel>& model, const QString& recognizer)
+{
+    if (!model)
+        return std::make_unique<ProcessEngine>(
+            ProcessEngine::Settings{.availability = {false, texts::noSphinxModel, {}}});
+    return std::make_unique<ProcessEngine>(ProcessEngine::Settings{
+        .command = {recognizer,
+            {u"sphinx"_s, model->acousticModel, model->dictionary, model->languageModel,
+                model->language}},
+        .availability = {true, texts::sphinxReady, model->language},
+        .broken = {false, texts::brokenSphinxModel, model->acousticModel},
+        .longestUtterance = sphinxLongestUtterance,
+    });
+}
+
+std::unique_ptr<SpeechEngine> chosenEngine(
+    const Preferences& preferences, const QString& recognizer)
 {
     const QString chosen = valueOf(preferences, keys::linuxSpeechEngine);
     if (chosen == httpEngine)
         return std::make_unique<HttpSpeechEngine>(httpServer(preferences));
     if (chosen == voskEngine)
         return std::make_unique<VoskSpeechEngine>(voskServer(preferences));
-    return std::make_unique<SphinxEngine>(sphinxModel(preferences));
+    return sphinxEngine(sphinxModel(preferences), recognizer);
 }
 
 } // namespace
 
-LinuxSpeech createLinuxSpeech(const Preferences& preferences, OpenSpeechCapture openCapture)
+QString recognizerProgram()
 {
-    const auto thread = std::make_shared<SpeechEngineThread>(chosenEngine(preferences));
+    return QCoreApplication::applicationDirPath() + u"/tavrin-recognizer"_s;
+}
+
+LinuxSpeech createLinuxSpeech(
+    const Preferences& preferences, OpenSpeechCapture openCapture, const QString& recognizer)
+{
+    const Seconds restAfter{
+        60 * std::clamp(valueOf(preferences, keys::linuxSpeechIdleMinutes), 0.0, longestIdle)};
+    const auto thread =
+        std::make_shared<SpeechEngineThread>(chosenEngine(preferences, recognizer), restAfter);
     return {std::make_unique<EngineFileRecognizer>(thread),
         std::make_unique<EngineLiveRecognizer>(thread, std::move(openCapture))};
 }

@@ -14,6 +14,8 @@ class Preferences;
 /// Preferences, read when the program starts:
 /// - `linuxSpeechEngine`: "sphinx" (built in; also for anything unknown), "http" or "vosk".
 /// - `linuxSpeechSphinxModel`: the folder of a Sphinx model; empty for the best one installed.
+/// - `linuxSpeechIdleMinutes`: after so many minutes without use the process of a built-in engine
+///   ends, and with it what the model takes of memory; the next use starts it again. 0 keeps it.
 /// - `linuxSpeechHttpUrl`, `linuxSpeechHttpModel`, `linuxSpeechHttpKey`: the server of "http", the
 ///   model's name there, and the bearer token that it wants.
 /// - `linuxSpeechVoskUrl`: the server of "vosk", a ws or wss address.
@@ -23,9 +25,12 @@ struct LinuxSpeech {
     std::unique_ptr<LiveSpeechRecognizer> liveRecognizer;
 };
 
+/// Where the program stands that recognises for this one: beside it.
+[[nodiscard]] QString recognizerProgram();
+
 /// The engine is loaded with the first task, or when the recognisers are warmed up.
-[[nodiscard]] LinuxSpeech createLinuxSpeech(
-    const Preferences& preferences, OpenSpeechCapture openCapture);
+[[nodiscard]] LinuxSpeech createLinuxSpeech(const Preferences& preferences,
+    OpenSpeechCapture openCapture, const QString& recognizer = recognizerProgram());
 
 /// The language that the chosen engine really hears, as a BCP 47 tag; empty without an engine.
 [[nodiscard]] QString linuxSpeechLanguage(const Preferences& preferences);

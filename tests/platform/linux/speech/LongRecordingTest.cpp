@@ -2,7 +2,7 @@
 #include "platform/linux/audio/AudioDecoder.h"
 #include "platform/linux/speech/engine/EngineFileRecognizer.h"
 #include "platform/linux/speech/engine/SpeechLevels.h"
-#include "platform/linux/speech/sphinx/SphinxEngine.h"
+#include "platform/linux/recognizer/sphinx/SphinxEngine.h"
 #include "support/QtPrinters.h"
 #include "support/sound/HeardResults.h"
 #include "support/sound/Voices.h"

@@ -137,8 +137,8 @@ private:
     QStringList m_texts;
 };
 
-Result<QString> transcribe(SpeechEngine& engine, const QString& path, const SpeechRequest& request,
-    const std::stop_token& stop)
+Result<QString> transcribeOnce(SpeechEngine& engine, const QString& path,
+    const SpeechRequest& request, const std::stop_token& stop)
 {
     const Result<SpeechLevels> levels = measure(path, stop);
     if (!levels)
@@ -153,6 +153,15 @@ Result<QString> transcribe(SpeechEngine& engine, const QString& path, const Spee
     if (!read)
         return failure(read.error());
     return feeder.finish();
+}
+
+Result<QString> transcribe(SpeechEngine& engine, const QString& path, const SpeechRequest& request,
+    const std::stop_token& stop)
+{
+    Result<QString> text = transcribeOnce(engine, path, request, stop);
+    if (!text && isRecognizerLost(text.error()))
+        text = transcribeOnce(engine, path, request, stop);
+    return text;
 }
 
 } // namespace

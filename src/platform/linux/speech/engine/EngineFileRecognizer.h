@@ -11,7 +11,8 @@ namespace tavrin {
 ///
 /// A recording in which nobody speaks answers an empty final result without asking the engine:
 /// recognisers invent text from silence. It is read twice, piece by piece, so that memory does not
-/// grow with its length. Every request is answered: a cancelled one with an error.
+/// grow with its length. Every request is answered: a cancelled one with an error. A recording that
+/// a recogniser was lost over is tried once more.
 class EngineFileRecognizer final : public FileSpeechRecognizer {
 public:
     explicit EngineFileRecognizer(std::shared_ptr<SpeechEngineThread> thread);

@@ -8,6 +8,7 @@ namespace {
 
 constexpr std::size_t longestWaiting = 30UL * speechSampleRate; // A model may still be loading.
 constexpr qsizetype longestSilenceMeasured = 20LL * speechSampleRate;
+constexpr int mostLost = 3; // One that ends time and again is of no use.
 
 } // namespace
 
@@ -63,26 +64,44 @@ Result<std::vector<qint16>> LiveRun::takeWaiting()
 
 Result<void> LiveRun::listen(std::span<const qint16> samples)
 {
-    if (!m_utterance) {
-        auto utterance = m_thread.engine().begin(m_request, m_stop.get_token());
-        if (!utterance)
-            return failure(utterance.error());
-        m_utterance = std::move(*utterance);
-    }
     if (!m_somebodySpoke) {
         if (m_levels.samples() > longestSilenceMeasured)
             m_levels = {};
         m_levels.append(samples);
         m_somebodySpoke = m_levels.hasSpeech();
     }
+    Result<void> heard = hearWithEngine(samples);
+    while (!heard && isRecognizerLost(heard.error()) && m_lost < mostLost) {
+        ++m_lost;
+        keepTextOfLost();
+        heard = hearWithEngine(samples);
+    }
+    return heard;
+}
+
+Result<void> LiveRun::hearWithEngine(std::span<const qint16> samples)
+{
+    if (!m_utterance) {
+        auto utterance = m_thread.engine().begin(m_request, m_stop.get_token());
+        if (!utterance)
+            return failure(utterance.error());
+        m_utterance = std::move(*utterance);
+    }
     return m_utterance->feed(samples);
+}
+
+void LiveRun::keepTextOfLost()
+{
+    if (m_utterance)
+        m_before = joinTranscript({m_before, m_utterance->partialText()});
+    m_utterance.reset();
 }
 
 void LiveRun::reportText()
 {
     if (!m_somebodySpoke)
         return;
-    QString text = joinTranscript({m_utterance->partialText()});
+    QString text = joinTranscript({m_before, m_utterance->partialText()});
     if (text.isEmpty() || text == m_reported)
         return;
     m_reported = text;

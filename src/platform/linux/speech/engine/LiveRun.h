@@ -12,7 +12,8 @@
 namespace tavrin {
 
 /// One live recognition: takes sound from the capture's thread and lets the engine hear it on the
-/// worker thread. Sound waits in a bounded buffer while the engine is busy.
+/// worker thread. Sound waits in a bounded buffer while the engine is busy. When the recogniser is
+/// lost the text goes on with a fresh one, a few times.
 class LiveRun final : public std::enable_shared_from_this<LiveRun> {
 public:
     /// @param thread must outlive the run and everything that it posts.
@@ -28,6 +29,8 @@ private:
     // All on the worker thread.
     void process();
     [[nodiscard]] Result<void> listen(std::span<const qint16> samples);
+    [[nodiscard]] Result<void> hearWithEngine(std::span<const qint16> samples);
+    void keepTextOfLost();
     void reportText();
     void fail(const Error& error);
 
@@ -46,6 +49,8 @@ private:
     std::unique_ptr<Utterance> m_utterance;
     SpeechLevels m_levels; // Until somebody speaks.
     bool m_somebodySpoke = false;
+    QString m_before; // The text of recognisers that were lost.
+    int m_lost = 0; // So many were.
     QString m_reported;
 };
 

@@ -51,6 +51,9 @@ public:
     /// Starts to listen. Whatever blocks meanwhile returns soon after @p stop is requested.
     [[nodiscard]] virtual Result<std::unique_ptr<Utterance>> begin(
         const SpeechRequest& request, std::stop_token stop) = 0;
+
+    /// Nothing was asked for some time: gives back what it can have again.
+    virtual void rest() { }
 };
 
 } // namespace tavrin

@@ -26,6 +26,10 @@ SimplifiedText messageFor(SpeechEngineError code)
         return {u"语音识别服务器的响应无法使用。"};
     case SpeechEngineError::TooMuchSound:
         return {u"语音识别跟不上录音。"};
+    case SpeechEngineError::RecognizerEnded:
+        return {u"语音识别程序意外退出，请重试。"};
+    case SpeechEngineError::RecognizerHung:
+        return {u"语音识别程序没有响应，请重试。"};
     }
     return {};
 }
@@ -35,6 +39,21 @@ SimplifiedText messageFor(SpeechEngineError code)
 Error speechEngineError(SpeechEngineError code)
 {
     return {domain, static_cast<int>(code), messageFor(code).toString()};
+}
+
+Error speechEngineErrorOf(int code)
+{
+    const bool isKnown = code >= static_cast<int>(SpeechEngineError::ModelUnusable)
+        && code <= static_cast<int>(SpeechEngineError::RecognizerHung);
+    return speechEngineError(
+        isKnown ? static_cast<SpeechEngineError>(code) : SpeechEngineError::RecognizerEnded);
+}
+
+bool isRecognizerLost(const Error& error)
+{
+    return error.domain == domain
+        && (error.code == static_cast<int>(SpeechEngineError::RecognizerEnded)
+            || error.code == static_cast<int>(SpeechEngineError::RecognizerHung));
 }
 
 bool blamesEngine(const Error& error)

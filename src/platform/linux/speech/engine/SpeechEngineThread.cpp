@@ -4,8 +4,9 @@
 
 namespace tavrin {
 
-SpeechEngineThread::SpeechEngineThread(std::unique_ptr<SpeechEngine> engine)
+SpeechEngineThread::SpeechEngineThread(std::unique_ptr<SpeechEngine> engine, Seconds restAfter)
     : m_engine(std::move(engine))
+    , m_worker(restAfter, [this] { m_engine->rest(); })
 {
 }
 

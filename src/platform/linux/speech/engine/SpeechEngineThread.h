@@ -12,7 +12,9 @@ namespace tavrin {
 /// first task: its model takes a third of a second, which the start of the program need not share.
 class SpeechEngineThread {
 public:
-    explicit SpeechEngineThread(std::unique_ptr<SpeechEngine> engine);
+    /// @param restAfter lets the engine rest when nothing was asked for so long; never when zero.
+    explicit SpeechEngineThread(
+        std::unique_ptr<SpeechEngine> engine, Seconds restAfter = Seconds{0});
 
     /// For availability() and hearsLive(); for the rest on the thread.
     [[nodiscard]] SpeechEngine& engine() { return *m_engine; }

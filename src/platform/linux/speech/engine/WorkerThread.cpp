@@ -4,8 +4,10 @@
 
 namespace tavrin {
 
-WorkerThread::WorkerThread()
-    : m_thread([this] { run(); })
+WorkerThread::WorkerThread(Seconds idleTime, Task whenIdle)
+    : m_idleTime(idleTime)
+    , m_whenIdle(std::move(whenIdle))
+    , m_thread([this] { run(); })
 {
 }
 
@@ -32,7 +34,7 @@ void WorkerThread::run()
 {
     std::unique_lock lock(m_mutex);
     while (true) {
-        m_changed.wait(lock, [this] { return m_ending || !m_tasks.empty(); });
+        waitForTask(lock);
         if (m_tasks.empty())
             return;
         {
@@ -43,6 +45,17 @@ void WorkerThread::run()
         }
         lock.lock();
     }
+}
+
+void WorkerThread::waitForTask(std::unique_lock<std::mutex>& lock)
+{
+    const auto isDue = [this] { return m_ending || !m_tasks.empty(); };
+    if (m_whenIdle && m_idleTime > Seconds{0} && !m_changed.wait_for(lock, m_idleTime, isDue)) {
+        lock.unlock();
+        m_whenIdle();
+        lock.lock();
+    }
+    m_changed.wait(lock, isDue);
 }
 
 } // namespace tavrin

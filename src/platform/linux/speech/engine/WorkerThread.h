@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Seconds.h"
+
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -14,7 +16,14 @@ class WorkerThread {
 public:
     using Task = std::function<void()>;
 
-    WorkerThread();
+    WorkerThread()
+        : WorkerThread(Seconds{0}, {})
+    {
+    }
+
+    /// @param whenIdle is run on the thread each time that it has had nothing to do for
+    /// @p idleTime; never when that is zero.
+    WorkerThread(Seconds idleTime, Task whenIdle);
     ~WorkerThread();
 
     WorkerThread(const WorkerThread&) = delete;
@@ -25,6 +34,10 @@ public:
 
 private:
     void run();
+    void waitForTask(std::unique_lock<std::mutex>& lock);
+
+    const Seconds m_idleTime;
+    const Task m_whenIdle;
 
     std::mutex m_mutex;
     std::condition_variable m_changed;

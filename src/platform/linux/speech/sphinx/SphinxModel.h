@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Seconds.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -17,6 +19,9 @@ struct SphinxModel {
 
     friend bool operator==(const SphinxModel&, const SphinxModel&) = default;
 };
+
+/// A stretch of speech is decoded at once, in a fifth of its time: longer ones are cut.
+inline constexpr Seconds sphinxLongestUtterance{20};
 
 /// The model in @p folder: the acoustic model lies there or one folder deeper, a dictionary (.dict,
 /// .dic) and a language model (.lm.bin, .lm.dmp, .lm) beside it or one folder up. Empty when

@@ -169,6 +169,33 @@ TEST_F(EngineFileRecognizerTest, AnEnginesFailureIsPassedOn)
     EXPECT_EQ(recognized(recording(phrases(1))), "Engine 4");
 }
 
+TEST_F(EngineFileRecognizerTest, ARecordingOverWhichTheRecogniserWasLostIsTriedOnceMore)
+{
+    engine->texts = QStringList{"", "understood"};
+    engine->lostFeeds = 1;
+    EXPECT_EQ(recognized(recording(phrases(1))), "understood");
+    EXPECT_EQ(engine->notes().utterances.back(), phrases(1));
+}
+
+TEST_F(EngineFileRecognizerTest, ARecogniserThatHangsAtTheEndIsTriedOnceMoreToo)
+{
+    engine->texts = QStringList{"", "understood"};
+    engine->finishFailure = speechEngineError(SpeechEngineError::RecognizerHung);
+    engine->finishFailures = 1;
+    EXPECT_EQ(recognized(recording(phrases(1))), "understood");
+}
+
+TEST_F(EngineFileRecognizerTest, ARecordingThatLosesEveryRecogniserIsAnError)
+{
+    engine->lostFeeds = 100;
+    auto recognizer = this->recognizer();
+    const auto task = recognizer.recognize(recording(phrases(1)), {}, heard.handler());
+    EXPECT_EQ(heard.text(), "TavrinSpeechEngine 8");
+    EXPECT_EQ(engine->notes().requests.size(), 2U);
+    EXPECT_EQ(
+        recognizer.availability().lastFailure, QStringLiteral("语音识别程序意外退出，请重试。"));
+}
+
 TEST_F(EngineFileRecognizerTest, AnEngineThatCannotBeginIsUnavailable)
 {
     engine->failure = Error{"Engine", 1, "no model"};

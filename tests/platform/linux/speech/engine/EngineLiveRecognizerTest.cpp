@@ -164,6 +164,32 @@ TEST_F(EngineLiveRecognizerTest, AFailingEngineIsReportedOnceAndNotAskedAgain)
     EXPECT_EQ(heard.text(), "Engine 3");
 }
 
+TEST_F(EngineLiveRecognizerTest, WhenTheRecogniserIsLostTheTextGoesOnBehindWhatItUnderstood)
+{
+    const auto task = start();
+    say(testing::tone(0.5));
+    engine->lostFeeds = 1;
+    say(testing::tone(0.25));
+    say(testing::tone(0.25));
+
+    EXPECT_EQ(heard.partialTexts(),
+        (QStringList{"heard 8000", "heard 8000 heard 4000", "heard 8000 heard 8000"}));
+    EXPECT_EQ(engine->notes().requests.size(), 2U);
+}
+
+TEST_F(EngineLiveRecognizerTest, ARecogniserThatIsLostTimeAndAgainEndsTheRun)
+{
+    const auto task = start();
+    say(testing::tone(0.5));
+    engine->lostFeeds = 4;
+    say(testing::tone(0.25));
+    say(testing::tone(0.25));
+
+    EXPECT_EQ(heard.text(), "TavrinSpeechEngine 8");
+    EXPECT_EQ(heard.partialTexts(), QStringList{"heard 8000"});
+    EXPECT_EQ(engine->notes().requests.size(), 4U);
+}
+
 TEST_F(EngineLiveRecognizerTest, ADeviceThatCannotBeOpenedFailsTheStart)
 {
     microphone.failure = Error{"TavrinAudio", 11, "no microphone"};

@@ -1,21 +1,20 @@
-#include "platform/linux/speech/sphinx/SphinxDecoder.h"
+#include "platform/linux/recognizer/sphinx/SphinxDecoder.h"
 
 #include "base/Log.h"
-#include "platform/linux/speech/sphinx/Libsphinx.h"
-#include "platform/linux/speech/sphinx/SphinxGuard.h"
-#include "platform/linux/speech/sphinx/TermLanguageModel.h"
+#include "platform/linux/recognizer/sphinx/TermLanguageModel.h"
 
 #include <QFile>
 
 #include <algorithm>
 #include <array>
+#include <pocketsphinx/pocketsphinx.h>
+#include <sphinxbase/err.h>
+#include <sphinxbase/ngram_model.h>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace tavrin {
-
-using namespace libsphinx;
 
 namespace {
 
@@ -59,7 +58,9 @@ void SphinxDecoder::Free::operator()(ps_decoder_s* decoder) const
 
 std::unique_ptr<SphinxDecoder> SphinxDecoder::open(const SphinxModel& model)
 {
-    silenceSphinx();
+    // Its log holds what was said.
+    err_set_logfp(nullptr);
+    err_set_callback(nullptr, nullptr);
     std::unique_ptr<SphinxDecoder> decoder(new SphinxDecoder);
     return decoder->load(model) ? std::move(decoder) : nullptr;
 }
@@ -75,19 +76,15 @@ bool SphinxDecoder::load(const SphinxModel& model)
     const QByteArray acousticModel = QFile::encodeName(model.acousticModel);
     const QByteArray dictionary = QFile::encodeName(model.dictionary);
     const QByteArray languageModel = QFile::encodeName(model.languageModel);
-    bool ready = false;
-    const bool survived = runGuarded([&] {
-        m_config.reset(cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", acousticModel.constData(),
-            "-dict", dictionary.constData(), nullptr));
-        if (m_config)
-            m_decoder.reset(ps_init(m_config.get()));
-        if (!m_decoder)
-            return;
-        m_languageModel.reset(ngram_model_read(m_config.get(), languageModel.constData(),
-            NGRAM_AUTO, ps_get_logmath(m_decoder.get())));
-        ready = m_languageModel && useLanguageModel(m_languageModel.get());
-    });
-    return survived && ready;
+    m_config.reset(cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", acousticModel.constData(), "-dict",
+        dictionary.constData(), nullptr));
+    if (m_config)
+        m_decoder.reset(ps_init(m_config.get()));
+    if (!m_decoder)
+        return false;
+    m_languageModel.reset(ngram_model_read(
+        m_config.get(), languageModel.constData(), NGRAM_AUTO, ps_get_logmath(m_decoder.get())));
+    return m_languageModel && useLanguageModel(m_languageModel.get());
 }
 
 bool SphinxDecoder::useLanguageModel(ngram_model_s* model)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/speech/sphinx/EnglishPronunciation.h"
+#include "platform/linux/recognizer/sphinx/EnglishPronunciation.h"
 #include "platform/linux/speech/sphinx/SphinxModel.h"
 
 #include <QHash>
@@ -23,7 +23,8 @@ class SphinxDecoder {
 public:
     enum class Search { Thorough, Quick };
 
-    /// Null when the model cannot be loaded. Takes about half a second and 110 MB.
+    /// Null when the model cannot be loaded; at what it calls a fatal error the library ends the
+    /// process. Takes about half a second and 110 MB.
     [[nodiscard]] static std::unique_ptr<SphinxDecoder> open(const SphinxModel& model);
 
     ~SphinxDecoder();

@@ -1,4 +1,4 @@
-#include "platform/linux/speech/sphinx/EnglishPronunciation.h"
+#include "platform/linux/recognizer/sphinx/EnglishPronunciation.h"
 
 #include "support/QtPrinters.h"
 

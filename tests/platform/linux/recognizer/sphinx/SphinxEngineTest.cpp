@@ -1,4 +1,4 @@
-#include "platform/linux/speech/sphinx/SphinxEngine.h"
+#include "platform/linux/recognizer/sphinx/SphinxEngine.h"
 
 #include "platform/linux/speech/engine/EngineFileRecognizer.h"
 #include "platform/linux/speech/engine/SpeechEngineTexts.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/speech/sphinx/TermLanguageModel.h"
+#include "platform/linux/recognizer/sphinx/TermLanguageModel.h"
 
 #include <QFile>
 #include <gtest/gtest.h>

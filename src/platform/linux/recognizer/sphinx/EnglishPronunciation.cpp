@@ -1,17 +1,15 @@
-#include "platform/linux/speech/sphinx/EnglishPronunciation.h"
-
-#include "platform/linux/speech/sphinx/Libflite.h"
+#include "platform/linux/recognizer/sphinx/EnglishPronunciation.h"
 
 #include <QStringList>
 
 #include <array>
+#include <flite/flite.h>
 
 using namespace Qt::StringLiterals;
 
+extern "C" cst_lexicon* cmu_lex_init(void); // NOLINT(readability-identifier-naming): flite's.
+
 namespace tavrin {
-
-using namespace libflite;
-
 namespace {
 
 const std::array digitNames{u"zero"_s, u"one"_s, u"two"_s, u"three"_s, u"four"_s, u"five"_s,

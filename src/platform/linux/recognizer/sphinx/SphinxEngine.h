@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/linux/recognizer/sphinx/SphinxDecoder.h"
 #include "platform/linux/speech/engine/SpeechEngine.h"
-#include "platform/linux/speech/sphinx/SphinxDecoder.h"
 
 #include <atomic>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "platform/linux/speech/sphinx/SphinxEngine.h"
+#include "platform/linux/recognizer/sphinx/SphinxEngine.h"
 
 #include "base/Log.h"
 #include "platform/linux/speech/engine/SpeechEngineErrors.h"
@@ -8,13 +8,8 @@
 #include <utility>
 #include <vector>
 
-using namespace std::chrono_literals;
-
 namespace tavrin {
 namespace {
-
-/// Decoding a stretch cannot be interrupted: this bounds how long quitting may take.
-constexpr Seconds longestStretch = 20s;
 
 /// Finished speech: decoded as a whole, so that its loudness and its channel are known.
 class WholeUtterance final : public Utterance {
@@ -134,7 +129,7 @@ SpeechAvailability SphinxEngine::availability() const
 
 Seconds SphinxEngine::longestUtterance() const
 {
-    return longestStretch;
+    return sphinxLongestUtterance;
 }
 
 Result<std::unique_ptr<Utterance>> SphinxEngine::begin(
