@@ -1,6 +1,7 @@
 #include "audio/AudioEnvironment.h"
 
 #include "audio/AudioTexts.h"
+#include "audio/RecordingMicrophone.h"
 #include "base/Log.h"
 #include "platform/MainQueue.h"
 #include "platform/SystemInfo.h"
@@ -48,29 +49,25 @@ void AudioEnvironment::applyPreferredMicrophoneForRecording()
 {
     undoOwedChanges();
     m_input.didOverrideInputDevice = false;
-    const QString preferred = valueOf(m_preferences, keys::preferredMicrophoneUID);
-    if (preferred.isEmpty())
-        return;
-    const QList<AudioInputDevice> devices = AudioInputDevices(m_devices);
-    const auto device = std::ranges::find(devices, preferred, &AudioInputDevice::uid);
-    if (device == devices.end() || device->id == 0)
+    const auto preferred = preferredMicrophone(m_devices, m_preferences);
+    if (!preferred)
         return;
     const std::optional<AudioDeviceId> current = m_devices.defaultInputDevice();
-    if (!current || *current == device->id)
+    if (!current || *current == preferred->id)
         return;
 
     if (const auto uid = m_devices.uid(*current)) {
-        m_changes.inputs = {{*uid, preferred}};
+        m_changes.inputs = {{*uid, preferred->uid}};
         writeNote();
     }
-    if (!m_devices.setDefaultInputDevice(device->id)) {
+    if (!m_devices.setDefaultInputDevice(preferred->id)) {
         m_changes.inputs.clear();
         writeNote();
         return;
     }
     m_input = {.didOverrideInputDevice = true,
         .previousInputDevice = *current,
-        .activePreferredInputDevice = device->id};
+        .activePreferredInputDevice = preferred->id};
 }
 
 void AudioEnvironment::muteSystemAudioForRecordingIfNeeded()

@@ -2,6 +2,7 @@
 
 #include "base/Log.h"
 #include "history/HistoryFile.h"
+#include "history/HistoryRecordTexts.h"
 #include "history/HistoryRetention.h"
 #include "history/PortableJson.h"
 #include "platform/BackgroundQueue.h"
@@ -43,7 +44,8 @@ HistoryRecord recordOf(const NewHistoryRecord& result, Seconds now)
         {u"timestamp"_s, now.count()},
         {u"transcript"_s, result.transcript},
         {u"finalText"_s, result.finalText},
-        {u"delivery"_s, result.delivery.isNull() ? u"保存在剪贴板"_s : result.delivery},
+        {u"delivery"_s,
+            result.delivery.isNull() ? texts::keptOnClipboard.toString() : result.delivery},
         {u"mode"_s, result.mode.isNull() ? u"dictation"_s : result.mode},
         {u"inputCharacters"_s, result.transcript.size()},
         {u"outputCharacters"_s, result.finalText.size()},

@@ -21,7 +21,7 @@ using AppDelegateTest = testing::ControllerFixture;
 
 TEST_F(AppDelegateTest, LaunchTakesItsStepsInOrder)
 {
-    preferences.remove(keys::tavrinBetaOnboardingSeen);
+    preferences->remove(keys::tavrinBetaOnboardingSeen);
     launch();
 
     EXPECT_EQ(takeTrace(),
@@ -39,10 +39,10 @@ TEST_F(AppDelegateTest, TheShortcutsAreWatchedBeforeTheWindowIsShown)
 {
     delegate.emplace(surroundings);
     EXPECT_EQ(keyboard->globalMonitors(), 0);
-    workspace.onOwnActivation = [this] { EXPECT_EQ(keyboard->globalMonitors(), 1); };
+    workspace->onOwnActivation = [this] { EXPECT_EQ(keyboard->globalMonitors(), 1); };
     delegate->applicationDidFinishLaunching();
 
-    EXPECT_EQ(workspace.ownActivations, 1);
+    EXPECT_EQ(workspace->ownActivations, 1);
 }
 
 TEST_F(AppDelegateTest, TheWindowIsConfiguredBeforeTheShortcutsAreWatched)
@@ -68,7 +68,7 @@ TEST_F(AppDelegateTest, LaunchGoesOnWithoutAnIcon)
 
 TEST_F(AppDelegateTest, WithoutASessionNothingIsValidatedAndTheSignInIsOffered)
 {
-    preferences.remove(keys::cloudAccessToken);
+    preferences->remove(keys::cloudAccessToken);
     launch();
     EXPECT_FALSE(takeTrace().contains("GET /v1/auth/me"));
 
@@ -91,10 +91,10 @@ class StoredSessionAtLaunchTest : public AppDelegateTest {
 protected:
     StoredSessionAtLaunchTest()
     {
-        preferences.setValue(keys::cloudRefreshToken, u""_s);
-        preferences.setValue(keys::cloudAccountEmail, u"ann@example.com"_s);
-        preferences.setValue(keys::tavrinLastUpdateCheckAt, time.sinceEpoch().count());
-        preferences.synchronize();
+        preferences->arrange(keys::cloudRefreshToken, u""_s);
+        preferences->arrange(keys::cloudAccountEmail, u"ann@example.com"_s);
+        preferences->arrange(keys::tavrinLastUpdateCheckAt, time.sinceEpoch().count());
+        preferences->synchronize();
         launch();
         takeTrace();
     }
@@ -108,14 +108,14 @@ TEST_F(StoredSessionAtLaunchTest, ASessionThatTheServiceRefusesIsForgottenForGoo
     QVariantList storedAtTheRefresh;
     onNote = [&](const QString& line) {
         if (line == "refresh account"_L1)
-            storedAtTheRefresh.append(preferences.value(keys::cloudAccessToken));
+            storedAtTheRefresh.append(preferences->value(keys::cloudAccessToken));
     };
-    http.answer(401, R"({"error": {"message": "gone"}})");
+    http->answer(401, R"({"error": {"message": "gone"}})");
     time.advance(0s);
 
     for (const QString& key : sessionKeys) {
-        EXPECT_FALSE(preferences.value(key).isValid()) << key.toStdString();
-        EXPECT_FALSE(preferences.flushed(key).isValid()) << key.toStdString();
+        EXPECT_FALSE(preferences->value(key).isValid()) << key.toStdString();
+        EXPECT_FALSE(preferences->flushed(key).isValid()) << key.toStdString();
     }
     EXPECT_EQ(storedAtTheRefresh, QVariantList({QVariant()}));
     EXPECT_TRUE(alerts->shown().isEmpty());
@@ -123,12 +123,12 @@ TEST_F(StoredSessionAtLaunchTest, ASessionThatTheServiceRefusesIsForgottenForGoo
 
 TEST_F(StoredSessionAtLaunchTest, ASessionStaysWhenTheServiceCannotBeReached)
 {
-    http.fail(HttpFailure::Unreachable);
+    http->fail(HttpFailure::Unreachable);
     time.advance(0s);
 
     for (const QString& key : sessionKeys) {
-        EXPECT_TRUE(preferences.value(key).isValid()) << key.toStdString();
-        EXPECT_TRUE(preferences.flushed(key).isValid()) << key.toStdString();
+        EXPECT_TRUE(preferences->value(key).isValid()) << key.toStdString();
+        EXPECT_TRUE(preferences->flushed(key).isValid()) << key.toStdString();
     }
     EXPECT_EQ(takeTrace(), QStringList({"refresh account"}));
     EXPECT_TRUE(alerts->shown().isEmpty());
@@ -136,7 +136,7 @@ TEST_F(StoredSessionAtLaunchTest, ASessionStaysWhenTheServiceCannotBeReached)
 
 TEST_F(AppDelegateTest, AnAutomaticCheckWithinSixHoursIsSkippedAtLaunch)
 {
-    preferences.setValue(keys::tavrinLastUpdateCheckAt, time.sinceEpoch().count() - 60);
+    preferences->arrange(keys::tavrinLastUpdateCheckAt, time.sinceEpoch().count() - 60);
     launch();
 
     EXPECT_FALSE(trace.contains("GET /v1/client/update"));
@@ -201,17 +201,17 @@ TEST_F(AppDelegateTest, QuittingSavesWhatACorrectionTeachesBeforeTheEnd)
         field->insert(pasteboard.string());
     };
     accessibility.focusedElements[7] = field;
-    workspace.frontmost = RunningApplication{7, u"Notes"_s, u"org.example.Notes"_s, 0};
+    workspace->frontmost = RunningApplication{7, u"Notes"_s, u"org.example.Notes"_s, 0};
     launch();
-    while (http.open() > 0)
-        http.answer(200, "{}");
+    while (http->open() > 0)
+        http->answer(200, "{}");
     statusItem->press("Start dictation (Right Option)");
     time.advance(3s);
     statusItem->press("Finish and insert (Right Option)");
     time.advance(0s);
     recognizer->calls.back().answer(u"we use open ai daily"_s);
     time.advance(0s);
-    http.answer(200, R"({"text": "We use open ai daily."})");
+    http->answer(200, R"({"text": "We use open ai daily."})");
     time.advance(2s);
     ASSERT_EQ(field->text, u"We use open ai daily."_s);
     field->text = u"We use OpenAI daily."_s;
@@ -223,16 +223,17 @@ TEST_F(AppDelegateTest, QuittingSavesWhatACorrectionTeachesBeforeTheEnd)
     EXPECT_EQ(takeTrace(),
         QStringList({"store dictionaryLearningCandidateCounts", "store personalDictionaryEntries",
             "store personalDictionary", "synchronize", "refresh dictionary", "terminate"}));
-    EXPECT_EQ(preferences.value(keys::personalDictionary).toStringList(), QStringList{u"OpenAI"_s});
+    EXPECT_EQ(
+        preferences->value(keys::personalDictionary).toStringList(), QStringList{u"OpenAI"_s});
 }
 
 TEST_F(AppDelegateTest, TerminationPutsTheInputDeviceBackAndReleasesTheTarget)
 {
-    preferences.setValue(keys::preferredMicrophoneUID, u"headset"_s);
+    preferences->arrange(keys::preferredMicrophoneUID, u"headset"_s);
     auto element = std::make_shared<testing::FakeElement>();
     element->processIdentifier = 7;
     auto& accessibility = dynamic_cast<testing::InMemoryAccessibility&>(*platform.accessibility);
-    workspace.frontmost = RunningApplication{7, u"Notes"_s, u"org.example.Notes"_s, 0};
+    workspace->frontmost = RunningApplication{7, u"Notes"_s, u"org.example.Notes"_s, 0};
     accessibility.focusedElements[7] = element;
     launch();
     statusItem->press("Start dictation (Right Option)");
@@ -330,7 +331,7 @@ TEST_F(AppDelegateTest, OtherSoundIsMutedWhileARecordingGoesOn)
     constexpr AudioDeviceId loudspeaker = 3;
     devices->addLoudspeaker(loudspeaker, u"speakers"_s);
     devices->defaultOutput = loudspeaker;
-    preferences.setValue(keys::muteDuringRecording, true);
+    preferences->arrange(keys::muteDuringRecording, true);
     launch();
 
     statusItem->press("Start chat (⇧⌘ Space)");
@@ -346,7 +347,7 @@ TEST_F(AppDelegateTest, ASessionThatIsProcessedByThenMutesNothing)
     constexpr AudioDeviceId loudspeaker = 3;
     devices->addLoudspeaker(loudspeaker, u"speakers"_s);
     devices->defaultOutput = loudspeaker;
-    preferences.setValue(keys::muteDuringRecording, true);
+    preferences->arrange(keys::muteDuringRecording, true);
     launch();
 
     statusItem->press("Start chat (⇧⌘ Space)");
@@ -385,19 +386,19 @@ TEST_F(AppDelegateTest, WhatTheFirstSessionNeedsIsLoadedASecondAfterTheLaunch)
     const QString history = folder.filePath("Tavrin/TranscriptionHistory.json");
     launch();
     time.advance(999ms);
-    EXPECT_EQ(recognizer->warmUps + workspace.warmUps + recorders.warmUps, 0);
+    EXPECT_EQ(recognizer->warmUps + workspace->warmUps + recorders.warmUps, 0);
     EXPECT_FALSE(QFile::exists(history));
     time.advance(1ms);
     EXPECT_EQ(recognizer->warmUps, 1);
-    EXPECT_EQ(workspace.warmUps, 1);
+    EXPECT_EQ(workspace->warmUps, 1);
     EXPECT_EQ(recorders.warmUps, 1);
     EXPECT_TRUE(QFile::exists(history));
 }
 
 TEST_F(AppDelegateTest, ADefaultMovesAsideOnceTheDesktopHasItsKeys)
 {
-    preferences.remove(keys::translationShortcutIdentifiers);
-    preferences.remove(keys::chatShortcutIdentifiers);
+    preferences->remove(keys::translationShortcutIdentifiers);
+    preferences->remove(keys::chatShortcutIdentifiers);
     probe->keptUnlessHeld = std::nullopt;
     launch();
     EXPECT_EQ(statusItem->menu[1].title, u"Start translation (⌥ Space → English)"_s);
@@ -424,7 +425,7 @@ TEST_F(AppDelegateTest, ASessionInWhichNotEveryProgramIsReachedIsLoggedOnce)
     EXPECT_FALSE(log.lines().contains(line));
 
     delegate.reset();
-    workspace.everyProgramReached = false;
+    workspace->everyProgramReached = false;
     launch();
     delegate->showMainWindow();
     time.advance(40s);
@@ -460,14 +461,14 @@ TEST_F(AppDelegateTest, AfterTheLaunchTheLogTellsWhichShortcutsAreHeld)
 TEST_F(AppDelegateTest, TheDefaultOfChatStaysAndIsLoggedWhenAnotherProgramHoldsIt)
 {
     const testing::CapturedLog log;
-    preferences.remove(keys::chatShortcutIdentifiers);
+    preferences->remove(keys::chatShortcutIdentifiers);
     probe->heldByOthers = {
         {key_codes::space, KeyModifiers(KeyModifier::Command) | KeyModifier::Shift}};
     launch();
     time.advance(40s);
 
     EXPECT_EQ(
-        preferences.value(keys::chatShortcutIdentifiers), QStringList{u"commandShiftSpace"_s});
+        preferences->value(keys::chatShortcutIdentifiers), QStringList{u"commandShiftSpace"_s});
     EXPECT_EQ(log.lines().count(u"Another program holds the shortcut ⇧⌘ Space"_s), 1);
 }
 
@@ -482,7 +483,7 @@ TEST_F(AppDelegateTest, ARecordingIsHeardWithTheMostUsedTermsOfTheDictionary)
         entries.append(DictionaryEntry(stored));
         mostUsed.prepend(entries.last().term());
     }
-    SaveDictionaryEntries(preferences, entries);
+    SaveDictionaryEntries(*preferences, entries);
     launch();
     statusItem->press("Start chat (⇧⌘ Space)");
     statusItem->press("Finish chat (⇧⌘ Space)");
@@ -498,7 +499,7 @@ TEST_F(AppDelegateTest, ARecordingIsHeardWithTheMostUsedTermsOfTheDictionary)
 
 TEST_F(AppDelegateTest, LiveTextKnowsTheTermsOfTheDictionary)
 {
-    SaveDictionaryEntries(preferences, {DictionaryEntry::manual(u"Anna"_s, Seconds{0})});
+    SaveDictionaryEntries(*preferences, {DictionaryEntry::manual(u"Anna"_s, Seconds{0})});
     launch();
     statusItem->press("Start chat (⇧⌘ Space)");
     time.advance(0s);
@@ -531,7 +532,7 @@ TEST_F(AppDelegateTest, RecordingsThatACrashLeftAreDeletedAfterTheLaunch)
 
 TEST_F(AppDelegateTest, NothingStillComesAfterTheControllersEnd)
 {
-    preferences.remove(keys::tavrinBetaOnboardingSeen);
+    preferences->remove(keys::tavrinBetaOnboardingSeen);
     launch();
     delegate.reset();
     time.advance(1s);

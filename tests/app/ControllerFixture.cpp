@@ -16,12 +16,12 @@ using namespace std::chrono_literals;
 namespace tavrin::testing {
 ControllerFixture::ControllerFixture()
 {
-    preferences.setValue(keys::interfaceLanguage, u"en"_s);
-    preferences.setValue(keys::dictationShortcutIdentifiers, QStringList{u"rightOption"_s});
-    preferences.setValue(keys::translationShortcutIdentifiers, QStringList{u"optionSpace"_s});
-    preferences.setValue(keys::chatShortcutIdentifiers, QStringList{u"commandShiftSpace"_s});
-    preferences.setValue(keys::cloudAccessToken, u"access"_s);
-    preferences.setValue(keys::tavrinBetaOnboardingSeen, true);
+    preferences->arrange(keys::interfaceLanguage, u"en"_s);
+    preferences->arrange(keys::dictationShortcutIdentifiers, QStringList{u"rightOption"_s});
+    preferences->arrange(keys::translationShortcutIdentifiers, QStringList{u"optionSpace"_s});
+    preferences->arrange(keys::chatShortcutIdentifiers, QStringList{u"commandShiftSpace"_s});
+    preferences->arrange(keys::cloudAccessToken, u"access"_s);
+    preferences->arrange(keys::tavrinBetaOnboardingSeen, true);
 
     systemInfo->temporaryFolder = folder.path();
     systemInfo->supportFolder = folder.path();
@@ -46,8 +46,9 @@ ControllerFixture::ControllerFixture()
 
 Platform ControllerFixture::createPorts()
 {
-    const auto kept = [](auto*& raw) {
-        auto made = std::make_unique<std::remove_reference_t<decltype(*raw)>>();
+    const auto kept = [](auto*& raw, auto&&... arguments) {
+        auto made = std::make_unique<std::remove_reference_t<decltype(*raw)>>(
+            std::forward<decltype(arguments)>(arguments)...);
         raw = made.get();
         return made;
     };
@@ -58,11 +59,11 @@ Platform ControllerFixture::createPorts()
             .clock = std::make_unique<SharedClock>(time),
             .mainQueue = std::make_unique<SharedQueue>(time),
             .backgroundQueue = kept(background),
-            .preferences = std::make_unique<TracedPreferences>(preferences, note),
+            .preferences = kept(preferences, note),
             .systemInfo = kept(systemInfo),
-            .httpTransport = std::make_unique<TracedHttpTransport>(http, note),
+            .httpTransport = kept(http, time, note),
         },
-        std::make_unique<TracedWorkspace>(workspace, note),
+        kept(workspace, note),
         std::make_unique<InMemoryAccessibility>(),
         std::make_unique<InMemoryPasteboard>(),
         std::make_unique<RecordingKeyboard>(),

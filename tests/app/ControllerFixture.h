@@ -2,7 +2,6 @@
 
 #include "app/AppDelegate.h"
 #include "app/TracedInterface.h"
-#include "app/session/TracedPorts.h"
 #include "platform/Platform.h"
 #include "platform/preferences/PreferenceKeys.h"
 #include "support/QtPrinters.h"
@@ -67,9 +66,10 @@ protected:
     // The desktop.
     QTemporaryDir folder;
     VirtualTime time;
-    InMemoryPreferences preferences;
-    InMemoryWorkspace workspace;
-    InMemorySystemInfo* systemInfo = nullptr; ///< Owned by the platform, like the others.
+    InMemoryPreferences* preferences = nullptr; ///< Owned by the platform, like the others.
+    InMemoryWorkspace* workspace = nullptr;
+    InMemorySystemInfo* systemInfo = nullptr;
+    InMemoryHttpTransport* http = nullptr;
     InMemoryStatusItem* statusItem = nullptr;
     InMemoryAudioDevices* devices = nullptr;
     InMemoryKeyMonitor* keyboard = nullptr;
@@ -78,7 +78,6 @@ protected:
     InMemoryFileSpeechRecognizer* recognizer = nullptr;
     InMemoryBackgroundQueue* background = nullptr;
     Platform platform = createPorts();
-    InMemoryHttpTransport http{time}; // Ends before the queue that its last answers go to.
 
     // The neighbours.
     TracedInterface* windows = nullptr; ///< Owned by the controller.

@@ -93,7 +93,7 @@ TEST(PreferenceKeysTest, ASettingThatNobodySetHasItsDefault)
 {
     for (const auto& text : {keys::interfaceLanguage, keys::lastDeliveryReason,
              keys::preferredMicrophoneUID, keys::cloudAccessToken, keys::cloudRefreshToken,
-             keys::cloudAccountEmail, keys::cloudDeviceId, keys::linuxSpeechEngine})
+             keys::cloudAccountEmail, keys::cloudDeviceId, keys::linuxSpeechSphinxModel})
         EXPECT_EQ(read(text), QVariant(QString())) << text.key.toStdString();
     for (const auto& list :
         {keys::dictationShortcutIdentifiers, keys::translationShortcutIdentifiers,
@@ -105,6 +105,9 @@ TEST(PreferenceKeysTest, ASettingThatNobodySetHasItsDefault)
     EXPECT_EQ(read(keys::shortcutMode), u"rightOption"_s);
     EXPECT_EQ(read(keys::historyRetention), u"30"_s);
     EXPECT_EQ(read(keys::providerModel), u"gemini-3.5-flash"_s);
+    EXPECT_EQ(read(keys::linuxSpeechEngine), u"sphinx"_s);
+    EXPECT_EQ(read(keys::linuxSpeechHttpModel), u"whisper-1"_s);
+    EXPECT_EQ(read(keys::linuxSpeechLanguage), u"zh-CN"_s);
     EXPECT_EQ(read(keys::lastDeliveryVerified), false);
     EXPECT_EQ(read(keys::tavrinBetaOnboardingSeen), false);
     EXPECT_EQ(read(keys::muteDuringRecording), false);
@@ -136,6 +139,14 @@ TEST(PreferenceKeysTest, ValuesOfEarlierVersionsMeanWhatTookTheirPlace)
     EXPECT_EQ(read(keys::translationTarget, u"none"_s), u"english"_s);
     EXPECT_EQ(read(keys::translationTarget, u""_s), u"english"_s);
     EXPECT_EQ(read(keys::translationTarget, u"klingon"_s), u"klingon"_s);
+}
+
+TEST(PreferenceKeysTest, AnEmptyLanguageOrModelOfASpeechServerIsTheDefault)
+{
+    EXPECT_EQ(read(keys::linuxSpeechLanguage, u""_s), u"zh-CN"_s);
+    EXPECT_EQ(read(keys::linuxSpeechLanguage, u"de-DE"_s), u"de-DE"_s);
+    EXPECT_EQ(read(keys::linuxSpeechHttpModel, u""_s), u"whisper-1"_s);
+    EXPECT_EQ(read(keys::linuxSpeechHttpModel, u"large-v3"_s), u"large-v3"_s);
 }
 
 } // namespace

@@ -51,7 +51,7 @@ ROOMS = {
     "app/menu": SHOWN,
     "app/notices": SHOWN | {"cloud"},
     "app/account": SHOWN | {"cloud"},
-    "app/health": SHOWN | {"app/shortcuts"},
+    "app/health": SHOWN | {"app/shortcuts", "audio"},
     "app/pages": SHOWN | {"app/shortcuts", "app/menu"} | FEATURES,
     "app/pages/history": SHOWN | {"app/pages", "history"},
     "app/session": SHOWN | {"app/menu", "app/notices"} | FEATURES,

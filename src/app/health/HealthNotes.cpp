@@ -7,12 +7,11 @@
 #include "app/shortcuts/ShortcutConflicts.h"
 #include "app/vocabulary/SpeechLanguages.h"
 #include "app/windows/SingleLine.h"
+#include "audio/RecordingMicrophone.h"
 #include "platform/DesktopTexts.h"
 #include "platform/SystemInfo.h"
 #include "platform/audio/AudioDevices.h"
 #include "platform/keyboard/HotKeyProbe.h"
-#include "platform/preferences/PreferenceKeys.h"
-#include "platform/preferences/PreferenceValues.h"
 #include "platform/programs/Workspace.h"
 #include "platform/speech/SpeechAvailability.h"
 #include "platform/speech/SpeechRecognizer.h"
@@ -62,23 +61,10 @@ HealthNote recogniserNote(const HealthSources& sources, const QString& title)
         isWell ? HealthColor::Healthy : HealthColor::Problem, HealthNoteAction::None, {}};
 }
 
-/// The microphone that the next session records from: the preferred one while it is there.
-std::optional<AudioDeviceId> microphoneInUse(const HealthSources& sources)
-{
-    AudioDevices& devices = sources.audioDevices;
-    const QString preferred = valueOf(sources.preferences, keys::preferredMicrophoneUID);
-    if (!preferred.isEmpty()) {
-        for (const AudioDeviceId device : devices.devices()) {
-            if (devices.uid(device) == preferred && devices.inputChannels(device).value_or(0) > 0)
-                return device;
-        }
-    }
-    return devices.defaultInputDevice();
-}
-
 std::optional<HealthNote> silenceNote(const HealthSources& sources)
 {
-    const std::optional<AudioDeviceId> device = microphoneInUse(sources);
+    const std::optional<AudioDeviceId> device =
+        recordingMicrophone(sources.audioDevices, sources.preferences);
     if (!device || !sources.audioDevices.isInputSilent(*device).value_or(false))
         return std::nullopt;
     const Localization& localization = sources.localization;

@@ -79,13 +79,18 @@ inline const Setting<QString> providerModel{
 inline const Setting<QString> providerAPIKey{QStringLiteral("providerAPIKey")};
 
 // Linux only: the speech engine and what it needs (src/platform/linux/speech).
-inline const Setting<QString> linuxSpeechEngine{QStringLiteral("linuxSpeechEngine")};
+// Anything unknown: the default.
+inline const Setting<QString> linuxSpeechEngine{
+    QStringLiteral("linuxSpeechEngine"), QStringLiteral("sphinx")};
+// Empty: the best model installed.
 inline const Setting<QString> linuxSpeechSphinxModel{QStringLiteral("linuxSpeechSphinxModel")};
 inline const Setting<double> linuxSpeechIdleMinutes{QStringLiteral("linuxSpeechIdleMinutes"), 10};
 inline const Setting<QString> linuxSpeechHttpUrl{QStringLiteral("linuxSpeechHttpUrl")};
-inline const Setting<QString> linuxSpeechHttpModel{QStringLiteral("linuxSpeechHttpModel")};
+inline const Setting<QString> linuxSpeechHttpModel{QStringLiteral("linuxSpeechHttpModel"),
+    QStringLiteral("whisper-1"), {{QString(), QStringLiteral("whisper-1")}}};
 inline const Setting<QString> linuxSpeechHttpKey{QStringLiteral("linuxSpeechHttpKey")};
 inline const Setting<QString> linuxSpeechVoskUrl{QStringLiteral("linuxSpeechVoskUrl")};
-inline const Setting<QString> linuxSpeechLanguage{QStringLiteral("linuxSpeechLanguage")};
+inline const Setting<QString> linuxSpeechLanguage{QStringLiteral("linuxSpeechLanguage"),
+    QStringLiteral("zh-CN"), {{QString(), QStringLiteral("zh-CN")}}};
 
 } // namespace tavrin::keys

@@ -14,7 +14,7 @@ template <typename Value>
 struct Setting {
     QString key;
     Value fallback{}; ///< What it is while nothing of its type is stored.
-    QList<std::pair<Value, Value>> former{}; ///< Values of earlier versions, and what they mean.
+    QList<std::pair<Value, Value>> former{}; ///< Values that mean another: an old or an empty one.
 
     operator const QString&() const { return key; } // NOLINT(google-explicit-constructor)
 };

@@ -97,8 +97,8 @@ TEST_F(RecordingSessionProcessingTest, TheFileOfTheRecordingIsTranscribed)
 
 TEST_F(RecordingSessionProcessingTest, DictationIsPolishedInTheChosenStyleWithoutTranslation)
 {
-    preferences.setValue(keys::outputStyle, u"casual"_s);
-    preferences.setValue(keys::translationTarget, u"japanese"_s);
+    preferences.arrange(keys::outputStyle, u"casual"_s);
+    preferences.arrange(keys::translationTarget, u"japanese"_s);
 
     complete(OperationMode::Dictation, u"um hello"_s, u"Hello."_s);
 
@@ -110,7 +110,7 @@ TEST_F(RecordingSessionProcessingTest, DictationIsPolishedInTheChosenStyleWithou
 
 TEST_F(RecordingSessionProcessingTest, TranslationIsPolishedIntoTheTarget)
 {
-    preferences.setValue(keys::translationTarget, u"japanese"_s);
+    preferences.arrange(keys::translationTarget, u"japanese"_s);
 
     complete(OperationMode::Translation, u"hello"_s, u"こんにちは"_s);
 
@@ -133,11 +133,11 @@ TEST_F(RecordingSessionProcessingTest, ChatIsAskedWithTheNameOfTheApplication)
 TEST_F(RecordingSessionProcessingTest, TheSettingsOfTheEndOfTheRecordingCount)
 {
     record(OperationMode::Translation, 10s);
-    preferences.setValue(keys::outputStyle, u"meeting"_s);
-    preferences.setValue(keys::translationTarget, u"korean"_s);
+    preferences.arrange(keys::outputStyle, u"meeting"_s);
+    preferences.arrange(keys::translationTarget, u"korean"_s);
     press(OperationMode::Translation);
-    preferences.setValue(keys::outputStyle, u"casual"_s);
-    preferences.setValue(keys::translationTarget, u"french"_s);
+    preferences.arrange(keys::outputStyle, u"casual"_s);
+    preferences.arrange(keys::translationTarget, u"french"_s);
     recognise(u"hello"_s);
 
     EXPECT_EQ(sentObject().value(u"style"_s).toString(), u"meeting"_s);

@@ -81,15 +81,15 @@ TEST_F(RecordingSessionTest, APressWhileTheCancellationIsAskedForBeeps)
 TEST_F(RecordingSessionTest, EitherTokenIsEnoughToStart)
 {
     preferences.remove(keys::cloudAccessToken);
-    preferences.setValue(keys::cloudRefreshToken, u"refresh"_s);
+    preferences.arrange(keys::cloudRefreshToken, u"refresh"_s);
     press(OperationMode::Dictation);
     EXPECT_EQ(session->state(), SessionState::Recording);
 }
 
 TEST_F(RecordingSessionTest, WithoutAnAccountNothingIsRecorded)
 {
-    preferences.setValue(keys::cloudAccessToken, u""_s);
-    preferences.setValue(keys::cloudRefreshToken, 17);
+    preferences.arrange(keys::cloudAccessToken, u""_s);
+    preferences.arrange(keys::cloudRefreshToken, 17);
 
     press(OperationMode::Dictation);
 
@@ -175,7 +175,7 @@ TEST_F(RecordingSessionTest, AnOperationWithoutShortcutIsShownAsNotSet)
 {
     for (const QString& key : {keys::dictationShortcutIdentifiers,
              keys::translationShortcutIdentifiers, keys::chatShortcutIdentifiers})
-        preferences.setValue(key, QStringList());
+        preferences.arrange(key, QStringList());
 
     for (const OperationMode mode : allModes) {
         press(mode);

@@ -10,11 +10,11 @@ SessionFixture::SessionFixture()
     systemInfo.temporaryFolder = folder.path();
     systemInfo.supportFolder = folder.path();
 
-    preferences.setValue(keys::interfaceLanguage, u"en"_s);
-    preferences.setValue(keys::cloudAccessToken, u"access"_s);
-    preferences.setValue(keys::dictationShortcutIdentifiers, QStringList{u"rightOption"_s});
-    preferences.setValue(keys::translationShortcutIdentifiers, QStringList{u"optionSpace"_s});
-    preferences.setValue(keys::chatShortcutIdentifiers, QStringList{u"commandShiftSpace"_s});
+    preferences.arrange(keys::interfaceLanguage, u"en"_s);
+    preferences.arrange(keys::cloudAccessToken, u"access"_s);
+    preferences.arrange(keys::dictationShortcutIdentifiers, QStringList{u"rightOption"_s});
+    preferences.arrange(keys::translationShortcutIdentifiers, QStringList{u"optionSpace"_s});
+    preferences.arrange(keys::chatShortcutIdentifiers, QStringList{u"commandShiftSpace"_s});
 
     devices.addMicrophone(builtInMicrophone, u"Built-in"_s, u"built-in"_s);
     devices.addMicrophone(headset, u"Headset"_s, u"headset"_s);
@@ -35,37 +35,36 @@ SessionFixture::SessionFixture()
         editor->insert(pasteboard.string());
     };
 
-    transcriber.emplace(tracedFileRecognizer, permissions, time, [] { return QStringList(); });
-    api.emplace(tracedHttp, tracedPreferences, systemInfo,
+    transcriber.emplace(fileRecognizer, permissions, time, [] { return QStringList(); });
+    api.emplace(http, preferences, systemInfo,
         CloudSettings{.localize = localization.localize(),
             .translationTarget = [this] { return settings.TranslationTarget(); },
             .baseUrl = u"https://service.invalid"_s});
-    audioEnvironment.emplace(devices, tracedPreferences, systemInfo, time,
+    audioEnvironment.emplace(devices, preferences, systemInfo, time,
         [this] { return session->state() == SessionState::Recording; });
     processing.emplace(
         SessionProcessing::Neighbours{*api, *audioEnvironment, time, correctionLearning, delivery,
-            errorAlert, estimator, healthPanel, hud, localization, time, tracedPreferences,
+            errorAlert, estimator, healthPanel, hud, localization, time, preferences,
             [this](const NewHistoryRecord& result) {
                 note(u"save history"_s);
                 saved.append(result);
             },
             settings, sounds, stageTimes, target, *transcriber});
-    session.emplace(RecordingSession::Neighbours{accountPanel, alerts, *audioEnvironment,
-        tracedRecorders, background, time, correctionLearning, errorAlert, hud, liveTranscriber,
-        localization, time, tracedPreferences, *processing, settings, sounds, stageTimes,
-        statusMenu, systemInfo, target});
+    session.emplace(RecordingSession::Neighbours{accountPanel, alerts, *audioEnvironment, recorders,
+        background, time, correctionLearning, errorAlert, hud, liveTranscriber, localization, time,
+        preferences, *processing, settings, sounds, stageTimes, statusMenu, systemInfo, target});
     statusMenu.configureMenu();
     trace.clear();
 }
 
 void SessionFixture::preferHeadset()
 {
-    preferences.setValue(keys::preferredMicrophoneUID, u"headset"_s);
+    preferences.arrange(keys::preferredMicrophoneUID, u"headset"_s);
 }
 
 void SessionFixture::muteDuringRecording()
 {
-    preferences.setValue(keys::muteDuringRecording, true);
+    preferences.arrange(keys::muteDuringRecording, true);
 }
 
 void SessionFixture::record(OperationMode mode, Seconds duration)

@@ -9,7 +9,6 @@
 #include "app/session/SoundEffects.h"
 #include "app/session/StageTimes.h"
 #include "app/session/TracedNeighbours.h"
-#include "app/session/TracedPorts.h"
 #include "app/settings/Localization.h"
 #include "app/settings/Settings.h"
 #include "audio/AudioEnvironment.h"
@@ -109,27 +108,19 @@ protected:
     QTemporaryDir folder;
     VirtualTime time;
     InMemorySystemInfo systemInfo;
-    InMemoryPreferences preferences;
-    InMemoryWorkspace workspace;
+    InMemoryPreferences preferences{note};
+    InMemoryWorkspace workspace{note};
     InMemoryAccessibility accessibility;
     InMemoryAccessibility::ElementPointer editor = std::make_shared<FakeElement>();
     InMemoryAudioDevices devices;
     InMemoryBackgroundQueue background;
-    InMemoryAudioRecorders recorders{time};
+    InMemoryAudioRecorders recorders{time, note};
     InMemoryPermissions permissions;
-    InMemoryLiveSpeechRecognizer liveRecognizer;
-    InMemoryFileSpeechRecognizer fileRecognizer;
-    InMemoryHttpTransport http{time};
-    InMemoryPasteboard pasteboard;
+    InMemoryLiveSpeechRecognizer liveRecognizer{note};
+    InMemoryFileSpeechRecognizer fileRecognizer{note};
+    InMemoryHttpTransport http{time, note};
+    InMemoryPasteboard pasteboard{note};
     RecordingKeyboard keyboard;
-
-    TracedPreferences tracedPreferences{preferences, note};
-    TracedWorkspace tracedWorkspace{workspace, note};
-    TracedRecorders tracedRecorders{recorders, note};
-    TracedLiveSpeechRecognizer tracedLiveRecognizer{liveRecognizer, note};
-    TracedFileSpeechRecognizer tracedFileRecognizer{fileRecognizer, note};
-    TracedHttpTransport tracedHttp{http, note};
-    TracedPasteboard tracedPasteboard{pasteboard, note};
     ScriptedAlerts alerts{note};
     InMemorySoundPlayer soundPlayer{note};
     InMemoryStatusItem statusItem{note};
@@ -142,17 +133,16 @@ protected:
     QList<NewHistoryRecord> saved;
     TracedHUD hud{note};
 
-    Localization localization{tracedPreferences, tracedWorkspace, KeyNames()};
-    Settings settings{tracedPreferences, localization};
+    Localization localization{preferences, workspace, KeyNames()};
+    Settings settings{preferences, localization};
     ErrorAlert errorAlert{alerts, localization};
     SoundEffects sounds{soundPlayer};
-    ProcessingTimeEstimator estimator{tracedPreferences};
+    ProcessingTimeEstimator estimator{preferences};
     StatusMenu statusMenu{{localization, settings, statusItem}, StatusMenu::Actions()};
-    TargetContext target{tracedWorkspace, accessibility};
-    TextDelivery delivery{
-        {tracedPasteboard, tracedWorkspace, accessibility, keyboard, time}, target};
+    TargetContext target{workspace, accessibility};
+    TextDelivery delivery{{pasteboard, workspace, accessibility, keyboard, time}, target};
     LiveTranscriber liveTranscriber{
-        tracedLiveRecognizer, permissions, time, [] { return QStringList(); }};
+        liveRecognizer, permissions, time, [] { return QStringList(); }};
     std::optional<SystemTranscriber> transcriber;
     std::optional<TavrinAPI> api;
     std::optional<AudioEnvironment> audioEnvironment;

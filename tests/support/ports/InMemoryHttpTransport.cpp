@@ -1,6 +1,7 @@
 #include "support/ports/InMemoryHttpTransport.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tavrin::testing {
 namespace {
@@ -30,8 +31,9 @@ Answer received(const Answer& answer)
 
 } // namespace
 
-InMemoryHttpTransport::InMemoryHttpTransport(MainQueue& queue)
+InMemoryHttpTransport::InMemoryHttpTransport(MainQueue& queue, Note note)
     : m_queue(queue)
+    , m_note(std::move(note))
 {
 }
 
@@ -43,6 +45,7 @@ InMemoryHttpTransport::~InMemoryHttpTransport()
 
 void InMemoryHttpTransport::send(const HttpRequest& request, ResponseCompletion completion)
 {
+    tell(m_note, QString::fromLatin1(request.method) + QLatin1Char(' ') + request.url.path());
     const int number = m_sent++;
     m_open->append({number, std::move(completion)});
     if (refused(request)) {

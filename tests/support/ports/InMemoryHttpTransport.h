@@ -2,6 +2,7 @@
 
 #include "platform/HttpTransport.h"
 #include "platform/MainQueue.h"
+#include "support/ports/Note.h"
 
 #include <QList>
 
@@ -18,7 +19,8 @@ public:
     static constexpr qsizetype largestBody = 8LL * 1024 * 1024;
 
     /// @param queue delivers the answers; must outlive the transport.
-    explicit InMemoryHttpTransport(MainQueue& queue);
+    /// @param note is told of the method and the path of each request: "POST /v1/text/polish".
+    explicit InMemoryHttpTransport(MainQueue& queue, Note note = {});
     ~InMemoryHttpTransport() override;
 
     InMemoryHttpTransport(const InMemoryHttpTransport&) = delete;
@@ -51,6 +53,7 @@ private:
     void post(int number, const Answer& answer);
 
     MainQueue& m_queue;
+    Note m_note;
     QList<HttpRequest> m_requests;
     QList<Answer> m_prepared;
     std::shared_ptr<QList<Open>> m_open = std::make_shared<QList<Open>>();

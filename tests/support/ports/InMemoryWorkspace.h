@@ -1,17 +1,26 @@
 #pragma once
 
 #include "platform/programs/Workspace.h"
+#include "support/ports/Note.h"
 
 #include <QList>
 #include <QUrl>
 
 #include <functional>
+#include <utility>
 
 namespace tavrin::testing {
 
 /// A desktop as the test arranges it.
 class InMemoryWorkspace final : public Workspace {
 public:
+    /// @param note is told of "capture target" when the application in front is asked for,
+    /// "activate NAME", and "come to front".
+    explicit InMemoryWorkspace(Note note = {})
+        : m_note(std::move(note))
+    {
+    }
+
     std::optional<RunningApplication> frontmost;
     bool activationSucceeds = true;
     bool openingSucceeds = true;
@@ -37,11 +46,13 @@ public:
 
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override
     {
+        tell(m_note, QStringLiteral("capture target"));
         return frontmost;
     }
 
     bool activate(const RunningApplication& application) override
     {
+        tell(m_note, QStringLiteral("activate ") + application.localizedName);
         activations.append(application);
         if (activationSucceeds)
             frontmost = application;
@@ -55,6 +66,7 @@ public:
 
     void activateThisApplication() override
     {
+        tell(m_note, QStringLiteral("come to front"));
         ++ownActivations;
         if (onOwnActivation)
             onOwnActivation();
@@ -91,6 +103,9 @@ public:
     [[nodiscard]] bool reachesEveryProgram() const override { return everyProgramReached; }
 
     [[nodiscard]] bool prefersReducedMotion() const override { return reducedMotion; }
+
+private:
+    Note m_note;
 };
 
 } // namespace tavrin::testing

@@ -2,6 +2,7 @@
 
 #include "platform/Clock.h"
 #include "platform/audio/AudioRecorder.h"
+#include "support/ports/Note.h"
 
 #include <QFile>
 #include <QList>
@@ -9,6 +10,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace tavrin::testing {
 
@@ -30,8 +32,11 @@ public:
         Seconds since{0}; ///< When recording last began.
     };
 
-    explicit InMemoryAudioRecorders(const Clock& clock)
+    /// @param note is told of what is asked of a recorder: "create recorder", "meter on", "meter
+    /// off", "prepare recorder", "record", "pause recorder", "stop recorder", "drop recorder".
+    explicit InMemoryAudioRecorders(const Clock& clock, Note note = {})
         : m_clock(clock)
+        , m_note(std::move(note))
     {
     }
 
@@ -52,6 +57,7 @@ public:
     [[nodiscard]] Result<std::unique_ptr<AudioRecorder>> createRecorder(
         const QString& path, const AudioRecorderSettings& settings) override
     {
+        tell(m_note, QStringLiteral("create recorder"));
         if (creationError)
             return failure(*creationError);
         if (path.isEmpty() || settings.sampleRate <= 0 || settings.numberOfChannels <= 0)
@@ -73,6 +79,7 @@ private:
 
         ~Recorder() override
         {
+            note(QStringLiteral("drop recorder"));
             finish();
             m_recording->calls.append(QStringLiteral("destroyed"));
         }
@@ -80,24 +87,23 @@ private:
         Recorder(const Recorder&) = delete;
         Recorder& operator=(const Recorder&) = delete;
 
-        void setMeteringEnabled(bool enabled) override { m_recording->metering = enabled; }
+        void setMeteringEnabled(bool enabled) override
+        {
+            note(enabled ? QStringLiteral("meter on") : QStringLiteral("meter off"));
+            m_recording->metering = enabled;
+        }
 
         bool prepareToRecord() override
         {
-            m_recording->calls.append(QStringLiteral("prepareToRecord"));
-            QFile file(m_recording->path);
-            m_prepared = m_owner.preparationSucceeds && !m_recording->stopped
-                && file.open(QIODevice::WriteOnly);
-            if (!m_prepared)
-                m_recording->failure = m_owner.refusal;
-            return m_prepared;
+            note(QStringLiteral("prepare recorder"));
+            return prepare();
         }
 
         bool record() override
         {
+            note(QStringLiteral("record"));
             m_recording->calls.append(QStringLiteral("record"));
-            if (!m_owner.recordingSucceeds || m_recording->stopped
-                || (!m_prepared && !prepareToRecord())) {
+            if (!m_owner.recordingSucceeds || m_recording->stopped || (!m_prepared && !prepare())) {
                 m_recording->failure = m_owner.refusal;
                 return false;
             }
@@ -110,6 +116,7 @@ private:
 
         void pause() override
         {
+            note(QStringLiteral("pause recorder"));
             m_recording->calls.append(QStringLiteral("pause"));
             m_recording->recorded = length();
             m_recording->recording = false;
@@ -117,6 +124,7 @@ private:
 
         void stop() override
         {
+            note(QStringLiteral("stop recorder"));
             m_recording->calls.append(QStringLiteral("stop"));
             finish();
         }
@@ -140,6 +148,19 @@ private:
         [[nodiscard]] Error failure() const override { return m_recording->failure; }
 
     private:
+        void note(const QString& line) const { tell(m_owner.m_note, line); }
+
+        bool prepare()
+        {
+            m_recording->calls.append(QStringLiteral("prepareToRecord"));
+            QFile file(m_recording->path);
+            m_prepared = m_owner.preparationSucceeds && !m_recording->stopped
+                && file.open(QIODevice::WriteOnly);
+            if (!m_prepared)
+                m_recording->failure = m_owner.refusal;
+            return m_prepared;
+        }
+
         [[nodiscard]] Seconds length() const
         {
             const Recording& recording = *m_recording;
@@ -162,6 +183,7 @@ private:
     };
 
     const Clock& m_clock;
+    Note m_note;
 };
 
 } // namespace tavrin::testing

@@ -2,10 +2,13 @@
 
 #include "platform/speech/SpeechAvailability.h"
 #include "platform/speech/SpeechRecognizer.h"
+#include "support/ports/Note.h"
 
 #include <QList>
 
+#include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace tavrin::testing {
@@ -28,18 +31,39 @@ struct RecognitionCall {
     void fail(const Error& error) const { handler(failure(error)); }
 };
 
-/// Makes tasks that do nothing but tell when they end.
+/// A task that does nothing but tell when it ends: whoever holds its trace, and @p onEnd.
 class TracedTask final : public SpeechTask {
 public:
+    explicit TracedTask(std::function<void()> onEnd = {})
+        : m_onEnd(std::move(onEnd))
+    {
+    }
+
+    ~TracedTask() override
+    {
+        if (m_onEnd)
+            m_onEnd();
+    }
+
+    TracedTask(const TracedTask&) = delete;
+    TracedTask& operator=(const TracedTask&) = delete;
+
     [[nodiscard]] std::weak_ptr<SpeechTask*> trace() const { return m_trace; }
 
 private:
+    std::function<void()> m_onEnd;
     std::shared_ptr<SpeechTask*> m_trace = std::make_shared<SpeechTask*>(this);
 };
 
 /// A recogniser of recordings that knows only what the test answers.
 class InMemoryFileSpeechRecognizer final : public FileSpeechRecognizer {
 public:
+    /// @param note is told of "transcribe".
+    explicit InMemoryFileSpeechRecognizer(Note note = {})
+        : m_note(std::move(note))
+    {
+    }
+
     bool available = true;
     LocalizedText availabilityText{u""}; ///< What it lacks; empty: it does not know.
     QString availabilityArgument;
@@ -61,15 +85,25 @@ public:
     [[nodiscard]] std::unique_ptr<SpeechTask> recognize(
         const QString& path, const SpeechRequest& request, SpeechResultHandler handler) override
     {
+        tell(m_note, QStringLiteral("transcribe"));
         auto task = std::make_unique<TracedTask>();
         calls.push_back({path, request, std::move(handler), task->trace()});
         return task;
     }
+
+private:
+    Note m_note;
 };
 
 /// A recogniser of live speech that knows only what the test answers.
 class InMemoryLiveSpeechRecognizer final : public LiveSpeechRecognizer {
 public:
+    /// @param note is told of "start live text" and, at the end of a task, "stop live text".
+    explicit InMemoryLiveSpeechRecognizer(Note note = {})
+        : m_note(std::move(note))
+    {
+    }
+
     bool available = true;
     std::optional<Error> startFailure; ///< What start() fails with, while set.
     std::vector<RecognitionCall> calls; ///< Successful starts, oldest first.
@@ -79,12 +113,17 @@ public:
     [[nodiscard]] Result<std::unique_ptr<SpeechTask>> start(
         const SpeechRequest& request, SpeechResultHandler handler) override
     {
+        tell(m_note, QStringLiteral("start live text"));
         if (startFailure)
             return failure(*startFailure);
-        auto task = std::make_unique<TracedTask>();
+        auto task = std::make_unique<TracedTask>(
+            [note = m_note] { tell(note, QStringLiteral("stop live text")); });
         calls.push_back({{}, request, std::move(handler), task->trace()});
         return std::unique_ptr<SpeechTask>(std::move(task));
     }
+
+private:
+    Note m_note;
 };
 
 } // namespace tavrin::testing

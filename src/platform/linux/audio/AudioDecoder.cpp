@@ -2,6 +2,7 @@
 
 #include "platform/linux/audio/AudioErrors.h"
 #include "platform/linux/audio/Libav.h"
+#include "platform/linux/audio/RecordingTexts.h"
 
 #include <QByteArrayView>
 #include <QFile>

@@ -1,6 +1,7 @@
 #include "platform/linux/audio/PcmCapture.h"
 
 #include "platform/linux/audio/AudioErrors.h"
+#include "platform/linux/audio/RecordingTexts.h"
 #include "platform/linux/libraries/Libpulse.h"
 
 #include <QByteArray>

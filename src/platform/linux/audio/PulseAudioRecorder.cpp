@@ -4,6 +4,7 @@
 #include "platform/linux/audio/AacFile.h"
 #include "platform/linux/audio/AudioErrors.h"
 #include "platform/linux/audio/Libav.h"
+#include "platform/linux/audio/RecordingTexts.h"
 
 #include <QFileInfo>
 

@@ -1,7 +1,7 @@
 #include "platform/linux/speech/LinuxRecogniserSettings.h"
 
+#include "platform/linux/speech/ChosenEngine.h"
 #include "platform/linux/speech/engine/SpeechEngineTexts.h"
-#include "platform/linux/speech/servers/SpeechServer.h"
 #include "platform/preferences/PreferenceKeys.h"
 #include "platform/preferences/PreferenceValues.h"
 
@@ -12,10 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace tavrin {
 namespace {
-
-const QString builtIn = u"sphinx"_s;
-const QString httpServer = u"http"_s;
-const QString voskServer = u"vosk"_s;
 
 /// What servers commonly hear.
 const QStringList serverLanguages{u"zh-CN"_s, u"zh-TW"_s, u"yue-HK"_s, u"en-US"_s, u"ja-JP"_s,
@@ -45,18 +41,18 @@ LinuxRecogniserSettings::LinuxRecogniserSettings(Preferences& preferences, QStri
 RecogniserChoices LinuxRecogniserSettings::choices() const
 {
     RecogniserChoices choices;
-    choices.recognisers.append({builtIn, texts::builtInRecogniser});
-    const QString chosen = valueOf(m_preferences, keys::linuxSpeechEngine);
+    choices.recogniser = chosenEngineName(m_preferences);
+    choices.recognisers.append({engine_names::builtIn, texts::builtInRecogniser});
     const auto addServer = [&](const QString& identifier, const Setting<QString>& address,
                                const LocalizedText& name) {
         // One that was chosen in the file stays, whatever it lacks: the choice is shown as it is.
-        if (chosen == identifier || !valueOf(m_preferences, address).trimmed().isEmpty())
+        if (choices.recogniser == identifier
+            || !valueOf(m_preferences, address).trimmed().isEmpty())
             choices.recognisers.append({identifier, name});
     };
-    addServer(httpServer, keys::linuxSpeechHttpUrl, texts::serverRecogniser);
-    addServer(voskServer, keys::linuxSpeechVoskUrl, texts::streamingRecogniser);
-    choices.recogniser = has(choices, chosen) ? chosen : builtIn;
-    if (choices.recogniser == builtIn)
+    addServer(engine_names::http, keys::linuxSpeechHttpUrl, texts::serverRecogniser);
+    addServer(engine_names::vosk, keys::linuxSpeechVoskUrl, texts::streamingRecogniser);
+    if (choices.recogniser == engine_names::builtIn)
         addModels(choices);
     else
         addServerLanguages(choices);
@@ -76,7 +72,7 @@ void LinuxRecogniserSettings::selectLanguage(const QString& tag)
     const RecogniserChoices present = choices();
     if (tag == present.language || !present.languages.contains(tag))
         return;
-    if (present.recogniser == builtIn)
+    if (present.recogniser == engine_names::builtIn)
         selectModel(tag);
     else
         m_preferences.setValue(keys::linuxSpeechLanguage, tag);
@@ -95,8 +91,7 @@ void LinuxRecogniserSettings::addModels(RecogniserChoices& choices) const
 
 void LinuxRecogniserSettings::addServerLanguages(RecogniserChoices& choices) const
 {
-    const QString set = valueOf(m_preferences, keys::linuxSpeechLanguage);
-    choices.language = set.isEmpty() ? SpeechServer().language : set;
+    choices.language = valueOf(m_preferences, keys::linuxSpeechLanguage);
     choices.languages = serverLanguages;
     addLanguage(choices, choices.language);
 }

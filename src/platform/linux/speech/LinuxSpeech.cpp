@@ -1,5 +1,6 @@
 #include "platform/linux/speech/LinuxSpeech.h"
 
+#include "platform/linux/speech/ChosenEngine.h"
 #include "platform/linux/speech/engine/EngineFileRecognizer.h"
 #include "platform/linux/speech/engine/SpeechEngineTexts.h"
 #include "platform/linux/speech/process/ProcessEngine.h"
@@ -21,9 +22,6 @@ namespace {
 
 constexpr double longestIdle = 7 * 24 * 60; // Minutes.
 
-const QString httpEngine = u"http"_s;
-const QString voskEngine = u"vosk"_s;
-
 std::optional<SphinxModel> sphinxModel(const Preferences& preferences)
 {
     return findSphinxModel(valueOf(preferences, keys::linuxSpeechSphinxModel), sphinxModelRoots());
@@ -35,16 +33,14 @@ SpeechServer serverAt(const Setting<QString>& address, const QString& plain,
     SpeechServer server;
     server.setAddress = valueOf(preferences, address);
     server.address = speechServerAddress(server.setAddress, plain, encrypted);
-    if (const QString set = valueOf(preferences, keys::linuxSpeechLanguage); !set.isEmpty())
-        server.language = set;
+    server.language = valueOf(preferences, keys::linuxSpeechLanguage);
     return server;
 }
 
 SpeechServer httpServer(const Preferences& preferences)
 {
     SpeechServer server = serverAt(keys::linuxSpeechHttpUrl, u"http"_s, u"https"_s, preferences);
-    if (const QString set = valueOf(preferences, keys::linuxSpeechHttpModel); !set.isEmpty())
-        server.model = set;
+    server.model = valueOf(preferences, keys::linuxSpeechHttpModel);
     server.key = valueOf(preferences, keys::linuxSpeechHttpKey);
     return server;
 }
@@ -74,10 +70,10 @@ std::unique_ptr<SpeechEngine> sphinxEngine(
 std::unique_ptr<SpeechEngine> chosenEngine(
     const Preferences& preferences, const QString& recognizer)
 {
-    const QString chosen = valueOf(preferences, keys::linuxSpeechEngine);
-    if (chosen == httpEngine)
+    const QString chosen = chosenEngineName(preferences);
+    if (chosen == engine_names::http)
         return std::make_unique<HttpSpeechEngine>(httpServer(preferences));
-    if (chosen == voskEngine)
+    if (chosen == engine_names::vosk)
         return std::make_unique<VoskSpeechEngine>(voskServer(preferences));
     return sphinxEngine(sphinxModel(preferences), recognizer);
 }
@@ -102,14 +98,14 @@ LinuxSpeech createLinuxSpeech(
 
 QString linuxSpeechLanguage(const Preferences& preferences)
 {
-    const QString chosen = valueOf(preferences, keys::linuxSpeechEngine);
-    if (chosen == httpEngine || chosen == voskEngine) {
-        const SpeechServer server =
-            chosen == httpEngine ? httpServer(preferences) : voskServer(preferences);
-        return server.address ? server.language : QString{};
+    const QString chosen = chosenEngineName(preferences);
+    if (chosen == engine_names::builtIn) {
+        const std::optional<SphinxModel> model = sphinxModel(preferences);
+        return model ? model->language : QString{};
     }
-    const std::optional<SphinxModel> model = sphinxModel(preferences);
-    return model ? model->language : QString{};
+    const SpeechServer server =
+        chosen == engine_names::http ? httpServer(preferences) : voskServer(preferences);
+    return server.address ? server.language : QString{};
 }
 
 } // namespace tavrin

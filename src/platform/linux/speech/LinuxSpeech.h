@@ -11,15 +11,15 @@ class Preferences;
 /// The speech recognition that the user chose: one engine, opened once on a thread of its own,
 /// behind both recognisers, which may be destroyed in any order.
 ///
-/// Preferences, read when the program starts:
-/// - `linuxSpeechEngine`: "sphinx" (built in; also for anything unknown), "http" or "vosk".
+/// Preferences, read when the program starts; PreferenceKeys.h has their defaults:
+/// - `linuxSpeechEngine`: "sphinx" (built in), "http" or "vosk".
 /// - `linuxSpeechSphinxModel`: the folder of a Sphinx model; empty for the best one installed.
 /// - `linuxSpeechIdleMinutes`: after so many minutes without use the process of a built-in engine
 ///   ends, and with it what the model takes of memory; the next use starts it again. 0 keeps it.
 /// - `linuxSpeechHttpUrl`, `linuxSpeechHttpModel`, `linuxSpeechHttpKey`: the server of "http", the
 ///   model's name there, and the bearer token that it wants.
 /// - `linuxSpeechVoskUrl`: the server of "vosk", a ws or wss address.
-/// - `linuxSpeechLanguage`: the language that the server hears, "zh-CN" unless set.
+/// - `linuxSpeechLanguage`: the language that the server hears.
 struct LinuxSpeech {
     std::unique_ptr<FileSpeechRecognizer> fileRecognizer;
     std::unique_ptr<LiveSpeechRecognizer> liveRecognizer;

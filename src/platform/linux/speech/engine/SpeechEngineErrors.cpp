@@ -1,6 +1,6 @@
 #include "platform/linux/speech/engine/SpeechEngineErrors.h"
 
-#include "base/LocalizedText.h"
+#include "platform/linux/speech/engine/SpeechEngineTexts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -13,23 +13,23 @@ SimplifiedText messageFor(SpeechEngineError code)
 {
     switch (code) {
     case SpeechEngineError::ModelUnusable:
-        return {u"语音识别模型无法加载，请检查模型文件。"};
+        return texts::modelUnusable;
     case SpeechEngineError::Cancelled:
-        return {u"语音识别已取消。"};
+        return texts::recognitionCancelled;
     case SpeechEngineError::NotReachable:
-        return {u"无法连接语音识别服务器，请检查地址和网络。"};
+        return texts::speechServerUnreachable;
     case SpeechEngineError::NoAnswer:
-        return {u"语音识别服务器没有及时响应，请稍后重试。"};
+        return texts::speechServerSilent;
     case SpeechEngineError::Refused:
-        return {u"语音识别服务器拒绝了请求，请检查服务器设置。"};
+        return texts::speechServerRefused;
     case SpeechEngineError::UnusableAnswer:
-        return {u"语音识别服务器的响应无法使用。"};
+        return texts::speechAnswerUnusable;
     case SpeechEngineError::TooMuchSound:
-        return {u"语音识别跟不上录音。"};
+        return texts::recognitionTooSlow;
     case SpeechEngineError::RecognizerEnded:
-        return {u"语音识别程序意外退出，请重试。"};
+        return texts::recognizerEnded;
     case SpeechEngineError::RecognizerHung:
-        return {u"语音识别程序没有响应，请重试。"};
+        return texts::recognizerHung;
     }
     return {};
 }

@@ -2,7 +2,7 @@
 
 #include "base/LocalizedText.h"
 
-/// What the pages say about the engines.
+/// What the pages say about the engines, and the errors of the engines.
 namespace tavrin::texts {
 
 inline constexpr LocalizedText builtInRecogniser{u"内置", u"內建", u"Built-in"};
@@ -32,5 +32,18 @@ inline constexpr LocalizedText refusedServerAddress{
     u"語音辨識伺服器的位址無法使用：%1。本機以外的伺服器必須使用加密連線。",
     u"The address of the speech recognition server cannot be used: %1. A server outside this "
     u"computer needs an encrypted connection."};
+
+// The errors: in Simplified Chinese in every interface language.
+inline constexpr SimplifiedText modelUnusable{u"语音识别模型无法加载，请检查模型文件。"};
+inline constexpr SimplifiedText recognitionCancelled{u"语音识别已取消。"};
+inline constexpr SimplifiedText speechServerUnreachable{
+    u"无法连接语音识别服务器，请检查地址和网络。"};
+inline constexpr SimplifiedText speechServerSilent{u"语音识别服务器没有及时响应，请稍后重试。"};
+inline constexpr SimplifiedText speechServerRefused{
+    u"语音识别服务器拒绝了请求，请检查服务器设置。"};
+inline constexpr SimplifiedText speechAnswerUnusable{u"语音识别服务器的响应无法使用。"};
+inline constexpr SimplifiedText recognitionTooSlow{u"语音识别跟不上录音。"};
+inline constexpr SimplifiedText recognizerEnded{u"语音识别程序意外退出，请重试。"};
+inline constexpr SimplifiedText recognizerHung{u"语音识别程序没有响应，请重试。"};
 
 } // namespace tavrin::texts

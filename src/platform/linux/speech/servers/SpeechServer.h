@@ -14,8 +14,8 @@ namespace tavrin {
 struct SpeechServer {
     QString setAddress; ///< As typed; empty when none is set.
     std::optional<QUrl> address; ///< Empty when the typed one must not be used.
-    QString language = QStringLiteral("zh-CN"); ///< What it is set up to hear, a BCP 47 tag.
-    QString model = QStringLiteral("whisper-1"); ///< The name that the server expects.
+    QString language; ///< What it is set up to hear, a BCP 47 tag.
+    QString model; ///< The name that the server expects.
     QString key; ///< Sent as bearer token; empty for none.
     Seconds patience = std::chrono::seconds{20}; ///< How long an answer may take beyond the sound.
 };

@@ -2,6 +2,7 @@
 
 #include "platform/linux/speech/engine/EngineFileRecognizer.h"
 #include "platform/linux/speech/servers/SpeechServer.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "support/WaitUntil.h"
 #include "support/sound/HeardResults.h"
 #include "support/sound/Sounds.h"
@@ -29,9 +30,12 @@ protected:
         };
     }
 
+    /// As it is set up by someone who set nothing but its address.
     static SpeechServer serverAt(const QUrl& url)
     {
         SpeechServer server;
+        server.language = keys::linuxSpeechLanguage.fallback;
+        server.model = keys::linuxSpeechHttpModel.fallback;
         server.setAddress = url.toString();
         server.address = url;
         return server;
