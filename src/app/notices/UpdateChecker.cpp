@@ -22,11 +22,6 @@ namespace {
 constexpr Seconds checkInterval = 6h;
 constexpr int downloadButton = 0;
 
-QString orElse(const QString& text, const SimplifiedText& fallback)
-{
-    return text.isEmpty() ? fallback.toString() : text;
-}
-
 } // namespace
 
 UpdateChecker::UpdateChecker(Request request, const Neighbours& neighbours, QString productDomain)
