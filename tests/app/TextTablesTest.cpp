@@ -3,6 +3,7 @@
 
 #include <QHash>
 #include <QRegularExpression>
+#include <QSet>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -31,6 +32,18 @@ TEST(TextTablesTest, NoTwoTextsShareAName)
     for (auto text = headers.begin(); text != headers.end(); ++text) {
         EXPECT_EQ(text->size(), 1)
             << text.key().toStdString() << " in " << text->join(u" and "_s).toStdString();
+    }
+}
+
+TEST(TextTablesTest, NoTwoTablesShareAName)
+{
+    const QStringList paths = testing::productSources(u"*Texts.h"_s).keys();
+    EXPECT_FALSE(paths.isEmpty()); // Or the search finds nothing at all.
+    QSet<QString> names;
+    for (const QString& path : paths) {
+        const QString name = path.section(u'/', -1);
+        EXPECT_FALSE(names.contains(name)) << name.toStdString();
+        names.insert(name);
     }
 }
 

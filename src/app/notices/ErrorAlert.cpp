@@ -1,6 +1,6 @@
 #include "app/notices/ErrorAlert.h"
 
-#include "app/notices/AlertTexts.h"
+#include "app/notices/SharedAlertTexts.h"
 #include "app/settings/Localization.h"
 #include "app/vocabulary/SettingsTexts.h"
 #include "platform/Alerts.h"
