@@ -46,4 +46,10 @@ struct SimplifiedText {
     [[nodiscard]] QString toString() const { return zhHans.toString(); }
 };
 
+/// @p text, which may come from outside, or @p fallback in its place when it is empty.
+[[nodiscard]] inline QString orElse(const QString& text, const SimplifiedText& fallback)
+{
+    return text.isEmpty() ? fallback.toString() : text;
+}
+
 } // namespace tavrin

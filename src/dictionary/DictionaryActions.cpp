@@ -2,7 +2,7 @@
 
 #include "dictionary/DictionaryPageView.h"
 #include "dictionary/DictionaryStore.h"
-#include "dictionary/DictionaryTexts.h"
+#include "dictionary/EditTermTexts.h"
 #include "platform/Alerts.h"
 #include "platform/Clock.h"
 #include "platform/preferences/PreferenceKeys.h"

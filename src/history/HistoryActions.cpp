@@ -1,8 +1,8 @@
 #include "history/HistoryActions.h"
 
+#include "history/ClearHistoryTexts.h"
 #include "history/HistoryRetention.h"
 #include "history/HistoryStore.h"
-#include "history/HistoryTexts.h"
 #include "platform/Alerts.h"
 #include "platform/Pasteboard.h"
 #include "platform/preferences/PreferenceKeys.h"

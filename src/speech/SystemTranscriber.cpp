@@ -19,7 +19,7 @@ Error speechError(int code, const QString& message)
     return {u"TavrinSpeech"_s, code, message};
 }
 
-QString orElse(const std::function<QString()>& message, const SimplifiedText& fallback)
+QString wordingOf(const std::function<QString()>& message, const SimplifiedText& fallback)
 {
     return message ? message() : fallback.toString();
 }
@@ -62,7 +62,7 @@ void SystemTranscriber::transcribe(const QString& path, Completion<Result<QStrin
     auto start = m_guard.bind([this, path, completion] { recognize(path, completion); });
     m_permissions.requestSpeech(
         [start = std::move(start), &queue = m_mainQueue, completion = std::move(completion),
-            notAllowed = orElse(m_messages.speechNotAllowed, texts::speechNotAllowed)](
+            notAllowed = wordingOf(m_messages.speechNotAllowed, texts::speechNotAllowed)](
             AuthorizationStatus status) {
             if (status == AuthorizationStatus::Authorized)
                 queue.post(start);
@@ -77,7 +77,7 @@ void SystemTranscriber::recognize(
     std::erase_if(m_runs, [](const Run& run) { return run.reported->load(); });
     if (!m_recognizer.isAvailable()) {
         completion(failure(unavailable(m_recognizer.availability(),
-            orElse(m_messages.speechUnavailable, texts::speechUnavailable))));
+            wordingOf(m_messages.speechUnavailable, texts::speechUnavailable))));
         return;
     }
     const SpeechRequest request{

@@ -5,6 +5,7 @@
 #include "support/ports/InMemoryPermissions.h"
 #include "support/ports/InMemoryRecogniserSettings.h"
 #include "support/ports/InMemoryWordBreaker.h"
+#include "support/ports/Kept.h"
 #include "support/ports/RecordingKeyboard.h"
 #include "support/ports/SharedTime.h"
 #include "support/sound/InMemorySoundPlayer.h"
@@ -46,12 +47,6 @@ ControllerFixture::ControllerFixture()
 
 Platform ControllerFixture::createPorts()
 {
-    const auto kept = [](auto*& raw, auto&&... arguments) {
-        auto made = std::make_unique<std::remove_reference_t<decltype(*raw)>>(
-            std::forward<decltype(arguments)>(arguments)...);
-        raw = made.get();
-        return made;
-    };
     return {
         {
             .keyNames = {},

@@ -1,5 +1,6 @@
 #include "platform/DesktopTexts.h"
 
+#include "app/ProductSources.h"
 #include "app/account/AccountTexts.h"
 #include "app/account/ProviderTexts.h"
 #include "app/health/HealthTexts.h"
@@ -15,8 +16,6 @@
 #include "support/ports/InMemoryPreferences.h"
 #include "support/ports/InMemoryWorkspace.h"
 
-#include <QDirIterator>
-#include <QFile>
 #include <QRegularExpression>
 #include <QSet>
 #include <gtest/gtest.h>
@@ -109,20 +108,6 @@ TEST_P(DesktopTextsTest, LinuxSaysItInThreeLanguagesWithoutAWordOfTheOtherDeskto
     EXPECT_GT(shown[2].size(), shown[0].size()); // Nothing is left out.
 }
 
-/// The contents of the source files whose names fit @p pattern, by their names.
-QMap<QString, QString> sources(const QString& pattern)
-{
-    QMap<QString, QString> contents;
-    QDirIterator files(
-        QStringLiteral(TAVRIN_SOURCES), {pattern}, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        QFile file(files.next());
-        if (file.open(QIODevice::ReadOnly))
-            contents[file.fileName()] = QString::fromUtf8(file.readAll());
-    }
-    return contents;
-}
-
 /// The names of the texts that speak of what only the other desktop has.
 QStringList textsOfTheOtherDesktop()
 {
@@ -132,7 +117,7 @@ QStringList textsOfTheOtherDesktop()
         QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression seam(uR"("\s+u")"_s); // A text may go on in the next line.
     QStringList names;
-    for (QString content : sources(u"*Texts.h"_s)) {
+    for (QString content : testing::productSources(u"*Texts.h"_s)) {
         for (const QRegularExpressionMatch& found : text.globalMatch(content.remove(seam))) {
             if (found.captured(2).contains(otherDesktop))
                 names.append(found.captured(1));
@@ -158,7 +143,7 @@ TEST(TextsOfTheOtherDesktopTest, EachCanBeReplacedByTheDesktop)
 
 TEST(TextsOfTheOtherDesktopTest, NoneIsShownPastTheDesktop)
 {
-    const QMap<QString, QString> files = sources(u"*.cpp"_s);
+    const QMap<QString, QString> files = testing::productSources(u"*.cpp"_s);
     for (const QString& name : textsOfTheOtherDesktop()) {
         if (pageNames.contains(name))
             continue;

@@ -1,9 +1,9 @@
+#include "app/ProductSources.h"
 #include "support/QtPrinters.h"
 
-#include <QDirIterator>
-#include <QFile>
 #include <QHash>
 #include <QRegularExpression>
+#include <QSet>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -11,25 +11,11 @@ using namespace Qt::StringLiterals;
 namespace tavrin {
 namespace {
 
-/// The contents of the product's files whose names fit @p pattern, by their paths.
-QHash<QString, QString> sources(const QString& pattern)
-{
-    QHash<QString, QString> contents;
-    QDirIterator files(
-        QStringLiteral(TAVRIN_SOURCES), {pattern}, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        QFile file(files.next());
-        if (file.open(QIODevice::ReadOnly))
-            contents[file.fileName()] = QString::fromUtf8(file.readAll());
-    }
-    return contents;
-}
-
 /// The header that defines each text, by the text's name; several where several do.
 QHash<QString, QStringList> headersOfTexts()
 {
     static const QRegularExpression text(uR"(inline constexpr \S+\s+(\w+)\s*\{)"_s);
-    const QHash<QString, QString> tables = sources(u"*Texts.h"_s);
+    const QMap<QString, QString> tables = testing::productSources(u"*Texts.h"_s);
     QHash<QString, QStringList> headers;
     for (auto table = tables.begin(); table != tables.end(); ++table) {
         for (const QRegularExpressionMatch& found : text.globalMatch(*table))
@@ -49,10 +35,22 @@ TEST(TextTablesTest, NoTwoTextsShareAName)
     }
 }
 
+TEST(TextTablesTest, NoTwoTablesShareAName)
+{
+    const QStringList paths = testing::productSources(u"*Texts.h"_s).keys();
+    EXPECT_FALSE(paths.isEmpty()); // Or the search finds nothing at all.
+    QSet<QString> names;
+    for (const QString& path : paths) {
+        const QString name = path.section(u'/', -1);
+        EXPECT_FALSE(names.contains(name)) << name.toStdString();
+        names.insert(name);
+    }
+}
+
 TEST(TextTablesTest, NoTextOfTheInterfaceStandsAmongTheCode)
 {
     static const QRegularExpression chinese(u"\\p{Han}"_s);
-    const QHash<QString, QString> code = sources(u"*.cpp"_s);
+    const QMap<QString, QString> code = testing::productSources(u"*.cpp"_s);
     EXPECT_FALSE(code.isEmpty()); // Or the search finds nothing at all.
     for (auto file = code.begin(); file != code.end(); ++file) {
         EXPECT_FALSE(file->contains(chinese))

@@ -6,6 +6,7 @@
 #include "platform/preferences/PreferenceKeys.h"
 #include "support/ports/InMemoryKeyMonitor.h"
 #include "support/ports/InMemoryWordBreaker.h"
+#include "support/ports/Kept.h"
 #include "support/ports/SharedTime.h"
 #include "support/sound/InMemorySoundPlayer.h"
 #include "ui/DesktopInterface.h"
@@ -42,12 +43,6 @@ ProgramStage::~ProgramStage()
 
 Platform ProgramStage::createPorts()
 {
-    const auto kept = [](auto*& raw, auto&&... arguments) {
-        auto made = std::make_unique<std::remove_reference_t<decltype(*raw)>>(
-            std::forward<decltype(arguments)>(arguments)...);
-        raw = made.get();
-        return made;
-    };
     return {
         {
             .keyNames = linuxKeyNames(),

@@ -162,8 +162,7 @@ HealthCheck::State HealthCheck::deliveryState() const
     if (*verified)
         return {localization.LT(texts::deliveryVerified), HealthColor::Healthy};
     const QString reason = singleLine(valueOf(m_sources.preferences, keys::lastDeliveryReason));
-    return {texts::deliveryFailed.toString().arg(
-                reason.isEmpty() ? texts::deliveryNotVerified.toString() : reason),
+    return {texts::deliveryFailed.toString().arg(orElse(reason, texts::deliveryNotVerified)),
         HealthColor::Problem};
 }
 

@@ -1,6 +1,6 @@
 #include "app/notices/ErrorAlert.h"
 
-#include "app/notices/AlertTexts.h"
+#include "app/notices/SharedAlertTexts.h"
 #include "app/settings/Localization.h"
 #include "app/vocabulary/SettingsTexts.h"
 #include "platform/Alerts.h"
@@ -20,7 +20,7 @@ void ErrorAlert::showError(const QString& title, const QString& detail)
     Alert alert;
     alert.style = Alert::Style::Warning;
     alert.messageText = title;
-    alert.informativeText = detail.isEmpty() ? texts::unknownError.toString() : detail;
+    alert.informativeText = orElse(detail, texts::unknownError);
     alert.buttons = {m_localization.LT(texts::ok)};
     m_alerts.show(alert, [](const AlertAnswer&) {});
 }

@@ -1,7 +1,7 @@
 #include "app/notices/FirstRunNotice.h"
 
-#include "app/notices/AlertTexts.h"
 #include "app/notices/FirstRunTexts.h"
+#include "app/notices/SharedAlertTexts.h"
 #include "app/settings/Localization.h"
 #include "app/windows/AccountPanel.h"
 #include "app/windows/MainWindow.h"

@@ -1,7 +1,7 @@
 #include "app/notices/UpdateChecker.h"
 
-#include "app/notices/AlertTexts.h"
 #include "app/notices/ErrorAlert.h"
+#include "app/notices/SharedAlertTexts.h"
 #include "app/notices/UpdateOffer.h"
 #include "app/notices/UpdateTexts.h"
 #include "platform/Alerts.h"
@@ -21,11 +21,6 @@ namespace {
 
 constexpr Seconds checkInterval = 6h;
 constexpr int downloadButton = 0;
-
-QString orElse(const QString& text, const SimplifiedText& fallback)
-{
-    return text.isEmpty() ? fallback.toString() : text;
-}
 
 } // namespace
 

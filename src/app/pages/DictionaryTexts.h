@@ -2,7 +2,7 @@
 
 #include "base/LocalizedText.h"
 
-/// Texts of the dictionary page; those of its alerts belong to the dictionary.
+/// Texts of the dictionary page; those of the dialog that edits a term stand in EditTermTexts.h.
 namespace tavrin::texts {
 
 inline constexpr LocalizedText dictionaryTitle{u"词典", u"詞典", u"Dictionary"};

@@ -4,7 +4,9 @@ class QString;
 
 namespace tavrin {
 
-/// Learns terms from what the user corrects in inserted text. Main thread only.
+/// The learning from what the user corrects in inserted text, as the session starts and ends it:
+/// CorrectionWatch. When a word that was seen there becomes a term, CandidateSightings decides.
+/// Main thread only.
 class CorrectionLearning {
 public:
     virtual ~CorrectionLearning() = default;

@@ -1,8 +1,8 @@
 #include "app/session/CorrectionWatch.h"
 
 #include "delivery/TargetContext.h"
+#include "dictionary/CandidateSightings.h"
 #include "dictionary/CorrectionCandidates.h"
-#include "dictionary/DictionaryLearning.h"
 #include "dictionary/DictionaryStore.h"
 #include "platform/Clock.h"
 #include "platform/MainQueue.h"

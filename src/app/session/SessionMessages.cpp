@@ -6,15 +6,6 @@
 #include "delivery/TextDelivery.h"
 
 namespace tavrin {
-namespace {
-
-QString orElse(const QString& text, const SimplifiedText& fallback)
-{
-    return text.isEmpty() ? fallback.toString() : text;
-}
-
-} // namespace
-
 QString chatContext(const ApplicationContext& application)
 {
     return texts::chatContext.toString().arg(orElse(application.name, texts::unnamedApplication),

@@ -1,5 +1,6 @@
 #include "ui/controls/Card.h"
 
+#include "ui/controls/Label.h"
 #include "ui/controls/Painting.h"
 #include "ui/controls/Placing.h"
 #include "ui/style/BrandStyle.h"
@@ -41,6 +42,12 @@ void Panel::paintEvent(QPaintEvent* /*event*/)
 Panel* addHairline(QWidget& parent, const QRect& frame)
 {
     return new Panel(parent, frame, 0, brand::hairline());
+}
+
+void addCaption(QWidget& card, int y, const QString& text)
+{
+    new Label(
+        card, QRect(22, y, 138, 30), brand::tavBodyFont(), brand::secondaryLabelColor(), text);
 }
 
 } // namespace tavrin::ui

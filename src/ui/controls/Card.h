@@ -45,4 +45,7 @@ private:
 /// A line between the rows of a card, as long as @p frame is wide.
 [[nodiscard]] Panel* addHairline(QWidget& parent, const QRect& frame);
 
+/// What a row of a card is about, at its left edge; @p y from the bottom of the card. Owned by it.
+void addCaption(QWidget& card, int y, const QString& text);
+
 } // namespace tavrin::ui

@@ -22,12 +22,6 @@ constexpr int ringWidth = 2;
 constexpr int ringGap = 2;
 constexpr double usualRadius = 10;
 
-bool isByKeyboard(Qt::FocusReason reason)
-{
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
-        || reason == Qt::ShortcutFocusReason;
-}
-
 bool wantsNone(const QWidget& control)
 {
     return control.property(noneProperty).toBool() || qobject_cast<const QLineEdit*>(&control)
@@ -48,6 +42,12 @@ QRect room(const QWidget& control, const QWidget& window)
 }
 
 } // namespace
+
+bool isByKeyboard(Qt::FocusReason reason)
+{
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
+        || reason == Qt::ShortcutFocusReason;
+}
 
 FocusRing::FocusRing(QWidget& window)
     : QWidget(&window)

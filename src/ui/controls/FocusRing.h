@@ -5,6 +5,9 @@
 
 namespace tavrin::ui {
 
+/// Whether a key has moved the focus, not the mouse or the program.
+[[nodiscard]] bool isByKeyboard(Qt::FocusReason reason);
+
 /// The ring around the control that has the keyboard, once the keyboard has moved there. Controls
 /// that show it themselves have none. One for each window, above all that it holds.
 class FocusRing final : public QWidget {

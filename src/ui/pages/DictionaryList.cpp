@@ -2,6 +2,8 @@
 
 #include "ui/controls/AccessibleList.h"
 #include "ui/controls/Button.h"
+#include "ui/controls/FocusRing.h"
+#include "ui/controls/ListKeys.h"
 #include "ui/controls/Placing.h"
 #include "ui/controls/ScrollBar.h"
 #include "ui/pages/TermRow.h"
@@ -27,12 +29,6 @@ constexpr int slotCount = rowsPerPage + 1; // Between two rows, parts of one mor
 constexpr int wheelStep = rowHeight / 3; // A notch of the wheel is three steps.
 constexpr int hairlineLeft = 21;
 constexpr int hairlineWidth = 494;
-
-/// A list that moved under the pointer would have another term pressed.
-bool isByKeyboard(Qt::FocusReason reason)
-{
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
-}
 
 } // namespace
 
@@ -169,6 +165,7 @@ bool DictionaryList::eventFilter(QObject* watched, QEvent* event)
         m_current = {firstRow() + static_cast<qsizetype>(slot),
             static_cast<std::size_t>(button - buttons.begin())};
     }
+    // A list that moved under the pointer would have another term pressed.
     if (isByKeyboard(static_cast<QFocusEvent*>(event)->reason()))
         makeVisible(m_current.row);
     return false;
@@ -182,28 +179,11 @@ void DictionaryList::keyPressEvent(QKeyEvent* event)
 
 bool DictionaryList::handleKey(int key)
 {
-    switch (key) {
-    case Qt::Key_Up:
-        goTo(m_current.row - 1);
-        return true;
-    case Qt::Key_Down:
-        goTo(m_current.row + 1);
-        return true;
-    case Qt::Key_PageUp:
-        goTo(m_current.row - rowsPerPage);
-        return true;
-    case Qt::Key_PageDown:
-        goTo(m_current.row + rowsPerPage);
-        return true;
-    case Qt::Key_Home:
-        goTo(0);
-        return true;
-    case Qt::Key_End:
-        goTo(m_rows.size() - 1);
-        return true;
-    default:
-        return false;
-    }
+    const auto row = rowAtKey(key, m_current.row, m_rows.size(),
+        [this](int pages) { return m_current.row + pages * rowsPerPage; });
+    if (row)
+        goTo(*row);
+    return row.has_value();
 }
 
 void DictionaryList::goTo(qsizetype row)

@@ -18,7 +18,6 @@ constexpr QRect languageCard(36, 416, 538, 112);
 constexpr QRect targetsCard(36, 314, 538, 88);
 constexpr QRect audioCard(36, 152, 538, 148);
 constexpr int recogniserHeight = 56; ///< What the audio card grows by, downwards.
-constexpr int captionWidth = 138;
 constexpr int textWidth = 494;
 
 template <typename Item>
@@ -28,12 +27,6 @@ QStringList titlesOf(const QList<Item>& items)
     for (const Item& item : items)
         titles.append(item.title);
     return titles;
-}
-
-void addCaption(QWidget& card, int y, const QString& text)
-{
-    new Label(card, QRect(22, y, captionWidth, 30), brand::tavBodyFont(),
-        brand::secondaryLabelColor(), text);
 }
 
 } // namespace

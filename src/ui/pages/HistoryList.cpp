@@ -4,6 +4,7 @@
 #include "app/settings/Localization.h"
 #include "ui/controls/AccessibleList.h"
 #include "ui/controls/Card.h"
+#include "ui/controls/ListKeys.h"
 #include "ui/controls/Painting.h"
 #include "ui/controls/Placing.h"
 #include "ui/controls/ScrollBar.h"
@@ -240,28 +241,13 @@ bool HistoryList::handleKey(int key)
 {
     if (m_content.rows.isEmpty())
         return false;
-    switch (key) {
-    case Qt::Key_Up:
-        goTo(m_current.row - 1);
-        return true;
-    case Qt::Key_Down:
-        goTo(m_current.row + 1);
-        return true;
-    case Qt::Key_PageUp:
-        goTo(rowAt(m_layout.itemOfRow(std::max<qsizetype>(m_current.row, 0)).top - height()));
-        return true;
-    case Qt::Key_PageDown:
-        goTo(rowAt(m_layout.itemOfRow(std::max<qsizetype>(m_current.row, 0)).top + height()));
-        return true;
-    case Qt::Key_Home:
-        goTo(0);
-        return true;
-    case Qt::Key_End:
-        goTo(m_content.rows.size() - 1);
-        return true;
-    default:
-        return false;
-    }
+    const auto row = rowAtKey(key, m_current.row, m_content.rows.size(), [this](int pages) {
+        const qsizetype from = std::max<qsizetype>(m_current.row, 0);
+        return rowAt(m_layout.itemOfRow(from).top + pages * height());
+    });
+    if (row)
+        goTo(*row);
+    return row.has_value();
 }
 
 void HistoryList::goTo(qsizetype row)

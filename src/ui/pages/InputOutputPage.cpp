@@ -22,12 +22,6 @@ constexpr std::array shortcutPopupNames{"shortcutPopup", "dictationSecondaryShor
 
 constexpr QRect statusCard(36, 28, 538, 40);
 
-void addCaption(QWidget& card, int y, const QString& text)
-{
-    new Label(
-        card, QRect(22, y, 138, 30), brand::tavBodyFont(), brand::secondaryLabelColor(), text);
-}
-
 /// The popup below the shortcuts.
 Popup* addOutput(Card& card, const QString& caption, const QString& objectName)
 {

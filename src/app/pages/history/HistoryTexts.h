@@ -2,7 +2,7 @@
 
 #include "base/LocalizedText.h"
 
-/// Texts of the history page.
+/// Texts of the history page; the question before it is cleared stands in ClearHistoryTexts.h.
 namespace tavrin::texts {
 
 inline constexpr LocalizedText historyTitle{u"历史记录", u"歷史記錄", u"History"};

@@ -48,22 +48,13 @@ int writeFile(void* file, std::uint8_t* bytes, int count)
 std::int64_t seekFile(void* opaque, std::int64_t offset, int whence)
 {
     auto* file = static_cast<ReservedFile*>(opaque);
-    switch (whence & ~AVSEEK_FORCE) {
-    case AVSEEK_SIZE:
+    if ((whence & ~AVSEEK_FORCE) == AVSEEK_SIZE)
         return file->size();
-    case SEEK_CUR:
-        offset += file->position();
-        break;
-    case SEEK_END:
-        offset += file->size();
-        break;
-    default:
-        break;
-    }
-    if (offset < 0)
+    const std::int64_t target = soughtPosition(offset, whence, file->position(), file->size());
+    if (target < 0)
         return AVERROR(EINVAL);
-    file->seek(offset);
-    return offset;
+    file->seek(target);
+    return target;
 }
 
 } // namespace

@@ -52,19 +52,10 @@ int readFile(void* file, std::uint8_t* buffer, int size)
 std::int64_t seekFile(void* opaque, std::int64_t offset, int whence)
 {
     auto* file = static_cast<QFile*>(opaque);
-    switch (whence & ~AVSEEK_FORCE) {
-    case AVSEEK_SIZE:
+    if ((whence & ~AVSEEK_FORCE) == AVSEEK_SIZE)
         return file->size();
-    case SEEK_CUR:
-        offset += file->pos();
-        break;
-    case SEEK_END:
-        offset += file->size();
-        break;
-    default:
-        break;
-    }
-    return offset >= 0 && file->seek(offset) ? offset : AVERROR(EINVAL);
+    const std::int64_t target = soughtPosition(offset, whence, file->pos(), file->size());
+    return target >= 0 && file->seek(target) ? target : AVERROR(EINVAL);
 }
 
 } // namespace

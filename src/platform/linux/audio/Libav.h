@@ -3,6 +3,8 @@
 #include "platform/linux/libraries/SharedLibrary.h"
 
 #include <cerrno>
+#include <cstdint>
+#include <cstdio>
 #include <memory>
 
 extern "C" {
@@ -120,6 +122,21 @@ using OutputFormat = std::unique_ptr<AVFormatContext, ReleaseOutputFormat>;
 
 /// Bytes between the library and a file.
 inline constexpr int ioBufferSize = 32'768;
+
+/// Where a callback of an AVIOContext is asked to go in a file of this size, from this position;
+/// may be negative. Not for AVSEEK_SIZE, which asks for the size.
+[[nodiscard]] inline std::int64_t soughtPosition(
+    std::int64_t offset, int whence, std::int64_t position, std::int64_t size)
+{
+    switch (whence & ~AVSEEK_FORCE) {
+    case SEEK_CUR:
+        return position + offset;
+    case SEEK_END:
+        return size + offset;
+    default:
+        return offset;
+    }
+}
 
 /// The libraries write their complaints to stderr otherwise, file names included.
 inline void silenceLog()

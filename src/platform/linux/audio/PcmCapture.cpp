@@ -1,6 +1,7 @@
 #include "platform/linux/audio/PcmCapture.h"
 
 #include "platform/linux/audio/AudioErrors.h"
+#include "platform/linux/audio/PulseSources.h"
 #include "platform/linux/audio/RecordingTexts.h"
 #include "platform/linux/libraries/Libpulse.h"
 
@@ -34,48 +35,33 @@ Error error(PcmCapture::ErrorCode code)
     return {};
 }
 
-std::optional<QByteArray> defaultSource(
-    PulseConnection& connection, PulseConnection::Deadline deadline)
-{
-    return connection.ask<QByteArray>(
-        deadline, [](pa_context* context, PulseConnection::Question<QByteArray>* question) {
-            return pa_context_get_server_info(
-                context,
-                [](pa_context*, const pa_server_info* info, void* data) {
-                    auto& asked = *static_cast<PulseConnection::Question<QByteArray>*>(data);
-                    if (info && info->default_source_name && *info->default_source_name)
-                        asked.answer() = info->default_source_name;
-                    asked.finish();
-                },
-                question);
-        });
-}
-
-/// Whether the source hands out what an output plays.
-std::optional<bool> isMonitor(
+std::optional<bool> askWhetherMonitor(
     PulseConnection& connection, const QByteArray& source, PulseConnection::Deadline deadline)
 {
-    return connection.ask<bool>(
-        deadline, [source](pa_context* context, PulseConnection::Question<bool>* question) {
-            return pa_context_get_source_info_by_name(
-                context, source.constData(),
-                [](pa_context*, const pa_source_info* info, int, void* data) {
-                    auto& asked = *static_cast<PulseConnection::Question<bool>*>(data);
-                    if (info)
-                        asked.answer() = info->monitor_of_sink != PA_INVALID_INDEX;
-                    else
-                        asked.finish(); // After the one source, or instead of it.
-                },
-                question);
-        });
+    using Question = PulseConnection::Question<bool>;
+    return connection.ask<bool>(deadline, [source](pa_context* context, Question* question) {
+        return pa_context_get_source_info_by_name(
+            context, source.constData(),
+            [](pa_context*, const pa_source_info* info, int, void* data) {
+                auto& asked = Question::in(data);
+                if (info)
+                    asked.answer() = isMonitor(*info);
+                else
+                    asked.finish(); // After the one source, or instead of it.
+            },
+            question);
+    });
 }
 
-/// A server without a microphone offers what its outputs play: nobody has said that.
+/// A server without a microphone offers what its outputs play.
 std::optional<QByteArray> defaultMicrophone(
     PulseConnection& connection, PulseConnection::Deadline deadline)
 {
-    auto source = defaultSource(connection, deadline);
-    return source && isMonitor(connection, *source, deadline) == false ? source : std::nullopt;
+    const auto devices = askDefaultDevices(connection, deadline);
+    if (!devices || devices->source.isEmpty())
+        return std::nullopt;
+    const bool isMicrophone = askWhetherMonitor(connection, devices->source, deadline) == false;
+    return isMicrophone ? std::optional(devices->source) : std::nullopt;
 }
 
 } // namespace
@@ -327,7 +313,7 @@ bool PcmCapture::setCorked(bool corked)
                    return stream->cork(
                        corked,
                        [](pa_stream*, int success, void* data) {
-                           auto& asked = *static_cast<PulseConnection::Question<bool>*>(data);
+                           auto& asked = PulseConnection::Question<bool>::in(data);
                            asked.answer() = success != 0;
                            asked.finish();
                        },

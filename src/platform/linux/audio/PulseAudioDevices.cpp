@@ -1,5 +1,6 @@
 #include "platform/linux/audio/PulseAudioDevices.h"
 
+#include "platform/linux/audio/PulseSources.h"
 #include "platform/linux/libraries/Libpulse.h"
 
 #include <algorithm>
@@ -13,27 +14,12 @@ namespace {
 
 using Descriptions = QList<PulseAudioDevices::Description>;
 
-struct Defaults {
-    QByteArray source;
-    QByteArray sink;
-};
-
 struct SinkState {
     quint32 mute = 0;
     pa_cvolume volume{};
 };
 
-/// The question behind the user data of a libpulse callback.
-template <class Answer>
-PulseConnection::Question<Answer>& questionIn(void* data)
-{
-    return *static_cast<PulseConnection::Question<Answer>*>(data);
-}
-
-bool isMonitor(const pa_source_info& source)
-{
-    return source.monitor_of_sink != PA_INVALID_INDEX;
-}
+using tavrin::isMonitor;
 
 bool isMonitor(const pa_sink_info& /*sink*/)
 {
@@ -55,7 +41,7 @@ bool isSilent(const pa_sink_info& /*sink*/)
 template <class Info>
 void describe(const Info* info, int end, void* data)
 {
-    auto& question = questionIn<Descriptions>(data);
+    auto& question = PulseConnection::Question<Descriptions>::in(data);
     if (!info) {
         if (end < 0)
             question.answer().reset(); // The list is not complete.
@@ -96,22 +82,6 @@ std::optional<Descriptions> askSinks(
         });
 }
 
-std::optional<Defaults> askDefaults(PulseConnection& connection, PulseConnection::Deadline deadline)
-{
-    return connection.ask<Defaults>(
-        deadline, [](pa_context* context, PulseConnection::Question<Defaults>* question) {
-            return pa_context_get_server_info(
-                context,
-                [](pa_context*, const pa_server_info* info, void* data) {
-                    auto& asked = questionIn<Defaults>(data);
-                    if (info)
-                        asked.answer() = {info->default_source_name, info->default_sink_name};
-                    asked.finish();
-                },
-                question);
-        });
-}
-
 std::optional<SinkState> askSink(PulseConnection& connection, const QByteArray& name)
 {
     if (name.isEmpty())
@@ -121,7 +91,7 @@ std::optional<SinkState> askSink(PulseConnection& connection, const QByteArray& 
             return pa_context_get_sink_info_by_name(
                 context, name.constData(),
                 [](pa_context*, const pa_sink_info* info, int, void* data) {
-                    auto& asked = questionIn<SinkState>(data);
+                    auto& asked = PulseConnection::Question<SinkState>::in(data);
                     if (info)
                         asked.answer() = {info->mute != 0 ? 1U : 0U, info->volume};
                     else
@@ -140,7 +110,7 @@ PulseConnection::Order change(
             return start(
                 context,
                 [](pa_context*, int success, void* data) {
-                    auto& asked = questionIn<bool>(data);
+                    auto& asked = PulseConnection::Question<bool>::in(data);
                     asked.answer() = success != 0;
                     asked.finish();
                 },
@@ -331,7 +301,7 @@ void PulseAudioDevices::waitForDefaultSource(const QByteArray& name, Deadline de
 
 std::optional<QByteArray> PulseAudioDevices::defaultName(Kind kind, Deadline deadline)
 {
-    const auto defaults = askDefaults(*m_connection, deadline);
+    const auto defaults = askDefaultDevices(*m_connection, deadline);
     if (!defaults)
         return std::nullopt;
     const QByteArray& name = kind == Kind::Source ? defaults->source : defaults->sink;

@@ -165,6 +165,9 @@ class PulseConnection::Question final : public QuestionBase {
 public:
     using QuestionBase::QuestionBase;
 
+    /// The question behind the user data of a callback of libpulse.
+    [[nodiscard]] static Question& in(void* data) { return *static_cast<Question*>(data); }
+
     ~Question() override { m_promise.set_value(std::move(m_answer)); }
 
     /// What finish() will hand to the one who asks; kept here while it is collected.

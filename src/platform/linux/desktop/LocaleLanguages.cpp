@@ -17,6 +17,7 @@ bool namesNoLanguage(const QString& locale)
     return locale.isEmpty() || locale == u"C" || locale == u"POSIX";
 }
 
+// The tags of QLocale and ICU leave out what a modifier stands for, and the script of Chinese.
 QString script(const QString& language, const QString& territory, const QString& modifier)
 {
     if (modifier == u"latin")

@@ -1,19 +1,15 @@
 #include "platform/linux/inputmethod/Fcitx5.h"
 
 #include "platform/linux/desktop/XdgFolders.h"
+#include "platform/linux/inputmethod/EngineWait.h"
 
 #include <QFile>
 
 #include <dbus/dbus.h>
 #include <optional>
-#include <thread>
 
 namespace tavrin {
 namespace {
-
-using namespace std::chrono_literals;
-
-constexpr auto lookAgain = 5ms;
 
 QByteArray sessionBusAddress()
 {
@@ -55,12 +51,7 @@ public:
     template <class Condition>
     [[nodiscard]] bool becomes(const Condition& wanted) const
     {
-        for (auto now = engine(); now; now = engine()) {
-            if (wanted(*now))
-                return true;
-            std::this_thread::sleep_for(lookAgain);
-        }
-        return false;
+        return engineBecomes([this] { return engine(); }, wanted);
     }
 
 private:

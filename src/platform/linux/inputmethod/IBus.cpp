@@ -1,17 +1,13 @@
 #include "platform/linux/inputmethod/IBus.h"
 
+#include "platform/linux/inputmethod/EngineWait.h"
 #include "platform/linux/inputmethod/IBusAddress.h"
 
 #include <dbus/dbus.h>
 #include <optional>
-#include <thread>
 
 namespace tavrin {
 namespace {
-
-using namespace std::chrono_literals;
-
-constexpr auto lookAgain = 5ms;
 
 const char* const service = "org.freedesktop.IBus";
 const char* const path = "/org/freedesktop/IBus";
@@ -65,17 +61,13 @@ public:
         return answer ? engineNameIn(answer.get()) : std::nullopt;
     }
 
-    /// True once the engine is in use: the daemon may answer before.
+    /// True once the engine is in use.
     [[nodiscard]] bool select(const QString& name) const
     {
         if (!m_bus.call({service, path, service, "SetGlobalEngine", {name}}, m_deadline))
             return false;
-        for (auto now = engine(); now; now = engine()) {
-            if (*now == name)
-                return true;
-            std::this_thread::sleep_for(lookAgain);
-        }
-        return false;
+        return engineBecomes(
+            [this] { return engine(); }, [&](const QString& now) { return now == name; });
     }
 
 private:

@@ -3,43 +3,13 @@
 #include "base/Log.h"
 #include "platform/linux/speech/engine/SpeechEngineErrors.h"
 #include "platform/linux/speech/engine/SpeechEngineTexts.h"
+#include "platform/linux/speech/engine/WholeUtterance.h"
 #include "platform/speech/SpeechAvailability.h"
 
 #include <utility>
-#include <vector>
 
 namespace tavrin {
 namespace {
-
-/// Finished speech: decoded as a whole, so that its loudness and its channel are known.
-class WholeUtterance final : public Utterance {
-public:
-    WholeUtterance(SphinxDecoder& decoder, std::stop_token stop)
-        : m_decoder(decoder)
-        , m_stop(std::move(stop))
-    {
-    }
-
-    Result<void> feed(std::span<const qint16> samples) override
-    {
-        m_samples.insert(m_samples.end(), samples.begin(), samples.end());
-        return {};
-    }
-
-    [[nodiscard]] QString partialText() const override { return {}; }
-
-    [[nodiscard]] Result<QString> finish() override
-    {
-        if (m_stop.stop_requested())
-            return failure(speechEngineError(SpeechEngineError::Cancelled));
-        return m_decoder.decode(m_samples);
-    }
-
-private:
-    SphinxDecoder& m_decoder;
-    std::stop_token m_stop;
-    std::vector<qint16> m_samples;
-};
 
 /// Speech that goes on: decoded as it comes, a new utterance after every pause, so that neither
 /// memory nor the work for one block grows.
@@ -140,7 +110,11 @@ Result<std::unique_ptr<Utterance>> SphinxEngine::begin(
     m_decoder->favour(request.contextualStrings);
     if (request.shouldReportPartialResults)
         return std::make_unique<StreamedUtterance>(*m_decoder);
-    return std::make_unique<WholeUtterance>(*m_decoder, std::move(stop));
+    // As a whole its loudness and its channel are known.
+    return std::make_unique<WholeUtterance>(
+        [decoder = m_decoder.get()](
+            std::span<const qint16> samples) { return decoder->decode(samples); },
+        std::move(stop));
 }
 
 } // namespace tavrin

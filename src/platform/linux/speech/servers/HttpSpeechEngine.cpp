@@ -2,6 +2,7 @@
 
 #include "platform/linux/speech/engine/SpeechEngineErrors.h"
 #include "platform/linux/speech/engine/SpeechEngineTexts.h"
+#include "platform/linux/speech/engine/WholeUtterance.h"
 #include "platform/linux/speech/servers/NetworkWait.h"
 #include "platform/linux/speech/servers/ServerAddress.h"
 #include "platform/linux/speech/servers/WavFile.h"
@@ -15,7 +16,6 @@
 #include <QNetworkReply>
 
 #include <algorithm>
-#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -164,37 +164,6 @@ private:
     QByteArray m_answer;
 };
 
-class UploadedUtterance final : public Utterance {
-public:
-    UploadedUtterance(const SpeechServer& server, QStringList terms, std::stop_token stop)
-        : m_server(server)
-        , m_terms(std::move(terms))
-        , m_stop(std::move(stop))
-    {
-    }
-
-    Result<void> feed(std::span<const qint16> samples) override
-    {
-        m_samples.insert(m_samples.end(), samples.begin(), samples.end());
-        return {};
-    }
-
-    [[nodiscard]] QString partialText() const override { return {}; }
-
-    [[nodiscard]] Result<QString> finish() override
-    {
-        if (m_stop.stop_requested())
-            return failure(speechEngineError(SpeechEngineError::Cancelled));
-        return Transcription(m_server, m_stop).run(m_samples, m_terms);
-    }
-
-private:
-    const SpeechServer& m_server;
-    QStringList m_terms;
-    std::stop_token m_stop;
-    std::vector<qint16> m_samples;
-};
-
 } // namespace
 
 HttpSpeechEngine::HttpSpeechEngine(SpeechServer server)
@@ -221,8 +190,11 @@ Result<std::unique_ptr<Utterance>> HttpSpeechEngine::begin(
 {
     if (!m_server.address)
         return failure(speechEngineError(SpeechEngineError::NotReachable));
-    return std::make_unique<UploadedUtterance>(
-        m_server, request.contextualStrings, std::move(stop));
+    return std::make_unique<WholeUtterance>(
+        [this, terms = request.contextualStrings, stop](std::span<const qint16> samples) {
+            return Transcription(m_server, stop).run(samples, terms);
+        },
+        std::move(stop));
 }
 
 } // namespace tavrin

@@ -1,4 +1,4 @@
-#include "dictionary/DictionaryLearning.h"
+#include "dictionary/CandidateSightings.h"
 
 #include "dictionary/DictionaryStore.h"
 #include "platform/preferences/PreferenceKeys.h"
@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 namespace tavrin {
 namespace {
 
-class DictionaryLearningTest : public ::testing::Test {
+class CandidateSightingsTest : public ::testing::Test {
 protected:
     testing::InMemoryPreferences preferences;
     testing::VirtualTime time;
@@ -42,7 +42,7 @@ protected:
     }
 };
 
-TEST_F(DictionaryLearningTest, ANameIsLearnedAtFirstSight)
+TEST_F(CandidateSightingsTest, ANameIsLearnedAtFirstSight)
 {
     time.advance(5s);
     EXPECT_TRUE(learn({u"OpenAI"_s}));
@@ -57,7 +57,7 @@ TEST_F(DictionaryLearningTest, ANameIsLearnedAtFirstSight)
     EXPECT_EQ(entry.updatedAt(), time.sinceEpoch());
 }
 
-TEST_F(DictionaryLearningTest, AnOrdinaryWordIsLearnedTheSecondTime)
+TEST_F(CandidateSightingsTest, AnOrdinaryWordIsLearnedTheSecondTime)
 {
     EXPECT_FALSE(learn({u"Müller"_s}));
     EXPECT_EQ(terms(), QStringList());
@@ -68,7 +68,7 @@ TEST_F(DictionaryLearningTest, AnOrdinaryWordIsLearnedTheSecondTime)
     EXPECT_EQ(counts(), (QVariantMap{{u"müller"_s, 2}}));
 }
 
-TEST_F(DictionaryLearningTest, WordsOfOtherLetterCaseCountTogetherWithinOnePass)
+TEST_F(CandidateSightingsTest, WordsOfOtherLetterCaseCountTogetherWithinOnePass)
 {
     EXPECT_TRUE(learn({u"Kate"_s, u"kate"_s, u"KATE"_s}));
 
@@ -77,7 +77,7 @@ TEST_F(DictionaryLearningTest, WordsOfOtherLetterCaseCountTogetherWithinOnePass)
     EXPECT_EQ(counts(), (QVariantMap{{u"kate"_s, 3}}));
 }
 
-TEST_F(DictionaryLearningTest, AKnownTermIsSightedAndKeepsItsSpelling)
+TEST_F(CandidateSightingsTest, AKnownTermIsSightedAndKeepsItsSpelling)
 {
     QVariantMap switchedOff = DictionaryEntry::manual(u"Ann"_s, Seconds{1}).stored();
     switchedOff[u"enabled"_s] = false;
@@ -97,14 +97,14 @@ TEST_F(DictionaryLearningTest, AKnownTermIsSightedAndKeepsItsSpelling)
     EXPECT_EQ(entries().first().hitCount(), 0);
 }
 
-TEST_F(DictionaryLearningTest, TheNewestTermStandsFirst)
+TEST_F(CandidateSightingsTest, TheNewestTermStandsFirst)
 {
     learn({u"A1"_s, u"B2"_s});
 
     EXPECT_EQ(terms(), QStringList({u"B2"_s, u"A1"_s}));
 }
 
-TEST_F(DictionaryLearningTest, NoCandidatesStoreNothing)
+TEST_F(CandidateSightingsTest, NoCandidatesStoreNothing)
 {
     EXPECT_FALSE(learn({}));
 
@@ -112,7 +112,7 @@ TEST_F(DictionaryLearningTest, NoCandidatesStoreNothing)
     EXPECT_EQ(preferences.synchronizations(), 0);
 }
 
-TEST_F(DictionaryLearningTest, CountsAreFlushedEvenWhereNoEntryChanges)
+TEST_F(CandidateSightingsTest, CountsAreFlushedEvenWhereNoEntryChanges)
 {
     learn({u"word"_s});
 
@@ -120,7 +120,7 @@ TEST_F(DictionaryLearningTest, CountsAreFlushedEvenWhereNoEntryChanges)
         (QVariantMap{{u"word"_s, 1}}));
 }
 
-TEST_F(DictionaryLearningTest, OldCountsStillCount)
+TEST_F(CandidateSightingsTest, OldCountsStillCount)
 {
     preferences.setValue(
         keys::dictionaryLearningCandidateCounts, QVariantMap{{u"word"_s, 1}, {u"other"_s, 7}});
@@ -129,7 +129,7 @@ TEST_F(DictionaryLearningTest, OldCountsStillCount)
     EXPECT_EQ(counts(), (QVariantMap{{u"word"_s, 2}, {u"other"_s, 7}}));
 }
 
-TEST_F(DictionaryLearningTest, CountsThatAreNoNumbersCountAsNone)
+TEST_F(CandidateSightingsTest, CountsThatAreNoNumbersCountAsNone)
 {
     const QVariantMap broken{
         {u"negative"_s, -5}, {u"text"_s, u"9"_s}, {u"list"_s, QVariantList{3}}, {u"huge"_s, 1e300}};

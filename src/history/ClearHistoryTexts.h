@@ -2,7 +2,8 @@
 
 #include "base/LocalizedText.h"
 
-/// Texts of the history's dialogs: in Simplified Chinese in every interface language.
+/// Texts of the question before the history is cleared, in Simplified Chinese in every interface
+/// language.
 namespace tavrin::texts {
 
 inline constexpr SimplifiedText clearHistoryQuestion{u"清空全部撰写记录？"};

@@ -1,4 +1,4 @@
-#include "dictionary/DictionaryLearning.h"
+#include "dictionary/CandidateSightings.h"
 
 #include "dictionary/CorrectionCandidates.h"
 #include "dictionary/DictionaryStore.h"

@@ -2,7 +2,7 @@
 
 #include "base/LocalizedText.h"
 
-/// Texts of the dictionary's actions.
+/// Texts of the dialog that edits a term, in Simplified Chinese in every interface language.
 namespace tavrin::texts {
 
 inline constexpr SimplifiedText editTerm{u"编辑词条"};
