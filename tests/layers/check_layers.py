@@ -78,6 +78,8 @@ ROOMS = {
     "platform/linux/speech/sphinx": {"platform/linux/speech/engine", "platform/linux/libraries"},
     "platform/linux/speech": {"platform/linux/speech/engine", "platform/linux/speech/servers",
                               "platform/linux/speech/sphinx", "platform/linux/audio"},
+    "platform/linux/recognizer": {"platform/linux/recognizer/onnx", "platform/linux/speech/engine"},
+    "platform/linux/recognizer/onnx": {"platform/linux/speech/engine", "platform/linux/libraries"},
     "devcloud/text": set(),
     "devcloud/api": set(),
     "devcloud/security": {"devcloud/text"},
