@@ -17,13 +17,13 @@ constexpr qsizetype melBins = 80; // Of every kind but Whisper, which says so it
 OnnxResult<void> checkZipformer(
     const OnnxSheet& sheet, std::span<const OnnxRequirement> requirements)
 {
-    if (const auto checked = sheet.check(requirements); !checked)
+    if (auto checked = sheet.check(requirements); !checked)
         return checked;
     const qsizetype stacks = sheet.count("num_encoder_layers");
     for (const OnnxRequirement& requirement : requirements) {
         if (requirement.value != OnnxRequirement::Value::Numbers)
             continue;
-        if (const auto checked = sheet.checkCount(requirement.key, stacks); !checked)
+        if (auto checked = sheet.checkCount(requirement.key, stacks); !checked)
             return checked;
     }
     return {};
@@ -31,10 +31,10 @@ OnnxResult<void> checkZipformer(
 
 OnnxResult<void> checkStackedFrames(const OnnxSheet& sheet)
 {
-    if (const auto checked = sheet.check(onnxrequirements::stackedFrames); !checked)
+    if (auto checked = sheet.check(onnxrequirements::stackedFrames); !checked)
         return checked;
     const qsizetype size = sheet.number("lfr_window_size") * melBins;
-    if (const auto checked = sheet.checkCount("neg_mean", size); !checked)
+    if (auto checked = sheet.checkCount("neg_mean", size); !checked)
         return checked;
     return sheet.checkCount("inv_stddev", size);
 }
@@ -74,10 +74,10 @@ OnnxResult<OnnxKindFound> paraformerOf(const OnnxSheet& encoder)
 /// The library looks up the scores of the languages' tokens without a look at their numbers.
 OnnxResult<void> checkWhisperLanguages(const OnnxSheet& encoder)
 {
-    if (const auto checked = encoder.check(onnxrequirements::multilingualWhisper); !checked)
+    if (auto checked = encoder.check(onnxrequirements::multilingualWhisper); !checked)
         return checked;
     const qsizetype languages = encoder.count("all_language_codes");
-    if (const auto checked = encoder.checkCount("all_language_tokens", languages); !checked)
+    if (auto checked = encoder.checkCount("all_language_tokens", languages); !checked)
         return checked;
     const int vocabulary = encoder.number("n_vocab");
     for (const QByteArray& token : encoder.value("all_language_tokens").split(',')) {

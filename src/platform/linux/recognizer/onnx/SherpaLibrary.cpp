@@ -57,6 +57,7 @@ OnnxResult<Handle> openFile(const QString& path)
     Handle handle(dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL));
     if (handle)
         return handle;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): each thread has a message of its own here.
     const char* const message = dlerror();
     return onnxFailure(
         OnnxFault::LibraryBroken, QString::fromLocal8Bit(message).left(longestMessage));
@@ -119,7 +120,7 @@ OnnxResult<const SherpaLibrary*> SherpaLibrary::open(const QString& folder)
             return onnxFailure(OnnxFault::OtherLibrary, openedFolder);
         return opened;
     }
-    const OnnxResult<const SherpaLibrary*> library = load(folder);
+    OnnxResult<const SherpaLibrary*> library = load(folder);
     if (library) {
         opened = *library;
         openedFolder = canonical;

@@ -95,7 +95,7 @@ TEST(OnnxMetadataTest, AModelWithoutPropertiesHasNone)
 
 TEST(OnnxMetadataTest, OverlongKeysAndValuesAreLeftOut)
 {
-    const QByteArray longest(64 * 1024, 'v');
+    const QByteArray longest(64LL * 1024, 'v');
     const auto metadata = read(onnxFile(
         {.properties = {{"whole", longest}, {"cut", longest + 'v'}, {QByteArray(257, 'k'), "1"}}}));
 

@@ -11,7 +11,6 @@
 namespace tavrin {
 namespace {
 
-using testing::OnnxParts;
 using testing::Properties;
 
 const QByteArray bilingual = "<blk> 0\n你 1\n好 2\n， 3\n▁HELLO 4\n";

@@ -76,7 +76,7 @@ TEST_F(OnnxTokensTest, AHugeFileAndAHugeLineAreRefused)
 {
     EXPECT_EQ(problem(QByteArray(2000, 'x') + " 1\n").fault, OnnxFault::TokensMalformed);
     EXPECT_EQ(
-        problem(QByteArray("a 1\n").repeated(5 * 1024 * 1024)).fault, OnnxFault::TokensMalformed);
+        problem(QByteArray("a 1\n").repeated(5LL * 1024 * 1024)).fault, OnnxFault::TokensMalformed);
     EXPECT_EQ(OnnxTokens::read(folder.path()).error().fault, OnnxFault::Unreadable);
 }
 

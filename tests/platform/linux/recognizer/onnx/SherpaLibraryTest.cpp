@@ -22,14 +22,14 @@ protected:
 
     QString partner() const { return folder.filePath("libonnxruntime.so"); }
 
-    void write(const QString& path, const QByteArray& content) const
+    static void write(const QString& path, const QByteArray& content)
     {
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         ASSERT_EQ(file.write(content), content.size());
     }
 
-    OnnxProblem problem(const QString& of) const
+    static OnnxProblem problem(const QString& of)
     {
         const auto opened = SherpaLibrary::open(of);
         EXPECT_FALSE(opened);
