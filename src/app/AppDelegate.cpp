@@ -1,7 +1,6 @@
 #include "app/AppDelegate.h"
 
 #include "app/windows/AccountPanel.h"
-#include "app/windows/HealthPanel.h"
 #include "app/windows/MainWindow.h"
 #include "audio/RecordingFile.h"
 #include "base/Log.h"
@@ -125,7 +124,7 @@ void AppDelegate::applicationDidFinishLaunching()
 
 void AppDelegate::applicationDidBecomeActive()
 {
-    m_userInterface->healthPanel().refreshHealthStatus();
+    m_userInterface->refreshHealthStatus();
 }
 
 bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows)
@@ -145,7 +144,7 @@ void AppDelegate::applicationWillTerminate()
 
 void AppDelegate::showMainWindow()
 {
-    m_userInterface->healthPanel().refreshHealthStatus();
+    m_userInterface->refreshHealthStatus();
     m_platform.workspace->activateThisApplication();
     m_userInterface->mainWindow().show();
 }
@@ -220,11 +219,11 @@ void AppDelegate::createSession()
         .delivery = m_delivery,
         .errorAlert = m_errorAlert,
         .estimator = m_estimator,
-        .healthPanel = m_userInterface->healthPanel(),
         .hud = m_userInterface->hud(),
         .localization = m_localization,
         .mainQueue = *m_platform.mainQueue,
         .preferences = *m_platform.preferences,
+        .refreshHealthStatus = [this] { m_userInterface->refreshHealthStatus(); },
         .saveHistoryTranscript =
             [this](
                 const NewHistoryRecord& result) { m_historyStore.saveHistoryTranscript(result); },

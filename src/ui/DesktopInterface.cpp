@@ -62,8 +62,6 @@ public:
 
     [[nodiscard]] AccountPanel& accountPanel() override { return m_pages.account(); }
 
-    [[nodiscard]] HealthPanel& healthPanel() override { return m_pages.health(); }
-
     void showHistoryWindow() override { m_pages.showHistoryWindow(); }
 
     void showPersonalizationWindow() override
@@ -73,6 +71,8 @@ public:
                 std::make_unique<ui::PersonalizationWindow>(m_pages.personalization());
         m_pages.personalization().showPersonalizationWindow();
     }
+
+    void refreshHealthStatus() override { m_pages.health().refreshHealthStatus(); }
 
     void refreshDictionaryView() override { m_pages.dictionary().refreshDictionaryView(); }
 

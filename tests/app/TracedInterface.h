@@ -14,7 +14,6 @@ public:
         , m_hud(note)
         , m_mainWindow(note)
         , m_accountPanel(note)
-        , m_healthPanel(note)
     {
     }
 
@@ -32,11 +31,11 @@ public:
 
     [[nodiscard]] AccountPanel& accountPanel() override { return m_accountPanel; }
 
-    [[nodiscard]] HealthPanel& healthPanel() override { return m_healthPanel; }
-
     void showHistoryWindow() override { m_note(QStringLiteral("show history")); }
 
     void showPersonalizationWindow() override { m_note(QStringLiteral("show personalization")); }
+
+    void refreshHealthStatus() override { m_note(QStringLiteral("refresh health")); }
 
     void refreshDictionaryView() override { m_note(QStringLiteral("refresh dictionary")); }
 
@@ -45,7 +44,6 @@ private:
     TracedHUD m_hud;
     FakeMainWindow m_mainWindow;
     FakeAccountPanel m_accountPanel;
-    TracedHealthPanel m_healthPanel;
 };
 
 } // namespace tavrin::testing

@@ -2,7 +2,6 @@
 
 #include "app/account/ProviderTexts.h"
 #include "app/settings/Localization.h"
-#include "app/windows/HealthPanel.h"
 #include "cloud/ProviderPreferences.h"
 #include "platform/Alerts.h"
 #include "platform/DesktopTexts.h"
@@ -10,6 +9,8 @@
 #include "platform/preferences/PreferenceKeys.h"
 #include "platform/preferences/PreferenceValues.h"
 #include "platform/programs/Workspace.h"
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -33,8 +34,8 @@ AlertField textField(const SimplifiedText& label, const QString& text)
 
 } // namespace
 
-ProviderSettings::ProviderSettings(const Neighbours& neighbours)
-    : m_neighbours(neighbours)
+ProviderSettings::ProviderSettings(Neighbours neighbours)
+    : m_neighbours(std::move(neighbours))
 {
 }
 
@@ -71,7 +72,7 @@ void ProviderSettings::save(const QStringList& fields)
             m_neighbours.preferences.setValue(names[i], value);
     }
     m_neighbours.preferences.synchronize();
-    m_neighbours.healthPanel.refreshHealthStatus();
+    m_neighbours.refreshHealthStatus();
 }
 
 } // namespace tavrin

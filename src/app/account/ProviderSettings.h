@@ -5,10 +5,11 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace tavrin {
 
 class Alerts;
-class HealthPanel;
 class Localization;
 class Preferences;
 class SystemInfo;
@@ -20,15 +21,15 @@ class ProviderSettings {
 public:
     struct Neighbours {
         Alerts& alerts;
-        HealthPanel& healthPanel;
         const Localization& localization;
         Preferences& preferences;
+        std::function<void()> refreshHealthStatus; ///< Values were stored.
         const SystemInfo& systemInfo;
         Workspace& workspace;
     };
 
     /// @param neighbours must outlive this object.
-    explicit ProviderSettings(const Neighbours& neighbours);
+    explicit ProviderSettings(Neighbours neighbours);
 
     /// Asks for key, base URL and model. A field that is left empty keeps what is stored, so that
     /// nothing can be cleared here.

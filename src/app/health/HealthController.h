@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/health/HealthCheck.h"
-#include "app/windows/HealthPanel.h"
 #include "app/windows/View.h"
 #include "base/CallbackGuard.h"
 #include "platform/programs/RunningApplication.h"
@@ -20,7 +19,7 @@ struct DesktopTexts;
 
 /// The permissions and health page: says whether Tavrin can work, and mends or explains what keeps
 /// it from that. Looks again every few seconds while somebody looks at it. Main thread only.
-class HealthController final : public HealthPanel {
+class HealthController {
 public:
     struct Neighbours {
         HealthSources sources;
@@ -33,7 +32,7 @@ public:
 
     /// @param neighbours must outlive the controller.
     explicit HealthController(Neighbours neighbours);
-    ~HealthController() override;
+    ~HealthController();
 
     HealthController(const HealthController&) = delete;
     HealthController& operator=(const HealthController&) = delete;
@@ -47,7 +46,8 @@ public:
     void pageShown();
     void pageHidden();
 
-    void refreshHealthStatus() override;
+    /// Reads everything afresh.
+    void refreshHealthStatus();
 
     /// Looks at the row of accessibility alone.
     void updateAccessibilityStatus();

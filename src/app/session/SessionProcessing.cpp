@@ -8,7 +8,6 @@
 #include "app/session/SoundEffects.h"
 #include "app/session/StageTimes.h"
 #include "app/settings/Settings.h"
-#include "app/windows/HealthPanel.h"
 #include "app/windows/RecordingHUD.h"
 #include "audio/AudioEnvironment.h"
 #include "base/Log.h"
@@ -119,7 +118,7 @@ void SessionProcessing::storeOutcome(const DeliveryOutcome& outcome)
     preferences.setValue(
         keys::lastDeliveryReason, outcome.reason.isNull() ? u""_s : outcome.reason);
     preferences.synchronize();
-    m_neighbours.healthPanel.refreshHealthStatus();
+    m_neighbours.refreshHealthStatus();
 }
 
 void SessionProcessing::announce(const QString& text, const DeliveryOutcome& outcome)

@@ -19,7 +19,6 @@ class AudioEnvironment;
 class Clock;
 class CorrectionLearning;
 class ErrorAlert;
-class HealthPanel;
 class HistoryStore;
 class Localization;
 class MainQueue;
@@ -60,11 +59,11 @@ public:
         TextDelivery& delivery;
         ErrorAlert& errorAlert;
         ProcessingTimeEstimator& estimator;
-        HealthPanel& healthPanel;
         RecordingHUD& hud;
         const Localization& localization;
         MainQueue& mainQueue;
         Preferences& preferences;
+        std::function<void()> refreshHealthStatus; ///< The outcome of a delivery is known.
         std::function<void(const NewHistoryRecord&)> saveHistoryTranscript;
         Settings& settings;
         SoundEffects& sounds;

@@ -9,7 +9,6 @@ namespace tavrin {
 
 class AccountPanel;
 class AudioEnvironment;
-class HealthPanel;
 class HistoryStore;
 class Localization;
 class MainWindow;
@@ -33,13 +32,16 @@ public:
     [[nodiscard]] virtual RecordingHUD& hud() = 0;
     [[nodiscard]] virtual MainWindow& mainWindow() = 0;
     [[nodiscard]] virtual AccountPanel& accountPanel() = 0;
-    [[nodiscard]] virtual HealthPanel& healthPanel() = 0;
 
     /// Shows the main window with the finished results.
     virtual void showHistoryWindow() = 0;
 
     /// Shows the window that sets how texts are to be written.
     virtual void showPersonalizationWindow() = 0;
+
+    /// Reads the state of every permission, the account and the last delivery afresh for the page
+    /// that shows them.
+    virtual void refreshHealthStatus() = 0;
 
     /// The dictionary has changed: shows it, where it is shown.
     virtual void refreshDictionaryView() = 0;

@@ -1,7 +1,6 @@
 #include "app/account/ProviderSettings.h"
 
 #include "app/settings/Localization.h"
-#include "app/windows/HealthPanel.h"
 #include "cloud/Deployment.h"
 #include "platform/linux/LinuxTexts.h"
 #include "platform/preferences/PreferenceKeys.h"
@@ -20,27 +19,23 @@ using namespace Qt::StringLiterals;
 namespace tavrin {
 namespace {
 
-class CountingHealthPanel final : public HealthPanel {
-public:
-    int refreshes = 0;
-
-    void refreshHealthStatus() override { ++refreshes; }
-};
-
 class ProviderSettingsTest : public ::testing::Test {
 protected:
     static constexpr int saveButton = 0;
     static constexpr int cancelButton = 1;
 
     testing::ScriptedAlerts alerts;
-    CountingHealthPanel health;
+    int refreshes = 0; ///< Of the health page.
     testing::InMemoryPreferences preferences;
     testing::InMemorySystemInfo systemInfo;
     testing::InMemoryWorkspace workspace;
     Localization localization{preferences, workspace, KeyNames()};
-    std::optional<ProviderSettings> settings{std::in_place,
-        ProviderSettings::Neighbours{
-            alerts, health, localization, preferences, systemInfo, workspace}};
+    std::optional<ProviderSettings> settings{std::in_place, neighbours(localization)};
+
+    ProviderSettings::Neighbours neighbours(const Localization& language)
+    {
+        return {alerts, language, preferences, [this] { ++refreshes; }, systemInfo, workspace};
+    }
 
     QString keyPlaceholder()
     {
@@ -65,7 +60,7 @@ TEST_F(ProviderSettingsTest, LinuxExplainsItInItsOwnWords)
 {
     preferences.setValue(keys::interfaceLanguage, u"zh-Hant"_s);
     const Localization linux{preferences, workspace, KeyNames(), linuxTexts()};
-    ProviderSettings linuxSettings({alerts, health, linux, preferences, systemInfo, workspace});
+    ProviderSettings linuxSettings(neighbours(linux));
     linuxSettings.promptAPIKey();
     EXPECT_EQ(
         alerts.shown().last().informativeText, linuxTexts().modelApiNotice->zhHant.toString());
@@ -129,7 +124,7 @@ TEST_F(ProviderSettingsTest, SavingStoresTheTrimmedFields)
     EXPECT_EQ(stored(keys::providerModel), u"small"_s);
     for (const QString& key : {keys::providerAPIKey, keys::providerBaseURL, keys::providerModel})
         EXPECT_EQ(preferences.flushed(key).toString(), stored(key));
-    EXPECT_EQ(health.refreshes, 1);
+    EXPECT_EQ(refreshes, 1);
 }
 
 TEST_F(ProviderSettingsTest, AnEmptyFieldKeepsWhatIsStored)
@@ -141,7 +136,7 @@ TEST_F(ProviderSettingsTest, AnEmptyFieldKeepsWhatIsStored)
     EXPECT_EQ(stored(keys::providerBaseURL), u"https://models.test/v1"_s);
     EXPECT_EQ(stored(keys::providerModel), u"small"_s);
     EXPECT_EQ(preferences.synchronizations(), 2);
-    EXPECT_EQ(health.refreshes, 2);
+    EXPECT_EQ(refreshes, 2);
 }
 
 TEST_F(ProviderSettingsTest, AnEmptyKeyFieldStoresNoKey)
@@ -159,7 +154,7 @@ TEST_F(ProviderSettingsTest, CancellingChangesNothing)
     for (const QString& key : {keys::providerAPIKey, keys::providerBaseURL, keys::providerModel})
         EXPECT_FALSE(preferences.value(key).isValid());
     EXPECT_EQ(preferences.synchronizations(), 0);
-    EXPECT_EQ(health.refreshes, 0);
+    EXPECT_EQ(refreshes, 0);
 }
 
 TEST_F(ProviderSettingsTest, AnAnswerMayComeAfterItsEnd)

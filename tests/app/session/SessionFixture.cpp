@@ -42,14 +42,14 @@ SessionFixture::SessionFixture()
             .baseUrl = u"https://service.invalid"_s});
     audioEnvironment.emplace(devices, preferences, systemInfo, time,
         [this] { return session->state() == SessionState::Recording; });
-    processing.emplace(
-        SessionProcessing::Neighbours{*api, *audioEnvironment, time, correctionLearning, delivery,
-            errorAlert, estimator, healthPanel, hud, localization, time, preferences,
-            [this](const NewHistoryRecord& result) {
-                note(u"save history"_s);
-                saved.append(result);
-            },
-            settings, sounds, stageTimes, target, *transcriber});
+    processing.emplace(SessionProcessing::Neighbours{*api, *audioEnvironment, time,
+        correctionLearning, delivery, errorAlert, estimator, hud, localization, time, preferences,
+        [this] { note(u"refresh health"_s); },
+        [this](const NewHistoryRecord& result) {
+            note(u"save history"_s);
+            saved.append(result);
+        },
+        settings, sounds, stageTimes, target, *transcriber});
     session.emplace(RecordingSession::Neighbours{accountPanel, alerts, *audioEnvironment, recorders,
         background, time, correctionLearning, errorAlert, hud, liveTranscriber, localization, time,
         preferences, *processing, settings, sounds, stageTimes, statusMenu, systemInfo, target});

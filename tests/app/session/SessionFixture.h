@@ -128,7 +128,6 @@ protected:
     // The neighbours.
     FakeAccountPanel accountPanel{note};
     TracedCorrectionLearning correctionLearning{note};
-    TracedHealthPanel healthPanel{note};
     /// What was given to the history.
     QList<NewHistoryRecord> saved;
     TracedHUD hud{note};

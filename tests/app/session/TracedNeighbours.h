@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/session/CorrectionLearning.h"
-#include "app/windows/HealthPanel.h"
 #include "app/windows/RecordingHUD.h"
 #include "platform/audio/AudioRecorder.h"
 #include "support/ports/Note.h"
@@ -30,19 +29,6 @@ public:
         m_note(analyze ? QStringLiteral("finish learning and analyze")
                        : QStringLiteral("finish learning"));
     }
-
-private:
-    Note m_note;
-};
-
-class TracedHealthPanel final : public HealthPanel {
-public:
-    explicit TracedHealthPanel(Note note)
-        : m_note(std::move(note))
-    {
-    }
-
-    void refreshHealthStatus() override { m_note(QStringLiteral("refresh health")); }
 
 private:
     Note m_note;
