@@ -1,8 +1,8 @@
 #include "Recognition.h"
 
 #include "Sounds.h"
-#include "platform/linux/speech/engine/EngineFileRecognizer.h"
 #include "platform/linux/recognizer/sphinx/SphinxEngine.h"
+#include "platform/linux/speech/engine/EngineFileRecognizer.h"
 
 #include <future>
 #include <sys/resource.h>
