@@ -1,7 +1,7 @@
 #include "fuzz/Input.h"
 #include "fuzz/Require.h"
-#include "platform/linux/recognizer/onnx/OnnxBytes.h"
-#include "platform/linux/recognizer/onnx/OnnxMetadata.h"
+#include "platform/linux/speech/onnx/OnnxBytes.h"
+#include "platform/linux/speech/onnx/OnnxMetadata.h"
 
 #include <QBuffer>
 

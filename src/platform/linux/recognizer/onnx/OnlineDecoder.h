@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
-#include "platform/linux/recognizer/onnx/OnnxModel.h"
+#include "platform/linux/speech/onnx/OnnxModel.h"
 #include "platform/linux/recognizer/onnx/SherpaHandle.h"
 #include "platform/linux/recognizer/onnx/SherpaLibrary.h"
 

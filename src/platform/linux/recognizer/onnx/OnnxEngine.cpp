@@ -1,8 +1,8 @@
 #include "platform/linux/recognizer/onnx/OnnxEngine.h"
 
 #include "platform/linux/recognizer/onnx/OnnxHotwords.h"
-#include "platform/linux/recognizer/onnx/OnnxModel.h"
-#include "platform/linux/recognizer/onnx/OnnxTexts.h"
+#include "platform/linux/speech/onnx/OnnxModel.h"
+#include "platform/linux/speech/onnx/OnnxTexts.h"
 #include "platform/linux/recognizer/onnx/OnnxUtterances.h"
 #include "platform/linux/recognizer/onnx/SessionOptions.h"
 #include "platform/linux/speech/engine/SpeechEngineErrors.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/recognizer/onnx/OnnxProblem.h"
+#include "platform/linux/speech/onnx/OnnxProblem.h"
 #include "platform/linux/recognizer/onnx/SherpaTypes.h"
 
 namespace tavrin {

@@ -1,7 +1,7 @@
 #include "platform/linux/recognizer/onnx/OnnxEngine.h"
 
-#include "platform/linux/recognizer/onnx/OnnxBytes.h"
-#include "platform/linux/recognizer/onnx/OnnxModel.h"
+#include "platform/linux/speech/onnx/OnnxBytes.h"
+#include "platform/linux/speech/onnx/OnnxModel.h"
 #include "platform/linux/recognizer/onnx/Tones.h"
 #include "platform/linux/speech/engine/SpeechEngineErrors.h"
 #include "platform/speech/SpeechAvailability.h"

@@ -1,6 +1,6 @@
-#include "platform/linux/recognizer/onnx/OnnxMetadata.h"
+#include "platform/linux/speech/onnx/OnnxMetadata.h"
 
-#include "platform/linux/recognizer/onnx/OnnxBytes.h"
+#include "platform/linux/speech/onnx/OnnxBytes.h"
 #include "support/QtPrinters.h"
 
 #include <QBuffer>

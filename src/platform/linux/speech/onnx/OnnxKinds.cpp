@@ -1,6 +1,6 @@
-#include "platform/linux/recognizer/onnx/OnnxKinds.h"
+#include "platform/linux/speech/onnx/OnnxKinds.h"
 
-#include "platform/linux/recognizer/onnx/OnnxRequirements.h"
+#include "platform/linux/speech/onnx/OnnxRequirements.h"
 
 #include <QFileInfo>
 

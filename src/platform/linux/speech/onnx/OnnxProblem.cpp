@@ -1,6 +1,6 @@
-#include "platform/linux/recognizer/onnx/OnnxProblem.h"
+#include "platform/linux/speech/onnx/OnnxProblem.h"
 
-#include "platform/linux/recognizer/onnx/OnnxTexts.h"
+#include "platform/linux/speech/onnx/OnnxTexts.h"
 
 namespace tavrin {
 namespace {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/linux/recognizer/onnx/OnnxModel.h"
-#include "platform/linux/recognizer/onnx/OnnxSheet.h"
-#include "platform/linux/recognizer/onnx/OnnxTokens.h"
+#include "platform/linux/speech/onnx/OnnxModel.h"
+#include "platform/linux/speech/onnx/OnnxSheet.h"
+#include "platform/linux/speech/onnx/OnnxTokens.h"
 
 namespace tavrin {
 

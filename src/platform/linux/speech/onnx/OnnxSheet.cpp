@@ -1,4 +1,4 @@
-#include "platform/linux/recognizer/onnx/OnnxSheet.h"
+#include "platform/linux/speech/onnx/OnnxSheet.h"
 
 #include <QFileInfo>
 

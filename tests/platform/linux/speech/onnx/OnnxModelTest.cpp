@@ -1,6 +1,6 @@
-#include "platform/linux/recognizer/onnx/OnnxModel.h"
+#include "platform/linux/speech/onnx/OnnxModel.h"
 
-#include "platform/linux/recognizer/onnx/OnnxBytes.h"
+#include "platform/linux/speech/onnx/OnnxBytes.h"
 #include "support/QtPrinters.h"
 
 #include <QDir>

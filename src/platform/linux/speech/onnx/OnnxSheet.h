@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/recognizer/onnx/OnnxMetadata.h"
+#include "platform/linux/speech/onnx/OnnxMetadata.h"
 
 #include <span>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/recognizer/onnx/ProtobufReader.h"
+#include "platform/linux/speech/onnx/ProtobufReader.h"
 
 #include <algorithm>
 

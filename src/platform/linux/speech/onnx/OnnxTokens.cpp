@@ -1,6 +1,6 @@
-#include "platform/linux/recognizer/onnx/OnnxTokens.h"
+#include "platform/linux/speech/onnx/OnnxTokens.h"
 
-#include "platform/linux/recognizer/onnx/RegularFile.h"
+#include "platform/linux/speech/onnx/RegularFile.h"
 
 #include <QFileInfo>
 

@@ -1,7 +1,7 @@
-#include "platform/linux/recognizer/onnx/OnnxMetadata.h"
+#include "platform/linux/speech/onnx/OnnxMetadata.h"
 
-#include "platform/linux/recognizer/onnx/ProtobufReader.h"
-#include "platform/linux/recognizer/onnx/RegularFile.h"
+#include "platform/linux/speech/onnx/ProtobufReader.h"
+#include "platform/linux/speech/onnx/RegularFile.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
-#include "platform/linux/recognizer/onnx/OnnxTokens.h"
+#include "platform/linux/speech/onnx/OnnxTokens.h"
 
-#include "platform/linux/recognizer/onnx/BpeVocabulary.h"
+#include "platform/linux/speech/onnx/BpeVocabulary.h"
 #include "support/QtPrinters.h"
 
 #include <QFile>

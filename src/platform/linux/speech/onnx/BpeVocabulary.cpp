@@ -1,6 +1,6 @@
-#include "platform/linux/recognizer/onnx/BpeVocabulary.h"
+#include "platform/linux/speech/onnx/BpeVocabulary.h"
 
-#include "platform/linux/recognizer/onnx/RegularFile.h"
+#include "platform/linux/speech/onnx/RegularFile.h"
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/recognizer/onnx/RegularFile.h"
+#include "platform/linux/speech/onnx/RegularFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/recognizer/onnx/OnnxFiles.h"
-#include "platform/linux/recognizer/onnx/OnnxProblem.h"
+#include "platform/linux/speech/onnx/OnnxFiles.h"
+#include "platform/linux/speech/onnx/OnnxProblem.h"
 
 #include <QByteArray>
 #include <QStringList>

@@ -1,4 +1,4 @@
-#include "platform/linux/recognizer/onnx/OnnxFiles.h"
+#include "platform/linux/speech/onnx/OnnxFiles.h"
 
 #include <QCollator>
 #include <QDir>

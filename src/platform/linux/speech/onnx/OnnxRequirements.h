@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/recognizer/onnx/OnnxSheet.h"
+#include "platform/linux/speech/onnx/OnnxSheet.h"
 
 #include <array>
 
