@@ -1,9 +1,11 @@
 #include "audio/RecordingFile.h"
 #include "platform/linux/audio/PulseAudioDevices.h"
 #include "platform/linux/audio/PulseAudioRecorder.h"
+#include "platform/linux/recognizer/onnx/Tones.h"
 #include "platform/linux/speech/LinuxPermissions.h"
 #include "platform/linux/speech/LinuxSpeech.h"
 #include "platform/linux/speech/PulseSpeechCapture.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "platform/qt/QtMainQueue.h"
 #include "speech/LiveTranscriber.h"
 #include "speech/SpeechContextualTerms.h"
@@ -31,11 +33,13 @@ class SpeechTest : public ::testing::Test {
 protected:
     QTemporaryDir folder;
     testing::InMemoryPreferences preferences;
+    const bool isArranged;
     QtMainQueue queue;
     std::shared_ptr<PulseConnection> server = std::make_shared<PulseConnection>();
     PulseAudioDevices devices{server};
     PulseAudioRecorders recorders{server};
-    LinuxSpeech speech = createLinuxSpeech(preferences, pulseSpeechCapture(server));
+    LinuxSpeech speech = createLinuxSpeech(
+        preferences, pulseSpeechCapture(server), QStringLiteral(TAVRIN_RECOGNIZER));
     LinuxPermissions permissions{devices};
     SystemTranscriber transcriber{
         *speech.fileRecognizer, permissions, queue, [] { return SpeechContextualTerms({}); }};
@@ -44,7 +48,19 @@ protected:
     QStringList updates;
     QTimer wake; // Conditions on other programs and on sound make no event.
 
-    SpeechTest() { wake.start(20ms); }
+    explicit SpeechTest(const QList<std::pair<QString, QString>>& settings = {})
+        : isArranged(arrange(preferences, settings))
+    {
+        wake.start(20ms);
+    }
+
+    static bool arrange(testing::InMemoryPreferences& preferences,
+        const QList<std::pair<QString, QString>>& settings)
+    {
+        for (const auto& [key, value] : settings)
+            preferences.setValue(key, value);
+        return true;
+    }
 
     std::unique_ptr<AudioRecorder> record(const QString& path)
     {
@@ -67,8 +83,12 @@ protected:
     bool say(const QString& text) const
     {
         const QString path = folder.filePath("spoken.wav");
-        if (!testing::speak(text, "rms", path))
-            return false;
+        return testing::speak(text, "rms", path) && play(path);
+    }
+
+    /// Plays a sound into the microphone; false when it takes too long.
+    static bool play(const QString& path)
+    {
         testing::ChildProcess paplay("paplay", {"--device=micfeed", path});
         return testing::waitUntil([&] { return !paplay.isRunning(); }, 60s);
     }
@@ -119,6 +139,42 @@ TEST_F(SpeechTest, ASentenceShowsWhileItIsSpokenAndIsTranscribedAfterwards)
     EXPECT_GE(whileSpeaking, 2);
     EXPECT_EQ(
         transcribe(path).value_or(QString{}), "the weather is nice today and we are going home");
+}
+
+/// With a neural model that hears tones as words.
+class NeuralSpeechTest : public SpeechTest {
+protected:
+    NeuralSpeechTest()
+        : SpeechTest({{keys::linuxSpeechOnnxModel,
+                          QStringLiteral(TAVRIN_ONNX_MODELS "/streaming-zipformer-ctc")},
+            {keys::linuxSpeechOnnxLibrary, QStringLiteral(TAVRIN_SHERPA_FOLDER)}})
+    {
+    }
+};
+
+TEST_F(NeuralSpeechTest, ChineseAndEnglishShowWhileTheyAreSpokenAndAreTranscribedAfterwards)
+{
+    const QString path = folder.filePath("recording.m4a");
+    const auto recorder = record(path);
+    ASSERT_TRUE(recorder);
+    startLive();
+    ASSERT_TRUE(testing::waitUntil([&] { return recorder->currentTime() > 0.2s; }));
+
+    const QString tones = folder.filePath("tones.wav");
+    QFile file(tones);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(testing::wavFile(testing::tones::greeting()));
+    file.close();
+    ASSERT_TRUE(play(tones));
+    const QString greeting = QStringLiteral("你好，世界 HELLO WORLD");
+    ASSERT_TRUE(testing::waitUntil([&] { return updates.value(updates.size() - 1) == greeting; }));
+    liveTranscriber.stop();
+    recorder->stop();
+
+    EXPECT_GE(updates.size(), 3);
+    for (const QString& update : updates)
+        EXPECT_TRUE(greeting.startsWith(update)) << update.toStdString();
+    EXPECT_EQ(transcribe(path).value_or(QString{}), greeting);
 }
 
 TEST_F(SpeechTest, ANewRunShowsOnlyWhatIsSaidInIt)

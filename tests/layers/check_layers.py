@@ -82,7 +82,7 @@ ROOMS = {
     "platform/linux/speech": {"platform/linux/speech/engine", "platform/linux/speech/process",
                               "platform/linux/speech/onnx", "platform/linux/speech/servers",
                               "platform/linux/speech/sphinx",
-                              "platform/linux/audio"},
+                              "platform/linux/audio", "platform/linux/desktop"},
     "platform/linux/recognizer/sphinx": {"platform/linux/speech/engine", "platform/linux/speech/sphinx"},
     "platform/linux/recognizer": {"platform/linux/speech/engine", "platform/linux/speech/protocol",
                                   "platform/linux/recognizer/sphinx",

@@ -79,11 +79,17 @@ inline const Setting<QString> providerModel{
 inline const Setting<QString> providerAPIKey{QStringLiteral("providerAPIKey")};
 
 // Linux only: the speech engine and what it needs (src/platform/linux/speech).
-// Anything unknown: the default.
+// Anything unknown, or nothing: "onnx" where a model is chosen for it, else the default.
 inline const Setting<QString> linuxSpeechEngine{
     QStringLiteral("linuxSpeechEngine"), QStringLiteral("sphinx")};
 // Empty: the best model installed.
 inline const Setting<QString> linuxSpeechSphinxModel{QStringLiteral("linuxSpeechSphinxModel")};
+// Folders: of a neural model, of one that makes the final texts, and of sherpa-onnx, which runs
+// them. Empty: none, the same model, and the one in the user's data folder.
+inline const Setting<QString> linuxSpeechOnnxModel{QStringLiteral("linuxSpeechOnnxModel")};
+inline const Setting<QString> linuxSpeechOnnxFinalModel{
+    QStringLiteral("linuxSpeechOnnxFinalModel")};
+inline const Setting<QString> linuxSpeechOnnxLibrary{QStringLiteral("linuxSpeechOnnxLibrary")};
 inline const Setting<double> linuxSpeechIdleMinutes{QStringLiteral("linuxSpeechIdleMinutes"), 10};
 inline const Setting<QString> linuxSpeechHttpUrl{QStringLiteral("linuxSpeechHttpUrl")};
 inline const Setting<QString> linuxSpeechHttpModel{QStringLiteral("linuxSpeechHttpModel"),

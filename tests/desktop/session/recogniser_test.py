@@ -1,6 +1,8 @@
 """Takes the recogniser's process away in the middle of sessions: no recording is lost, and none hangs.
 
-usage: recogniser_test.py PROGRAM SERVICE EDITOR
+usage: recogniser_test.py PROGRAM SERVICE EDITOR MODELS LIBRARY
+
+MODELS and LIBRARY are the folders of make_models.py's models and of sherpa-onnx.
 """
 
 import os
@@ -10,12 +12,14 @@ import subprocess
 import sys
 import time
 
-from stage import LEFT_ALT, Stage, wait_until, xdotool
+from stage import LEFT_ALT, Stage, run, wait_until, xdotool
 from target import Target
 
 SENTENCE = "please send the report to the office before friday"
 ANSWER = "Please send the report to the office before Friday."
 IDLE_SECONDS = 4
+NEURAL = "你好，世界 HELLO WORLD"
+TONES = [244.7, 502.7, 3322.4, 831.2, 1249.4, 1781.8, 2459.5]  # Hertz, in the order of NEURAL.
 
 
 def check(condition, *explanation):
@@ -101,6 +105,41 @@ def test_end(stage):
     wait_until("the recogniser's end", lambda: all(has_ended(process) for process in left), 10)
 
 
+def tones(stage):
+    """A sound file that the models hear as NEURAL: a tone for each of its seven tokens."""
+    file = stage.folder("tones") / "greeting.wav"
+    parts = []
+    for number, hertz in enumerate(TONES):
+        part = file.with_name(f"{number}.wav")
+        run("sox", "-n", "-r", "16000", "-b", "16", "-c", "1", part, "synth", "0.2", "sine", str(hertz),
+            "gain", "-10", "pad", "0", "0.08")
+        parts.append(part)
+    run("sox", *parts, file, "pad", "0.2", "0.5")
+    return file
+
+
+def test_neural(program, service, editor, models, library):
+    """Chinese and English with a comma between."""
+    settings = {"linuxSpeechOnnxModel": f"{models}/streaming-zipformer-ctc",
+                "linuxSpeechOnnxLibrary": library}
+    target = Target(editor, "Target")
+    stage = Stage(program, service, settings, use_model=True)
+    stage.model.answer = NEURAL
+    try:
+        wait_until("the recogniser", lambda: recognisers(stage.program.pid))
+        target.bring_to_front_and_settle()
+        stage.start_recording(LEFT_ALT)
+        time.sleep(0.5)
+        run("paplay", "--device=micfeed", tones(stage))
+        xdotool("key", LEFT_ALT)
+        wait_until("the result", stage.history)
+        check(stage.history()[0]["transcript"] == NEURAL, "heard:", stage.history()[0]["transcript"])
+        wait_until("the text", lambda: target.text() == NEURAL)
+    finally:
+        target.close()
+        stage.close()
+
+
 def main():
     target = Target(sys.argv[3], "Target")
     stage = Stage(*sys.argv[1:3], {"linuxSpeechIdleMinutes": 0}, use_model=True)
@@ -119,6 +158,7 @@ def main():
     finally:
         target.close()
         stage.close()
+    test_neural(*sys.argv[1:])
 
 
 if __name__ == "__main__":

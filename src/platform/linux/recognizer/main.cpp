@@ -1,4 +1,5 @@
 #include "platform/linux/recognizer/RecognizerServer.h"
+#include "platform/linux/recognizer/onnx/OnnxEngine.h"
 #include "platform/linux/recognizer/sphinx/SphinxEngine.h"
 
 #include <QFile>
@@ -22,6 +23,8 @@ std::unique_ptr<SpeechEngine> engineFor(const QStringList& words)
 {
     if (words.size() == 5 && words[0] == QStringLiteral("sphinx"))
         return std::make_unique<SphinxEngine>(SphinxModel{words[1], words[2], words[3], words[4]});
+    if (words.size() == 4 && words[0] == QStringLiteral("onnx"))
+        return std::make_unique<OnnxEngine>(OnnxEngineSettings{words[1], words[2], words[3]});
     return nullptr;
 }
 
@@ -39,6 +42,7 @@ bool takePipes(int& input, int& output)
 /// Recognises speech for the program that starts it, and ends with that.
 ///
 ///   tavrin-recognizer sphinx ACOUSTIC-MODEL DICTIONARY LANGUAGE-MODEL LANGUAGE
+///   tavrin-recognizer onnx LIBRARY-FOLDER MODEL-FOLDER FINAL-MODEL-FOLDER
 int main(int argc, char** argv)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);

@@ -3,14 +3,20 @@
 #include "platform/preferences/PreferenceKeys.h"
 #include "platform/preferences/PreferenceValues.h"
 
+#include <QStringList>
+
 namespace tavrin {
 
 QString chosenEngineName(const Preferences& preferences)
 {
-    const QString set = valueOf(preferences, keys::linuxSpeechEngine);
-    const bool isKnown =
-        set == engine_names::builtIn || set == engine_names::http || set == engine_names::vosk;
-    return isKnown ? set : keys::linuxSpeechEngine.fallback;
+    const QStringList known{
+        engine_names::builtIn, engine_names::neural, engine_names::http, engine_names::vosk};
+    const QString set = stored(preferences, keys::linuxSpeechEngine).value_or(QString());
+    if (known.contains(set))
+        return set;
+    return valueOf(preferences, keys::linuxSpeechOnnxModel).isEmpty()
+        ? keys::linuxSpeechEngine.fallback
+        : engine_names::neural;
 }
 
 } // namespace tavrin

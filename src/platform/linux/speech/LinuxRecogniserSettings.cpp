@@ -2,6 +2,7 @@
 
 #include "platform/linux/speech/ChosenEngine.h"
 #include "platform/linux/speech/engine/SpeechEngineTexts.h"
+#include "platform/linux/speech/onnx/OnnxModel.h"
 #include "platform/preferences/PreferenceKeys.h"
 #include "platform/preferences/PreferenceValues.h"
 
@@ -43,17 +44,19 @@ RecogniserChoices LinuxRecogniserSettings::choices() const
     RecogniserChoices choices;
     choices.recogniser = chosenEngineName(m_preferences);
     choices.recognisers.append({engine_names::builtIn, texts::builtInRecogniser});
-    const auto addServer = [&](const QString& identifier, const Setting<QString>& address,
-                               const LocalizedText& name) {
+    const auto addSetUp = [&](const QString& identifier, const Setting<QString>& need,
+                              const LocalizedText& name) {
         // One that was chosen in the file stays, whatever it lacks: the choice is shown as it is.
-        if (choices.recogniser == identifier
-            || !valueOf(m_preferences, address).trimmed().isEmpty())
+        if (choices.recogniser == identifier || !valueOf(m_preferences, need).trimmed().isEmpty())
             choices.recognisers.append({identifier, name});
     };
-    addServer(engine_names::http, keys::linuxSpeechHttpUrl, texts::serverRecogniser);
-    addServer(engine_names::vosk, keys::linuxSpeechVoskUrl, texts::streamingRecogniser);
+    addSetUp(engine_names::neural, keys::linuxSpeechOnnxModel, texts::neuralRecogniser);
+    addSetUp(engine_names::http, keys::linuxSpeechHttpUrl, texts::serverRecogniser);
+    addSetUp(engine_names::vosk, keys::linuxSpeechVoskUrl, texts::streamingRecogniser);
     if (choices.recogniser == engine_names::builtIn)
         addModels(choices);
+    else if (choices.recogniser == engine_names::neural)
+        addNeuralLanguages(choices);
     else
         addServerLanguages(choices);
     return choices;
@@ -87,6 +90,14 @@ void LinuxRecogniserSettings::addModels(RecogniserChoices& choices) const
     for (const InstalledSphinxModel& installed : installedSphinxModels(m_modelRoots))
         addLanguage(choices, installed.model.language);
     addLanguage(choices, choices.language);
+}
+
+/// What the model was made for, all of it at once: the first stands for them.
+void LinuxRecogniserSettings::addNeuralLanguages(RecogniserChoices& choices) const
+{
+    const auto model = findOnnxModel(valueOf(m_preferences, keys::linuxSpeechOnnxModel));
+    if (model && !model->languages.isEmpty())
+        addLanguage(choices, choices.language = model->languages.first());
 }
 
 void LinuxRecogniserSettings::addServerLanguages(RecogniserChoices& choices) const

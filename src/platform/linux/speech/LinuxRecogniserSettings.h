@@ -7,9 +7,10 @@ namespace tavrin {
 
 class Preferences;
 
-/// Chooses among the engines of LinuxSpeech by their preferences: the built-in one, and the servers
-/// that have an address. The built-in one hears the languages of the installed models, a server
-/// whatever it is asked for.
+/// Chooses among the engines of LinuxSpeech by their preferences: the built-in one, the neural one
+/// where it has a model, and the servers that have an address. The built-in one hears the languages
+/// of the installed models, a neural model those it was made for, a server whatever it is asked
+/// for.
 class LinuxRecogniserSettings final : public RecogniserSettings {
 public:
     /// @param preferences must outlive this object.
@@ -23,6 +24,7 @@ public:
 
 private:
     void addModels(RecogniserChoices& choices) const;
+    void addNeuralLanguages(RecogniserChoices& choices) const;
     void addServerLanguages(RecogniserChoices& choices) const;
     void selectModel(const QString& tag);
 

@@ -1,8 +1,11 @@
 #include "platform/linux/speech/LinuxSpeech.h"
 
+#include "platform/linux/desktop/XdgFolders.h"
 #include "platform/linux/speech/ChosenEngine.h"
 #include "platform/linux/speech/engine/EngineFileRecognizer.h"
 #include "platform/linux/speech/engine/SpeechEngineTexts.h"
+#include "platform/linux/speech/onnx/OnnxModel.h"
+#include "platform/linux/speech/onnx/OnnxTexts.h"
 #include "platform/linux/speech/process/ProcessEngine.h"
 #include "platform/linux/speech/servers/HttpSpeechEngine.h"
 #include "platform/linux/speech/servers/ServerAddress.h"
@@ -12,6 +15,7 @@
 #include "platform/preferences/PreferenceValues.h"
 
 #include <QCoreApplication>
+#include <QDir>
 
 #include <algorithm>
 
@@ -59,12 +63,41 @@ std::unique_ptr<SpeechEngine> sphinxEngine(
             ProcessEngine::Settings{.availability = {false, texts::noSphinxModel, {}}});
     return std::make_unique<ProcessEngine>(ProcessEngine::Settings{
         .command = {recognizer,
-            {u"sphinx"_s, model->acousticModel, model->dictionary, model->languageModel,
+            {engine_names::builtIn, model->acousticModel, model->dictionary, model->languageModel,
                 model->language}},
         .availability = {true, texts::sphinxReady, model->language},
         .broken = {false, texts::brokenSphinxModel, model->acousticModel},
         .longestUtterance = sphinxLongestUtterance,
     });
+}
+
+/// sherpa-onnx in the recogniser's process.
+std::unique_ptr<SpeechEngine> neuralEngine(
+    const Preferences& preferences, const QString& recognizer)
+{
+    const QString folder = valueOf(preferences, keys::linuxSpeechOnnxModel);
+    const OnnxResult<OnnxModel> model = findOnnxModel(folder);
+    if (!model)
+        return std::make_unique<ProcessEngine>(ProcessEngine::Settings{
+            .availability = {false, textOf(model.error().fault), model.error().detail}});
+    const QString set = valueOf(preferences, keys::linuxSpeechOnnxLibrary);
+    const QString library = set.isEmpty() ? xdg::dataHome() + u"/Tavrin/sherpa-onnx"_s : set;
+    return std::make_unique<ProcessEngine>(ProcessEngine::Settings{
+        .command = {recognizer,
+            {engine_names::neural, library, folder,
+                valueOf(preferences, keys::linuxSpeechOnnxFinalModel)}},
+        .availability = {true, texts::onnxReady, QDir(folder).dirName()},
+        .broken = {false, texts::onnxModelRefused, folder},
+        .longestUtterance = onnxLongestUtterance,
+    });
+}
+
+/// The language that its model hears; the first where there are several.
+QString neuralLanguage(const Preferences& preferences)
+{
+    const OnnxResult<OnnxModel> model =
+        findOnnxModel(valueOf(preferences, keys::linuxSpeechOnnxModel));
+    return model ? model->languages.value(0) : QString{};
 }
 
 std::unique_ptr<SpeechEngine> chosenEngine(
@@ -75,6 +108,8 @@ std::unique_ptr<SpeechEngine> chosenEngine(
         return std::make_unique<HttpSpeechEngine>(httpServer(preferences));
     if (chosen == engine_names::vosk)
         return std::make_unique<VoskSpeechEngine>(voskServer(preferences));
+    if (chosen == engine_names::neural)
+        return neuralEngine(preferences, recognizer);
     return sphinxEngine(sphinxModel(preferences), recognizer);
 }
 
@@ -103,6 +138,8 @@ QString linuxSpeechLanguage(const Preferences& preferences)
         const std::optional<SphinxModel> model = sphinxModel(preferences);
         return model ? model->language : QString{};
     }
+    if (chosen == engine_names::neural)
+        return neuralLanguage(preferences);
     const SpeechServer server =
         chosen == engine_names::http ? httpServer(preferences) : voskServer(preferences);
     return server.address ? server.language : QString{};

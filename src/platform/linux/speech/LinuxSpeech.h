@@ -12,7 +12,11 @@ class Preferences;
 /// behind both recognisers, which may be destroyed in any order.
 ///
 /// Preferences, read when the program starts; PreferenceKeys.h has their defaults:
-/// - `linuxSpeechEngine`: "sphinx" (built in), "http" or "vosk".
+/// - `linuxSpeechEngine`: "sphinx" (built in), "onnx" (neural), "http" or "vosk".
+/// - `linuxSpeechOnnxModel`, `linuxSpeechOnnxFinalModel`: the folders of a neural model, and of
+///   another one for the final texts; empty for the same one.
+/// - `linuxSpeechOnnxLibrary`: the folder of sherpa-onnx; empty for `sherpa-onnx` in the program's
+///   folder of the user's data.
 /// - `linuxSpeechSphinxModel`: the folder of a Sphinx model; empty for the best one installed.
 /// - `linuxSpeechIdleMinutes`: after so many minutes without use the process of a built-in engine
 ///   ends, and with it what the model takes of memory; the next use starts it again. 0 keeps it.

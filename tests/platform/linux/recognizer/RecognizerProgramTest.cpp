@@ -1,5 +1,7 @@
+#include "platform/linux/recognizer/onnx/Tones.h"
 #include "platform/linux/speech/engine/EngineFileRecognizer.h"
 #include "platform/linux/speech/engine/SpeechEngineTexts.h"
+#include "platform/linux/speech/onnx/OnnxTexts.h"
 #include "platform/linux/speech/process/ProcessEngine.h"
 #include "platform/linux/speech/sphinx/SphinxModel.h"
 #include "support/ChildProcess.h"
@@ -38,6 +40,12 @@ protected:
     {
         const QString path = folder.filePath(u"spoken.wav"_s);
         EXPECT_TRUE(testing::speak(u"the weather is nice today"_s, u"rms"_s, path));
+        return recognised(path, command);
+    }
+
+    [[nodiscard]] static QString recognised(
+        const QString& path, const recognizer::RecognizerCommand& command)
+    {
         ProcessEngine::Settings settings;
         settings.command = command;
         settings.availability = {true, texts::sphinxReady, u"en"_s};
@@ -52,6 +60,33 @@ protected:
 TEST_F(RecognizerProgramTest, ASentenceIsUnderstoodInAProcessOfItsOwn)
 {
     EXPECT_EQ(understoodBy({program, modelWords()}), u"the weather is nice today"_s);
+}
+
+TEST_F(RecognizerProgramTest, ANeuralModelIsHeardInAProcessOfItsOwn)
+{
+    const QString path = folder.filePath(u"tones.wav"_s);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(testing::wavFile(testing::tones::greeting()));
+    file.close();
+    EXPECT_EQ(recognised(path,
+                  {program,
+                      {u"onnx"_s, QStringLiteral(TAVRIN_SHERPA_FOLDER),
+                          QStringLiteral(TAVRIN_ONNX_MODELS) + u"/streaming-zipformer-ctc"_s, {}}}),
+        u"你好，世界 HELLO WORLD"_s);
+}
+
+TEST_F(RecognizerProgramTest, WhatKeepsANeuralModelFromLoadingIsTold)
+{
+    ProcessEngine::Settings settings;
+    settings.command = {program,
+        {u"onnx"_s, folder.path(),
+            QStringLiteral(TAVRIN_ONNX_MODELS) + u"/streaming-zipformer-ctc"_s, {}}};
+    settings.availability = {true, texts::onnxReady, {}};
+    ProcessEngine engine(settings);
+    engine.open();
+    EXPECT_FALSE(engine.availability().isAvailable);
+    EXPECT_EQ(engine.availability().text.en, texts::onnxNoLibrary.en);
 }
 
 TEST_F(RecognizerProgramTest, ItOpensNoSocketAndWritesNoFile)
@@ -78,7 +113,7 @@ TEST_F(RecognizerProgramTest, WhoeverDoesNotKnowItsWordsIsTurnedAway)
 {
     testing::ChildProcess process(program);
     EXPECT_EQ(process.wait(), 2);
-    testing::ChildProcess other(program, {u"sphinx"_s});
+    testing::ChildProcess other(program, {u"onnx"_s, u"folder"_s});
     EXPECT_EQ(other.wait(), 2);
 }
 

@@ -61,6 +61,19 @@ TEST_F(LinuxRecogniserSettingsTest, AServerThatWasChosenWithoutAnAddressIsShownA
     EXPECT_EQ(names(), (QStringList{u"sphinx = Built-in"_s, u"http = Speech server"_s}));
 }
 
+TEST_F(LinuxRecogniserSettingsTest, WithANeuralModelTheNeuralOneIsThereAndChosen)
+{
+    preferences.setValue(keys::linuxSpeechOnnxModel, u"/models/zipformer"_s);
+    EXPECT_EQ(names(), (QStringList{u"sphinx = Built-in"_s, u"onnx = Neural"_s}));
+    EXPECT_EQ(settings.choices().recogniser, "onnx");
+    EXPECT_EQ(settings.choices().languages, QStringList()); // There is no such folder.
+
+    settings.selectRecogniser(u"sphinx"_s);
+    EXPECT_EQ(settings.choices().recogniser, "sphinx");
+    settings.selectRecogniser(u"onnx"_s);
+    EXPECT_EQ(preferences.flushed(keys::linuxSpeechEngine), QVariant(u"onnx"_s));
+}
+
 TEST_F(LinuxRecogniserSettingsTest, AnUnknownEngineIsTheBuiltInOne)
 {
     preferences.setValue(keys::linuxSpeechEngine, u"abacus"_s);

@@ -1,6 +1,7 @@
 #include "platform/linux/speech/LinuxSpeech.h"
 
 #include "platform/linux/speech/engine/SpeechEngineTexts.h"
+#include "platform/linux/speech/onnx/OnnxTexts.h"
 #include "platform/preferences/PreferenceKeys.h"
 #include "platform/speech/SpeechAvailability.h"
 #include "support/QtPrinters.h"
@@ -50,6 +51,15 @@ TEST_F(LinuxSpeechTest, AnUnknownEngineIsTheBuiltInOne)
     EXPECT_EQ(availability().text.en, texts::sphinxReady.en);
     preferences.setValue(keys::linuxSpeechEngine, 7);
     EXPECT_EQ(availability().text.en, texts::sphinxReady.en);
+}
+
+TEST_F(LinuxSpeechTest, ANeuralModelThatCannotBeUsedIsSaidSo)
+{
+    preferences.setValue(keys::linuxSpeechOnnxModel, "/nowhere/zipformer");
+    EXPECT_FALSE(availability().isAvailable);
+    EXPECT_EQ(availability().text.en, texts::onnxNoFolder.en);
+    EXPECT_EQ(availability().argument, "/nowhere/zipformer");
+    EXPECT_EQ(linuxSpeechLanguage(preferences), "");
 }
 
 TEST_F(LinuxSpeechTest, WithoutAModelThereIsNoSpeechRecognition)

@@ -7,19 +7,10 @@
 
 #include <QFile>
 
-#include <algorithm>
-
 using namespace std::chrono_literals;
 
 namespace tavrin {
 namespace {
-
-/// Whisper hears 30 s, of which the library keeps half a second for silence; the others were
-/// trained with no more.
-constexpr Seconds longestHeard = 29s;
-
-/// Models that see several frames as one read beyond the end of less than they see at a time.
-constexpr std::size_t shortestHeard = speechSampleRate / 2;
 
 } // namespace
 
@@ -66,13 +57,12 @@ OnnxResult<std::unique_ptr<OfflineDecoder>> OfflineDecoder::load(
 
 Seconds OfflineDecoder::longestUtterance()
 {
-    return longestHeard;
+    return onnxLongestUtterance;
 }
 
 Result<QString> OfflineDecoder::decode(std::span<const qint16> samples) const
 {
-    std::vector<float> floats = samplesOfFullScaleOne(samples);
-    floats.resize(std::max(floats.size(), shortestHeard));
+    const std::vector<float> floats = samplesOfFullScaleOne(samples);
     QString text;
     bool isRead = false;
     const bool decoded = runGuardedFromSherpa([&] {

@@ -2,9 +2,9 @@
 
 #include "base/Result.h"
 #include "base/Seconds.h"
-#include "platform/linux/speech/onnx/OnnxModel.h"
 #include "platform/linux/recognizer/onnx/SherpaHandle.h"
 #include "platform/linux/recognizer/onnx/SherpaLibrary.h"
+#include "platform/linux/speech/onnx/OnnxModel.h"
 
 #include <span>
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/Result.h"
-#include "platform/linux/speech/onnx/OnnxModel.h"
 #include "platform/linux/recognizer/onnx/SherpaHandle.h"
 #include "platform/linux/recognizer/onnx/SherpaLibrary.h"
+#include "platform/linux/speech/onnx/OnnxModel.h"
 
 #include <span>
 #include <stop_token>

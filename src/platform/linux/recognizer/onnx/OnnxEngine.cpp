@@ -1,11 +1,11 @@
 #include "platform/linux/recognizer/onnx/OnnxEngine.h"
 
 #include "platform/linux/recognizer/onnx/OnnxHotwords.h"
-#include "platform/linux/speech/onnx/OnnxModel.h"
-#include "platform/linux/speech/onnx/OnnxTexts.h"
 #include "platform/linux/recognizer/onnx/OnnxUtterances.h"
 #include "platform/linux/recognizer/onnx/SessionOptions.h"
 #include "platform/linux/speech/engine/SpeechEngineErrors.h"
+#include "platform/linux/speech/onnx/OnnxModel.h"
+#include "platform/linux/speech/onnx/OnnxTexts.h"
 #include "platform/speech/SpeechAvailability.h"
 
 #include <QDir>
@@ -62,7 +62,7 @@ OnnxResult<void> OnnxEngine::Loaded::add(
 Result<std::unique_ptr<Utterance>> OnnxEngine::Loaded::beginStreamed(
     const SpeechRequest& request, const std::stop_token& stop) const
 {
-    return StreamedUtterance::begin(*streaming,
+    return OnlineUtterance::begin(*streaming,
         {.hotwords = hotwords ? hotwords->from(request.contextualStrings) : QByteArray{},
             .chunkFrames = chunkFrames,
             .isLive = request.shouldReportPartialResults},
@@ -72,7 +72,7 @@ Result<std::unique_ptr<Utterance>> OnnxEngine::Loaded::beginStreamed(
 std::unique_ptr<Utterance> OnnxEngine::Loaded::beginWhole(
     bool isLive, const std::stop_token& stop) const
 {
-    return std::make_unique<WholeUtterance>(
+    return std::make_unique<GrowingUtterance>(
         [&decoder = *whole](std::span<const qint16> samples) { return decoder.decode(samples); },
         OfflineDecoder::longestUtterance(), isLive, stop);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/speech/onnx/OnnxProblem.h"
 #include "platform/linux/speech/engine/SpeechEngine.h"
+#include "platform/linux/speech/onnx/OnnxProblem.h"
 
 #include <QString>
 

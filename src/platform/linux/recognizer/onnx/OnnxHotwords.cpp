@@ -54,8 +54,11 @@ OnnxResult<OnnxHotwords> OnnxHotwords::of(const OnnxModel& model)
         return tl::unexpected(tokens.error());
     OnnxHotwords hotwords(*std::move(tokens));
     hotwords.m_cutsCharacters = model.modelingUnit.startsWith("cjkchar");
-    if (model.modelingUnit.endsWith("bpe"))
+    if (model.modelingUnit.endsWith("bpe")) {
         hotwords.m_pieces = BpeVocabulary::read(model.files.bpeVocabulary);
+        if (!hotwords.m_pieces) // It was there a moment ago.
+            return onnxFailure(OnnxFault::Unreadable, model.files.bpeVocabulary);
+    }
     return hotwords;
 }
 

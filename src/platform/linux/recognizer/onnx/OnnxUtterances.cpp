@@ -26,7 +26,7 @@ qsizetype samplesIn(Seconds duration)
 
 } // namespace
 
-WholeUtterance::WholeUtterance(
+GrowingUtterance::GrowingUtterance(
     WholeTranscript::Decode decode, Seconds longest, bool isLive, std::stop_token stop)
     : m_isLive(isLive)
     , m_transcript(std::move(decode),
@@ -34,7 +34,7 @@ WholeUtterance::WholeUtterance(
 {
 }
 
-Result<void> WholeUtterance::feed(std::span<const qint16> samples)
+Result<void> GrowingUtterance::feed(std::span<const qint16> samples)
 {
     if (Result<void> added = m_transcript.add(samples); !added || !m_isLive)
         return added;
@@ -50,17 +50,17 @@ Result<void> WholeUtterance::feed(std::span<const qint16> samples)
     return {};
 }
 
-Result<std::unique_ptr<Utterance>> StreamedUtterance::begin(
+Result<std::unique_ptr<Utterance>> OnlineUtterance::begin(
     const OnlineDecoder& decoder, const Request& request, std::stop_token stop)
 {
     auto stream = decoder.begin(request.hotwords);
     if (!stream)
         return failure(stream.error());
     return std::unique_ptr<Utterance>(
-        new StreamedUtterance(decoder, request, std::move(stop), *std::move(stream)));
+        new OnlineUtterance(decoder, request, std::move(stop), *std::move(stream)));
 }
 
-StreamedUtterance::StreamedUtterance(const OnlineDecoder& decoder, Request request,
+OnlineUtterance::OnlineUtterance(const OnlineDecoder& decoder, Request request,
     std::stop_token stop, std::unique_ptr<OnlineStream> stream)
     : m_decoder(decoder)
     , m_request(std::move(request))
@@ -69,7 +69,7 @@ StreamedUtterance::StreamedUtterance(const OnlineDecoder& decoder, Request reque
 {
 }
 
-Result<void> StreamedUtterance::feed(std::span<const qint16> samples)
+Result<void> OnlineUtterance::feed(std::span<const qint16> samples)
 {
     if (Result<void> heard = m_stream->hear(samplesOfFullScaleOne(samples), m_stop); !heard)
         return heard;
@@ -88,12 +88,12 @@ Result<void> StreamedUtterance::feed(std::span<const qint16> samples)
     return {};
 }
 
-QString StreamedUtterance::partialText() const
+QString OnlineUtterance::partialText() const
 {
     return m_request.isLive ? text() : QString{};
 }
 
-Result<QString> StreamedUtterance::finish()
+Result<QString> OnlineUtterance::finish()
 {
     const std::vector<float> silence(
         samplesPerFrame * static_cast<std::size_t>(m_request.chunkFrames + framesOfDelay));
@@ -108,7 +108,7 @@ Result<QString> StreamedUtterance::finish()
     return text();
 }
 
-Result<void> StreamedUtterance::beginAnew()
+Result<void> OnlineUtterance::beginAnew()
 {
     auto stream = m_decoder.begin(m_request.hotwords);
     if (!stream)
@@ -118,7 +118,7 @@ Result<void> StreamedUtterance::beginAnew()
     return {};
 }
 
-QString StreamedUtterance::text() const
+QString OnlineUtterance::text() const
 {
     return joinTranscript({m_before, m_current});
 }

@@ -9,11 +9,11 @@
 namespace tavrin {
 
 /// Speech heard by a model for whole utterances.
-class WholeUtterance final : public Utterance {
+class GrowingUtterance final : public Utterance {
 public:
     /// @param isLive whether there are texts while the utterance goes on; it is cut into shorter
     /// stretches then, as each look decodes a stretch anew.
-    WholeUtterance(
+    GrowingUtterance(
         WholeTranscript::Decode decode, Seconds longest, bool isLive, std::stop_token stop);
 
     Result<void> feed(std::span<const qint16> samples) override;
@@ -30,7 +30,7 @@ private:
 };
 
 /// Speech heard by a streaming model. Texts on both sides of a pause are joined.
-class StreamedUtterance final : public Utterance {
+class OnlineUtterance final : public Utterance {
 public:
     struct Request {
         QByteArray hotwords;
@@ -47,7 +47,7 @@ public:
     [[nodiscard]] Result<QString> finish() override;
 
 private:
-    StreamedUtterance(const OnlineDecoder& decoder, Request request, std::stop_token stop,
+    OnlineUtterance(const OnlineDecoder& decoder, Request request, std::stop_token stop,
         std::unique_ptr<OnlineStream> stream);
 
     [[nodiscard]] Result<void> beginAnew();

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/speech/onnx/OnnxProblem.h"
 #include "platform/linux/recognizer/onnx/SherpaTypes.h"
+#include "platform/linux/speech/onnx/OnnxProblem.h"
 
 namespace tavrin {
 

@@ -6,6 +6,7 @@
 namespace tavrin::texts {
 
 inline constexpr LocalizedText builtInRecogniser{u"内置", u"內建", u"Built-in"};
+inline constexpr LocalizedText neuralRecogniser{u"神经网络", u"神經網路", u"Neural"};
 inline constexpr LocalizedText serverRecogniser{u"语音服务器", u"語音伺服器", u"Speech server"};
 inline constexpr LocalizedText streamingRecogniser{
     u"实时语音服务器", u"即時語音伺服器", u"Streaming server"};

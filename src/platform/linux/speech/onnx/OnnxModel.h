@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Seconds.h"
 #include "platform/linux/speech/onnx/OnnxFiles.h"
 #include "platform/linux/speech/onnx/OnnxProblem.h"
 
@@ -7,6 +8,10 @@
 #include <QStringList>
 
 namespace tavrin {
+
+/// Of a stretch of speech that every kind of model hears whole. Whisper hears 30 s, of which the
+/// library keeps half a second for silence; the others were trained with no more.
+inline constexpr Seconds onnxLongestUtterance{29};
 
 enum class OnnxModelKind {
     StreamingTransducer, ///< Zipformer, of the first or second generation.

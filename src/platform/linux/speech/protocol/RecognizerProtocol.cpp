@@ -1,6 +1,7 @@
 #include "platform/linux/speech/protocol/RecognizerProtocol.h"
 
 #include "platform/linux/speech/engine/SpeechEngineTexts.h"
+#include "platform/linux/speech/onnx/OnnxTexts.h"
 
 #include <QDataStream>
 #include <QIODevice>
@@ -24,6 +25,27 @@ constexpr std::array engineStateTexts{
     texts::sphinxReady,
     texts::noSphinxModel,
     texts::brokenSphinxModel,
+    texts::onnxReady,
+    texts::onnxNotLoaded,
+    texts::onnxNoFolder,
+    texts::onnxNoModel,
+    texts::onnxUnknownKind,
+    texts::onnxUnreadable,
+    texts::onnxMalformed,
+    texts::onnxKeyMissing,
+    texts::onnxKeyUnusable,
+    texts::onnxNoTokens,
+    texts::onnxTokensMalformed,
+    texts::onnxTokensShort,
+    texts::onnxTokenMissing,
+    texts::onnxNotWholeUtterance,
+    texts::onnxNoLibrary,
+    texts::onnxNoPartner,
+    texts::onnxLibraryBroken,
+    texts::onnxLibraryVersion,
+    texts::onnxLibraryIncomplete,
+    texts::onnxOtherLibrary,
+    texts::onnxModelRefused,
 };
 
 QDataStream& prepared(QDataStream& stream)

@@ -1,6 +1,8 @@
 #include "platform/linux/speech/protocol/RecognizerProtocol.h"
 
 #include "platform/linux/speech/engine/SpeechEngineTexts.h"
+#include "platform/linux/speech/onnx/OnnxProblem.h"
+#include "platform/linux/speech/onnx/OnnxTexts.h"
 #include "support/QtPrinters.h"
 
 #include <gtest/gtest.h>
@@ -169,15 +171,26 @@ TEST(RecognizerProtocolTest, AStateTellsWhatTheEngineSaysOfItself)
 {
     for (const SpeechAvailability& said : {SpeechAvailability{true, texts::sphinxReady, u"en"_s},
              SpeechAvailability{false, texts::noSphinxModel, {}},
-             SpeechAvailability{false, texts::brokenSphinxModel, u"/models/x"_s}}) {
+             SpeechAvailability{false, texts::brokenSphinxModel, u"/models/x"_s},
+             SpeechAvailability{true, texts::onnxReady, u"zipformer"_s}}) {
         const auto heard = availabilityOf(stateOf(said));
         ASSERT_TRUE(heard);
         EXPECT_EQ(heard->isAvailable, said.isAvailable);
         EXPECT_EQ(heard->text.en, said.text.en);
         EXPECT_EQ(heard->argument, said.argument);
     }
-    EXPECT_FALSE(availabilityOf({true, 3, {}}));
+    EXPECT_FALSE(availabilityOf({true, 24, {}}));
     EXPECT_FALSE(availabilityOf({true, 0xFFFF, {}}));
+}
+
+TEST(RecognizerProtocolTest, EveryProblemOfANeuralModelCanBeTold)
+{
+    for (int fault = 1; fault <= static_cast<int>(OnnxFault::ModelRefused); ++fault) {
+        const LocalizedText text = textOf(static_cast<OnnxFault>(fault));
+        const auto heard = availabilityOf(stateOf({false, text, u"file"_s}));
+        ASSERT_TRUE(heard) << fault;
+        EXPECT_EQ(heard->text.en, text.en);
+    }
 }
 
 } // namespace
