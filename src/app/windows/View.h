@@ -2,8 +2,9 @@
 
 namespace tavrin {
 
-/// Draws a content, a value that holds everything that is shown, and nothing else: what the user
-/// does it reports to the controller, which makes the next content. Main thread only.
+/// Draws a content, a value that holds whatever differs from one time to the next: what is listed,
+/// chosen, switched on, said. The captions around it the view looks up in the texts of its page.
+/// What the user does it reports to the controller, which makes the next content. Main thread only.
 template <typename Content>
 class View {
 public:
