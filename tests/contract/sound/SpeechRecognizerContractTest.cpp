@@ -1,6 +1,6 @@
+#include "platform/linux/recognizer/sphinx/SphinxEngine.h"
 #include "platform/linux/speech/engine/EngineFileRecognizer.h"
 #include "platform/linux/speech/engine/EngineLiveRecognizer.h"
-#include "platform/linux/recognizer/sphinx/SphinxEngine.h"
 #include "platform/speech/SpeechAvailability.h"
 #include "platform/speech/SpeechRecognizer.h"
 #include "support/QtPrinters.h"
