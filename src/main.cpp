@@ -1,7 +1,7 @@
 #include "app/AppDelegate.h"
 #include "app/CommandLine.h"
-#include "app/health/HealthCheck.h"
 #include "app/health/HealthReport.h"
+#include "app/health/HealthVerdicts.h"
 #include "app/settings/Localization.h"
 #include "app/settings/Settings.h"
 #include "base/Log.h"
@@ -122,7 +122,7 @@ int showHealth()
     const Localization localization(
         *ports.preferences, *ports.workspace, ports.keyNames, ports.texts);
     Settings settings(*ports.preferences, localization, ports.hotKeyProbe.get());
-    const HealthCheck check({*ports.accessibility, *ports.audioDevices, *ports.clock,
+    const HealthVerdicts check({*ports.accessibility, *ports.audioDevices, *ports.clock,
         *ports.hotKeyProbe, localization, *ports.permissions, *ports.preferences,
         *ports.fileSpeechRecognizer, settings, *ports.systemInfo, *ports.workspace});
     int status = EXIT_FAILURE;

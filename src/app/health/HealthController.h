@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/health/HealthCheck.h"
+#include "app/health/HealthVerdicts.h"
 #include "app/windows/View.h"
 #include "base/CallbackGuard.h"
 #include "platform/programs/RunningApplication.h"
@@ -66,7 +66,7 @@ private:
     void show();
 
     Neighbours m_neighbours;
-    HealthCheck m_check;
+    HealthVerdicts m_check;
     View<HealthContent>* m_view = nullptr;
     HealthContent m_content;
     /// Those that ran when accessibility was switched on here.

@@ -1,7 +1,7 @@
 #include "app/health/HealthNotes.h"
 
-#include "app/health/HealthCheck.h"
 #include "app/health/HealthTexts.h"
+#include "app/health/HealthVerdicts.h"
 #include "app/settings/Localization.h"
 #include "app/settings/Settings.h"
 #include "app/shortcuts/ShortcutConflicts.h"

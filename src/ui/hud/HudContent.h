@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/hud/HudArithmetic.h"
+#include "ui/hud/HudMovement.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/health/HealthCheck.h"
+#include "app/health/HealthVerdicts.h"
 #include "app/settings/Localization.h"
 #include "app/settings/Settings.h"
 #include "platform/DesktopTexts.h"
@@ -67,9 +67,9 @@ protected:
             recognizer, *m_settings, systemInfo, workspace};
     }
 
-    [[nodiscard]] HealthContent read() { return HealthCheck(sources()).read(); }
+    [[nodiscard]] HealthContent read() { return HealthVerdicts(sources()).read(); }
 
-    [[nodiscard]] HealthRow row(HealthItem item) { return HealthCheck(sources()).readRow(item); }
+    [[nodiscard]] HealthRow row(HealthItem item) { return HealthVerdicts(sources()).readRow(item); }
 
 private:
     std::optional<Localization> m_localization;

@@ -34,10 +34,10 @@ struct HealthSources {
 /// Looks at everything that Tavrin needs, and says how it stands. Contacts no service: an account
 /// counts by its stored tokens. Main thread only; a hung sound server or accessibility bus takes
 /// half a second for each question.
-class HealthCheck {
+class HealthVerdicts {
 public:
     /// @param sources must outlive this object.
-    explicit HealthCheck(const HealthSources& sources);
+    explicit HealthVerdicts(const HealthSources& sources);
 
     /// The page before the first look.
     [[nodiscard]] HealthContent unread() const;

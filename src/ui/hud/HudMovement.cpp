@@ -1,4 +1,4 @@
-#include "ui/hud/HudArithmetic.h"
+#include "ui/hud/HudMovement.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "devcloud/polish/Cleanup.h"
+#include "devcloud/polish/EnglishEndMark.h"
 #include "devcloud/polish/EnglishLine.h"
-#include "devcloud/polish/EnglishSentence.h"
 #include "devcloud/polish/EnglishSounds.h"
 #include "devcloud/polish/EnglishWords.h"
 #include "devcloud/polish/Technical.h"

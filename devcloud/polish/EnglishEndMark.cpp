@@ -1,4 +1,4 @@
-#include "devcloud/polish/EnglishSentence.h"
+#include "devcloud/polish/EnglishEndMark.h"
 
 #include "devcloud/polish/EnglishWords.h"
 #include "devcloud/polish/WordList.h"

@@ -1,4 +1,4 @@
-#include "app/health/HealthCheck.h"
+#include "app/health/HealthVerdicts.h"
 
 #include "app/health/HealthNotes.h"
 #include "app/health/HealthTexts.h"
@@ -21,17 +21,17 @@ using namespace Qt::StringLiterals;
 namespace tavrin {
 
 /// How a row stands: its status, in its color.
-struct HealthCheck::State {
+struct HealthVerdicts::State {
     QString status;
     HealthColor color = HealthColor::Unknown;
 };
 
-HealthCheck::HealthCheck(const HealthSources& sources)
+HealthVerdicts::HealthVerdicts(const HealthSources& sources)
     : m_sources(sources)
 {
 }
 
-HealthContent HealthCheck::unread() const
+HealthContent HealthVerdicts::unread() const
 {
     HealthContent content;
     for (const HealthItem item : healthItems)
@@ -39,7 +39,7 @@ HealthContent HealthCheck::unread() const
     return content;
 }
 
-HealthContent HealthCheck::read() const
+HealthContent HealthVerdicts::read() const
 {
     HealthContent content;
     for (const HealthItem item : healthItems)
@@ -49,7 +49,7 @@ HealthContent HealthCheck::read() const
     return content;
 }
 
-HealthRow HealthCheck::readRow(HealthItem item) const
+HealthRow HealthVerdicts::readRow(HealthItem item) const
 {
     HealthRow result = row(item);
     const State state = stateOf(item);
@@ -59,7 +59,7 @@ HealthRow HealthCheck::readRow(HealthItem item) const
     return result;
 }
 
-HealthRow HealthCheck::row(HealthItem item) const
+HealthRow HealthVerdicts::row(HealthItem item) const
 {
     const Localization& localization = m_sources.localization;
     const auto named = [&](const LocalizedText& title, const QString& button) {
@@ -83,7 +83,7 @@ HealthRow HealthCheck::row(HealthItem item) const
     Q_UNREACHABLE();
 }
 
-HealthCheck::State HealthCheck::stateOf(HealthItem item) const
+HealthVerdicts::State HealthVerdicts::stateOf(HealthItem item) const
 {
     switch (item) {
     case HealthItem::Accessibility:
@@ -100,7 +100,7 @@ HealthCheck::State HealthCheck::stateOf(HealthItem item) const
     Q_UNREACHABLE();
 }
 
-HealthCheck::State HealthCheck::accessibilityState() const
+HealthVerdicts::State HealthVerdicts::accessibilityState() const
 {
     const Localization& localization = m_sources.localization;
     if (m_sources.accessibility.isProcessTrusted())
@@ -108,7 +108,7 @@ HealthCheck::State HealthCheck::accessibilityState() const
     return {localization.LT(texts::accessibilityNotTrusted), HealthColor::Problem};
 }
 
-HealthCheck::State HealthCheck::microphoneState() const
+HealthVerdicts::State HealthVerdicts::microphoneState() const
 {
     const Localization& localization = m_sources.localization;
     switch (m_sources.permissions.microphoneStatus()) {
@@ -124,7 +124,7 @@ HealthCheck::State HealthCheck::microphoneState() const
         HealthColor::Problem};
 }
 
-HealthCheck::State HealthCheck::speechState() const
+HealthVerdicts::State HealthVerdicts::speechState() const
 {
     const Localization& localization = m_sources.localization;
     constexpr LocalizedText nothing{u""};
@@ -143,7 +143,7 @@ HealthCheck::State HealthCheck::speechState() const
     return {localization.LT(texts::speechDenied), HealthColor::Problem};
 }
 
-HealthCheck::State HealthCheck::cloudState() const
+HealthVerdicts::State HealthVerdicts::cloudState() const
 {
     const Localization& localization = m_sources.localization;
     const bool isSignedIn = !valueOf(m_sources.preferences, keys::cloudAccessToken).isEmpty()
@@ -153,7 +153,7 @@ HealthCheck::State HealthCheck::cloudState() const
     return {localization.LT(texts::cloudSignedOut), HealthColor::Problem};
 }
 
-HealthCheck::State HealthCheck::deliveryState() const
+HealthVerdicts::State HealthVerdicts::deliveryState() const
 {
     const Localization& localization = m_sources.localization;
     const std::optional<bool> verified = stored(m_sources.preferences, keys::lastDeliveryVerified);
@@ -166,7 +166,7 @@ HealthCheck::State HealthCheck::deliveryState() const
         HealthColor::Problem};
 }
 
-QString HealthCheck::timeOfDay() const
+QString HealthVerdicts::timeOfDay() const
 {
     const auto seconds = static_cast<qint64>(std::floor(m_sources.clock.sinceEpoch().count()));
     return QDateTime::fromSecsSinceEpoch(seconds).time().toString(u"HH:mm:ss"_s);

@@ -1,4 +1,4 @@
-#include "ui/hud/HudArithmetic.h"
+#include "ui/hud/HudMovement.h"
 
 #include "support/QtPrinters.h"
 
@@ -13,21 +13,21 @@ using namespace std::chrono_literals;
 namespace tavrin::hud {
 namespace {
 
-TEST(HudArithmeticTest, TheLevelFallsByADecadeEvery28Decibels)
+TEST(HudMovementTest, TheLevelFallsByADecadeEvery28Decibels)
 {
     EXPECT_DOUBLE_EQ(levelForPower(0), 1);
     EXPECT_DOUBLE_EQ(levelForPower(-28), 0.1);
     EXPECT_NEAR(levelForPower(-14), 0.316228, 1e-6);
 }
 
-TEST(HudArithmeticTest, TheBarLevelStaysWithinItsLimits)
+TEST(HudMovementTest, TheBarLevelStaysWithinItsLimits)
 {
     EXPECT_DOUBLE_EQ(barLevel(levelForPower(-160)), 0.08);
     EXPECT_DOUBLE_EQ(barLevel(0.5), 0.5);
     EXPECT_DOUBLE_EQ(barLevel(1.7), 1);
 }
 
-TEST(HudArithmeticTest, InSilenceTheBarsKeepMovingAndAreNeverFlat)
+TEST(HudMovementTest, InSilenceTheBarsKeepMovingAndAreNeverFlat)
 {
     double lowest = 100;
     double highest = 0;
@@ -41,7 +41,7 @@ TEST(HudArithmeticTest, InSilenceTheBarsKeepMovingAndAreNeverFlat)
     EXPECT_NEAR(highest, 9, 0.001);
 }
 
-TEST(HudArithmeticTest, EachBarFollowsItsOwnPhaseOfTheWave)
+TEST(HudMovementTest, EachBarFollowsItsOwnPhaseOfTheWave)
 {
     const Bars bars = waveBars(500ms, 0.4);
 
@@ -52,7 +52,7 @@ TEST(HudArithmeticTest, EachBarFollowsItsOwnPhaseOfTheWave)
     }
 }
 
-TEST(HudArithmeticTest, ABarIsAtMost24PointsHigh)
+TEST(HudMovementTest, ABarIsAtMost24PointsHigh)
 {
     double highest = 0;
     for (Seconds elapsed{0}; elapsed < 1s; elapsed += 1ms)
@@ -60,14 +60,14 @@ TEST(HudArithmeticTest, ABarIsAtMost24PointsHigh)
     EXPECT_DOUBLE_EQ(highest, 24);
 }
 
-TEST(HudArithmeticTest, ProcessingStartsWithAStaircase)
+TEST(HudMovementTest, ProcessingStartsWithAStaircase)
 {
     constexpr std::array<double, barCount> heights{8, 12, 16, 20, 8, 12, 16};
     for (std::size_t i = 0; i < heights.size(); ++i)
         EXPECT_EQ(staircaseBars().at(i), (Bar{24, heights.at(i)}));
 }
 
-TEST(HudArithmeticTest, TheLightSweepsAcrossTheTrackAndStartsAgain)
+TEST(HudMovementTest, TheLightSweepsAcrossTheTrackAndStartsAgain)
 {
     EXPECT_DOUBLE_EQ(lightX(0s, false), -150);
     EXPECT_DOUBLE_EQ(lightX(2s, false), 100);
@@ -76,7 +76,7 @@ TEST(HudArithmeticTest, TheLightSweepsAcrossTheTrackAndStartsAgain)
     EXPECT_DOUBLE_EQ(lightX(3s, true), 570 - 540 - 150);
 }
 
-TEST(HudArithmeticTest, ProgressCreepsFrom3ToAtMost81Point3)
+TEST(HudMovementTest, ProgressCreepsFrom3ToAtMost81Point3)
 {
     EXPECT_DOUBLE_EQ(progressValue(0s, 10s), 3);
     EXPECT_DOUBLE_EQ(progressValue(5s, 10s), 46.5);
@@ -84,19 +84,19 @@ TEST(HudArithmeticTest, ProgressCreepsFrom3ToAtMost81Point3)
     EXPECT_DOUBLE_EQ(progressValue(20s, 10s), 81.3);
 }
 
-TEST(HudArithmeticTest, AVeryShortEstimateCountsAsAFifthOfASecond)
+TEST(HudMovementTest, AVeryShortEstimateCountsAsAFifthOfASecond)
 {
     EXPECT_DOUBLE_EQ(progressValue(50ms, 100ms), 3 + 87 * 0.25);
 }
 
-TEST(HudArithmeticTest, RecordingTimeIsCutOffToSeconds)
+TEST(HudMovementTest, RecordingTimeIsCutOffToSeconds)
 {
     EXPECT_EQ(recordingTime(0s), u"00:00"_s);
     EXPECT_EQ(recordingTime(75.9s), u"01:15"_s);
     EXPECT_EQ(recordingTime(6000s), u"100:00"_s);
 }
 
-TEST(HudArithmeticTest, RemainingTimeIsRoundedUpAndNeverNegative)
+TEST(HudMovementTest, RemainingTimeIsRoundedUpAndNeverNegative)
 {
     EXPECT_EQ(remainingTime(0s, 10s), u"≈ 10s"_s);
     EXPECT_EQ(remainingTime(7.2s, 10s), u"≈ 3s"_s);

@@ -160,9 +160,9 @@ TEST_P(HealthVerdictTest, IsSaidInEachLanguageAndInItsColor)
     }
 }
 
-class HealthCheckTest : public testing::HealthFixture { };
+class HealthVerdictsTest : public testing::HealthFixture { };
 
-TEST_F(HealthCheckTest, RowsAndButtonsHaveTheirNamesInEachLanguage)
+TEST_F(HealthVerdictsTest, RowsAndButtonsHaveTheirNamesInEachLanguage)
 {
     const std::array<std::array<QString, 3>, 5> titles{{
         {u"辅助功能"_s, u"輔助使用"_s, u"Accessibility"_s},
@@ -184,11 +184,11 @@ TEST_F(HealthCheckTest, RowsAndButtonsHaveTheirNamesInEachLanguage)
     }
 }
 
-TEST_F(HealthCheckTest, BeforeTheFirstLookEachRowIsBeingChecked)
+TEST_F(HealthVerdictsTest, BeforeTheFirstLookEachRowIsBeingChecked)
 {
     for (const QString& language : languages) {
         setLanguage(language);
-        const HealthContent content = HealthCheck(sources()).unread();
+        const HealthContent content = HealthVerdicts(sources()).unread();
         for (const HealthRow& each : content.rows) {
             EXPECT_EQ(each.status, u"检测中…"_s);
             EXPECT_EQ(each.color, HealthColor::Unknown);
@@ -198,7 +198,7 @@ TEST_F(HealthCheckTest, BeforeTheFirstLookEachRowIsBeingChecked)
     }
 }
 
-TEST_F(HealthCheckTest, TheTimeIsThatOfTheMachineInEveryLanguage)
+TEST_F(HealthVerdictsTest, TheTimeIsThatOfTheMachineInEveryLanguage)
 {
     qputenv("TZ", "Asia/Kolkata"); // Half an hour off, so that minutes count too.
     tzset();
@@ -212,7 +212,7 @@ TEST_F(HealthCheckTest, TheTimeIsThatOfTheMachineInEveryLanguage)
     tzset();
 }
 
-TEST_F(HealthCheckTest, AReasonOfAnyLengthIsOneLineOfPlainText)
+TEST_F(HealthVerdictsTest, AReasonOfAnyLengthIsOneLineOfPlainText)
 {
     preferences.setValue(keys::lastDeliveryVerified, false);
     preferences.setValue(
@@ -224,7 +224,7 @@ TEST_F(HealthCheckTest, AReasonOfAnyLengthIsOneLineOfPlainText)
     EXPECT_TRUE(status.endsWith(u'…'));
 }
 
-TEST_F(HealthCheckTest, ADesktopHasItsOwnWordsForWhatIsMissing)
+TEST_F(HealthVerdictsTest, ADesktopHasItsOwnWordsForWhatIsMissing)
 {
     texts.enablePermission = LocalizedText{u"甲", u"乙", u"Switch on"};
     texts.microphoneDenied = LocalizedText{u"丙", u"丁", u"No microphone"};
@@ -234,7 +234,7 @@ TEST_F(HealthCheckTest, ADesktopHasItsOwnWordsForWhatIsMissing)
     EXPECT_EQ(row(HealthItem::Microphone).button, "Switch on");
 }
 
-TEST_F(HealthCheckTest, WhereTheDesktopSaysSoSpeechIsNotReadyWithoutARecogniser)
+TEST_F(HealthVerdictsTest, WhereTheDesktopSaysSoSpeechIsNotReadyWithoutARecogniser)
 {
     texts.recogniserMissing = LocalizedText{u"甲", u"乙", u"No recogniser"};
     EXPECT_EQ(row(HealthItem::Speech).color, HealthColor::Healthy);
@@ -245,7 +245,7 @@ TEST_F(HealthCheckTest, WhereTheDesktopSaysSoSpeechIsNotReadyWithoutARecogniser)
     EXPECT_TRUE(row(HealthItem::Speech).hasButton);
 }
 
-TEST_F(HealthCheckTest, ElsewhereThePermissionAloneCounts)
+TEST_F(HealthVerdictsTest, ElsewhereThePermissionAloneCounts)
 {
     recognizer.available = false;
     EXPECT_EQ(row(HealthItem::Speech).color, HealthColor::Healthy);
