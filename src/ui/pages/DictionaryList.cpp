@@ -180,7 +180,7 @@ void DictionaryList::keyPressEvent(QKeyEvent* event)
 bool DictionaryList::handleKey(int key)
 {
     const auto row = rowAtKey(key, m_current.row, m_rows.size(),
-        [this](int pages) { return m_current.row + pages * rowsPerPage; });
+        [this](int pages) { return m_current.row + static_cast<qsizetype>(pages) * rowsPerPage; });
     if (row)
         goTo(*row);
     return row.has_value();
