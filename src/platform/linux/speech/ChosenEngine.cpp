@@ -11,7 +11,7 @@ QString chosenEngineName(const Preferences& preferences)
 {
     const QStringList known{
         engine_names::builtIn, engine_names::neural, engine_names::http, engine_names::vosk};
-    const QString set = stored(preferences, keys::linuxSpeechEngine).value_or(QString());
+    QString set = stored(preferences, keys::linuxSpeechEngine).value_or(QString());
     if (known.contains(set))
         return set;
     return valueOf(preferences, keys::linuxSpeechOnnxModel).isEmpty()

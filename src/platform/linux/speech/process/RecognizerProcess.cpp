@@ -69,10 +69,13 @@ private:
 /// The number of the new process; empty when it could not be started.
 std::optional<pid_t> spawn(const RecognizerCommand& command, const Pipe& toIt, const Pipe& fromIt)
 {
-    std::vector<QByteArray> words{QFile::encodeName(command.program)};
+    std::vector<QByteArray> words;
+    words.reserve(static_cast<std::size_t>(command.arguments.size()) + 1);
+    words.push_back(QFile::encodeName(command.program));
     for (const QString& argument : command.arguments)
         words.push_back(QFile::encodeName(argument));
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (QByteArray& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);

@@ -98,7 +98,7 @@ MessageChannel::~MessageChannel()
 }
 
 tl::expected<void, ChannelFailure> MessageChannel::send(
-    const Message& message, const Waiting& waiting)
+    const Message& message, const Waiting& waiting) const
 {
     const WithoutPipeSignal quiet;
     const QByteArray bytes = toBytes(message);

@@ -43,7 +43,7 @@ public:
 
     /// After TimedOut or Stopped part of the message may be out: the channel is of no use then.
     [[nodiscard]] tl::expected<void, ChannelFailure> send(
-        const Message& message, const Waiting& waiting);
+        const Message& message, const Waiting& waiting) const;
 
     [[nodiscard]] tl::expected<Message, ChannelFailure> receive(const Waiting& waiting);
 

@@ -33,7 +33,7 @@ void writeAll(int output, const QByteArray& bytes)
         const ssize_t count =
             write(output, bytes.constData() + at, static_cast<std::size_t>(bytes.size() - at));
         if (count <= 0)
-            std::exit(EXIT_FAILURE);
+            _exit(EXIT_FAILURE);
         at += count;
     }
 }
@@ -47,7 +47,7 @@ quint32 serveUntil(MessageChannel& channel, MessageKind kind)
     while (true) {
         const auto message = channel.receive({});
         if (!message)
-            std::exit(EXIT_SUCCESS);
+            _exit(EXIT_SUCCESS);
         if (message->kind == kind)
             return message->request;
         const MessageKind answer =
@@ -70,7 +70,7 @@ MessageKind kindOf(const std::string& name)
 [[noreturn]] void flood(MessageChannel& channel)
 {
     while (channel.send({MessageKind::Heard, 0, 0, textContent({})}, {})) { }
-    std::exit(EXIT_FAILURE);
+    _exit(EXIT_FAILURE);
 }
 
 } // namespace

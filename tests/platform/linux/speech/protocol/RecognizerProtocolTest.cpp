@@ -134,7 +134,7 @@ TEST(RecognizerProtocolTest, AContentThatIsCutOrTooLongReadsAsNothing)
     refused(textContent(u"text"_s), readText);
     refused(failureContent(4), readFailure);
     EXPECT_FALSE(readSound("abc"));
-    EXPECT_FALSE(readSound(QByteArray(2 * 24'001, '\0')));
+    EXPECT_FALSE(readSound(QByteArray(48'002, '\0')));
 }
 
 TEST(RecognizerProtocolTest, AContentThatClaimsTooMuchReadsAsNothing)
