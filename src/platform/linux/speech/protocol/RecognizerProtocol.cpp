@@ -200,6 +200,8 @@ std::optional<SpeechRequest> readRequest(const QByteArray& content)
 
 QByteArray soundContent(std::span<const qint16> samples)
 {
+    if (samples.empty())
+        return {}; // Of nothing there is no address to copy from.
     QByteArray content(static_cast<qsizetype>(samples.size_bytes()), Qt::Uninitialized);
     qToLittleEndian<qint16>(samples.data(), static_cast<qsizetype>(samples.size()), content.data());
     return content;
@@ -211,6 +213,8 @@ std::optional<std::vector<qint16>> readSound(const QByteArray& content)
     if (content.size() % static_cast<qsizetype>(sizeof(qint16)) != 0 || count > mostSamples)
         return std::nullopt;
     std::vector<qint16> samples(count);
+    if (samples.empty())
+        return samples;
     qFromLittleEndian<qint16>(content.constData(), static_cast<qsizetype>(count), samples.data());
     return samples;
 }

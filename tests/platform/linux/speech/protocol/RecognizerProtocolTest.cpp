@@ -101,6 +101,7 @@ TEST(RecognizerProtocolTest, SoundArrivesSampleBySample)
     std::vector<qint16> samples(24'000);
     std::iota(samples.begin(), samples.end(), qint16(-12'000));
     EXPECT_EQ(readSound(soundContent(samples)), samples);
+    EXPECT_EQ(readSound(soundContent({})), std::vector<qint16>());
     EXPECT_EQ(soundContent(std::vector<qint16>{1, -2}), QByteArray::fromHex("0100feff"));
 }
 
